@@ -94,7 +94,7 @@ private:
     template<class T> void publish(Property property, T &stored, T value);
 
     std::function<void()> shortcutHandler();
-    QCoro::Task<void> register_();
+    QCoro::Task<void> registerInstall();
     QCoro::Task<void> captureAndConvert();
     QCoro::Task<void> convertCurrentText(QString text);
     QCoro::Task<void> save();
@@ -103,6 +103,7 @@ private:
     void resetEvent();
     void captureFailed(const std::exception_ptr &error);
     void saveFailed(const std::exception_ptr &error);
+    void publishError(const std::exception_ptr &error);
 
     Platform &platform_;
     AppSettingsStore &settings_;

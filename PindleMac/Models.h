@@ -64,7 +64,8 @@ public:
         apiError, ///< carries its text
     };
 
-    explicit AppError(Case errorCase) : case_(errorCase) {}
+    explicit AppError(Case errorCase)
+        : case_(errorCase) {}
     static AppError apiError(const QString &text);
 
     Case errorCase() const { return case_; }
@@ -72,8 +73,7 @@ public:
     QString errorDescription() const;
     const char *what() const noexcept override { return "AppError"; }
 
-    bool operator==(const AppError &other) const
-    {
+    bool operator==(const AppError &other) const {
         return case_ == other.case_ && text_ == other.text_;
     }
 
