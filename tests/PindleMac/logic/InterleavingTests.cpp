@@ -87,12 +87,20 @@ TEST_F(Interleaving, aSecondPressResetsTheStateWhileTheFirstStillWaits) {
     EXPECT_EQ(model->eventDetails().title, QStringLiteral("Second"));
 }
 
-TEST_F(Interleaving, aFailureOfTheEarlierRunAfterTheLaterOnesSuccessIsShown) {
+TEST_F(Interleaving, aFailureOfTheEarlierRunAfterTheLaterOnesSuccessIsShown)
+{
+    desktop.urlSession.reply = [this](const URLRequest &) {
+        if (++replies == 1)
+            return fake::FakeURLSession::failure(QStringLiteral("The request timed out."));
+        return fake::FakeURLSession::http(200, reply(details("Second", "2025-03-14")));
+    };
     press();
     press();
     answer(1);
-    desktop.urlSession.held.take(0); // never answers
     EXPECT_EQ(model->phase(), ParserPhase::ready);
+    answer(0);
+    EXPECT_EQ(model->phase(), ParserPhase::failed);
+    EXPECT_EQ(model->errorMessage(), QStringLiteral("The request timed out."));
     EXPECT_EQ(model->eventDetails().title, QStringLiteral("Second"));
 }
 
