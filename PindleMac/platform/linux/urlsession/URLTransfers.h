@@ -1,0 +1,43 @@
+#pragma once
+
+#include "PindleMac/platform/URLSession.h"
+
+#include <QHash>
+#include <QNetworkReply>
+#include <QObject>
+#include <QSslCertificate>
+
+class QNetworkAccessManager;
+
+namespace pindle {
+
+/// What runs the transfers, on one background thread. The network is touched with the first
+/// transfer that needs it.
+class URLTransfers final : public QObject {
+public:
+    using Done = std::function<void(URLResult)>;
+    using LocalHost = std::function<URLResult(const URLRequest &)>;
+
+    URLTransfers(QHash<QString, LocalHost> hosts, QList<QSslCertificate> authorities);
+    ~URLTransfers() override;
+
+    /// Calls `done` once, on this object's thread.
+    void start(const URLRequest &request, Done done);
+
+    /// Sends a request as it is, without following where the reply leads.
+    QNetworkReply *send(const URLRequest &request);
+    /// The one who answers for that address inside the process, if anyone does.
+    const LocalHost *localHost(const QUrl &url) const;
+
+private:
+    QNetworkAccessManager &manager();
+
+    QHash<QString, LocalHost> hosts_;
+    QList<QSslCertificate> authorities_;
+    QNetworkAccessManager *manager_ = nullptr;
+};
+
+/// The sentence for a transport error.
+QString transportErrorText(QNetworkReply::NetworkError error);
+
+} // namespace pindle
