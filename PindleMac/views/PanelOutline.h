@@ -1,0 +1,27 @@
+#pragma once
+
+#include <QWidget>
+
+namespace pindle {
+
+/// Lies over the whole panel: clips all below it to the panel's rounded shape and draws a hairline
+/// along its edge. Clicks go through.
+class PanelOutline : public QWidget {
+    Q_OBJECT
+public:
+    explicit PanelOutline(QWidget *parent);
+
+    /// Corner radius of the panel, in logical pixels.
+    static constexpr double radius = 28;
+
+    /// Whether the corners are made transparent; false where that would show as black.
+    void setClipping(bool clipping);
+
+protected:
+    void paintEvent(QPaintEvent *event) override;
+
+private:
+    bool clipping_ = true;
+};
+
+} // namespace pindle

@@ -1,0 +1,89 @@
+#include "PindleMac/views/ThinScrollBar.h"
+
+#include "PindleMac/views/Theme.h"
+
+#include <QMouseEvent>
+#include <QPainter>
+#include <algorithm>
+
+namespace pindle {
+
+namespace {
+constexpr double thickness = 5;
+constexpr double smallestLength = 28;
+constexpr double inset = 2;
+constexpr double restingOpacity = 0.2;
+constexpr double activeOpacity = 0.42;
+} // namespace
+
+ThinScrollBar::ThinScrollBar(QWidget *parent)
+    : QScrollBar(Qt::Vertical, parent) {
+    setAttribute(Qt::WA_Hover);
+    setAttribute(Qt::WA_OpaquePaintEvent, false);
+    setContextMenuPolicy(Qt::NoContextMenu);
+}
+
+void ThinScrollBar::standInFor(QScrollBar &other) {
+    const auto adopt = [this, &other] {
+        setRange(other.minimum(), other.maximum());
+        setPageStep(other.pageStep());
+        setSingleStep(other.singleStep());
+        setValue(other.value());
+        setVisible(other.maximum() > other.minimum());
+    };
+    connect(&other, &QScrollBar::rangeChanged, this, adopt);
+    connect(&other, &QScrollBar::valueChanged, this, &QScrollBar::setValue);
+    connect(this, &QScrollBar::valueChanged, &other, &QScrollBar::setValue);
+    adopt();
+}
+
+QSize ThinScrollBar::sizeHint() const {
+    return {thicknessWithMargin, 0};
+}
+
+QRectF ThinScrollBar::thumb() const {
+    const double track = height() - 2 * inset;
+    const double range = maximum() - minimum();
+    const double length = std::clamp(track * pageStep() / (range + pageStep()),
+                                     std::min(smallestLength, track), track);
+    const double progress = range > 0 ? (value() - minimum()) / range : 0;
+    return {width() - thickness - inset, inset + (track - length) * progress, thickness, length};
+}
+
+void ThinScrollBar::paintEvent(QPaintEvent * /*event*/) {
+    if (maximum() <= minimum())
+        return;
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(Qt::NoPen);
+    const bool active = underMouse() || grip_ >= 0;
+    painter.setBrush(theme::black(active ? activeOpacity : restingOpacity));
+    painter.drawRoundedRect(thumb(), thickness / 2, thickness / 2);
+}
+
+void ThinScrollBar::mousePressEvent(QMouseEvent *event) {
+    if (event->button() != Qt::LeftButton)
+        return;
+    const double y = event->position().y();
+    const QRectF held = thumb();
+    if (y >= held.top() && y <= held.bottom())
+        grip_ = y - held.top();
+    else
+        triggerAction(y < held.top() ? SliderPageStepSub : SliderPageStepAdd);
+    update();
+}
+
+void ThinScrollBar::mouseMoveEvent(QMouseEvent *event) {
+    const double slack = height() - 2 * inset - thumb().height();
+    if (grip_ < 0 || slack <= 0)
+        return;
+    const double progress = (event->position().y() - grip_ - inset) / slack;
+    setValue(minimum() + qRound(progress * (maximum() - minimum())));
+}
+
+void ThinScrollBar::mouseReleaseEvent(QMouseEvent * /*event*/) {
+    grip_ = -1;
+    update();
+}
+
+} // namespace pindle
