@@ -214,11 +214,27 @@ private:
             return true;
         if (token == field.begin)
             return true;
+        if (toldInPast(field, token) && roleOf(token) != Role::MovedTo)
+            return false;
         const Dated &dated = m_dates[static_cast<std::size_t>(m_date)];
         const bool explicitFuture = dated.date.yearGiven || dated.mention->first.base ==
                                                                 DateSpec::Base::Today;
         return explicitFuture || !sentenceHas(token, Meaning::PastVerb) ||
                roleOf(token) == Role::MovedTo || sentenceHas(token, Meaning::Event);
+    }
+
+    /// A verb of the past leads to the date, none of the present or future does.
+    bool toldInPast(const Field &field, std::uint32_t token) const {
+        constexpr std::uint32_t kReach = 30;
+        const Reader reader(m_document, field.end);
+        const std::uint32_t low = token > field.begin + kReach ? token - kReach : field.begin;
+        bool past = false;
+        for (std::uint32_t i = low; i < token; ++i) {
+            if (!m_document.sameSentence(i, token))
+                continue;
+            past = (past || reader.has(i, Meaning::PastVerb)) && !reader.has(i, Meaning::PresentVerb);
+        }
+        return past;
     }
 
     bool hasDateMarker(std::uint32_t token) const {
@@ -306,13 +322,19 @@ private:
         case Role::Deadline: return m_found.times.size() > 1 || dateIsElsewhere(at) ? -60 : 0;
         case Role::Posted: return -150;
         case Role::MovedFrom: return -60;
-        case Role::MovedTo: return 40;
+        case Role::MovedTo: return counterProposal(at) ? 120 : 40;
         case Role::End: return -45;
         case Role::Side: return -12;
         case Role::Show: return 6;
         case Role::None: break;
         }
         return 0;
+    }
+
+    /// In a conversation a later proposal replaces the first.
+    bool counterProposal(std::uint32_t at) const {
+        return fieldOf(at).spoken && m_date >= 0 &&
+               m_document.tokens[at].field > m_document.tokens[m_choice.anchor()].field;
     }
 
     bool dateIsElsewhere(std::uint32_t at) const {

@@ -65,7 +65,10 @@ private:
     }
 
     void offer(TokenSpan span, int score, std::uint32_t at) {
-        while (!span.empty() && isEdgeMark(token(span.end - 1)))
+        const Reader reader(m_document, span.end);
+        while (!span.empty() &&
+               (isEdgeMark(token(span.end - 1)) || (reader.has(span.end - 1, Meaning::PlaceStop) &&
+                                                    !token(span.end - 1).capital)))
             --span.end;
         while (!span.empty() && isEdgeMark(token(span.begin)))
             ++span.begin;
@@ -204,6 +207,9 @@ private:
             offer({begin, end}, 50 + (shape.noun || shape.street ? 8 : 0), i);
         else if (marker.value == 1 && article && shape.words <= 4 && shape.words > 1)
             offer({begin, end}, 30, i);
+        else if (marker.value == 0 && article && shape.words <= 3 && i > 0 && token(i - 1).used &&
+                 reader.has(i, Meaning::In))
+            offer({begin, end}, 24, i);
         else if (marker.value == 0 && isWeakPlace(reader, i, shape))
             offer({begin, end}, (shape.noun || shape.street ? 38 : 24) - headingPenalty(i), i);
     }
@@ -280,16 +286,15 @@ private:
         if (f < m_anchorField && !field.cell)
             return;
         std::uint32_t begin = field.begin;
-        bool pastDate = f > m_anchorField || (field.cell && f != 0);
+        const bool later = f > m_anchorField || (field.cell && f != 0);
         for (std::uint32_t i = field.begin; i <= field.end; ++i) {
             const bool mark = i == field.end || token(i).used || isBreak(reader, i);
             if (!mark)
                 continue;
-            if (i > begin && pastDate)
+            if (i > begin && (later || begin > m_choice.anchor()))
                 begin = piece(reader, f, begin, i);
             if (i < begin)
                 continue;
-            pastDate = pastDate || (i < field.end && token(i).used);
             begin = i + 1;
         }
     }

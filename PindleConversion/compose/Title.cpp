@@ -12,6 +12,7 @@ namespace {
 constexpr int kWidest = 60;  ///< columns of a title
 constexpr int kRoomy = 44;   ///< columns above which a title is cut at its commas
 constexpr int kNone = -1000;
+constexpr int kOnlyFillers = 120; ///< "Let's meet" is a title when there is no better one
 
 class TitleFinder {
 public:
@@ -41,10 +42,14 @@ private:
     void offerRun(const Field &field, const Run &run, bool alone) {
         ++m_order;
         for (TokenSpan part : partsOf(run.span)) {
-            const TokenSpan trimmed = trim(part);
+            TokenSpan trimmed = trim(part);
+            const bool onlyFillers = trimmed.empty() || !hasLetters(trimmed);
+            if (onlyFillers)
+                trimmed = trimMarks(part);
             if (trimmed.empty() || !hasLetters(trimmed))
                 continue;
-            const int score = scoreOf(field, run, part, trimmed, alone);
+            const int score =
+                scoreOf(field, run, part, trimmed, alone) - (onlyFillers ? kOnlyFillers : 0);
             if (score > m_score) {
                 m_score = score;
                 m_best = shorten(trimmed);
@@ -99,6 +104,14 @@ private:
             span = trimBack(span);
             changed = span.begin != before.begin || span.end != before.end;
         }
+        return span;
+    }
+
+    TokenSpan trimMarks(TokenSpan span) const {
+        while (!span.empty() && isEdgeMark(token(span.begin)))
+            ++span.begin;
+        while (!span.empty() && isEdgeMark(token(span.end - 1)))
+            --span.end;
         return span;
     }
 
@@ -279,6 +292,9 @@ private:
             score -= 30;
         if (contains(trimmed, Meaning::PastVerb))
             score -= 8;
+        const Sense *role = reader.sense(trimmed.begin, Meaning::RoleWord);
+        if (role && trimmed.begin + role->length == trimmed.end)
+            score -= 40;
         if (trimmed.end - trimmed.begin == 1 && !contains(trimmed, Meaning::Event))
             score -= 6;
         return score;

@@ -234,7 +234,6 @@ std::optional<DateMention> readHoliday(const Reader &reader, std::uint32_t i) {
         return std::nullopt;
     DateMention result;
     result.span = {i, i + holiday->length};
-    result.weak = true;
     if (!holiday->note.empty()) {
         result.first.base = DateSpec::Base::Easter;
         result.first.days = holiday->value;
@@ -243,6 +242,10 @@ std::optional<DateMention> readHoliday(const Reader &reader, std::uint32_t i) {
         result.first.day = holiday->value % 100;
     }
     result.span.end = readYear(reader, result.span.end, result.first.year);
+    // "Christmas party" names an event, "closed Good Friday" a day.
+    const std::uint32_t next = result.span.end;
+    result.weak = reader.word(next) && !reader.has(next, Meaning::Connector) &&
+                  !reader.has(next, Meaning::TimeMarker);
     return result;
 }
 

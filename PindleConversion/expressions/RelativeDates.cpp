@@ -35,12 +35,13 @@ const Sense *unit(const Reader &reader, std::uint32_t i, Unit wanted) {
 
 /// A weekday word that is also an everyday word needs company.
 bool isCertainWeekday(const Reader &reader, std::uint32_t i, std::uint32_t next) {
-    const Token &token = *reader.at(i);
-    if (next == reader.end() || reader.has(next, Meaning::PartOfDay) ||
-        reader.has(next, Meaning::TimeMarker) || reader.number(next, 0, 31) ||
-        reader.has(next, Meaning::Month))
-        return token.capital || next != reader.end();
-    return token.capital && i > 0 && !reader.word(next);
+    const bool announced = i > 0 && reader.has(i - 1, Meaning::DateMarker);
+    const std::uint32_t time = reader.skip(next, Meaning::TimeMarker);
+    const bool timed = reader.number(time, 0, 31) || reader.has(time, Meaning::ClockWord) ||
+                       (time != next && reader.has(time, Meaning::Number));
+    if (announced || timed || reader.has(next, Meaning::PartOfDay) || reader.has(next, Meaning::Month))
+        return true;
+    return reader.at(i)->capital && !reader.word(next);
 }
 
 struct DayName {

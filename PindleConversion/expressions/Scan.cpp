@@ -20,7 +20,8 @@ private:
         const Reader reader(m_document, field.end);
         const bool timeField = field.label == Label::Time || field.label == Label::When ||
                                field.label == Label::Start || field.label == Label::End;
-        m_marked = timeField ? field.begin : kNowhere;
+        // A number that answers in a conversation is a time, if it can be one.
+        m_marked = timeField || field.spoken ? field.begin : kNowhere;
         m_afterDate = kNowhere;
         m_length = field.label == Label::Duration ? field.begin : kNowhere;
         for (std::uint32_t i = field.begin; i < field.end;)
@@ -48,8 +49,8 @@ private:
             take(m_found.zones, zone);
             return next;
         }
-        if (auto date = readHoliday(reader, i); date && take(m_found.dates, *date))
-            return date->span.end;
+        if (auto date = readHoliday(reader, i))
+            return takeHoliday(reader, *date);
         if (const Sense *part = reader.sense(i, Meaning::PartOfDay)) {
             takePart(reader, i, *part);
             return i + part->length;
@@ -68,6 +69,14 @@ private:
                 }
         }
         m_afterDate = date.span.end;
+        return date.span.end;
+    }
+
+    /// A holiday's name stays free for the title while it may be the event's.
+    std::uint32_t takeHoliday(const Reader &reader, const DateMention &date) {
+        if (!date.weak)
+            return takeDate(reader, date);
+        take(m_found.dates, date);
         return date.span.end;
     }
 

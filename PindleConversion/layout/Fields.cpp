@@ -59,6 +59,9 @@ LabelMatch labelAt(const Reader &reader, std::uint32_t i, bool lineStart) {
         j += 1 + second->length;
     }
     const std::uint32_t end = j;
+    // "Show: Saturday, 8pm" names the event and when it is at once.
+    if (label == Label::Title && looksLikeMoment(reader, j + 1))
+        return {};
     if (reader.symbol(j, ':'))
         return {settle(reader, label, j + 1, i), j + 1, end};
     if (lineStart && reader.symbol(j, '-') && !reader.glued(j) && !reader.glued(j + 1) &&
@@ -87,6 +90,7 @@ public:
             if (end > begin)
                 line(begin, end);
             begin = end + 1;
+            ++m_line;
         }
         settleMailHeads();
         numberSentences();
@@ -132,7 +136,6 @@ private:
     }
 
     void line(std::uint32_t begin, std::uint32_t end) {
-        ++m_line;
         const Reader reader(m_document, end);
         begin = skipBullet(reader, begin);
         if (begin >= end)

@@ -67,6 +67,7 @@ enum class Meaning : std::uint8_t {
     Person,       ///< "with", before a person
     Abbreviation, ///< its full stop ends no sentence
     PastVerb,     ///< tells of the past
+    PresentVerb,  ///< tells of now or the future
     DurationMark, ///< "for", before an amount of time that is a length
     NoDuration,   ///< behind an amount of time that is no length
     Wrote,        ///< ends the line that introduces a quoted mail
