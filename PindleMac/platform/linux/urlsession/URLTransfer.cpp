@@ -6,8 +6,8 @@ namespace pindle {
 
 namespace {
 
-constexpr qsizetype replyLimit = 4 * 1024 * 1024; ///< bytes of a body
-constexpr qint64 readAhead = 64 * 1024; ///< bytes taken from the wire before they are read
+constexpr qsizetype replyLimit = qsizetype{4} << 20; ///< bytes of a body
+constexpr qint64 readAhead = qint64{64} << 10; ///< bytes taken from the wire before they are read
 constexpr int mostRedirects = 5;
 
 /// The reply is what the server said, and no failure of the transport: Qt reports a status from 400

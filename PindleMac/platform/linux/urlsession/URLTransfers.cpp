@@ -62,7 +62,8 @@ URLTransfers::LocalHost guarded(URLTransfers::LocalHost host) {
 
 } // namespace
 
-URLTransfers::URLTransfers(QHash<QString, LocalHost> hosts, QList<QSslCertificate> authorities)
+URLTransfers::URLTransfers(const QHash<QString, LocalHost> &hosts,
+                           QList<QSslCertificate> authorities)
     : authorities_(std::move(authorities)) {
     for (auto it = hosts.cbegin(); it != hosts.cend(); ++it)
         hosts_.insert(it.key(), guarded(it.value()));

@@ -16,7 +16,7 @@ public:
     using Done = std::function<void(URLResult)>;
     using LocalHost = std::function<URLResult(const URLRequest &)>;
 
-    URLTransfers(QHash<QString, LocalHost> hosts, QList<QSslCertificate> authorities);
+    URLTransfers(const QHash<QString, LocalHost> &hosts, QList<QSslCertificate> authorities);
     ~URLTransfers() override;
 
     /// Calls `done` once, on this object's thread.
