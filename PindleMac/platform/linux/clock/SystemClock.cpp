@@ -50,20 +50,20 @@ QString identifierIn(QString text, const QString &database) {
 } // namespace
 
 QString machineZoneIdentifier(const ZoneSources &sources) {
-    const QString utc = QStringLiteral("UTC");
+    QString utc = QStringLiteral("UTC");
     if (qEnvironmentVariableIsSet("TZ")) {
         const QString value = qEnvironmentVariable("TZ");
         if (value.isEmpty())
             return utc; // as the C library takes it
-        if (const QString found = identifierIn(value, sources.database); !found.isEmpty())
+        if (QString found = identifierIn(value, sources.database); !found.isEmpty())
             return found;
     }
     const QString target = QFileInfo(sources.link).symLinkTarget();
-    if (const QString found = identifierIn(target, sources.database); !found.isEmpty())
+    if (QString found = identifierIn(target, sources.database); !found.isEmpty())
         return found;
     std::error_code error;
     const QByteArray name = readFile(sources.name, zoneNameLimit, error).value_or(QByteArray());
-    const QString found = identifierIn(QString::fromLatin1(name).trimmed(), sources.database);
+    QString found = identifierIn(QString::fromLatin1(name).trimmed(), sources.database);
     return found.isEmpty() ? utc : found;
 }
 

@@ -17,7 +17,7 @@ const QString temporarySuffix = QStringLiteral(".pindle-new");
 
 namespace {
 
-constexpr qint64 abandonedAfterSeconds = 60 * 60;
+constexpr qint64 abandonedAfterSeconds = 3600;
 constexpr mode_t privateFileMode = 0600;
 constexpr mode_t privateFolderMode = 0700;
 

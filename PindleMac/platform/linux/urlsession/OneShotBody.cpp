@@ -10,6 +10,12 @@ OneShotBody::OneShotBody(QByteArray bytes)
     open(QIODevice::ReadOnly | QIODevice::Unbuffered);
 }
 
+bool OneShotBody::reset() {
+    if (replied_)
+        read_ = 0;
+    return replied_;
+}
+
 qint64 OneShotBody::readData(char *data, qint64 most) {
     const qint64 count = std::min<qint64>(most, bytes_.size() - read_);
     if (count == 0)

@@ -6,8 +6,8 @@ namespace pindle {
 
 namespace {
 
-constexpr qsizetype replyLimit = 4 * 1024 * 1024; ///< bytes of a body
-constexpr qint64 readAhead = 64 * 1024; ///< bytes taken from the wire before they are read
+constexpr qsizetype replyLimit = qsizetype{4} << 20; ///< bytes of a body
+constexpr qint64 readAhead = qint64{64} << 10; ///< bytes taken from the wire before they are read
 constexpr int mostRedirects = 5;
 
 /// The reply is what the server said, and no failure of the transport: Qt reports a status from 400
@@ -34,6 +34,7 @@ URLTransfer::URLTransfer(URLTransfers &transfers, const URLRequest &request,
     , request_(request)
     , done_(std::move(done)) {
     deadline_.setSingleShot(true);
+    deadline_.setTimerType(Qt::PreciseTimer);
     connect(&deadline_, &QTimer::timeout, this,
             [this] { fail(transportErrorText(QNetworkReply::TimeoutError)); });
     deadline_.start(request.timeoutInterval);
@@ -46,7 +47,6 @@ void URLTransfer::start() {
     }
     data_.clear();
     reply_ = transfers_.send(request_);
-    reply_->setParent(this);
     reply_->setReadBufferSize(readAhead);
     connect(reply_, &QNetworkReply::readyRead, this, &URLTransfer::collect);
     connect(reply_, &QNetworkReply::finished, this, &URLTransfer::replied);
@@ -96,8 +96,7 @@ bool URLTransfer::redirected(int status) {
         request_.httpBody.clear();
         request_.headers.clear();
     }
-    reply_->disconnect(this);
-    reply_->deleteLater();
+    dropReply();
     start();
     return true;
 }
@@ -107,12 +106,18 @@ void URLTransfer::finish(URLResult result) {
     if (!done)
         return;
     deadline_.stop();
-    if (reply_) {
-        reply_->disconnect(this);
-        reply_->abort();
-    }
+    dropReply();
     deleteLater();
     done(std::move(result));
+}
+
+void URLTransfer::dropReply() {
+    if (!reply_)
+        return;
+    reply_->disconnect(this);
+    reply_->abort();
+    reply_->manager()->deleteLater();
+    reply_ = nullptr;
 }
 
 void URLTransfer::fail(const QString &description) {

@@ -19,6 +19,7 @@ private:
     void replied();
     /// True when the reply led on, or was not allowed to.
     bool redirected(int status);
+    void dropReply();
     void finish(URLResult result);
     void fail(const QString &description);
 

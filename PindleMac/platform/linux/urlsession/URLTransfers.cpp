@@ -62,7 +62,8 @@ URLTransfers::LocalHost guarded(URLTransfers::LocalHost host) {
 
 } // namespace
 
-URLTransfers::URLTransfers(QHash<QString, LocalHost> hosts, QList<QSslCertificate> authorities)
+URLTransfers::URLTransfers(const QHash<QString, LocalHost> &hosts,
+                           QList<QSslCertificate> authorities)
     : authorities_(std::move(authorities)) {
     for (auto it = hosts.cbegin(); it != hosts.cend(); ++it)
         hosts_.insert(it.key(), guarded(it.value()));
@@ -90,27 +91,21 @@ QNetworkReply *URLTransfers::send(const URLRequest &request) {
     tls.addCaCertificates(authorities_);
     network.setSslConfiguration(tls);
 
+    auto *manager = new QNetworkAccessManager(this);
+    manager->setProxyFactory(new SystemProxies);
     if (request.httpBody.isEmpty() && request.httpMethod == "GET")
-        return manager().sendCustomRequest(network, request.httpMethod);
+        return manager->sendCustomRequest(network, request.httpMethod);
     network.setHeader(QNetworkRequest::ContentLengthHeader, request.httpBody.size());
     auto *body = new OneShotBody(request.httpBody);
-    QNetworkReply *reply = manager().sendCustomRequest(network, request.httpMethod, body);
+    QNetworkReply *reply = manager->sendCustomRequest(network, request.httpMethod, body);
     body->setParent(reply);
+    connect(reply, &QNetworkReply::metaDataChanged, body, &OneShotBody::replyHasCome);
     return reply;
 }
 
 const URLTransfers::LocalHost *URLTransfers::localHost(const QUrl &url) const {
     const auto found = hosts_.constFind(url.host());
     return found == hosts_.constEnd() ? nullptr : &*found;
-}
-
-QNetworkAccessManager &URLTransfers::manager() {
-    if (!manager_) {
-        manager_ = new QNetworkAccessManager(this);
-        manager_->setProxyFactory(new SystemProxies);
-        manager_->setStrictTransportSecurityEnabled(false);
-    }
-    return *manager_;
 }
 
 QString transportErrorText(QNetworkReply::NetworkError error) {

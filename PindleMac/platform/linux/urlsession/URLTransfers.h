@@ -7,8 +7,6 @@
 #include <QObject>
 #include <QSslCertificate>
 
-class QNetworkAccessManager;
-
 namespace pindle {
 
 /// What runs the transfers, on one background thread. The network is touched with the first
@@ -18,23 +16,22 @@ public:
     using Done = std::function<void(URLResult)>;
     using LocalHost = std::function<URLResult(const URLRequest &)>;
 
-    URLTransfers(QHash<QString, LocalHost> hosts, QList<QSslCertificate> authorities);
+    URLTransfers(const QHash<QString, LocalHost> &hosts, QList<QSslCertificate> authorities);
     ~URLTransfers() override;
 
     /// Calls `done` once, on this object's thread.
     void start(const URLRequest &request, Done done);
 
-    /// Sends a request as it is, without following where the reply leads.
+    /// Sends a request as it is, without following where the reply leads. The reply belongs to a
+    /// manager of its own, which the caller deletes: a connection that is about to close is thus
+    /// never taken for the next request.
     QNetworkReply *send(const URLRequest &request);
     /// The one who answers for that address inside the process, if anyone does.
     const LocalHost *localHost(const QUrl &url) const;
 
 private:
-    QNetworkAccessManager &manager();
-
     QHash<QString, LocalHost> hosts_;
     QList<QSslCertificate> authorities_;
-    QNetworkAccessManager *manager_ = nullptr;
 };
 
 /// The sentence for a transport error.
