@@ -38,6 +38,14 @@ pid_t namedProcess(XConnection &connection, xcb_window_t window) {
     return static_cast<pid_t>(process);
 }
 
+/// A window manager may still name a window that is gone, and the server gives the numbers of a
+/// client that is gone to the next one.
+bool exists(XConnection &connection, xcb_window_t window)
+{
+    const auto cookie = xcb_get_geometry(connection.xcb(), window);
+    return xcbReply(xcb_get_geometry_reply(connection.xcb(), cookie, nullptr)) != nullptr;
+}
+
 xcb_window_t selectionOwner(XConnection &connection, xcb_atom_t selection) {
     const auto cookie = xcb_get_selection_owner(connection.xcb(), selection);
     const auto reply = xcbReply(xcb_get_selection_owner_reply(connection.xcb(), cookie, nullptr));
@@ -49,8 +57,8 @@ xcb_window_t selectionOwner(XConnection &connection, xcb_atom_t selection) {
 ActiveApplication activeApplication(XConnection &connection) {
     ActiveApplication active;
     active.window = connection.activeWindow();
-    if (active.window == XCB_NONE)
-        return active;
+    if (active.window == XCB_NONE || !exists(connection, active.window))
+        return {};
     const pid_t client = clientProcess(connection, active.window);
     active.process = client != 0 ? client : namedProcess(connection, active.window);
 

@@ -66,6 +66,16 @@ void press(const QStringList &keys) {
     run(QStringLiteral("xdotool"), QStringList{QStringLiteral("key")} + keys);
 }
 
+void setEnabled(bool isOn) {
+    run(QStringLiteral("dbus-send"),
+        {QStringLiteral("--session"), QStringLiteral("--print-reply"),
+         QStringLiteral("--dest=org.a11y.Bus"), QStringLiteral("/org/a11y/bus"),
+         QStringLiteral("org.freedesktop.DBus.Properties.Set"),
+         QStringLiteral("string:org.a11y.Status"), QStringLiteral("string:IsEnabled"),
+         QStringLiteral("variant:boolean:") +
+             (isOn ? QStringLiteral("true") : QStringLiteral("false"))});
+}
+
 QString windowProgram() {
     return QCoreApplication::applicationDirPath() + QStringLiteral("/text_window");
 }
@@ -153,20 +163,25 @@ protected:
         return program;
     }
 
-    /// Selects the first line of the active xterm with the mouse.
-    void selectFirstLine() {
+    /// Clicks into the active window until that has made a selection.
+    void selectByClicks(int x, int y, int clicks) {
         const QString window = QString::number(connection->activeWindow());
-        EXPECT_TRUE(QTest::qWaitFor(
-            [&] {
-                run(QStringLiteral("xdotool"),
-                    {QStringLiteral("mousemove"), QStringLiteral("--window"), window,
-                     QStringLiteral("30"), QStringLiteral("8"), QStringLiteral("click"),
-                     QStringLiteral("--repeat"), QStringLiteral("3"), QStringLiteral("--delay"),
-                     QStringLiteral("20"), QStringLiteral("1")});
-                return activeApplication(*connection).ownsPrimary;
-            },
-            5000));
+        for (int attempt = 0; attempt < 8 && !activeApplication(*connection).ownsPrimary;
+             ++attempt) {
+            run(QStringLiteral("xdotool"),
+                {QStringLiteral("mousemove"), QStringLiteral("--window"), window,
+                 QString::number(x), QString::number(y), QStringLiteral("click"),
+                 QStringLiteral("--repeat"), QString::number(clicks), QStringLiteral("--delay"),
+                 QStringLiteral("20"), QStringLiteral("1")});
+            // Longer than any time within which clicks count as one gesture.
+            EXPECT_TRUE(
+                QTest::qWaitFor([&] { return activeApplication(*connection).ownsPrimary; }, 600) ||
+                attempt < 7);
+        }
     }
+
+    /// Selects the first line of the active xterm.
+    void selectFirstLine() { selectByClicks(30, 8, 3); }
 
     std::unique_ptr<XConnection> connection;
     int questions = 0;
@@ -176,7 +191,6 @@ protected:
 
 using AccessibilityTest = AccessibilityDesktop;
 class AccessibilityHungTest : public AccessibilityDesktop {};
-class AccessibilityTrustTest : public AccessibilityDesktop {};
 class AccessibilityBusTest : public AccessibilityDesktop {};
 
 TEST_F(AccessibilityTest, theSelectionOfAnEditorIsReadAfterEmoji) {
@@ -223,10 +237,9 @@ TEST_F(AccessibilityTest, aPasswordFieldIsNotRead) {
 
 TEST_F(AccessibilityTest, aPasswordFieldIsNotReadThroughPrimaryEither) {
     const auto program = textWindow("password", QStringLiteral("s3cret"), 0, 0);
-    // Its neighbour's selection becomes PRIMARY, then the focus goes to the password.
-    press({QStringLiteral("shift+Tab"), QStringLiteral("Home"), QStringLiteral("shift+End")});
-    ASSERT_TRUE(QTest::qWaitFor([&] { return activeApplication(*connection).ownsPrimary; }, 3000));
-    ASSERT_TRUE(reads(QStringLiteral("another field")));
+    // A word selected in its neighbour becomes PRIMARY, then the focus goes to the password.
+    selectByClicks(30, 20, 2);
+    ASSERT_TRUE(reads(QStringLiteral("another")));
     run(QStringLiteral("xdotool"),
         {QStringLiteral("mousemove"), QStringLiteral("--window"),
          QString::number(connection->activeWindow()), QStringLiteral("200"), QStringLiteral("150"),
@@ -337,7 +350,19 @@ TEST_F(AccessibilityTest, theProgramsOwnWindowIsNoElement) {
 }
 
 TEST_F(AccessibilityTest, withoutAnActiveWindowThereIsNoElement) {
-    ASSERT_TRUE(QTest::qWaitFor([&] { return connection->activeWindow() == XCB_NONE; }, 5000));
+    const xcb_window_t none = XCB_NONE;
+    xcb_change_property(connection->xcb(), XCB_PROP_MODE_REPLACE, connection->root(),
+                        connection->atom("_NET_ACTIVE_WINDOW"), XCB_ATOM_WINDOW, 32, 1, &none);
+    EXPECT_EQ(capture().focus, AXError::kAXErrorNoValue);
+}
+
+TEST_F(AccessibilityTest, anActiveWindowThatIsGoneIsNoElement) {
+    auto other = XConnection::open();
+    const xcb_window_t gone = other->window();
+    xcb_change_property(connection->xcb(), XCB_PROP_MODE_REPLACE, connection->root(),
+                        connection->atom("_NET_ACTIVE_WINDOW"), XCB_ATOM_WINDOW, 32, 1, &gone);
+    xcb_destroy_window(other->xcb(), gone);
+    ASSERT_NE(other->atom("PINDLE_ANY"), xcb_atom_t(XCB_ATOM_NONE)); // a round trip
     EXPECT_EQ(capture().focus, AXError::kAXErrorNoValue);
 }
 
@@ -412,10 +437,10 @@ TEST_F(AccessibilityHungTest, aHungApplicationInFrontCostsAQuarterSecondAtMost) 
     for (int i = 0; i < 3; ++i) {
         const Reading reading = capture();
         EXPECT_EQ(reading.focus, AXError::kAXErrorCannotComplete);
-        EXPECT_LE(reading.milliseconds, 300);
+        EXPECT_LE(reading.milliseconds, 350);
         std::printf("with a hung application in front: %.2f ms\n", reading.milliseconds);
     }
-    EXPECT_LE(longestGap, 50);
+    EXPECT_LE(longestGap, 100);
     front->resume();
     EXPECT_EQ(capture().text, QStringLiteral("lunch")) << "the next capture works";
 }
@@ -430,7 +455,7 @@ TEST_F(AccessibilityHungTest, anApplicationHangingLaterCostsNoMoreThanTheCapture
     front->stop();
     EXPECT_EQ(copy(*reading.element, "AXSelectedTextRange").error, AXError::kAXErrorCannotComplete);
     EXPECT_EQ(copy(*reading.element, "AXValue").error, AXError::kAXErrorCannotComplete);
-    EXPECT_LE(clock.elapsed(), 300);
+    EXPECT_LE(clock.elapsed(), 350);
 }
 
 TEST_F(AccessibilityHungTest, aHungOwnerOfPrimaryCostsAQuarterSecondAtMost) {
@@ -440,7 +465,7 @@ TEST_F(AccessibilityHungTest, aHungOwnerOfPrimaryCostsAQuarterSecondAtMost) {
     program->stop();
     const Reading reading = capture();
     EXPECT_NE(reading.error, kSuccess);
-    EXPECT_LE(reading.milliseconds, 300);
+    EXPECT_LE(reading.milliseconds, 350);
     program->resume();
     EXPECT_TRUE(QTest::qWaitFor([&] { return capture().error == kSuccess; }, 3000));
 }
@@ -462,19 +487,10 @@ TEST_F(AccessibilityHungTest, endingTheProgramDoesNotWaitForAHungApplication) {
     EXPECT_FALSE(completed);
 }
 
-namespace {
-
-void setEnabled(bool isOn) {
-    run(QStringLiteral("dbus-send"),
-        {QStringLiteral("--session"), QStringLiteral("--print-reply"),
-         QStringLiteral("--dest=org.a11y.Bus"), QStringLiteral("/org/a11y/bus"),
-         QStringLiteral("org.freedesktop.DBus.Properties.Set"),
-         QStringLiteral("string:org.a11y.Status"), QStringLiteral("string:IsEnabled"),
-         QStringLiteral("variant:boolean:") +
-             (isOn ? QStringLiteral("true") : QStringLiteral("false"))});
-}
-
-} // namespace
+class AccessibilityTrustTest : public AccessibilityDesktop {
+protected:
+    void TearDown() override { setEnabled(true); }
+};
 
 TEST_F(AccessibilityTrustTest, trustFollowsTheSwitch) {
     setEnabled(true);
@@ -559,7 +575,7 @@ TEST_F(AccessibilityBusTest, theBusMayGoAndComeBack) {
     ASSERT_EQ(kill(launcher, SIGTERM), 0);
     ASSERT_TRUE(
         QTest::qWaitFor([&] { return ownerOf(QStringLiteral("org.a11y.Bus")) != launcher; }, 5000));
-    EXPECT_LE(capture().milliseconds, 300);
+    EXPECT_LE(capture().milliseconds, 350);
     const auto after = textWindow("line", QStringLiteral("supper at home"), 0, 6);
     EXPECT_TRUE(reads(QStringLiteral("supper")));
     EXPECT_TRUE(QTest::qWaitFor([&] { return accessibility->AXIsProcessTrusted(); }, 3000));

@@ -246,9 +246,9 @@ TEST_F(PasteboardTest, aSilentOwnerCostsAQuarterSecondAndTheMainLoopKeepsTurning
     const Answer answer = read();
     EXPECT_EQ(answer.text, std::nullopt);
     EXPECT_GE(answer.milliseconds, 240);
-    EXPECT_LE(answer.milliseconds, 300);
-    EXPECT_GE(ticks, 25);
-    EXPECT_LE(longestGap, 50);
+    EXPECT_LE(answer.milliseconds, 350);
+    EXPECT_GE(ticks, 20);
+    EXPECT_LE(longestGap, 100);
     std::printf("silent owner: %.1f ms, %d ticks, longest gap %lld ms\n", answer.milliseconds,
                 ticks, static_cast<long long>(longestGap));
 }
@@ -261,7 +261,7 @@ TEST_F(PasteboardTest, refusalsDoNotLengthenTheWaitForASilentOwner) {
     });
     const Answer answer = read();
     EXPECT_EQ(answer.text, std::nullopt);
-    EXPECT_LE(answer.milliseconds, 300);
+    EXPECT_LE(answer.milliseconds, 350);
 }
 
 TEST_F(PasteboardTest, anOwnerFallingSilentAmidATransferIsGivenUpOn) {
@@ -289,7 +289,7 @@ TEST_F(PasteboardTest, anEndlessTransferIsCutOff) {
     drip.stop();
     EXPECT_EQ(answer.text, std::nullopt);
     EXPECT_GE(answer.milliseconds, 900);
-    EXPECT_LE(answer.milliseconds, 1200);
+    EXPECT_LE(answer.milliseconds, 1300);
 }
 
 TEST_F(PasteboardTest, aLateAnswerIsNotTakenForTheNextOne) {

@@ -37,7 +37,8 @@ QWidget *widgetOf(const QString &kind, const QString &text, int start, int end) 
 } // namespace
 
 /// text_window KIND TEXT START END: a window holding an editor, a line, a password field or a
-/// button that has the focus, with the text from START to END (UTF-16 units) selected.
+/// button that has the focus, with the text from START to END (UTF-16 units) selected. Above it, 40
+/// pixels high, is another line.
 int main(int argc, char **argv) {
     QApplication application(argc, argv);
     const QStringList arguments = QApplication::arguments();
@@ -48,7 +49,12 @@ int main(int argc, char **argv) {
     auto *layout = new QVBoxLayout(content);
     auto *focused =
         widgetOf(arguments[1], arguments[2], arguments[3].toInt(), arguments[4].toInt());
-    layout->addWidget(new QLineEdit(QStringLiteral("another field")));
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(0);
+    auto *other = new QLineEdit(QStringLiteral("another field"));
+    other->setFixedHeight(40);
+    layout->addWidget(other);
+    focused->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
     layout->addWidget(focused);
     window.setCentralWidget(content);
     window.resize(400, 200);
