@@ -11,6 +11,7 @@ namespace pindle {
 namespace {
 constexpr int spacing = 12;
 constexpr int tileSpacing = 8;
+constexpr int usualTiles = 4;
 } // namespace
 
 CalendarActionsCard::CalendarActionsCard(Chosen chosen)
@@ -21,25 +22,29 @@ CalendarActionsCard::CalendarActionsCard(Chosen chosen)
     column().addWidget(new TextLabel(QStringLiteral("Add To Calendar"), theme::TextStyle::headline,
                                      theme::primaryText()));
     column().addLayout(row_);
+    // Made now, the tiles have their place in the order of the Tab key.
+    for (int tile = 0; tile < usualTiles; ++tile)
+        addTile();
 }
 
 void CalendarActionsCard::setLinks(const QList<CalendarDestinationLink> &links) {
-    while (tiles_.size() > links.size())
-        delete tiles_.takeLast();
-    for (qsizetype index = 0; index < links.size(); ++index) {
-        if (index < tiles_.size())
+    while (tiles_.size() < links.size())
+        addTile();
+    for (qsizetype index = 0; index < tiles_.size(); ++index) {
+        tiles_[index]->setVisible(index < links.size());
+        if (index < links.size())
             tiles_[index]->setLink(links[index]);
-        else
-            tiles_.append(addTile(links[index]));
     }
 }
 
-CompactCalendarButton *CalendarActionsCard::addTile(const CalendarDestinationLink &link) {
-    auto *tile = new CompactCalendarButton(link);
+void CalendarActionsCard::addTile() {
+    auto *tile = new CompactCalendarButton({});
     connect(tile, &QAbstractButton::clicked, this, [this, tile] { chosen_(tile->link()); });
+    tile->hide();
     row_->addWidget(tile, 1);
-    tile->show();
-    return tile;
+    if (!tiles_.isEmpty())
+        setTabOrder(tiles_.last(), tile);
+    tiles_.append(tile);
 }
 
 void CalendarActionsCard::setTilesEnabled(bool enabled) {

@@ -27,7 +27,7 @@ public:
     void setTilesEnabled(bool enabled);
 
 private:
-    CompactCalendarButton *addTile(const CalendarDestinationLink &link);
+    void addTile();
 
     Chosen chosen_;
     QHBoxLayout *row_;

@@ -19,6 +19,7 @@ constexpr int padding = 10;
 constexpr int editorHeight = 84;
 constexpr double radius = 12;
 constexpr double fillOpacity = 0.75;
+constexpr double borderOpacity = 0.08;
 constexpr double ringWidth = 2;
 
 /// The rounded ground of the editor, with a ring while the editor has the keyboard.
@@ -31,12 +32,12 @@ public:
 protected:
     void paintEvent(QPaintEvent *event) override {
         Card::paintEvent(event);
-        if (!editor_.hasFocus())
-            return;
         QPainter painter(this);
         painter.setRenderHint(QPainter::Antialiasing);
-        painter.setPen(QPen(theme::accent(), ringWidth));
-        constexpr double inset = ringWidth / 2;
+        const bool focused = editor_.hasFocus();
+        const double line = focused ? ringWidth : 1;
+        painter.setPen(QPen(focused ? theme::accent() : theme::black(borderOpacity), line));
+        const double inset = line / 2;
         painter.drawRoundedRect(QRectF(rect()).adjusted(inset, inset, -inset, -inset),
                                 radius - inset, radius - inset);
     }
@@ -61,12 +62,6 @@ public:
     }
 
 protected:
-    bool event(QEvent *event) override {
-        if (event->type() == QEvent::ApplicationFontChange)
-            setFont(theme::font(theme::TextStyle::subheadline));
-        return QPlainTextEdit::event(event);
-    }
-
     void focusInEvent(QFocusEvent *event) override {
         QPlainTextEdit::focusInEvent(event);
         parentWidget()->update();
@@ -107,6 +102,13 @@ LabeledEditor::LabeledEditor(const QString &title)
 QString LabeledEditor::text() const {
     // Unlike the document's plain text, its raw text keeps no-break spaces.
     return withLineFeeds(editor_->document()->toRawText());
+}
+
+void LabeledEditor::changeEvent(QEvent *event) {
+    // The label takes up a new application font by itself; an editor with a font of its own does not.
+    if (event->type() == QEvent::FontChange)
+        editor_->setFont(theme::font(theme::TextStyle::subheadline));
+    QWidget::changeEvent(event);
 }
 
 void LabeledEditor::setText(const QString &text) {

@@ -22,6 +22,9 @@ Q_SIGNALS:
     /// The user changed the text.
     void textEdited(const QString &text);
 
+protected:
+    void changeEvent(QEvent *event) override;
+
 private:
     QPlainTextEdit *editor_;
 };

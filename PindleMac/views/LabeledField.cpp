@@ -14,7 +14,7 @@ namespace {
 constexpr int labelSpacing = 6;
 constexpr double radius = 6;
 constexpr int horizontalPadding = 6;
-constexpr int verticalPadding = 5;
+constexpr int verticalPadding = 4;
 constexpr double borderOpacity = 0.14;
 constexpr double ringWidth = 2;
 
@@ -28,12 +28,6 @@ RoundedTextField::RoundedTextField() {
     QPalette clear = theme::palette();
     clear.setColor(QPalette::Base, Qt::transparent);
     setPalette(clear);
-}
-
-bool RoundedTextField::event(QEvent *event) {
-    if (event->type() == QEvent::ApplicationFontChange)
-        setFont(theme::font(theme::TextStyle::subheadline));
-    return QLineEdit::event(event);
 }
 
 void RoundedTextField::paintEvent(QPaintEvent *event) {
@@ -56,6 +50,13 @@ LabeledField::LabeledField(const QString &title)
     layout->addWidget(fieldLabel(title, *field_));
     layout->addWidget(field_);
     connect(field_, &QLineEdit::textEdited, this, &LabeledField::textEdited);
+}
+
+void LabeledField::changeEvent(QEvent *event) {
+    // The label takes up a new application font by itself; a field with a font of its own does not.
+    if (event->type() == QEvent::FontChange)
+        field_->setFont(theme::font(theme::TextStyle::subheadline));
+    QWidget::changeEvent(event);
 }
 
 void LabeledField::setText(const QString &text) {

@@ -12,7 +12,6 @@ public:
     RoundedTextField();
 
 protected:
-    bool event(QEvent *event) override;
     void paintEvent(QPaintEvent *event) override;
 };
 
@@ -30,6 +29,9 @@ public:
 Q_SIGNALS:
     /// The user changed the text.
     void textEdited(const QString &text);
+
+protected:
+    void changeEvent(QEvent *event) override;
 
 private:
     RoundedTextField *field_;

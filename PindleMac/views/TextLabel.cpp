@@ -10,6 +10,7 @@ TextLabel::TextLabel(const QString &text, theme::TextStyle style, const QColor &
     : style_(style)
     , colour_(colour) {
     setTextFormat(Qt::PlainText);
+    setTextInteractionFlags(Qt::NoTextInteraction);
     setWordWrap(true);
     setText(text);
 }

@@ -24,9 +24,9 @@ ThinScrollBar::ThinScrollBar(QWidget *parent)
 }
 
 void ThinScrollBar::standInFor(QScrollBar &other) {
+    source_ = &other;
     const auto adopt = [this, &other] {
         setRange(other.minimum(), other.maximum());
-        setPageStep(other.pageStep());
         setSingleStep(other.singleStep());
         setValue(other.value());
         setVisible(other.maximum() > other.minimum());
@@ -44,7 +44,9 @@ QSize ThinScrollBar::sizeHint() const {
 QRectF ThinScrollBar::thumb() const {
     const double track = height() - 2 * inset;
     const double range = maximum() - minimum();
-    const double length = std::clamp(track * pageStep() / (range + pageStep()),
+    // The bar stood in for changes its page after its range, and tells nobody.
+    const int page = source_ ? source_->pageStep() : pageStep();
+    const double length = std::clamp(track * page / (range + page),
                                      std::min(smallestLength, track), track);
     const double progress = range > 0 ? (value() - minimum()) / range : 0;
     return {width() - thickness - inset, inset + (track - length) * progress, thickness, length};

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QPointer>
 #include <QScrollBar>
 
 namespace pindle {
@@ -27,6 +28,7 @@ protected:
 private:
     QRectF thumb() const;
 
+    QPointer<QScrollBar> source_;
     /// Where the pointer holds the thumb, from its top; negative while it does not.
     double grip_ = -1;
 };
