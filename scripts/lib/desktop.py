@@ -9,15 +9,12 @@ import signal
 import subprocess
 import sys
 import time
-import warnings
 
 import gi
 
 gi.require_version("Atspi", "2.0")
 from gi.repository import Atspi, GLib  # noqa: E402
 
-# The bindings call every interface getter deprecated, and offer nothing else.
-warnings.filterwarnings("ignore", category=DeprecationWarning)
 
 DEADLINE = 10.0  # seconds anything on the desktop may take
 POLL = 0.02  # seconds between two looks
