@@ -188,6 +188,8 @@ bool ContentView::destinationsEnabled() const {
 
 void ContentView::edit(QString CalendarEventDetails::*field, const QString &text) {
     CalendarEventDetails details = viewModel_.eventDetails();
+    if (details.*field == text)
+        return;
     details.*field = text;
     viewModel_.setEventDetails(details);
     if (viewModel_.phase() == ParserPhase::ready)
