@@ -15,6 +15,7 @@
 #include <QElapsedTimer>
 #include <QPainter>
 #include <QScreen>
+#include <QTest>
 #include <QTimer>
 #include <cstdio>
 
@@ -26,6 +27,8 @@ using shelltest::Shell;
 struct Scene {
     QString name;
     std::function<void(Shell &)> arrange;
+    /// Accessible name of the control that has the keyboard, if any.
+    QString focused = {};
 };
 
 void fail(Shell &shell, AppError::Case error, bool calendar, bool accessibility) {
@@ -92,6 +95,13 @@ QList<Scene> scenes() {
                                         QStringLiteral("x").repeated(150) +
                                             QStringLiteral(" <b>not bold</b> & plain"));
          }},
+        {QStringLiteral("12-focused-field"), [](Shell &shell) { shell.becomeReady(); },
+         QStringLiteral("Start Time")},
+        {QStringLiteral("13-focused-description"), [](Shell &shell) { shell.becomeReady(); },
+         QStringLiteral("Description")},
+        {QStringLiteral("14-focused-tile"), [](Shell &shell) { shell.becomeReady(); },
+         QStringLiteral("Google Calendar")},
+        {QStringLiteral("15-focused-close"), [](Shell &) {}, QStringLiteral("Close")},
     };
 }
 
@@ -117,12 +127,19 @@ QImage render(const Scene &scene, bool whole) {
     scene.arrange(shell);
     ContentView view(*shell.model);
     view.setAttribute(Qt::WA_TranslucentBackground);
-    view.setAttribute(Qt::WA_DontShowOnScreen);
     int height = view.contentHeight();
     if (whole)
         height = view.fullHeight();
     view.resize(ContentView::panelWidth, height);
     view.show();
+    if (!scene.focused.isEmpty()) {
+        view.setFocus();
+        view.activateWindow();
+        QTest::qWait(10);
+        for (QWidget *control : view.findChildren<QWidget *>())
+            if (control->accessibleName() == scene.focused)
+                control->setFocus(Qt::TabFocusReason);
+    }
     return onGround(view.grab());
 }
 
