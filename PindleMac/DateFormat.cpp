@@ -4,6 +4,7 @@
 #include <array>
 #include <memory>
 #include <string_view>
+#include <unicode/basictz.h>
 #include <unicode/gregocal.h>
 #include <unicode/smpdtfmt.h>
 #include <unicode/timezone.h>
@@ -33,10 +34,25 @@ std::unique_ptr<icu::SimpleDateFormat> makeFormatter(const TimeZone &zone, const
         icu::TimeZone::createTimeZone(toIcu(zone.identifier)), posix, status);
     if (U_FAILURE(status))
         return nullptr;
-    calendar->setRepeatedWallTimeOption(UCAL_WALLTIME_FIRST);
     formatter->adoptCalendar(calendar.release());
     formatter->setLenient(false);
     return formatter;
+}
+
+/// Milliseconds the zone is ahead of UTC at a wall-clock time; in a gap and in an overlap the
+/// offset before the change.
+double offsetAtWallClock(UDate wallClock, const TimeZone &zone) {
+    const std::unique_ptr<icu::TimeZone> found(
+        icu::TimeZone::createTimeZone(toIcu(zone.identifier)));
+    const auto *basic = dynamic_cast<const icu::BasicTimeZone *>(found.get());
+    if (!basic)
+        return 0;
+    int32_t raw = 0;
+    int32_t daylight = 0;
+    UErrorCode status = U_ZERO_ERROR;
+    basic->getOffsetFromLocal(wallClock, UCAL_TZ_LOCAL_FORMER, UCAL_TZ_LOCAL_FORMER, raw, daylight,
+                              status);
+    return U_SUCCESS(status) ? raw + daylight : 0;
 }
 
 } // namespace
@@ -65,14 +81,17 @@ QString formatDate(std::chrono::sys_seconds instant, const TimeZone &zone, const
 
 std::optional<std::chrono::sys_seconds> parseDate(const QString &text, const TimeZone &zone,
                                                   const QString &pattern) {
-    const auto formatter = makeFormatter(zone, pattern);
+    // Read as a wall clock first: in a zone, the strict reader refuses the times that a change to
+    // daylight saving skips.
+    const auto formatter = makeFormatter({QStringLiteral("UTC")}, pattern);
     if (!formatter)
         return std::nullopt;
     const icu::UnicodeString source = toIcu(text);
     icu::ParsePosition position(0);
-    const UDate moment = formatter->parse(source, position);
+    const UDate wallClock = formatter->parse(source, position);
     if (position.getErrorIndex() >= 0 || position.getIndex() != source.length())
         return std::nullopt;
+    const UDate moment = wallClock - offsetAtWallClock(wallClock, zone);
     return std::chrono::sys_seconds(
         std::chrono::seconds(static_cast<qint64>(moment / U_MILLIS_PER_SECOND)));
 }

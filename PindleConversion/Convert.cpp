@@ -1,0 +1,105 @@
+#include "PindleConversion/Convert.h"
+
+#include "PindleConversion/Messages.h"
+#include "PindleConversion/clean/CleanText.h"
+#include "PindleConversion/compose/Compose.h"
+#include "PindleConversion/layout/Fields.h"
+#include "PindleConversion/tokens/Tokenizer.h"
+
+namespace pindle::conversion {
+
+namespace {
+
+using namespace std::chrono;
+
+/// Month before day is the habit of the Americas.
+bool isAmerican(std::string_view zone) {
+    for (std::string_view area : {"America/", "US/", "Canada/"})
+        if (zone.starts_with(area))
+            return true;
+    return zone == "Pacific/Honolulu";
+}
+
+Reference referenceOf(const Request &request, Day today, DayOrder order) {
+    const bool monthFirst = order == DayOrder::MonthFirst ||
+                            (order == DayOrder::ByZone && isAmerican(request.referenceTimezone));
+    return {today, request.referenceTimezone, monthFirst};
+}
+
+void addEvidence(Reply &reply, const Document &document, Fact fact, TokenSpan span) {
+    if (!span.empty())
+        reply.evidence.push_back(
+            {fact, document.tokens[span.begin].begin, document.tokens[span.end - 1].end});
+}
+
+/// Writes days, times and zone of the choice into the draft.
+void fillMoments(Draft &draft, const Choice &choice) {
+    constexpr int kMinutesInDay = 24 * 60;
+    draft.startDate = formatDay(choice.start);
+    draft.timeZone = choice.zone;
+    if (choice.startMinute)
+        draft.startTime = formatMinute(*choice.startMinute);
+    std::optional<Day> last = choice.last;
+    if (choice.endMinute) {
+        draft.endTime = formatMinute(*choice.endMinute);
+        if (!last)
+            last = choice.start + days(*choice.endMinute / kMinutesInDay);
+    }
+    if (last && (*last != choice.start || choice.endMinute))
+        draft.endDate = formatDay(*last);
+}
+
+Reply refuse(std::string error) {
+    Reply reply;
+    reply.error = std::move(error);
+    return reply;
+}
+
+Document read(std::string_view text) {
+    Document document;
+    document.text = cleanText(text);
+    document.tokens = tokenize(document.text);
+    annotate(document, lexiconIndex());
+    layOut(document);
+    return document;
+}
+
+} // namespace
+
+Reply convert(const Request &request) {
+    const auto today = parseDay(request.referenceDate);
+    if (!today)
+        return refuse("The reference date is not a valid date.");
+    Document document = read(request.text);
+    const Reference reference = referenceOf(request, *today, lexiconIndex().dayOrder());
+    const Expressions expressions = findExpressions(document);
+    const Choice choice = chooseEvent(document, expressions, reference);
+    const std::size_t steps = document.tokens.size() + document.senses.size() + choice.steps;
+    if (!choice.found) {
+        Reply reply = refuse(refusalText(choice.notice));
+        reply.cleanText = std::move(document.text);
+        reply.steps = steps;
+        return reply;
+    }
+    Reply reply;
+    const TokenSpan place = findPlace(document, choice);
+    const TokenSpan title = findTitle(document, choice);
+    Draft draft;
+    fillMoments(draft, choice);
+    draft.location = spanText(document, place);
+    draft.title = spanText(document, title);
+    draft.description = describe(document, title, place);
+    addEvidence(reply, document, Fact::Title, title);
+    addEvidence(reply, document, Fact::Location, place);
+    addEvidence(reply, document, Fact::Date, choice.dateSpan);
+    addEvidence(reply, document, Fact::Time, choice.timeSpan);
+    addEvidence(reply, document, Fact::End, choice.endSpan);
+    addEvidence(reply, document, Fact::Zone, choice.zoneSpan);
+    reply.draft = std::move(draft);
+    reply.userMessage = noticeText(choice);
+    reply.cleanText = std::move(document.text);
+    reply.steps = steps;
+    return reply;
+}
+
+} // namespace pindle::conversion

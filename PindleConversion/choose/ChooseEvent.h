@@ -1,0 +1,46 @@
+#pragma once
+
+#include "PindleConversion/expressions/Expression.h"
+#include "PindleConversion/resolve/Resolve.h"
+
+namespace pindle::conversion {
+
+/// Why a text has no event, or what was assumed about the one it has.
+enum class Notice : std::uint8_t {
+    None,
+    NoDate,
+    OnlyPast,
+    TodayAssumed,
+    InPast,
+    WeekdayConflict,
+    OrderAssumed,
+    HalfAssumed,
+    SeveralDates,
+    Repeats,
+};
+
+/// The event chosen among the dates and times of a text.
+struct Choice {
+    bool found = false;
+    Notice notice = Notice::None;
+    Day start;
+    std::optional<Day> last;
+    std::optional<int> startMinute;
+    std::optional<int> endMinute; ///< 1440 and more: days after the start's
+    std::string zone;
+    TokenSpan dateSpan; ///< empty when today was assumed
+    TokenSpan timeSpan;
+    TokenSpan endSpan;
+    TokenSpan zoneSpan;
+    EventKind kind = EventKind::None;
+    std::size_t steps = 0;
+
+    /// The token that the event's place and title are looked for around.
+    std::uint32_t anchor() const { return dateSpan.empty() ? timeSpan.begin : dateSpan.begin; }
+};
+
+/// Sixth step: which of the dates and times make the event.
+Choice chooseEvent(const Document &document, const Expressions &expressions,
+                   const Reference &reference);
+
+} // namespace pindle::conversion

@@ -1,0 +1,213 @@
+#include "PindleConversion/clean/CleanText.h"
+
+#include <array>
+#include <cstdint>
+
+#include <unicode/uchar.h>
+
+#include "PindleConversion/clean/Utf8.h"
+
+namespace pindle::conversion {
+
+namespace {
+
+constexpr UChar32 kBullet = 0x2022;
+constexpr UChar32 kNothing = -1;
+
+bool isInvisible(UChar32 c) {
+    return c == 0xAD || c == 0x180E || (c >= 0x200B && c <= 0x200F) ||
+           (c >= 0x202A && c <= 0x202E) || (c >= 0x2060 && c <= 0x2069) || c == 0xFEFF ||
+           (c >= 0xFE00 && c <= 0xFE0F);
+}
+
+bool isBullet(UChar32 c) {
+    constexpr std::array<UChar32, 16> bullets{0x2022, 0x2023, 0x2043, 0x204C, 0x204D, 0x2219,
+                                              0x25A0, 0x25AA, 0x25AB, 0x25B6, 0x25BA, 0x25C6,
+                                              0x25CB, 0x25CF, 0x25E6, 0x2756};
+    for (UChar32 bullet : bullets)
+        if (c == bullet)
+            return true;
+    return false;
+}
+
+/// Pictures that people use as labels; they are kept, since the next steps read them.
+bool isLabelPicture(UChar32 c) {
+    return c == 0x1F4CD || c == 0x1F4CC || c == 0x1F5FA || c == 0x1F4C5 || c == 0x1F4C6 ||
+           c == 0x1F5D3 || c == 0x23F0 || c == 0x23F1 || c == 0x23F2 || c == 0x231A ||
+           (c >= 0x1F550 && c <= 0x1F567);
+}
+
+UChar32 foldLabelPicture(UChar32 c) {
+    if (c == 0x1F4CD || c == 0x1F4CC || c == 0x1F5FA)
+        return 0x1F4CD;
+    return c == 0x1F4C5 || c == 0x1F4C6 || c == 0x1F5D3 ? 0x1F4C5 : 0x23F0;
+}
+
+bool isPicture(UChar32 c) {
+    if (c < 0x2190)
+        return false;
+    return (c >= 0x1F000 && c <= 0x1FAFF) || (c >= 0xE0020 && c <= 0xE007F) ||
+           u_hasBinaryProperty(c, UCHAR_EXTENDED_PICTOGRAPHIC);
+}
+
+/// One character of the text in its plain form; `kNothing` when it is dropped.
+UChar32 plain(UChar32 c) {
+    if (c < 0)
+        return ' ';
+    if (c < 0x80) {
+        if (c == '\n' || c == '\t' || (c >= 0x20 && c < 0x7F))
+            return c;
+        return c == '\v' || c == '\f' || c == '\r' ? '\n' : ' ';
+    }
+    if (c == 0x85 || c == 0x2028 || c == 0x2029)
+        return '\n';
+    if (isInvisible(c))
+        return kNothing;
+    if (isLabelPicture(c))
+        return foldLabelPicture(c);
+    if (isBullet(c))
+        return kBullet;
+    if (c >= 0xFF01 && c <= 0xFF5E)
+        return c - 0xFF01 + 0x21;
+    if (u_isUWhiteSpace(c) || u_iscntrl(c) || isPicture(c))
+        return ' ';
+    return c;
+}
+
+bool isWordByte(char c) {
+    const auto byte = static_cast<unsigned char>(c);
+    return byte >= 0x80 || (c >= '0' && c <= '9') || (c >= 'a' && c <= 'z') ||
+           (c >= 'A' && c <= 'Z');
+}
+
+class Cleaner {
+public:
+    explicit Cleaner(std::string_view text) : m_in(text) { m_out.reserve(text.size()); }
+
+    std::string run() {
+        while (m_at < m_in.size())
+            step();
+        return std::move(m_out);
+    }
+
+private:
+    void step() {
+        const auto c = static_cast<unsigned char>(m_in[m_at]);
+        if (c == '\r' && m_at + 1 < m_in.size() && m_in[m_at + 1] == '\n') {
+            ++m_at;
+            return;
+        }
+        if (lineStarts() && skipLinePrefix())
+            return;
+        if (c == '*' || c == '_' || c == '`' || c == '~')
+            return emphasis(m_in[m_at]);
+        if (c == '&' && entity())
+            return;
+        const CodePoint point = decodeAt(m_in, m_at);
+        m_at = point.end;
+        put(plain(point.value));
+    }
+
+    bool lineStarts() const { return m_out.empty() || m_out.back() == '\n'; }
+
+    /// Quotation and heading marks before a line.
+    bool skipLinePrefix() {
+        const char c = m_in[m_at];
+        if (c == '>' || c == '#' || c == ' ') {
+            ++m_at;
+            return true;
+        }
+        return false;
+    }
+
+    void emphasis(char mark) {
+        std::size_t end = m_at;
+        while (end < m_in.size() && m_in[end] == mark)
+            ++end;
+        const bool wordBefore = m_at > 0 && isWordByte(m_in[m_at - 1]);
+        const bool wordAfter = end < m_in.size() && isWordByte(m_in[end]);
+        const bool spaceBefore = m_at == 0 || m_in[m_at - 1] == ' ' || m_in[m_at - 1] == '\n';
+        const bool spaceAfter = end == m_in.size() || m_in[end] == ' ';
+        const bool inside = wordBefore && wordAfter;
+        if (mark == '*' && lineStarts() && spaceAfter)
+            put(kBullet);
+        else if ((inside && mark != '*') || (spaceBefore && spaceAfter) ||
+                 (mark == '~' && end - m_at < 2))
+            m_out.append(m_in.substr(m_at, end - m_at));
+        m_at = end;
+    }
+
+    bool entity() {
+        struct Named {
+            std::string_view name;
+            char c;
+        };
+        constexpr std::array<Named, 7> named{{{"&amp;", '&'},
+                                              {"&nbsp;", ' '},
+                                              {"&lt;", '<'},
+                                              {"&gt;", '>'},
+                                              {"&quot;", '"'},
+                                              {"&#39;", '\''},
+                                              {"&apos;", '\''}}};
+        for (const Named &entry : named) {
+            if (m_in.substr(m_at, entry.name.size()) == entry.name) {
+                m_out += entry.c;
+                m_at += entry.name.size();
+                return true;
+            }
+        }
+        return false;
+    }
+
+    void put(UChar32 c) {
+        if (c != kNothing)
+            appendPoint(m_out, c);
+    }
+
+    std::string_view m_in;
+    std::size_t m_at = 0;
+    std::string m_out;
+};
+
+std::string_view trimmed(std::string_view text) {
+    const auto first = text.find_first_not_of(" \t\n");
+    if (first == std::string_view::npos)
+        return {};
+    return text.substr(first, text.find_last_not_of(" \t\n") - first + 1);
+}
+
+/// Takes one pair of quotes off when it holds the whole text and nothing else is quoted with it.
+bool unquote(std::string_view &text) {
+    using Pair = std::array<std::string_view, 2>;
+    constexpr std::array<Pair, 7> pairs{{{"\"", "\""},
+                                         {"'", "'"},
+                                         {"\u201C", "\u201D"},
+                                         {"\u2018", "\u2019"},
+                                         {"\u00AB", "\u00BB"},
+                                         {"\u201E", "\u201C"},
+                                         {"\u300C", "\u300D"}}};
+    for (const auto &[open, close] : pairs) {
+        if (text.size() < open.size() + close.size() || !text.starts_with(open) ||
+            !text.ends_with(close))
+            continue;
+        const auto inner = text.substr(open.size(), text.size() - open.size() - close.size());
+        if (open == close && inner.find(open) != std::string_view::npos && open != "'")
+            continue;
+        text = trimmed(inner);
+        return true;
+    }
+    return false;
+}
+
+} // namespace
+
+std::string cleanText(std::string_view text) {
+    std::string plainText = Cleaner(text).run();
+    constexpr int kMostQuotes = 4;
+    std::string_view rest = trimmed(plainText);
+    for (int i = 0; i < kMostQuotes && unquote(rest); ++i) {
+    }
+    return std::string(rest);
+}
+
+} // namespace pindle::conversion

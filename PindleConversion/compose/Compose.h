@@ -1,0 +1,35 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "PindleConversion/choose/ChooseEvent.h"
+
+namespace pindle::conversion {
+
+/// A run of tokens of one sentence that holds no date, time or place.
+struct Run {
+    TokenSpan span;
+    bool beforeUsed = false; ///< a date, time or place follows directly
+    bool afterUsed = false;  ///< one precedes it
+};
+
+/// The runs of one field, in order.
+std::vector<Run> runsOf(const Document &document, const Field &field);
+
+/// Whether a token is a separator that may not begin or end a title or place.
+bool isEdgeMark(const Token &token);
+
+/// Seventh step: where the event is. Marks the place's tokens as used. Empty when not said.
+TokenSpan findPlace(Document &document, const Choice &choice);
+
+/// Eighth step: what the event is called, one line. Empty when the text offers no words for it.
+TokenSpan findTitle(const Document &document, const Choice &choice);
+
+/// The text of a span on one line, without emphasis at its ends.
+std::string spanText(const Document &document, TokenSpan span);
+
+/// Ninth step: the text itself, when it says more than the other fields hold.
+std::string describe(const Document &document, TokenSpan title, TokenSpan place);
+
+} // namespace pindle::conversion

@@ -1,0 +1,361 @@
+#include <algorithm>
+#include <array>
+#include <string_view>
+
+#include "PindleConversion/compose/Compose.h"
+
+namespace pindle::conversion {
+
+namespace {
+
+constexpr int kLeastScore = 20;
+constexpr std::uint32_t kLongestName = 14; ///< tokens
+
+/// Hosts of meetings; a link to one is where the event is.
+constexpr std::array<std::string_view, 12> kMeetingHosts{
+    "zoom.us",       "teams.microsoft", "teams.live",    "meet.google", "webex.com", "whereby.com",
+    "gotomeeting",   "meet.jit.si",     "bluejeans.com", "skype.com",   "/join",     "meeting"};
+
+struct Shape {
+    bool noun = false;    ///< names a kind of place
+    bool street = false;  ///< a street, perhaps with its number
+    bool capital = false; ///< some word is capitalised
+    bool title = true;    ///< every word that counts is capitalised
+    bool event = false;
+    int words = 0;
+};
+
+class PlaceFinder {
+public:
+    PlaceFinder(const Document &document, const Choice &choice)
+        : m_document(document), m_choice(choice),
+          m_anchorField(document.tokens[choice.anchor()].field) {}
+
+    TokenSpan run() {
+        for (std::uint32_t f = 0; f < m_document.fields.size(); ++f)
+            consider(f);
+        return m_score >= kLeastScore ? m_best : TokenSpan{};
+    }
+
+private:
+    const Token &token(std::uint32_t i) const { return m_document.tokens[i]; }
+
+    void consider(std::uint32_t f) {
+        const Field &field = m_document.fields[f];
+        const Reader reader(m_document, field.end);
+        if (field.label == Label::Place || field.label == Label::Start)
+            labelled(field);
+        links(field);
+        if (field.ignored || field.label == Label::Price || field.label == Label::Title)
+            return;
+        for (std::uint32_t i = field.begin; i < field.end; ++i) {
+            if (token(i).used)
+                continue;
+            if (const Sense *marker = reader.sense(i, Meaning::PlaceMarker))
+                marked(reader, i, *marker);
+            if (reader.has(i, Meaning::PlaceNoun))
+                compound(reader, field, i);
+            if (reader.symbol(i, '('))
+                bracketed(reader, i);
+            if (const Sense *online = reader.sense(i, Meaning::Online))
+                offer({i, i + online->length}, kLeastScore, i);
+        }
+        if (field.label == Label::None || field.label == Label::When)
+            pieces(reader, f);
+    }
+
+    void offer(TokenSpan span, int score, std::uint32_t at) {
+        const Reader reader(m_document, span.end);
+        while (!span.empty() &&
+               (isEdgeMark(token(span.end - 1)) || (reader.has(span.end - 1, Meaning::PlaceStop) &&
+                                                    !token(span.end - 1).capital)))
+            --span.end;
+        while (!span.empty() && isEdgeMark(token(span.begin)))
+            ++span.begin;
+        if (span.empty())
+            return;
+        if (m_document.sameSentence(at, m_choice.anchor()))
+            score += 12;
+        else if (token(at).field == m_anchorField)
+            score += 6;
+        const bool wider = score == m_score && span.end - span.begin > m_best.end - m_best.begin;
+        if (score > m_score || wider) {
+            m_score = score;
+            m_best = span;
+        }
+    }
+
+    void labelled(const Field &field) {
+        std::uint32_t end = field.begin;
+        while (end < field.end && !token(end).used)
+            ++end;
+        if (end == field.begin)
+            return;
+        if (field.label == Label::Start && end != field.end)
+            return;
+        offer({field.begin, end}, field.label == Label::Place ? 1000 : 900, field.begin);
+    }
+
+    void links(const Field &field) {
+        for (std::uint32_t i = field.begin; i < field.end; ++i) {
+            if (token(i).kind != TokenKind::Link)
+                continue;
+            const auto text = m_document.slice(token(i));
+            const bool meeting =
+                std::any_of(kMeetingHosts.begin(), kMeetingHosts.end(), [&](std::string_view host) {
+                    return text.find(host) != std::string_view::npos;
+                });
+            if (meeting)
+                offer({i, i + 1}, kLeastScore + 4, i);
+        }
+    }
+
+    Shape shapeOf(TokenSpan span) const {
+        Shape shape;
+        const Reader reader(m_document, span.end);
+        for (std::uint32_t i = span.begin; i < span.end; ++i) {
+            shape.event = shape.event || reader.has(i, Meaning::Event);
+            if (!reader.word(i))
+                continue;
+            const bool noun = reader.has(i, Meaning::PlaceNoun);
+            const bool filler = reader.has(i, Meaning::The) || reader.has(i, Meaning::Of) ||
+                                reader.has(i, Meaning::And);
+            const bool inNumber = reader.glued(i) && i > span.begin;
+            shape.noun = shape.noun || noun;
+            shape.street = shape.street || (reader.has(i, Meaning::StreetWord) && i > span.begin);
+            shape.capital = shape.capital || token(i).capital;
+            shape.title = shape.title && (token(i).capital || filler || inNumber);
+            ++shape.words;
+        }
+        shape.title = shape.title && shape.words > 0 && shape.capital;
+        return shape;
+    }
+
+    bool stops(const Reader &reader, std::uint32_t i, std::uint32_t begin) const {
+        const Token &current = token(i);
+        if (current.used || current.kind == TokenKind::Link || current.kind == TokenKind::Mail ||
+            current.sentence != token(begin).sentence)
+            return true;
+        if (current.kind == TokenKind::Symbol)
+            return !(current.symbol == '&' || current.symbol == '\'' || current.symbol == '#' ||
+                     current.symbol == '.' || (current.symbol == '-' && reader.glued(i)) ||
+                     (current.symbol == '/' && reader.glued(i)));
+        if (i == begin)
+            return false;
+        const bool stopWord = reader.has(i, Meaning::PlaceStop) || reader.has(i, Meaning::Greeting);
+        return stopWord && !(current.capital && token(i - 1).capital);
+    }
+
+    /// The name from `begin` up to what ends it; commas are passed when an address goes on.
+    std::uint32_t nameEnd(const Reader &reader, std::uint32_t begin) const {
+        std::uint32_t i = begin;
+        const std::uint32_t limit = std::min(reader.end(), begin + kLongestName);
+        while (i < limit && !stops(reader, i, begin))
+            ++i;
+        if (reader.symbol(i, '(') && i < limit) {
+            const std::uint32_t close = closing(reader, i);
+            const Shape inner = shapeOf({i + 1, close});
+            if (close != i && inner.words > 0 && (inner.noun || inner.street))
+                i = close + 1;
+        }
+        while (i < limit && reader.symbol(i, ',')) {
+            const std::uint32_t next = addressGoesOn(reader, i + 1, begin);
+            if (next == i + 1)
+                break;
+            i = next;
+        }
+        return i;
+    }
+
+    std::uint32_t addressGoesOn(const Reader &reader, std::uint32_t i, std::uint32_t begin) const {
+        std::uint32_t end = i;
+        const std::uint32_t limit = std::min(reader.end(), i + kLongestName);
+        while (end < limit && !stops(reader, end, begin))
+            ++end;
+        if (end == i || reader.has(i, Meaning::PlaceStop) || reader.has(i, Meaning::Greeting))
+            return i;
+        const Shape shape = shapeOf({i, end});
+        if (shape.event && !shape.noun && !shape.street)
+            return i;
+        const bool number = token(i).kind == TokenKind::Number;
+        const bool address = number && (shape.street || shape.capital || shape.words == 0);
+        const bool fits = address || shape.title || shape.noun;
+        return fits && shape.words <= 5 ? end : i;
+    }
+
+    static std::uint32_t closing(const Reader &reader, std::uint32_t open) {
+        for (std::uint32_t i = open + 1; i < open + kLongestName && reader.at(i); ++i)
+            if (reader.symbol(i, ')'))
+                return i;
+        return open;
+    }
+
+    void marked(const Reader &reader, std::uint32_t i, const Sense &marker) {
+        const std::uint32_t begin = i + marker.length;
+        if (!reader.at(begin) || reader.has(begin, Meaning::NotAPlace) ||
+            reader.has(begin, Meaning::Greeting) || token(begin).used)
+            return;
+        const std::uint32_t end = nameEnd(reader, begin);
+        if (end == begin)
+            return;
+        const Shape shape = shapeOf({begin, end});
+        const bool article = reader.has(begin, Meaning::The);
+        const bool named = shape.capital || token(begin).kind == TokenKind::Number;
+        if (marker.value == 1 && i > 0 && token(i).word != 0 && isFrom(reader, i) && !shape.noun)
+            return;
+        if (marker.value == 1 && (named || shape.noun || shape.street))
+            offer({begin, end}, 50 + (shape.noun || shape.street ? 8 : 0), i);
+        else if (marker.value == 1 && article && shape.words <= 4 && shape.words > 1)
+            offer({begin, end}, 30, i);
+        else if (marker.value == 0 && article && shape.words <= 3 && i > 0 && token(i - 1).used &&
+                 reader.has(i, Meaning::In))
+            offer({begin, end}, 24, i);
+        else if (marker.value == 0 && isWeakPlace(reader, i, shape))
+            offer({begin, end}, (shape.noun || shape.street ? 38 : 24) - headingPenalty(i), i);
+    }
+
+    /// "Astronomy in the Park" above the date is a name.
+    int headingPenalty(std::uint32_t i) const {
+        constexpr int kPenalty = 12;
+        const Field &field = m_document.fields[token(i).field];
+        return token(i).field < m_anchorField && token(field.begin).capital ? kPenalty : 0;
+    }
+
+    /// "from" tells where something starts, but also who sends it.
+    bool isFrom(const Reader &reader, std::uint32_t i) const {
+        return reader.has(i, Meaning::RangeFrom);
+    }
+
+    /// "in Paris" and "in the gym" are places, "to Lyon" and "on Projects" need a kind of place.
+    bool isWeakPlace(const Reader &reader, std::uint32_t i, const Shape &shape) const {
+        if (reader.has(i, Meaning::RangeTo) || reader.has(i, Meaning::TimeMarker))
+            return false;
+        const bool inside = reader.has(i, Meaning::In);
+        if (!inside)
+            return reader.has(i, Meaning::DateMarker) ? shape.noun && shape.words <= 4 && !shape.event
+                                                      : shape.noun;
+        return shape.noun || shape.street || (shape.title && !shape.event);
+    }
+
+    bool joinsName(const Reader &reader, std::uint32_t i, std::uint32_t with) const {
+        const Token &current = token(i);
+        if (current.used || current.sentence != token(with).sentence)
+            return false;
+        if (current.kind == TokenKind::Number)
+            return true;
+        if (current.kind == TokenKind::Symbol)
+            return current.symbol == '#' || current.symbol == '&';
+        return current.kind == TokenKind::Word &&
+               (current.capital || reader.has(i, Meaning::PlaceNoun)) &&
+               !reader.has(i, Meaning::Event);
+    }
+
+    /// "Room Havel", "library room 2": a kind of place with its name beside it.
+    void compound(const Reader &reader, const Field &field, std::uint32_t i) {
+        std::uint32_t begin = i;
+        std::uint32_t end = i + 1;
+        while (end < field.end && end < i + 5 && joinsName(reader, end, i))
+            ++end;
+        while (begin > field.begin && begin + 5 > i && joinsName(reader, begin - 1, i) &&
+               token(begin - 1).kind == TokenKind::Word)
+            --begin;
+        const bool numbered = end > i + 1 && (token(i + 1).kind == TokenKind::Number ||
+                                              token(i + 1).capital);
+        if (end - begin < 2 || isTitlePosition(field, begin))
+            return;
+        offer({begin, end}, numbered ? 26 : 14, i);
+    }
+
+    /// The first words of a line are the title's sooner than the place's.
+    bool isTitlePosition(const Field &field, std::uint32_t begin) const {
+        return begin == field.begin && !field.cell && field.begin <= m_choice.anchor();
+    }
+
+    void bracketed(const Reader &reader, std::uint32_t open) {
+        const std::uint32_t close = closing(reader, open);
+        if (close == open)
+            return;
+        const Shape shape = shapeOf({open + 1, close});
+        if ((shape.noun || shape.street) && shape.capital && !shape.event)
+            offer({open + 1, close}, 34, open);
+    }
+
+    /// The parts between commas, dashes and values behind the date: one may be the place.
+    void pieces(const Reader &reader, std::uint32_t f) {
+        const Field &field = m_document.fields[f];
+        if (f < m_anchorField && !field.cell)
+            return;
+        std::uint32_t begin = field.begin;
+        const bool later = f > m_anchorField || (field.cell && f != 0);
+        for (std::uint32_t i = field.begin; i <= field.end; ++i) {
+            const bool mark = i == field.end || token(i).used || isBreak(reader, i);
+            if (!mark)
+                continue;
+            if (i > begin && (later || begin > m_choice.anchor()))
+                begin = piece(reader, f, begin, i);
+            if (i < begin)
+                continue;
+            begin = i + 1;
+        }
+    }
+
+    bool isBreak(const Reader &reader, std::uint32_t i) const {
+        return reader.symbol(i, ',') || reader.symbol(i, ';') || reader.symbol(i, '(') ||
+               reader.symbol(i, ')') || reader.symbol(i, ':') || reader.symbol(i, '!') ||
+               reader.symbol(i, '?') || (reader.symbol(i, '-') && !reader.glued(i)) ||
+               (reader.symbol(i, '.') && i + 1 < m_document.tokens.size() &&
+                token(i + 1).sentence != token(i).sentence);
+    }
+
+    /// Weighs one part; returns where to go on.
+    std::uint32_t piece(const Reader &reader, std::uint32_t f, std::uint32_t begin,
+                        std::uint32_t end) {
+        constexpr int kMostWords = 7;
+        const Field &field = m_document.fields[f];
+        const bool refused = reader.has(begin, Meaning::Person) ||
+                             reader.has(begin, Meaning::Chatter) ||
+                             reader.has(begin, Meaning::Greeting) ||
+                             (reader.has(begin, Meaning::PlaceStop) && !token(begin).capital) ||
+                             token(begin).kind == TokenKind::Link;
+        const Shape shape = shapeOf({begin, end});
+        if (refused || shape.words == 0 || shape.words > kMostWords || shape.event)
+            return end;
+        const bool number = token(begin).kind == TokenKind::Number;
+        const bool address = shape.street && (number || shape.title || shape.capital);
+        const bool kind = shape.noun && (shape.title || shape.words <= 4);
+        const bool sameLine = field.line == m_document.fields[m_anchorField].line;
+        const bool nextLine = field.line == m_document.fields[m_anchorField].line + 1;
+        if (!(address || kind || (shape.title && (sameLine || nextLine || field.spoken))))
+            return end;
+        int score = address || kind ? 34 : 22;
+        if (!sameLine && !nextLine && !(field.spoken && end == field.end))
+            score -= 8;
+        const std::uint32_t whole = std::max(end, nameEnd(reader, begin));
+        offer({begin, whole}, score, begin);
+        return end;
+    }
+
+    const Document &m_document;
+    const Choice &m_choice;
+    std::uint32_t m_anchorField;
+    TokenSpan m_best;
+    int m_score = 0;
+};
+
+} // namespace
+
+TokenSpan findPlace(Document &document, const Choice &choice) {
+    const TokenSpan place = PlaceFinder(document, choice).run();
+    if (place.empty())
+        return place;
+    std::uint32_t begin = place.begin;
+    const Reader reader(document, static_cast<std::uint32_t>(document.tokens.size()));
+    if (begin > 0 && reader.has(begin - 1, Meaning::PlaceMarker) &&
+        document.sameSentence(begin - 1, begin))
+        --begin;
+    for (std::uint32_t i = begin; i < place.end; ++i)
+        document.tokens[i].used = true;
+    return place;
+}
+
+} // namespace pindle::conversion

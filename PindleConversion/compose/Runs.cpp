@@ -1,0 +1,77 @@
+#include "PindleConversion/compose/Compose.h"
+
+namespace pindle::conversion {
+
+bool isEdgeMark(const Token &token) {
+    if (token.kind == TokenKind::LineBreak)
+        return true;
+    if (token.kind != TokenKind::Symbol)
+        return false;
+    constexpr std::u32string_view marks = U",;:-.!?|/\\>•~=\"'@&+_^\t\U0001F4CD\U0001F4C5\U000023F0→…";
+    return marks.find(token.symbol) != std::u32string_view::npos;
+}
+
+std::vector<Run> runsOf(const Document &document, const Field &field) {
+    std::vector<Run> runs;
+    bool afterUsed = false;
+    for (std::uint32_t i = field.begin; i < field.end;) {
+        if (document.tokens[i].used) {
+            afterUsed = true;
+            ++i;
+            continue;
+        }
+        Run run;
+        run.span = {i, i};
+        run.afterUsed = afterUsed;
+        while (i < field.end && !document.tokens[i].used &&
+               document.sameSentence(i, run.span.begin))
+            ++i;
+        run.span.end = i;
+        run.beforeUsed = i < field.end && document.tokens[i].used;
+        afterUsed = false;
+        runs.push_back(run);
+    }
+    return runs;
+}
+
+std::string spanText(const Document &document, TokenSpan span) {
+    std::string text;
+    bool space = false;
+    for (char c : document.slice(span)) {
+        if (c == ' ' || c == '\n' || c == '\t') {
+            space = !text.empty();
+            continue;
+        }
+        if (space)
+            text += ' ';
+        space = false;
+        text += c;
+    }
+    return text;
+}
+
+std::string describe(const Document &document, TokenSpan title, TokenSpan place) {
+    constexpr std::size_t kLongest = 4000;
+    const auto inside = [](TokenSpan span, std::uint32_t i) {
+        return i >= span.begin && i < span.end;
+    };
+    bool more = false;
+    for (std::uint32_t i = 0; i < document.tokens.size() && !more; ++i) {
+        const Token &token = document.tokens[i];
+        const Reader reader(document, static_cast<std::uint32_t>(document.tokens.size()));
+        const bool says = token.kind != TokenKind::Symbol && token.kind != TokenKind::LineBreak;
+        const bool filler = reader.has(i, Meaning::TitleTail) || reader.has(i, Meaning::TitleLead) ||
+                            reader.has(i, Meaning::PlaceMarker);
+        more = says && !filler && !token.used && !inside(title, i) && !inside(place, i);
+    }
+    if (!more)
+        return {};
+    if (document.text.size() <= kLongest)
+        return document.text;
+    std::size_t end = kLongest;
+    while (end > 0 && (static_cast<unsigned char>(document.text[end]) & 0xC0) == 0x80)
+        --end;
+    return document.text.substr(0, end);
+}
+
+} // namespace pindle::conversion

@@ -1,0 +1,324 @@
+#include <algorithm>
+
+#include <unicode/uchar.h>
+
+#include "PindleConversion/clean/Utf8.h"
+#include "PindleConversion/compose/Compose.h"
+
+namespace pindle::conversion {
+
+namespace {
+
+constexpr int kWidest = 60;  ///< columns of a title
+constexpr int kRoomy = 44;   ///< columns above which a title is cut at its commas
+constexpr int kNone = -1000;
+constexpr int kOnlyFillers = 120; ///< "Let's meet" is a title when there is no better one
+
+class TitleFinder {
+public:
+    TitleFinder(const Document &document, const Choice &choice)
+        : m_document(document), m_choice(choice) {}
+
+    TokenSpan run() {
+        for (std::uint32_t f = 0; f < m_document.fields.size(); ++f)
+            consider(f);
+        return m_best;
+    }
+
+private:
+    const Token &token(std::uint32_t i) const { return m_document.tokens[i]; }
+
+    void consider(std::uint32_t f) {
+        const Field &field = m_document.fields[f];
+        if (field.ignored || field.label == Label::Price || field.label == Label::Link)
+            return;
+        const auto runs = runsOf(m_document, field);
+        for (const Run &run : runs)
+            offerRun(field, run, runs.size() == 1 && !run.afterUsed && !run.beforeUsed);
+        if (!field.labelWords.empty() && field.label != Label::Title)
+            return;
+    }
+
+    void offerRun(const Field &field, const Run &run, bool alone) {
+        ++m_order;
+        for (TokenSpan part : partsOf(run.span)) {
+            TokenSpan trimmed = trim(part);
+            const bool onlyFillers = trimmed.empty() || !hasLetters(trimmed);
+            if (onlyFillers)
+                trimmed = trimMarks(part);
+            if (trimmed.empty() || !hasLetters(trimmed))
+                continue;
+            const int score =
+                scoreOf(field, run, part, trimmed, alone) - (onlyFillers ? kOnlyFillers : 0);
+            if (score > m_score) {
+                m_score = score;
+                m_best = shorten(trimmed);
+            }
+        }
+    }
+
+    /// A run as a whole, or cut where it is too long for a title or starts with a greeting.
+    std::vector<TokenSpan> partsOf(TokenSpan run) const {
+        const Reader reader(m_document, run.end);
+        const TokenSpan trimmed = trim(run);
+        const bool wide = columns(trimmed) > kRoomy;
+        const bool greeting = reader.has(run.begin, Meaning::Greeting);
+        std::vector<TokenSpan> parts;
+        std::uint32_t begin = run.begin;
+        for (std::uint32_t i = run.begin; i < run.end; ++i) {
+            const bool hard = isHardBreak(reader, i);
+            const bool soft = (wide || greeting) && isSoftBreak(reader, i);
+            if (!(hard || soft))
+                continue;
+            parts.push_back({begin, i});
+            begin = i + 1;
+        }
+        parts.push_back({begin, run.end});
+        return parts;
+    }
+
+    bool isHardBreak(const Reader &reader, std::uint32_t i) const {
+        if (reader.symbol(i, ';') || reader.symbol(i, '"'))
+            return true;
+        if (reader.symbol(i, '-'))
+            return !reader.glued(i) || !reader.glued(i + 1);
+        return token(i).kind == TokenKind::Link || token(i).kind == TokenKind::Mail;
+    }
+
+    bool isSoftBreak(const Reader &reader, std::uint32_t i) const {
+        return reader.symbol(i, ',') || reader.symbol(i, ':') || reader.symbol(i, '(');
+    }
+
+    bool hasLetters(TokenSpan span) const {
+        for (std::uint32_t i = span.begin; i < span.end; ++i)
+            if (token(i).kind == TokenKind::Word && token(i).end - token(i).begin > 1)
+                return true;
+        return false;
+    }
+
+    /// Drops fillers from the front and loose ends from the back until nothing more goes.
+    TokenSpan trim(TokenSpan span) const {
+        for (bool changed = true; changed && !span.empty();) {
+            const TokenSpan before = span;
+            span = trimFront(span);
+            span = trimBack(span);
+            changed = span.begin != before.begin || span.end != before.end;
+        }
+        return span;
+    }
+
+    TokenSpan trimMarks(TokenSpan span) const {
+        while (!span.empty() && isEdgeMark(token(span.begin)))
+            ++span.begin;
+        while (!span.empty() && isEdgeMark(token(span.end - 1)))
+            --span.end;
+        return span;
+    }
+
+    TokenSpan trimFront(TokenSpan span) const {
+        const Reader reader(m_document, span.end);
+        if (span.empty())
+            return span;
+        if (isEdgeMark(token(span.begin)) || reader.symbol(span.begin, ')') ||
+            reader.symbol(span.begin, ']') || isUnclosed(span, span.begin))
+            return {span.begin + 1, span.end};
+        const Sense *lead = reader.sense(span.begin, Meaning::TitleLead);
+        if (!lead || namesEvent(reader, span.begin, *lead))
+            return span;
+        const std::uint32_t next = span.begin + lead->length;
+        // "Invitation: ..." loses its prefix, "Invitation design" keeps its first word.
+        if (lead->value == 1 && !reader.symbol(next, ':') && !reader.symbol(next, '-') &&
+            !reader.symbol(next, '!') && !reader.symbol(next, ']') && next != span.end)
+            return span;
+        const bool name = token(span.begin).capital && next < span.end && token(next).capital &&
+                          lead->length == 1 && span.begin != next && isArticle(reader, span.begin);
+        return name ? span : TokenSpan{next, span.end};
+    }
+
+    /// "On call", "Book fair": the filler's word belongs to a kind of event.
+    bool namesEvent(const Reader &reader, std::uint32_t i, const Sense &lead) const {
+        const Sense *event = reader.sense(i, Meaning::Event);
+        return event && event->length > lead.length;
+    }
+
+    /// "The Tempest" and "A Midsummer..." are names.
+    bool isArticle(const Reader &reader, std::uint32_t i) const {
+        return reader.has(i, Meaning::The) || reader.has(i, Meaning::Number);
+    }
+
+    TokenSpan trimBack(TokenSpan span) const {
+        if (span.empty())
+            return span;
+        const std::uint32_t last = span.end - 1;
+        if (isEdgeMark(token(last)) || token(last).symbol == '(' || token(last).symbol == '[' ||
+            isUnopened(span, last))
+            return {span.begin, last};
+        constexpr std::uint32_t kLongestTail = 4;
+        const Reader reader(m_document, span.end);
+        const std::uint32_t low = span.end > span.begin + kLongestTail ? span.end - kLongestTail
+                                                                       : span.begin;
+        for (std::uint32_t i = low; i < span.end; ++i)
+            for (std::uint32_t s = token(i).firstSense; s < token(i).firstSense + token(i).senses;
+                 ++s) {
+                const Sense &sense = m_document.senses[s];
+                if (sense.meaning == Meaning::TitleTail && i + sense.length == span.end &&
+                    !(token(last).capital && isName(span, last)))
+                    return {span.begin, i};
+            }
+        return span;
+    }
+
+    /// A capitalised last word behind another is part of a name ("Sign On").
+    bool isName(TokenSpan span, std::uint32_t last) const {
+        return last > span.begin && token(last - 1).capital &&
+               token(last).end - token(last).begin > 3;
+    }
+
+    bool isUnclosed(TokenSpan span, std::uint32_t at) const {
+        if (token(at).symbol != '(' && token(at).symbol != '[')
+            return false;
+        const char32_t close = token(at).symbol == '(' ? ')' : ']';
+        for (std::uint32_t i = at + 1; i < span.end; ++i)
+            if (token(i).symbol == close)
+                return i + 1 == span.end || close == ']';
+        return true;
+    }
+
+    bool isUnopened(TokenSpan span, std::uint32_t at) const {
+        if (token(at).symbol != ')' && token(at).symbol != ']')
+            return false;
+        const char32_t open = token(at).symbol == ')' ? '(' : '[';
+        for (std::uint32_t i = span.begin; i < at; ++i)
+            if (token(i).symbol == open)
+                return i == span.begin;
+        return true;
+    }
+
+    int columns(TokenSpan span) const {
+        const auto text = m_document.slice(span);
+        int width = 0;
+        for (std::size_t at = 0; at < text.size() && width <= 2 * kWidest;) {
+            const CodePoint point = decodeAt(text, at);
+            at = point.end;
+            if (point.value < 0x1100) {
+                ++width;
+                continue;
+            }
+            const int wide = u_getIntPropertyValue(point.value, UCHAR_EAST_ASIAN_WIDTH);
+            width += wide == U_EA_WIDE || wide == U_EA_FULLWIDTH ? 2 : 1;
+        }
+        return width;
+    }
+
+    TokenSpan shorten(TokenSpan span) const {
+        if (columns(span) <= kWidest)
+            return span;
+        const Reader reader(m_document, span.end);
+        TokenSpan shorter = span;
+        for (std::uint32_t i = span.begin + 1; i < span.end; ++i)
+            if (isSoftBreak(reader, i) && columns({span.begin, i}) <= kWidest)
+                shorter.end = i;
+        while (columns(shorter) > kWidest && shorter.end > shorter.begin + 1)
+            --shorter.end;
+        return trim(shorter);
+    }
+
+    bool contains(TokenSpan span, Meaning meaning) const {
+        const Reader reader(m_document, span.end);
+        for (std::uint32_t i = span.begin; i < span.end; ++i)
+            if (reader.has(i, meaning))
+                return true;
+        return false;
+    }
+
+    bool hasMoney(TokenSpan span) const {
+        for (std::uint32_t i = span.begin; i < span.end; ++i) {
+            const char32_t c = token(i).symbol;
+            if (c == '$' || c == U'€' || c == U'£' || c == U'¥')
+                return true;
+        }
+        return false;
+    }
+
+    int labelScore(Label label) const {
+        switch (label) {
+        case Label::Title: return 400;
+        case Label::Note: return -60;
+        case Label::Place: return -80;
+        case Label::Deadline: return -60;
+        case Label::Duration:
+        case Label::Zone: return -80;
+        default: return 0;
+        }
+    }
+
+    int scoreOf(const Field &field, const Run &run, TokenSpan part, TokenSpan trimmed, bool alone) {
+        const std::uint32_t anchor = m_choice.anchor();
+        const Reader reader(m_document, part.end);
+        int score = labelScore(field.label) - std::min(m_order, 20) + 20;
+        const bool sameSentence = m_document.sameSentence(part.begin, anchor);
+        const bool sameField = token(part.begin).field == token(anchor).field;
+        const bool first = !m_sawText && alone && !field.spoken;
+        if (sameSentence)
+            score += part.begin < anchor ? 40 : 28;
+        else if (sameField)
+            score += 8;
+        if (field.cell && &field == &m_document.fields.front())
+            score += 20;
+        if (first && isHeading(part))
+            score += 48;
+        if (contains(trimmed, Meaning::Event))
+            score += 16;
+        if (run.beforeUsed && sameSentence && part.end == run.span.end)
+            score += 4;
+        score += penalties(reader, part, trimmed);
+        if (!reader.has(part.begin, Meaning::Greeting))
+            m_sawText = true;
+        return score;
+    }
+
+    int penalties(const Reader &reader, TokenSpan part, TokenSpan trimmed) const {
+        int score = 0;
+        std::uint32_t begin = part.begin;
+        while (begin + 1 < part.end && isEdgeMark(token(begin)))
+            ++begin;
+        if (reader.has(begin, Meaning::Greeting))
+            score -= 70;
+        if (reader.has(begin, Meaning::Chatter))
+            score -= 40;
+        if (begin < part.end && token(begin).symbol == '(')
+            score -= 25;
+        if (hasMoney(trimmed))
+            score -= 30;
+        if (contains(trimmed, Meaning::PastVerb))
+            score -= 8;
+        const Sense *role = reader.sense(trimmed.begin, Meaning::RoleWord);
+        if (role && trimmed.begin + role->length == trimmed.end)
+            score -= 40;
+        if (trimmed.end - trimmed.begin == 1 && !contains(trimmed, Meaning::Event))
+            score -= 6;
+        return score;
+    }
+
+    /// A short line without a sentence's full stop.
+    bool isHeading(TokenSpan part) const {
+        constexpr std::uint32_t kMostTokens = 14;
+        return part.end - part.begin <= kMostTokens && token(part.end - 1).symbol != '.' &&
+               token(part.end - 1).symbol != ',' && token(part.end - 1).symbol != '?';
+    }
+
+    const Document &m_document;
+    const Choice &m_choice;
+    TokenSpan m_best;
+    int m_score = kNone;
+    int m_order = 0;
+    bool m_sawText = false;
+};
+
+} // namespace
+
+TokenSpan findTitle(const Document &document, const Choice &choice) {
+    return TitleFinder(document, choice).run();
+}
+
+} // namespace pindle::conversion

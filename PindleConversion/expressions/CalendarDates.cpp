@@ -1,0 +1,252 @@
+#include "PindleConversion/expressions/Expression.h"
+
+namespace pindle::conversion {
+
+namespace {
+
+constexpr std::uint32_t kFirstYear = 1900;
+constexpr std::uint32_t kLastYear = 2199;
+
+struct Day {
+    int day;
+    bool ordinal;
+    std::uint32_t next;
+};
+
+/// What follows digits that are no day: "5:30", "5 %", "5pm".
+bool spoilsDay(const Reader &reader, std::uint32_t next) {
+    if (reader.symbol(next, ':') && reader.glued(next) && reader.number(next + 1, 0, 59))
+        return true;
+    return reader.symbol(next, '%') || reader.has(next, Meaning::Meridiem);
+}
+
+std::optional<Day> readDay(const Reader &reader, std::uint32_t i) {
+    if (reader.number(i, 1, 31)) {
+        const bool ordinal = reader.has(i + 1, Meaning::OrdinalMark) && reader.glued(i + 1);
+        const std::uint32_t next = i + (ordinal ? 2 : 1);
+        if (spoilsDay(reader, next))
+            return std::nullopt;
+        return Day{static_cast<int>(reader.at(i)->number), ordinal, next};
+    }
+    if (const Sense *ordinal = reader.sense(i, Meaning::Ordinal); ordinal && ordinal->value > 0)
+        return Day{ordinal->value, true, i + ordinal->length};
+    return std::nullopt;
+}
+
+bool isYear(const Reader &reader, std::uint32_t i) {
+    const Token *token = reader.at(i);
+    return token && token->kind == TokenKind::Number && token->digits == 4 &&
+           token->number >= kFirstYear && token->number <= kLastYear && !spoilsDay(reader, i + 1);
+}
+
+/// A year behind day and month: ", 2026", "2026", "'26".
+std::uint32_t readYear(const Reader &reader, std::uint32_t i, int &year) {
+    const std::uint32_t j = reader.skipSymbol(i, ',');
+    if (isYear(reader, j)) {
+        year = static_cast<int>(reader.at(j)->number);
+        return j + 1;
+    }
+    const Token *digits = reader.at(j + 1);
+    if (reader.symbol(j, '\'') && digits && digits->digits == 2 && reader.glued(j + 1)) {
+        year = 2000 + static_cast<int>(digits->number);
+        return j + 2;
+    }
+    return i;
+}
+
+/// "-" or "to" or "and" between two days of one month.
+std::uint32_t readDayJoin(const Reader &reader, std::uint32_t i) {
+    if (const Sense *to = reader.sense(i, Meaning::RangeTo))
+        return i + to->length;
+    if (const Sense *both = reader.sense(i, Meaning::And))
+        return i + both->length;
+    return i;
+}
+
+DateMention mention(std::uint32_t begin, std::uint32_t end, int month, int day, int year) {
+    DateMention result;
+    result.span = {begin, end};
+    result.first.month = month;
+    result.first.day = day;
+    result.first.year = year;
+    return result;
+}
+
+/// A second day of the same month: "4-11" of "July 4-11".
+std::uint32_t readSecondDay(const Reader &reader, std::uint32_t i, int firstDay, int &day) {
+    const std::uint32_t join = readDayJoin(reader, i);
+    if (join == i)
+        return i;
+    std::uint32_t j = join;
+    if (const Sense *weekday = reader.sense(j, Meaning::Weekday))
+        j += weekday->length;
+    else if (const Sense *weak = reader.sense(j, Meaning::WeakWeekday))
+        j += weak->length;
+    const auto second = readDay(reader, reader.skip(j, Meaning::The));
+    if (!second || second->day <= firstDay || reader.has(second->next, Meaning::Month))
+        return i;
+    // "May 14 - 15:30" and "May 14, 2-4 pm" are times.
+    const std::uint32_t after = second->next;
+    if (!second->ordinal && (readDayJoin(reader, after) != after && !reader.has(after, Meaning::And)) &&
+        reader.number(readDayJoin(reader, after), 0, 24))
+        return i;
+    if (reader.symbol(after, '.') && reader.glued(after) && reader.number(after + 1, 0, 59))
+        return i;
+    day = second->day;
+    return after;
+}
+
+/// "June 5", "June 5-7, 2026", "June the 5th".
+std::optional<DateMention> readMonthFirst(const Reader &reader, std::uint32_t i) {
+    const Sense *month = reader.sense(i, Meaning::Month);
+    if (!month)
+        return std::nullopt;
+    std::uint32_t j = reader.skipSymbol(i + month->length, '.');
+    j = reader.skip(j, Meaning::The);
+    const auto day = readDay(reader, j);
+    if (!day)
+        return std::nullopt;
+    DateMention result = mention(i, day->next, month->value, day->day, 0);
+    int second = 0;
+    std::uint32_t next = readSecondDay(reader, day->next, day->day, second);
+    next = readYear(reader, next, result.first.year);
+    if (second > 0) {
+        result.last = result.first;
+        result.last->day = second;
+    }
+    result.span.end = next;
+    return result;
+}
+
+/// "5 June", "5th of June 2026", "4-11 July", "4 to 11 July".
+std::optional<DateMention> readDayFirst(const Reader &reader, std::uint32_t i) {
+    const auto day = readDay(reader, i);
+    if (!day)
+        return std::nullopt;
+    int second = 0;
+    std::uint32_t j = day->next;
+    if (const std::uint32_t join = readDayJoin(reader, j); join != j) {
+        const auto last = readDay(reader, reader.skip(join, Meaning::The));
+        if (!last || last->day <= day->day)
+            return std::nullopt;
+        second = last->day;
+        j = last->next;
+    }
+    j = reader.skip(j, Meaning::Of);
+    j = reader.skipSymbol(j, '.');
+    if (reader.symbol(j, '-') && reader.glued(j))
+        ++j;
+    const Sense *month = reader.sense(j, Meaning::Month);
+    if (!month)
+        return std::nullopt;
+    j = reader.skipSymbol(j + month->length, '-');
+    const bool hyphenYear = j > i && reader.symbol(j - 1, '-') && isYear(reader, j);
+    if (!hyphenYear && reader.symbol(j - 1, '-'))
+        --j;
+    if (reader.symbol(j, '.') && isYear(reader, j + 1))
+        ++j;
+    DateMention result = mention(i, j, month->value, day->day, 0);
+    result.span.end = readYear(reader, j, result.first.year);
+    if (second > 0) {
+        result.last = result.first;
+        result.last->day = second;
+    }
+    return result;
+}
+
+int fullYear(const Token &token) {
+    return static_cast<int>(token.digits <= 2 ? 2000 + token.number : token.number);
+}
+
+/// "2026-06-05", "2026/6/5".
+std::optional<DateMention> readYearFirst(const Reader &reader, std::uint32_t i) {
+    if (!isYear(reader, i) || !(reader.symbol(i + 1, '-') || reader.symbol(i + 1, '/') ||
+                                reader.symbol(i + 1, '.')))
+        return std::nullopt;
+    const char32_t separator = reader.at(i + 1)->symbol;
+    if (!reader.number(i + 2, 1, 12) || !reader.symbol(i + 3, separator) ||
+        !reader.number(i + 4, 1, 31) || !reader.glued(i + 2) || !reader.glued(i + 4))
+        return std::nullopt;
+    return mention(i, i + 5, static_cast<int>(reader.at(i + 2)->number),
+                   static_cast<int>(reader.at(i + 4)->number),
+                   static_cast<int>(reader.at(i)->number));
+}
+
+/// "5/6", "5/6/26", "15.11.2026", "11-15-25".
+std::optional<DateMention> readNumeric(const Reader &reader, std::uint32_t i) {
+    const Token *separator = reader.at(i + 1);
+    if (!reader.number(i, 1, 31) || !separator || separator->kind != TokenKind::Symbol ||
+        !reader.glued(i + 1) || !reader.glued(i + 2) || !reader.number(i + 2, 1, 31))
+        return std::nullopt;
+    const char32_t c = separator->symbol;
+    if (c != '/' && c != '.' && c != '-')
+        return std::nullopt;
+    const Token *year = reader.at(i + 4);
+    const bool three = reader.symbol(i + 3, c) && year && year->kind == TokenKind::Number &&
+                       reader.glued(i + 4) && (year->digits == 2 || isYear(reader, i + 4));
+    if (!three && (c != '/' || reader.symbol(i + 3, '/')))
+        return std::nullopt;
+    // A longer chain of numbers is a version, an address or a telephone number.
+    const std::uint32_t next = i + (three ? 5 : 3);
+    if (three && reader.symbol(next, c) && reader.glued(next) && reader.number(next + 1, 0, 9999, 4))
+        return std::nullopt;
+    const int first = static_cast<int>(reader.at(i)->number);
+    const int second = static_cast<int>(reader.at(i + 2)->number);
+    if (first > 12 && second > 12)
+        return std::nullopt;
+    DateMention result = mention(i, next, second, first, three ? fullYear(*year) : 0);
+    if (second > 12)
+        result = mention(i, next, first, second, result.first.year);
+    result.first.eitherOrder = first <= 12 && second <= 12;
+    result.weak = !three;
+    return result;
+}
+
+bool continuesNumber(const Reader &reader, std::uint32_t i) {
+    if (i == 0 || !reader.glued(i))
+        return false;
+    const Token &before = reader.document().tokens[i - 1];
+    if (before.kind == TokenKind::Word)
+        return before.end == reader.at(i)->begin && reader.at(i)->kind == TokenKind::Number;
+    const bool chain = before.kind == TokenKind::Symbol &&
+                       (before.symbol == '.' || before.symbol == '$' || before.symbol == '#' ||
+                        before.symbol == U'€' || before.symbol == U'£');
+    return chain && reader.at(i)->kind == TokenKind::Number;
+}
+
+} // namespace
+
+std::optional<DateMention> readCalendarDate(const Reader &reader, std::uint32_t i) {
+    if (continuesNumber(reader, i))
+        return std::nullopt;
+    if (auto date = readYearFirst(reader, i))
+        return date;
+    if (auto date = readNumeric(reader, i))
+        return date;
+    if (auto date = readMonthFirst(reader, i))
+        return date;
+    return readDayFirst(reader, i);
+}
+
+std::optional<DateMention> readHoliday(const Reader &reader, std::uint32_t i) {
+    const Sense *holiday = reader.sense(i, Meaning::Holiday);
+    if (!holiday)
+        return std::nullopt;
+    DateMention result;
+    result.span = {i, i + holiday->length};
+    if (!holiday->note.empty()) {
+        result.first.base = DateSpec::Base::Easter;
+        result.first.days = holiday->value;
+    } else {
+        result.first.month = holiday->value / 100;
+        result.first.day = holiday->value % 100;
+    }
+    result.span.end = readYear(reader, result.span.end, result.first.year);
+    // "Christmas party" names an event, "closed Good Friday" a day.
+    const std::uint32_t next = result.span.end;
+    result.weak = reader.word(next) && !reader.has(next, Meaning::Connector) &&
+                  !reader.has(next, Meaning::TimeMarker);
+    return result;
+}
+
+} // namespace pindle::conversion

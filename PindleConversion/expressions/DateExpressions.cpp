@@ -1,0 +1,193 @@
+#include "PindleConversion/expressions/Expression.h"
+
+namespace pindle::conversion {
+
+namespace {
+
+using Base = DateSpec::Base;
+
+std::uint32_t skipComma(const Reader &reader, std::uint32_t i) {
+    const std::uint32_t j = reader.skipSymbol(i, ',');
+    return j != i ? j : reader.skipSymbol(i, '.');
+}
+
+struct Named {
+    int weekday = 0;
+    std::uint32_t next = 0;
+};
+
+/// A weekday's bare name, for a date that stands beside it.
+Named readName(const Reader &reader, std::uint32_t i) {
+    if (const Sense *sense = reader.sense(i, Meaning::Weekday))
+        return {sense->value, i + sense->length};
+    if (const Sense *sense = reader.sense(i, Meaning::WeakWeekday))
+        return {sense->value, i + sense->length};
+    return {};
+}
+
+/// "the 14th" or "14" behind a weekday: a day of the month that falls on it.
+std::optional<DateMention> readDayBehindName(const Reader &reader, std::uint32_t i) {
+    const std::uint32_t day = reader.skip(i, Meaning::The);
+    const bool ordinal = reader.has(day + 1, Meaning::OrdinalMark) && reader.glued(day + 1);
+    if (!reader.number(day, 1, 31))
+        return std::nullopt;
+    const std::uint32_t number = reader.at(day)->number;
+    const std::uint32_t next = day + (ordinal ? 2 : 1);
+    // "Fri 13" is a day, "Fri 7" a time.
+    if (!ordinal && (number <= 12 || reader.symbol(next, ':') || reader.symbol(next, '.') ||
+                     reader.has(next, Meaning::HourMark) || reader.has(next, Meaning::RangeTo)))
+        return std::nullopt;
+    DateMention result;
+    result.span = {i, next};
+    result.first.base = Base::DayOnly;
+    result.first.day = static_cast<int>(number);
+    return result;
+}
+
+/// A weekday, then the date it belongs to: "Friday, 5 June", "next Friday the 13th".
+std::optional<DateMention> readNamedDate(const Reader &reader, std::uint32_t i) {
+    std::uint32_t begin = i;
+    for (Meaning meaning : {Meaning::Next, Meaning::This})
+        if (begin == i)
+            begin = reader.skip(i, meaning);
+    const Named name = readName(reader, begin);
+    if (name.weekday == 0)
+        return std::nullopt;
+    std::uint32_t j = skipComma(reader, name.next);
+    j = reader.symbol(j, '(') || reader.symbol(j, '-') ? j + 1 : j;
+    const std::uint32_t on = reader.skip(j, Meaning::DateMarker);
+    const std::uint32_t core = reader.skip(on, Meaning::The);
+    std::optional<DateMention> date = readCalendarDate(reader, core);
+    if (!date)
+        date = readDayBehindName(reader, on);
+    if (!date)
+        return std::nullopt;
+    date->span.begin = i;
+    date->first.weekday = name.weekday;
+    date->weak = false;
+    if (reader.symbol(j - 1, '('))
+        date->span.end = reader.skipSymbol(date->span.end, ')');
+    return date;
+}
+
+/// A weekday behind a date: "5 June (Fri)", "6/12, Friday".
+void readNameBehind(const Reader &reader, DateMention &date) {
+    std::uint32_t j = reader.skipSymbol(date.span.end, ',');
+    const bool bracket = reader.symbol(j, '(');
+    j += bracket ? 1 : 0;
+    const Named name = readName(reader, j);
+    if (name.weekday == 0 || date.first.base != Base::Calendar || date.first.weekday != 0)
+        return;
+    const std::uint32_t next = skipComma(reader, name.next);
+    if (!bracket && (reader.has(next, Meaning::Month) || reader.number(next, 13, 31)))
+        return;
+    if (!bracket && readCalendarDate(reader, next))
+        return;
+    date.first.weekday = name.weekday;
+    date.span.end = bracket ? reader.skipSymbol(name.next, ')') : name.next;
+    date.weak = false;
+}
+
+std::optional<DateMention> readSingle(const Reader &reader, std::uint32_t i) {
+    if (auto date = readNamedDate(reader, i))
+        return date;
+    const std::uint32_t core = reader.skip(i, Meaning::The);
+    auto date = readCalendarDate(reader, i);
+    if (!date && core != i && !reader.has(core, Meaning::Month))
+        date = readCalendarDate(reader, core);
+    if (date) {
+        date->span.begin = i;
+        readNameBehind(reader, *date);
+        return date;
+    }
+    date = readRelativeDate(reader, i);
+    // "tomorrow (Friday 5 June)": the written date says it best.
+    if (date && (reader.symbol(date->span.end, ',') || reader.symbol(date->span.end, '('))) {
+        const std::uint32_t inner = date->span.end + 1;
+        if (auto exact = readNamedDate(reader, inner)) {
+            exact->span.begin = i;
+            exact->span.end = reader.skipSymbol(exact->span.end, ')');
+            return exact;
+        }
+    }
+    return date;
+}
+
+bool canSpan(const DateSpec &spec) {
+    return spec.base == Base::Calendar || spec.base == Base::DayOnly ||
+           spec.base == Base::Weekday || (spec.base == Base::Today && spec.days >= 0);
+}
+
+/// "Mon 3 - Wed 5 August": what the one end says of month and year holds for the other.
+void share(DateSpec &first, DateSpec &last) {
+    if (first.base == Base::DayOnly && last.base == Base::Calendar) {
+        first.base = Base::Calendar;
+        first.month = last.month;
+    }
+    if (last.base == Base::DayOnly && first.base == Base::Calendar) {
+        last.base = Base::Calendar;
+        last.month = first.month;
+    }
+    if (first.year == 0)
+        first.year = last.year;
+}
+
+/// "Mon" of "Mon 3 - Wed 5 August": day without month, only good at the start of a range.
+std::optional<DateMention> readRangeStart(const Reader &reader, std::uint32_t i) {
+    const Named name = readName(reader, i);
+    if (name.weekday == 0 || !reader.number(name.next, 1, 31))
+        return std::nullopt;
+    const bool ordinal =
+        reader.has(name.next + 1, Meaning::OrdinalMark) && reader.glued(name.next + 1);
+    const std::uint32_t next = name.next + (ordinal ? 2 : 1);
+    if (!reader.has(next, Meaning::RangeTo))
+        return std::nullopt;
+    DateMention result;
+    result.span = {i, next};
+    result.first.base = Base::DayOnly;
+    result.first.day = static_cast<int>(reader.at(name.next)->number);
+    result.first.weekday = name.weekday;
+    return result;
+}
+
+bool readRangeEnd(const Reader &reader, DateMention &date) {
+    if (date.last || !canSpan(date.first) || date.repeated)
+        return false;
+    const std::uint32_t i = date.span.end;
+    const Sense *to = reader.sense(i, Meaning::RangeTo);
+    const Sense *both = reader.sense(i, Meaning::And);
+    std::uint32_t next = to ? i + to->length : both ? i + both->length : i;
+    if (next == i)
+        return false;
+    auto last = readSingle(reader, reader.skip(next, Meaning::The));
+    if (!last || last->last || !canSpan(last->first) || last->repeated)
+        return false;
+    // "by 5 June or on Friday" is no range; joined by "and", only two written dates are.
+    const bool sameKind = last->first.base == date.first.base ||
+                          (last->first.base == Base::Calendar && date.first.base == Base::DayOnly);
+    if (!sameKind && !(to && date.first.base == Base::Calendar))
+        return false;
+    // "moved from Tuesday to Thursday" names two days for one event.
+    if (date.first.base == Base::Weekday && to && reader.word(i) &&
+        reader.document().tokens[i].end - reader.document().tokens[i].begin == 2)
+        return false;
+    date.last = last->first;
+    share(date.first, *date.last);
+    date.span.end = last->span.end;
+    date.weak = date.weak && last->weak;
+    return true;
+}
+
+} // namespace
+
+std::optional<DateMention> readDate(const Reader &reader, std::uint32_t i) {
+    if (auto start = readRangeStart(reader, i); start && readRangeEnd(reader, *start) &&
+                                                start->first.base == Base::Calendar)
+        return start;
+    auto date = readSingle(reader, i);
+    if (date)
+        readRangeEnd(reader, *date);
+    return date;
+}
+
+} // namespace pindle::conversion

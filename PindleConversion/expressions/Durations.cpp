@@ -1,0 +1,107 @@
+#include "PindleConversion/expressions/Expression.h"
+
+namespace pindle::conversion {
+
+namespace {
+
+constexpr int kLongestMinutes = 7 * 24 * 60;
+
+struct Part {
+    int minutes = 0;
+    int days = 0;
+    std::uint32_t next = 0;
+    bool hyphen = false;
+};
+
+int unitMinutes(Unit unit) {
+    return unit == Unit::Minute ? 1 : unit == Unit::Hour ? 60 : 0;
+}
+
+/// "half an hour".
+std::optional<Part> readHalf(const Reader &reader, std::uint32_t i) {
+    const Sense *half = reader.sense(i, Meaning::HalfBare);
+    if (!half)
+        return std::nullopt;
+    std::uint32_t j = i + half->length;
+    j = reader.symbol(j, '-') ? j + 1 : reader.skip(j, Meaning::Number);
+    const Sense *unit = reader.sense(j, Meaning::UnitWord);
+    if (!unit || unitMinutes(static_cast<Unit>(unit->value)) != 60)
+        return std::nullopt;
+    return Part{30, 0, j + unit->length, false};
+}
+
+std::optional<Part> readPart(const Reader &reader, std::uint32_t i) {
+    std::uint32_t j = i;
+    const auto count = readCount(reader, i, j);
+    if (!count)
+        return std::nullopt;
+    int tenths = 0;
+    if (reader.symbol(j, '.') && reader.glued(j) && reader.number(j + 1, 0, 9, 1)) {
+        tenths = static_cast<int>(reader.at(j + 1)->number);
+        j += 2;
+    }
+    Part part;
+    part.hyphen = reader.symbol(j, '-');
+    const Sense *unit = reader.sense(part.hyphen ? j + 1 : j, Meaning::UnitWord);
+    if (!unit)
+        return std::nullopt;
+    part.next = (part.hyphen ? j + 1 : j) + unit->length;
+    const auto which = static_cast<Unit>(unit->value);
+    if (const int minutes = unitMinutes(which); minutes > 0)
+        part.minutes = *count * minutes + tenths * minutes / 10;
+    else if (which == Unit::Day && tenths == 0)
+        part.days = *count;
+    else if (which == Unit::Week && tenths == 0)
+        part.days = 7 * *count;
+    else
+        return std::nullopt;
+    return part;
+}
+
+/// "and a half", "30 min", "30" behind hours.
+void readRest(const Reader &reader, Part &part) {
+    std::uint32_t j = reader.skip(part.next, Meaning::And);
+    const std::uint32_t half = reader.skip(j, Meaning::Number);
+    if (j != part.next && reader.has(half, Meaning::HalfBare)) {
+        part.minutes += 30;
+        part.next = reader.skip(half, Meaning::HalfBare);
+        return;
+    }
+    if (!reader.number(j, 1, 59))
+        return;
+    const Sense *unit = reader.sense(j + 1, Meaning::UnitWord);
+    if (unit && unit->value == static_cast<int>(Unit::Minute)) {
+        part.minutes += static_cast<int>(reader.at(j)->number);
+        part.next = j + 1 + unit->length;
+    } else if (reader.glued(j) && reader.at(j)->digits == 2) {
+        part.minutes += static_cast<int>(reader.at(j)->number);
+        part.next = j + 1;
+    }
+}
+
+} // namespace
+
+std::optional<DurationMention> readDuration(const Reader &reader, std::uint32_t i, bool marked) {
+    auto part = readHalf(reader, i);
+    if (!part)
+        part = readPart(reader, i);
+    if (!part)
+        return std::nullopt;
+    if (part->minutes >= 60 && part->minutes % 60 == 0)
+        readRest(reader, *part);
+    const bool bracket = i > 0 && reader.document().tokens[i - 1].symbol == '(' &&
+                         reader.symbol(part->next, ')');
+    if (!marked && !bracket && !part->hyphen)
+        return std::nullopt;
+    if (reader.has(part->next, Meaning::NoDuration) || (part->days > 0 && !marked))
+        return std::nullopt;
+    if (part->minutes > kLongestMinutes || part->days > 366)
+        return std::nullopt;
+    DurationMention mention;
+    mention.span = {i, part->next};
+    mention.minutes = part->minutes;
+    mention.days = part->days;
+    return mention;
+}
+
+} // namespace pindle::conversion

@@ -1,0 +1,127 @@
+#pragma once
+
+#include <optional>
+#include <string_view>
+#include <vector>
+
+#include "PindleConversion/tokens/Token.h"
+
+namespace pindle::conversion {
+
+/// Which of several like days is meant.
+enum class Which : std::uint8_t { Nearest, This, Next, Last, AfterNext };
+
+/// A day as the text gives it, before a reference date settles it.
+struct DateSpec {
+    enum class Base : std::uint8_t {
+        Calendar,   ///< day and month, the year perhaps
+        DayOnly,    ///< a day of some month
+        Today,      ///< counted from the reference date
+        Weekday,    ///< `weekday`, `which`
+        Week,       ///< `which` week or month without a day, see `months`
+        Weekend,    ///< `which`
+        NthWeekday, ///< `nth` (-1: last) `weekday` of a month; weekday 0: any day
+        Easter,     ///< `days` from Easter Sunday
+    };
+    Base base = Base::Calendar;
+    int year = 0; ///< 0: not given
+    int month = 0;
+    int day = 0;
+    int weekday = 0; ///< 1 (Monday) to 7; with Calendar the day that the text claims
+    int nth = 0;
+    Which which = Which::Nearest;
+    int days = 0;   ///< added after all else
+    int months = 0; ///< added after all else; with DayOnly and NthWeekday: from the current month
+    bool monthGiven = false;  ///< `months` is meant: "this month", "next month"
+    bool eitherOrder = false; ///< numeric: `month` and `day` may be swapped
+};
+
+struct DateMention {
+    TokenSpan span;
+    DateSpec first;
+    std::optional<DateSpec> last; ///< of a span of days
+    bool weak = false;            ///< could well be no date
+    bool repeated = false;
+};
+
+/// A clock time as the text gives it.
+struct ClockSpec {
+    int hour = 0;
+    int minute = 0;
+    int meridiem = -1;        ///< 0 before noon, 1 after noon, -1 not said
+    bool literal = false;     ///< can only be meant on the 24-hour clock
+    bool minuteGiven = false;
+    bool sure = false;        ///< a time by its own form
+};
+
+struct TimeMention {
+    TokenSpan span;
+    ClockSpec start;
+    std::optional<ClockSpec> end;
+    std::string_view zone;   ///< identifiers of the lexicon, '|' between them
+    int offsetMinutes = 0;   ///< with `hasOffset`: the zone by its offset from UTC
+    bool hasOffset = false;
+    bool marked = false;     ///< a word before it says that it is a time
+    TokenSpan zoneSpan;
+    DayPart part = DayPart::None; ///< said directly behind or before it
+};
+
+struct PartMention {
+    TokenSpan span;
+    DayPart part;
+};
+
+struct DurationMention {
+    TokenSpan span;
+    int minutes = 0; ///< 0 when counted in days
+    int days = 0;
+};
+
+struct RoleMention {
+    std::uint32_t token;
+    Role role;
+};
+
+/// Every date and time expression of a text, in order of appearance.
+struct Expressions {
+    std::vector<DateMention> dates;
+    std::vector<TimeMention> times;
+    std::vector<PartMention> parts;
+    std::vector<DurationMention> durations;
+    std::vector<RoleMention> roles;
+    std::vector<TimeMention> zones; ///< zones that stand alone: only the zone's members are set
+};
+
+/// Most expressions of one kind that are taken from a text; what follows is not looked at.
+inline constexpr std::size_t kMostExpressions = 128;
+
+/// Fourth step: finds the expressions and marks their tokens as used.
+Expressions findExpressions(Document &document);
+
+/// The date that starts at token `i`, with everything that belongs to it.
+std::optional<DateMention> readDate(const Reader &reader, std::uint32_t i);
+/// A day by the calendar ("5 June", "2026-06-05"), without ranges and weekdays behind it.
+std::optional<DateMention> readCalendarDate(const Reader &reader, std::uint32_t i);
+/// A day by its distance or place in a week or month.
+std::optional<DateMention> readRelativeDate(const Reader &reader, std::uint32_t i);
+/// A holiday by its name. Weak: it may as well name the event.
+std::optional<DateMention> readHoliday(const Reader &reader, std::uint32_t i);
+
+/// A clock time or a range of times at token `i`. `marked`: a word before it announces a time.
+std::optional<TimeMention> readTime(const Reader &reader, std::uint32_t i, bool marked,
+                                    bool afterDate);
+/// One clock time; `next` becomes the token behind it.
+std::optional<ClockSpec> readClock(const Reader &reader, std::uint32_t i, std::uint32_t &next);
+
+/// Reads the zone at token `i` into `mention`; `afterTime` allows abbreviations.
+/// Returns the token behind it, or `i` when there is none.
+std::uint32_t readZone(const Reader &reader, std::uint32_t i, bool afterTime,
+                       TimeMention &mention);
+
+/// A length of time at token `i`. `marked`: a word before it announces a length.
+std::optional<DurationMention> readDuration(const Reader &reader, std::uint32_t i, bool marked);
+
+/// A count: digits or a number word. `next` becomes the token behind it.
+std::optional<int> readCount(const Reader &reader, std::uint32_t i, std::uint32_t &next);
+
+} // namespace pindle::conversion

@@ -1,0 +1,347 @@
+#include "PindleConversion/expressions/Expression.h"
+
+namespace pindle::conversion {
+
+namespace {
+
+using Base = DateSpec::Base;
+
+DateMention mention(std::uint32_t begin, std::uint32_t end, Base base) {
+    DateMention result;
+    result.span = {begin, end};
+    result.first.base = base;
+    return result;
+}
+
+struct Qualifier {
+    Which which = Which::Nearest;
+    std::uint32_t next = 0;
+};
+
+Qualifier readQualifier(const Reader &reader, std::uint32_t i) {
+    if (const Sense *sense = reader.sense(i, Meaning::Next))
+        return {Which::Next, i + sense->length};
+    if (const Sense *sense = reader.sense(i, Meaning::This))
+        return {Which::This, i + sense->length};
+    if (const Sense *sense = reader.sense(i, Meaning::Last))
+        return {Which::Last, i + sense->length};
+    return {Which::Nearest, i};
+}
+
+const Sense *unit(const Reader &reader, std::uint32_t i, Unit wanted) {
+    const Sense *sense = reader.sense(i, Meaning::UnitWord);
+    return sense && sense->value == static_cast<int>(wanted) ? sense : nullptr;
+}
+
+/// A weekday word that is also an everyday word needs company.
+bool isCertainWeekday(const Reader &reader, std::uint32_t i, std::uint32_t next) {
+    const bool announced = i > 0 && reader.has(i - 1, Meaning::DateMarker);
+    const std::uint32_t time = reader.skip(next, Meaning::TimeMarker);
+    const bool timed = reader.number(time, 0, 31) || reader.has(time, Meaning::ClockWord) ||
+                       (time != next && reader.has(time, Meaning::Number));
+    if (announced || timed || reader.has(next, Meaning::PartOfDay) || reader.has(next, Meaning::Month))
+        return true;
+    return reader.at(i)->capital && !reader.word(next);
+}
+
+struct DayName {
+    int weekday = 0;
+    std::uint32_t next = 0;
+    bool repeated = false;
+};
+
+DayName readDayName(const Reader &reader, std::uint32_t i, bool qualified) {
+    if (const Sense *sense = reader.sense(i, Meaning::Repeated))
+        return {sense->value, i + sense->length, true};
+    if (const Sense *sense = reader.sense(i, Meaning::Weekday))
+        return {sense->value, i + sense->length};
+    const Sense *weak = reader.sense(i, Meaning::WeakWeekday);
+    if (weak && (qualified || isCertainWeekday(reader, i, i + weak->length)))
+        return {weak->value, i + weak->length};
+    return {};
+}
+
+/// "next week", "of next week", "week" (British: a week later), "after next" behind a weekday.
+std::uint32_t readWeekBehind(const Reader &reader, std::uint32_t i, DateSpec &spec) {
+    if (const Sense *sense = reader.sense(i, Meaning::AfterNext)) {
+        spec.which = Which::AfterNext;
+        return i + sense->length;
+    }
+    if (const Sense *week = unit(reader, i, Unit::Week)) {
+        spec.days += 7;
+        return i + week->length;
+    }
+    std::uint32_t j = reader.skipSymbol(i, ',');
+    j = reader.skip(j, Meaning::Of);
+    const Qualifier qualifier = readQualifier(reader, j);
+    if (qualifier.next == j || qualifier.which == Which::Last)
+        return i;
+    const Sense *week = unit(reader, qualifier.next, Unit::Week);
+    if (!week)
+        return i;
+    spec.which = qualifier.which == Which::Next ? Which::Next : Which::This;
+    return qualifier.next + week->length;
+}
+
+std::optional<DateMention> readWeekday(const Reader &reader, std::uint32_t i) {
+    const Qualifier qualifier = readQualifier(reader, i);
+    const DayName day = readDayName(reader, qualifier.next, qualifier.next != i);
+    if (day.weekday == 0)
+        return std::nullopt;
+    DateMention result = mention(i, day.next, Base::Weekday);
+    result.first.weekday = day.weekday;
+    result.first.which = qualifier.which;
+    result.repeated = day.repeated;
+    result.span.end = readWeekBehind(reader, day.next, result.first);
+    return result;
+}
+
+/// "next week Tuesday", "next week on Tuesday", "this weekend", "next month".
+std::optional<DateMention> readPeriod(const Reader &reader, std::uint32_t i) {
+    Qualifier qualifier = readQualifier(reader, i);
+    if (qualifier.next == i) {
+        const std::uint32_t article = reader.skip(i, Meaning::The);
+        if (article == i || !unit(reader, article, Unit::Weekend))
+            return std::nullopt;
+        qualifier = {Which::This, article};
+    }
+    const Sense *sense = reader.sense(qualifier.next, Meaning::UnitWord);
+    if (!sense)
+        return std::nullopt;
+    const auto period = static_cast<Unit>(sense->value);
+    std::uint32_t next = qualifier.next + sense->length;
+    if (period == Unit::Weekend) {
+        DateMention result = mention(i, next, Base::Weekend);
+        result.first.which = qualifier.which;
+        return result;
+    }
+    if (period != Unit::Week && period != Unit::Month)
+        return std::nullopt;
+    DateMention result = mention(i, next, Base::Week);
+    result.first.which = qualifier.which;
+    if (period == Unit::Month)
+        result.first.months = qualifier.which == Which::Next ? 1 : 0;
+    result.weak = true;
+    next = reader.skip(reader.skipSymbol(next, ','), Meaning::DateMarker);
+    const DayName day = period == Unit::Week ? readDayName(reader, next, true) : DayName{};
+    if (day.weekday > 0) {
+        result.weak = false;
+        result.first.base = Base::Weekday;
+        result.first.weekday = day.weekday;
+        result.span.end = day.next;
+    }
+    return result;
+}
+
+struct Amount {
+    int days = 0;
+    int months = 0;
+    std::uint32_t next = 0;
+};
+
+std::optional<Amount> readAmount(const Reader &reader, std::uint32_t i) {
+    constexpr int kMostUnits = 1000;
+    std::uint32_t next = i;
+    const auto count = readCount(reader, i, next);
+    if (!count || *count > kMostUnits)
+        return std::nullopt;
+    const Sense *sense = reader.sense(next, Meaning::UnitWord);
+    if (!sense)
+        return std::nullopt;
+    Amount amount;
+    amount.next = next + sense->length;
+    switch (static_cast<Unit>(sense->value)) {
+    case Unit::Day: amount.days = *count; return amount;
+    case Unit::Week: amount.days = 7 * *count; return amount;
+    case Unit::Fortnight: amount.days = 14 * *count; return amount;
+    case Unit::Month: amount.months = *count; return amount;
+    case Unit::Year: amount.months = 12 * *count; return amount;
+    case Unit::Minute:
+    case Unit::Hour:
+    case Unit::Weekend: break;
+    }
+    return std::nullopt;
+}
+
+void shift(DateSpec &spec, const Amount &amount, int sign) {
+    spec.days += sign * amount.days;
+    spec.months += sign * amount.months;
+}
+
+std::optional<DateMention> fromAmount(const Reader &reader, std::uint32_t i, const Amount &amount,
+                                      int sign, std::uint32_t end) {
+    DateMention result = mention(i, end, Base::Today);
+    shift(result.first, amount, sign);
+    // "in two weeks on Tuesday": the weekday of that week.
+    const std::uint32_t on = reader.skip(reader.skipSymbol(end, ','), Meaning::DateMarker);
+    const DayName day = readDayName(reader, on, true);
+    if (sign > 0 && day.weekday > 0 && amount.days % 7 == 0 && amount.days > 0) {
+        result.first.base = Base::Weekday;
+        result.first.weekday = day.weekday;
+        result.first.which = Which::This;
+        result.span.end = day.next;
+    }
+    return result;
+}
+
+/// "in two weeks", "two weeks from Friday", "3 days ago", "a week tomorrow".
+std::optional<DateMention> readDistance(const Reader &reader, std::uint32_t i) {
+    const std::uint32_t in = reader.skip(i, Meaning::In);
+    const auto amount = readAmount(reader, in);
+    if (!amount)
+        return std::nullopt;
+    std::uint32_t next = amount->next;
+    if (const Sense *ago = reader.sense(next, Meaning::Ago))
+        return fromAmount(reader, i, *amount, -1, next + ago->length);
+    if (const Sense *now = reader.sense(next, Meaning::FromNow))
+        return fromAmount(reader, i, *amount, 1, next + now->length);
+    if (in != i)
+        return fromAmount(reader, i, *amount, 1, next);
+    next = reader.skip(next, Meaning::From);
+    std::optional<DateMention> base;
+    if (const Sense *day = reader.sense(next, Meaning::RelativeDay)) {
+        base = mention(next, next + day->length, Base::Today);
+        base->first.days = day->value;
+    } else if (next != amount->next) {
+        base = readWeekday(reader, next);
+        if (!base)
+            base = readCalendarDate(reader, next);
+    }
+    if (!base)
+        return std::nullopt;
+    base->span.begin = i;
+    shift(base->first, *amount, 1);
+    return base;
+}
+
+/// The month behind an ordinal: "of June", "of next month", "of the month", "next month".
+std::uint32_t readMonthBehind(const Reader &reader, std::uint32_t i, DateSpec &spec) {
+    std::uint32_t j = reader.skip(i, Meaning::Of);
+    if (const Sense *month = reader.sense(j, Meaning::Month)) {
+        spec.month = month->value;
+        j += month->length;
+        const std::uint32_t year = reader.skipSymbol(j, ',');
+        if (!reader.number(year, 1900, 2199, 4))
+            return j;
+        spec.year = static_cast<int>(reader.at(year)->number);
+        return year + 1;
+    }
+    const Qualifier qualifier = readQualifier(reader, j);
+    const std::uint32_t word = qualifier.next != j ? qualifier.next : reader.skip(j, Meaning::The);
+    const Sense *month = unit(reader, word, Unit::Month);
+    if (!month || word == j || qualifier.which == Which::Last)
+        return i;
+    spec.monthGiven = true;
+    spec.months = qualifier.which == Which::Next ? 1 : 0;
+    return word + month->length;
+}
+
+struct Rank {
+    int nth = 0;
+    std::uint32_t next = 0;
+};
+
+Rank readRank(const Reader &reader, std::uint32_t i) {
+    if (const Sense *ordinal = reader.sense(i, Meaning::Ordinal))
+        return {ordinal->value, i + ordinal->length};
+    if (reader.number(i, 1, 31) && reader.has(i + 1, Meaning::OrdinalMark) && reader.glued(i + 1))
+        return {static_cast<int>(reader.at(i)->number), i + 2};
+    return {};
+}
+
+/// "the last Thursday of the month", "first Monday in June", "last day of May", "end of June".
+std::optional<DateMention> readNthWeekday(const Reader &reader, std::uint32_t i) {
+    const std::uint32_t begin = reader.skip(i, Meaning::The);
+    DateMention result = mention(i, begin, Base::NthWeekday);
+    std::uint32_t next = i;
+    if (const Sense *end = reader.sense(i, Meaning::MonthEnd)) {
+        result.first.nth = -1;
+        next = i + end->length;
+    } else {
+        const Rank rank = readRank(reader, begin);
+        if (rank.nth == 0 || rank.nth > 5)
+            return std::nullopt;
+        result.first.nth = rank.nth;
+        const DayName day = readDayName(reader, rank.next, true);
+        result.first.weekday = day.weekday;
+        next = day.weekday > 0 ? day.next : reader.skip(rank.next, Meaning::DayWord);
+        if (next == rank.next)
+            return std::nullopt;
+    }
+    result.span.end = readMonthBehind(reader, next, result.first);
+    if (result.span.end == next)
+        return std::nullopt;
+    return result;
+}
+
+/// What may follow "the 14th" when that is all that is said of the day.
+bool endsDayOnly(const Reader &reader, std::uint32_t next) {
+    const Token *token = reader.at(next);
+    if (!token || token->kind == TokenKind::Symbol || token->kind == TokenKind::Number)
+        return !reader.symbol(next, '-');
+    return reader.has(next, Meaning::Connector) || reader.has(next, Meaning::PartOfDay) ||
+           reader.has(next, Meaning::TimeMarker);
+}
+
+/// "the 14th", "the 14th of next month", "Friday the 13th" without its weekday.
+std::optional<DateMention> readDayOnly(const Reader &reader, std::uint32_t i) {
+    const std::uint32_t begin = reader.skip(i, Meaning::The);
+    const Rank rank = readRank(reader, begin);
+    if (rank.nth < 1)
+        return std::nullopt;
+    DateMention result = mention(i, rank.next, Base::DayOnly);
+    result.first.day = rank.nth;
+    result.span.end = readMonthBehind(reader, rank.next, result.first);
+    if (result.span.end != rank.next)
+        return result;
+    const Token *before = i > 0 ? &reader.document().tokens[i - 1] : nullptr;
+    const bool digits = reader.at(begin)->kind == TokenKind::Number;
+    const Reader all(reader.document(), reader.end());
+    const bool introduced = before && (all.has(i - 1, Meaning::DateMarker) ||
+                                       all.has(i - 1, Meaning::Weekday) ||
+                                       all.has(i - 1, Meaning::WeakWeekday));
+    if (!endsDayOnly(reader, rank.next) || !(introduced || (begin != i && digits)))
+        return std::nullopt;
+    if (!digits && begin == i)
+        return std::nullopt;
+    result.weak = !introduced;
+    return result;
+}
+
+} // namespace
+
+std::optional<int> readCount(const Reader &reader, std::uint32_t i, std::uint32_t &next) {
+    if (reader.number(i, 1, 9999, 4)) {
+        next = i + 1;
+        return static_cast<int>(reader.at(i)->number);
+    }
+    const Sense *word = reader.sense(i, Meaning::Number);
+    if (!word)
+        return std::nullopt;
+    next = i + word->length;
+    return word->value;
+}
+
+std::optional<DateMention> readRelativeDate(const Reader &reader, std::uint32_t i) {
+    if (const Sense *day = reader.sense(i, Meaning::RelativeDay)) {
+        DateMention result = mention(i, i + day->length, Base::Today);
+        result.first.days = day->value;
+        // "tomorrow week" is a week later.
+        if (const Sense *week = unit(reader, result.span.end, Unit::Week)) {
+            result.first.days += 7;
+            result.span.end += week->length;
+        }
+        return result;
+    }
+    if (auto date = readNthWeekday(reader, i))
+        return date;
+    if (auto date = readDistance(reader, i))
+        return date;
+    if (auto date = readWeekday(reader, i))
+        return date;
+    if (auto date = readPeriod(reader, i))
+        return date;
+    return readDayOnly(reader, i);
+}
+
+} // namespace pindle::conversion

@@ -1,0 +1,187 @@
+#include "PindleConversion/expressions/Expression.h"
+
+namespace pindle::conversion {
+
+namespace {
+
+class Scan {
+public:
+    explicit Scan(Document &document) : m_document(document) {}
+
+    Expressions run() {
+        for (const Field &field : m_document.fields)
+            if (!field.ignored)
+                scan(field);
+        return std::move(m_found);
+    }
+
+private:
+    void scan(const Field &field) {
+        const Reader reader(m_document, field.end);
+        const bool timeField = field.label == Label::Time || field.label == Label::When ||
+                               field.label == Label::Start || field.label == Label::End;
+        // A number that answers in a conversation is a time, if it can be one.
+        m_marked = timeField || field.spoken ? field.begin : kNowhere;
+        m_afterDate = kNowhere;
+        m_length = field.label == Label::Duration ? field.begin : kNowhere;
+        for (std::uint32_t i = field.begin; i < field.end;)
+            i = step(reader, i, field);
+    }
+
+    /// Reads what starts at `i` and returns the token to go on with.
+    std::uint32_t step(const Reader &reader, std::uint32_t i, const Field &field) {
+        if (const Sense *greeting = reader.sense(i, Meaning::Greeting);
+            greeting && greeting->length > 1)
+            return i + greeting->length;
+        if (const Sense *role = reader.sense(i, Meaning::RoleWord))
+            take(m_found.roles, RoleMention{i, static_cast<Role>(role->value)});
+        if (auto date = readDate(reader, i))
+            return takeDate(reader, *date);
+        if (const auto next = duration(reader, i); next != i)
+            return next;
+        if (const auto next = time(reader, i, field); next != i)
+            return next;
+        TimeMention zone;
+        const bool zoneField = field.label == Label::Zone;
+        if (const auto next = readZone(reader, i, zoneField, zone); next != i) {
+            zone.span = {i, next};
+            use(zone.span);
+            take(m_found.zones, zone);
+            return next;
+        }
+        if (auto date = readHoliday(reader, i))
+            return takeHoliday(reader, *date);
+        if (const Sense *part = reader.sense(i, Meaning::PartOfDay)) {
+            takePart(reader, i, *part);
+            return i + part->length;
+        }
+        return marker(reader, i);
+    }
+
+    std::uint32_t takeDate(const Reader &reader, const DateMention &date) {
+        if (take(m_found.dates, date)) {
+            use(date.span);
+            for (std::uint32_t i = date.span.begin; i < date.span.end; ++i)
+                if (const Sense *part = reader.sense(i, Meaning::PartOfDay)) {
+                    take(m_found.parts,
+                         PartMention{{i, i + part->length}, static_cast<DayPart>(part->value)});
+                    break;
+                }
+        }
+        m_afterDate = date.span.end;
+        return date.span.end;
+    }
+
+    /// A holiday's name stays free for the title while it may be the event's.
+    std::uint32_t takeHoliday(const Reader &reader, const DateMention &date) {
+        if (!date.weak)
+            return takeDate(reader, date);
+        take(m_found.dates, date);
+        return date.span.end;
+    }
+
+    std::uint32_t duration(const Reader &reader, std::uint32_t i) {
+        auto found = readDuration(reader, i, m_length == i);
+        if (!found)
+            return i;
+        if (take(m_found.durations, *found))
+            use(found->span);
+        return found->span.end;
+    }
+
+    /// The kind of event right before a number can announce a time: "dinner 7".
+    bool eventAnnounces(const Reader &reader, std::uint32_t i, const Field &field) const {
+        if (i == field.begin)
+            return false;
+        const Sense *event = reader.sense(i - 1, Meaning::Event);
+        return event && event->value != static_cast<int>(EventKind::Work) &&
+               event->value != static_cast<int>(EventKind::Neutral);
+    }
+
+    std::uint32_t time(const Reader &reader, std::uint32_t i, const Field &field) {
+        const bool marked = m_marked == i || eventAnnounces(reader, i, field);
+        auto found = readTime(reader, i, marked, m_afterDate == i);
+        if (!found)
+            return i;
+        if (take(m_found.times, *found))
+            use(found->span);
+        m_afterTime = found->span.end;
+        // "at 9 or 9:30", "3 / 4 pm": the next number may be a time as well.
+        m_marked = kNowhere;
+        m_length = reader.symbol(found->span.end, ',') ? found->span.end + 1 : found->span.end;
+        return found->span.end;
+    }
+
+    void takePart(const Reader &reader, std::uint32_t i, const Sense &part) {
+        const PartMention mention{{i, i + part.length}, static_cast<DayPart>(part.value)};
+        if (m_afterDate == i)
+            m_afterDate = i + part.length;
+        if (take(m_found.parts, mention) && belongsToTime(reader, i))
+            use(mention.span);
+    }
+
+    /// Part of the date or time before it, and not a word of the event's name.
+    bool belongsToTime(const Reader &reader, std::uint32_t i) const {
+        if (i == 0)
+            return false;
+        const Token &before = m_document.tokens[i - 1];
+        return before.used || reader.has(i - 1, Meaning::The) || reader.has(i - 1, Meaning::In);
+    }
+
+    /// Words that announce a time or a length, and marks that keep such an announcement alive.
+    std::uint32_t marker(const Reader &reader, std::uint32_t i) {
+        std::uint32_t next = i + 1;
+        if (const Sense *time = reader.sense(i, Meaning::TimeMarker)) {
+            m_marked = i + time->length;
+            next = reader.sense(i, Meaning::RoleWord) ? i + 1 : i + time->length;
+            if (next != m_marked)
+                next = m_marked;
+        } else if (m_marked == i && isPassage(reader, i)) {
+            m_marked = i + 1;
+        }
+        if (const Sense *length = reader.sense(i, Meaning::DurationMark)) {
+            m_length = i + length->length;
+            next = std::max(next, m_length);
+        } else if (m_length == i && isPassage(reader, i)) {
+            m_length = i + 1;
+        }
+        if (m_afterDate == i && (isPassage(reader, i) || reader.symbol(i, '-') ||
+                                 reader.has(i, Meaning::Approximate)))
+            m_afterDate = next;
+        return next;
+    }
+
+    static bool isPassage(const Reader &reader, std::uint32_t i) {
+        return reader.symbol(i, ':') || reader.symbol(i, ',') || reader.symbol(i, '(') ||
+               reader.symbol(i, '~') || reader.has(i, Meaning::The);
+    }
+
+    template<typename T> static bool take(std::vector<T> &into, const T &what) {
+        if (into.size() >= kMostExpressions)
+            return false;
+        into.push_back(what);
+        return true;
+    }
+
+    void use(TokenSpan span) {
+        for (std::uint32_t i = span.begin; i < span.end; ++i)
+            m_document.tokens[i].used = true;
+    }
+
+    static constexpr std::uint32_t kNowhere = 0xFFFFFFFF;
+
+    Document &m_document;
+    Expressions m_found;
+    std::uint32_t m_marked = kNowhere;
+    std::uint32_t m_afterDate = kNowhere;
+    std::uint32_t m_afterTime = kNowhere;
+    std::uint32_t m_length = kNowhere;
+};
+
+} // namespace
+
+Expressions findExpressions(Document &document) {
+    return Scan(document).run();
+}
+
+} // namespace pindle::conversion

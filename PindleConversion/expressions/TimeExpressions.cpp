@@ -1,0 +1,148 @@
+#include "PindleConversion/expressions/Expression.h"
+
+namespace pindle::conversion {
+
+namespace {
+
+bool isDateLike(const Reader &reader, std::uint32_t i) {
+    return reader.has(i, Meaning::RelativeDay) || reader.has(i, Meaning::Weekday) ||
+           reader.has(i, Meaning::WeakWeekday) || reader.has(i, Meaning::PartOfDay) ||
+           reader.has(i, Meaning::Repeated);
+}
+
+/// "3 Main St": the number belongs to an address.
+bool startsAddress(const Reader &reader, std::uint32_t i) {
+    constexpr std::uint32_t kLongestStreet = 4;
+    for (std::uint32_t j = i; j < i + kLongestStreet && reader.word(j); ++j)
+        if (j > i && reader.has(j, Meaning::StreetWord))
+            return true;
+    return false;
+}
+
+/// What may follow a number that only its place makes a time.
+bool mayFollowBare(const Reader &reader, std::uint32_t i, bool marked) {
+    const Token *token = reader.at(i);
+    if (!token)
+        return true;
+    if (token->kind == TokenKind::Symbol)
+        return !(reader.glued(i) && (token->symbol == '-' || token->symbol == '/' ||
+                                     token->symbol == '%' || token->symbol == '+' ||
+                                     token->symbol == '\'' || token->symbol == '"' ||
+                                     token->symbol == '=' || token->symbol == '_')) &&
+               token->symbol != '*' && token->symbol != '=';
+    if (token->kind == TokenKind::Link)
+        return true;
+    if (token->kind != TokenKind::Word || reader.glued(i))
+        return false;
+    if (reader.has(i, Meaning::UnitWord) || reader.has(i, Meaning::Month))
+        return false;
+    if (isDateLike(reader, i) || reader.has(i, Meaning::Connector) ||
+        reader.has(i, Meaning::TimeMarker) || reader.has(i, Meaning::ZoneAfterTime) ||
+        reader.has(i, Meaning::Zone) || reader.has(i, Meaning::Event))
+        return true;
+    return marked && token->capital && !startsAddress(reader, i);
+}
+
+/// "in the morning", "tonight" behind the time.
+std::uint32_t readPartBehind(const Reader &reader, std::uint32_t i, TimeMention &mention) {
+    std::uint32_t j = i;
+    const Sense *part = reader.sense(j, Meaning::PartOfDay);
+    if (!part) {
+        j = reader.skip(reader.skip(j, Meaning::In), Meaning::The);
+        part = j != i ? reader.sense(j, Meaning::PartOfDay) : nullptr;
+    }
+    if (!part)
+        return i;
+    mention.part = static_cast<DayPart>(part->value);
+    // "tonight" and "this morning" also are dates; those are read as such.
+    return reader.has(j, Meaning::RelativeDay) ? i : j + part->length;
+}
+
+struct End {
+    ClockSpec clock;
+    std::uint32_t next = 0;
+};
+
+std::optional<End> readEnd(const Reader &reader, std::uint32_t i, bool between) {
+    const Sense *to = reader.sense(i, Meaning::RangeTo);
+    if (!to && between)
+        to = reader.sense(i, Meaning::And);
+    if (!to)
+        return std::nullopt;
+    End end;
+    const auto clock = readClock(reader, i + to->length, end.next);
+    if (!clock || (!clock->sure && !mayFollowBare(reader, end.next, true)))
+        return std::nullopt;
+    end.clock = *clock;
+    return end;
+}
+
+bool followsRangeWord(const Reader &reader, std::uint32_t i) {
+    return i > 0 && Reader(reader.document(), reader.end()).has(i - 1, Meaning::RangeFrom);
+}
+
+/// "2026-08-06T14:05": the T, and an offset glued to the time.
+bool isTimestamp(const Reader &reader, std::uint32_t i) {
+    if (i == 0 || !reader.glued(i))
+        return false;
+    const auto before = reader.document().slice(reader.document().tokens[i - 1]);
+    return before == "T" || before == "t";
+}
+
+std::uint32_t readStampZone(const Reader &reader, std::uint32_t i, TimeMention &mention) {
+    const bool sign = reader.symbol(i, '-') || reader.symbol(i, '+');
+    if (!sign || !reader.number(i + 1, 0, 14) || !reader.symbol(i + 2, ':') ||
+        !reader.number(i + 3, 0, 59))
+        return i;
+    const int minutes =
+        static_cast<int>(reader.at(i + 1)->number * 60 + reader.at(i + 3)->number);
+    mention.hasOffset = true;
+    mention.offsetMinutes = reader.symbol(i, '-') ? -minutes : minutes;
+    mention.zoneSpan = {i, i + 4};
+    return i + 4;
+}
+
+bool isAccepted(const Reader &reader, const TimeMention &mention, std::uint32_t next, bool marked,
+                bool afterDate) {
+    const ClockSpec &start = mention.start;
+    if (start.sure || (mention.end && mention.end->sure))
+        return true;
+    if (mention.end)
+        return marked || afterDate || (start.minuteGiven && mention.end->minuteGiven);
+    if (mention.part != DayPart::None)
+        return true;
+    if (isDateLike(reader, next) && reader.has(next, Meaning::RelativeDay))
+        return true;
+    return (marked || afterDate) && mayFollowBare(reader, next, marked);
+}
+
+} // namespace
+
+std::optional<TimeMention> readTime(const Reader &reader, std::uint32_t i, bool marked,
+                                    bool afterDate) {
+    std::uint32_t next = i;
+    const auto start = readClock(reader, i, next);
+    if (!start)
+        return std::nullopt;
+    TimeMention mention;
+    mention.start = *start;
+    mention.marked = marked;
+    const bool stamp = isTimestamp(reader, i);
+    if (stamp)
+        next = readStampZone(reader, next, mention);
+    const bool sure = start->sure || marked || afterDate;
+    std::uint32_t zoned = sure ? readZone(reader, next, true, mention) : next;
+    zoned = readPartBehind(reader, zoned, mention);
+    if (const auto end = readEnd(reader, zoned, followsRangeWord(reader, i))) {
+        mention.end = end->clock;
+        next = end->next;
+        zoned = readZone(reader, next, true, mention);
+        zoned = readPartBehind(reader, zoned, mention);
+    }
+    if (!isAccepted(reader, mention, zoned, marked, afterDate))
+        return std::nullopt;
+    mention.span = {stamp ? i - 1 : i, zoned};
+    return mention;
+}
+
+} // namespace pindle::conversion

@@ -1,0 +1,166 @@
+#include "PindleConversion/expressions/Expression.h"
+
+#include <array>
+
+namespace pindle::conversion {
+
+namespace {
+
+constexpr std::string_view kUniversal = "UTC";
+
+struct Offset {
+    int minutes = 0;
+    std::uint32_t next = 0;
+};
+
+/// "+02:00", "-6", "+0530".
+Offset readOffset(const Reader &reader, std::uint32_t i) {
+    const bool minus = reader.symbol(i, '-');
+    const Token *hours = reader.at(i + 1);
+    if (!(minus || reader.symbol(i, '+')) || !hours || hours->kind != TokenKind::Number ||
+        !reader.glued(i + 1))
+        return {0, i};
+    int minutes = 0;
+    std::uint32_t next = i + 2;
+    if (hours->digits == 4) {
+        minutes = static_cast<int>(hours->number / 100 * 60 + hours->number % 100);
+    } else if (hours->digits <= 2 && hours->number <= 14) {
+        minutes = static_cast<int>(hours->number) * 60;
+        if (reader.symbol(next, ':') && reader.number(next + 1, 0, 59)) {
+            minutes += static_cast<int>(reader.at(next + 1)->number);
+            next += 2;
+        }
+    } else {
+        return {0, i};
+    }
+    constexpr int kLargest = 14 * 60;
+    return minutes > kLargest ? Offset{0, i} : Offset{minus ? -minutes : minutes, next};
+}
+
+bool allCapitals(std::string_view word) {
+    for (char c : word)
+        if (c < 'A' || c > 'Z')
+            return false;
+    return true;
+}
+
+/// "Central" before "Library" is no zone.
+bool namesSomethingElse(const Reader &reader, std::uint32_t i, const Sense &sense) {
+    const bool capitals = allCapitals(reader.document().slice(*reader.at(i)));
+    if (capitals)
+        return false;
+    const Token *next = reader.at(i + sense.length);
+    return sense.value == 1 || (next && next->kind == TokenKind::Word &&
+                                (next->capital || reader.has(i + sense.length, Meaning::PlaceNoun)));
+}
+
+/// "Amsterdam, Berlin, Bern": the cities behind an offset; the first known one names the zone.
+std::uint32_t readCities(const Reader &reader, std::uint32_t i, TimeMention &mention) {
+    constexpr std::uint32_t kMostCityTokens = 16;
+    std::uint32_t end = i;
+    bool found = false;
+    for (std::uint32_t j = i; j < i + kMostCityTokens && reader.at(j);) {
+        const Sense *city = reader.sense(j, Meaning::ZoneWord);
+        if (!reader.word(j) || !reader.at(j)->capital)
+            break;
+        if (city && city->value == 0 && !found) {
+            mention.zone = city->note;
+            mention.hasOffset = false;
+            found = true;
+        }
+        j += city ? city->length : 1;
+        end = j;
+        if (!reader.symbol(j, ','))
+            break;
+        ++j;
+    }
+    return found ? end : i;
+}
+
+std::uint32_t readNamed(const Reader &reader, std::uint32_t i, bool afterTime,
+                        TimeMention &mention) {
+    if (const Sense *zone = reader.sense(i, Meaning::Zone)) {
+        mention.zone = zone->note;
+        mention.hasOffset = false;
+        return i + zone->length;
+    }
+    const Sense *brief = afterTime ? reader.sense(i, Meaning::ZoneAfterTime) : nullptr;
+    if (brief && !namesSomethingElse(reader, i, *brief)) {
+        mention.zone = brief->note;
+        const Sense *word = reader.sense(i + brief->length, Meaning::ZoneWord);
+        return i + brief->length + (word && word->value == 1 ? word->length : 0U);
+    }
+    const Sense *city = reader.sense(i, Meaning::ZoneWord);
+    const Sense *time = city ? reader.sense(i + city->length, Meaning::ZoneWord) : nullptr;
+    if (city && city->value == 0 && time && time->value == 1) {
+        mention.zone = city->note;
+        return i + city->length + time->length;
+    }
+    return i;
+}
+
+/// "UTC", "GMT+2", "UTC-06:00) Central Time".
+std::uint32_t readUniversal(const Reader &reader, std::uint32_t i, TimeMention &mention) {
+    const Sense *universal = reader.sense(i, Meaning::ZoneOffset);
+    if (!universal)
+        return i;
+    std::uint32_t next = i + universal->length;
+    mention.zone = kUniversal;
+    const Offset offset = readOffset(reader, next);
+    if (offset.next == next)
+        return next;
+    mention.hasOffset = true;
+    mention.offsetMinutes = offset.minutes;
+    next = offset.next;
+    const std::uint32_t name = reader.skipSymbol(next, ')');
+    std::uint32_t after = readNamed(reader, name, true, mention);
+    if (after == name)
+        after = readCities(reader, name, mention);
+    return after == name ? next : after;
+}
+
+/// "Europe/Berlin", as the tz database spells it.
+std::uint32_t readIdentifier(const Reader &reader, std::uint32_t i, TimeMention &mention) {
+    constexpr std::array<std::string_view, 10> areas{
+        "Africa", "America", "Antarctica", "Asia",    "Atlantic",
+        "Australia", "Etc",  "Europe",     "Indian", "Pacific"};
+    if (!reader.word(i) || !reader.symbol(i + 1, '/') || !reader.word(i + 2))
+        return i;
+    bool known = false;
+    for (std::string_view area : areas)
+        known = known || reader.document().slice(*reader.at(i)) == area;
+    if (!known)
+        return i;
+    std::uint32_t end = i + 3;
+    while ((reader.symbol(end, '_') || reader.symbol(end, '/')) && reader.glued(end) &&
+           reader.word(end + 1))
+        end += 2;
+    mention.zone = reader.document().slice(TokenSpan{i, end});
+    return end;
+}
+
+} // namespace
+
+std::uint32_t readZone(const Reader &reader, std::uint32_t i, bool afterTime,
+                       TimeMention &mention) {
+    const std::uint32_t begin = reader.skipSymbol(i, '(');
+    std::uint32_t end = afterTime || begin != i ? readUniversal(reader, begin, mention) : begin;
+    if (end == begin)
+        end = readIdentifier(reader, begin, mention);
+    if (end == begin)
+        end = readNamed(reader, begin, afterTime, mention);
+    if (end == begin && afterTime && reader.symbol(begin, '+')) {
+        const Offset offset = readOffset(reader, begin);
+        if (offset.next != begin) {
+            mention.hasOffset = true;
+            mention.offsetMinutes = offset.minutes;
+            end = offset.next;
+        }
+    }
+    if (end == begin)
+        return i;
+    mention.zoneSpan = {begin, end};
+    return begin != i ? reader.skipSymbol(end, ')') : end;
+}
+
+} // namespace pindle::conversion

@@ -1,0 +1,340 @@
+#include "PindleConversion/layout/Fields.h"
+
+#include <algorithm>
+
+namespace pindle::conversion {
+
+namespace {
+
+struct LabelMatch {
+    Label label = Label::None;
+    std::uint32_t content = 0; ///< first token behind the label
+    std::uint32_t end = 0;     ///< end of the label's own words
+};
+
+bool isMoment(Label label) {
+    return label == Label::When || label == Label::Date || label == Label::Time;
+}
+
+bool mayStandAlone(Label label) {
+    return isMoment(label) || label == Label::Place || label == Label::Start ||
+           label == Label::End || label == Label::Zone;
+}
+
+bool looksLikeMoment(const Reader &reader, std::uint32_t i) {
+    return reader.number(i, 0, 9999, 4) || reader.has(i, Meaning::Weekday) ||
+           reader.has(i, Meaning::WeakWeekday) || reader.has(i, Meaning::Month) ||
+           reader.has(i, Meaning::ClockWord) || reader.has(i, Meaning::RelativeDay);
+}
+
+/// "From:" heads a mail unless a date or time follows.
+Label settle(const Reader &reader, Label label, std::uint32_t content, std::uint32_t word) {
+    if (label != Label::Mail && label != Label::Start)
+        return label;
+    const Token &token = reader.document().tokens[word];
+    bool isMail = false;
+    bool isStart = false;
+    for (std::uint32_t s = token.firstSense; s < token.firstSense + token.senses; ++s) {
+        const Sense &sense = reader.document().senses[s];
+        if (sense.meaning != Meaning::LabelWord)
+            continue;
+        isMail = isMail || sense.value == static_cast<int>(Label::Mail);
+        isStart = isStart || sense.value == static_cast<int>(Label::Start);
+    }
+    if (isMail && isStart)
+        return looksLikeMoment(reader, content) ? Label::Start : Label::Mail;
+    return label;
+}
+
+LabelMatch labelAt(const Reader &reader, std::uint32_t i, bool lineStart) {
+    const Sense *sense = reader.sense(i, Meaning::LabelWord);
+    if (!sense)
+        return {};
+    auto label = static_cast<Label>(sense->value);
+    std::uint32_t j = i + sense->length;
+    const bool joined = reader.symbol(j, '/') || reader.has(j, Meaning::And);
+    if (const Sense *second = joined ? reader.sense(j + 1, Meaning::LabelWord) : nullptr) {
+        if (isMoment(label) || isMoment(static_cast<Label>(second->value)))
+            label = Label::When;
+        j += 1 + second->length;
+    }
+    const std::uint32_t end = j;
+    // "Show: Saturday, 8pm" names the event and when it is at once.
+    if (label == Label::Title && looksLikeMoment(reader, j + 1))
+        return {};
+    if (reader.symbol(j, ':'))
+        return {settle(reader, label, j + 1, i), j + 1, end};
+    if (lineStart && reader.symbol(j, '-') && !reader.glued(j) && !reader.glued(j + 1) &&
+        (isMoment(label) || label == Label::Place))
+        return {label, j + 1, end};
+    const bool picture = reader.at(i)->kind == TokenKind::Symbol && reader.at(i)->symbol > 0x2000;
+    if (picture)
+        return {label, j, end};
+    if (lineStart && j == reader.end() && mayStandAlone(label))
+        return {label, j, end};
+    return {};
+}
+
+class Layout {
+public:
+    explicit Layout(Document &document) : m_document(document) {}
+
+    void run() {
+        countSpeakers();
+        const auto &tokens = m_document.tokens;
+        const auto size = static_cast<std::uint32_t>(tokens.size());
+        for (std::uint32_t begin = 0; begin < size;) {
+            std::uint32_t end = begin;
+            while (end < size && tokens[end].kind != TokenKind::LineBreak)
+                ++end;
+            if (end > begin)
+                line(begin, end);
+            begin = end + 1;
+            ++m_line;
+        }
+        settleMailHeads();
+        numberSentences();
+    }
+
+private:
+    static constexpr std::uint32_t kNoSpeaker = 0;
+
+    /// The token behind "Name:" at a line's start, or `kNoSpeaker`.
+    std::uint32_t speaker(const Reader &reader, std::uint32_t i) const {
+        std::uint32_t j = i;
+        while (j < i + 2 && reader.word(j) && (j == i || reader.at(j)->capital)) {
+            if (reader.has(j, Meaning::Event) || reader.has(j, Meaning::LabelWord) ||
+                reader.has(j, Meaning::TitleLead) || reader.has(j, Meaning::TitleTail))
+                return kNoSpeaker;
+            ++j;
+        }
+        return j > i && reader.symbol(j, ':') && reader.at(j + 1) ? j + 1 : kNoSpeaker;
+    }
+
+    std::uint32_t afterStamp(const Reader &reader, std::uint32_t i) const {
+        constexpr std::uint32_t kLongestStamp = 16;
+        if (!reader.symbol(i, '['))
+            return i;
+        for (std::uint32_t j = i + 1; j < i + kLongestStamp && reader.at(j); ++j)
+            if (reader.symbol(j, ']'))
+                return reader.number(i + 1, 0, 9999, 4) ? j + 1 : i;
+        return i;
+    }
+
+    void countSpeakers() {
+        const auto &tokens = m_document.tokens;
+        const auto size = static_cast<std::uint32_t>(tokens.size());
+        int lines = 0;
+        bool lineStart = true;
+        for (std::uint32_t i = 0; i < size; ++i) {
+            const Reader reader(m_document, size);
+            if (lineStart && speaker(reader, afterStamp(reader, i)) != kNoSpeaker)
+                ++lines;
+            lineStart = tokens[i].kind == TokenKind::LineBreak;
+        }
+        m_document.conversation = lines >= 2;
+    }
+
+    void line(std::uint32_t begin, std::uint32_t end) {
+        const Reader reader(m_document, end);
+        begin = skipBullet(reader, begin);
+        if (begin >= end)
+            return;
+        const auto stamped = afterStamp(reader, begin);
+        if (stamped != begin)
+            addField(begin, stamped, Label::Sent, {});
+        begin = stamped;
+        if (m_document.conversation) {
+            if (const auto content = speaker(reader, begin); content != kNoSpeaker) {
+                m_spoken = true;
+                addField(begin, content, Label::Sender, {});
+                begin = content;
+            }
+        }
+        cells(begin, end);
+        m_spoken = false;
+        for (std::uint32_t i = begin; i < end; ++i)
+            if (reader.has(i, Meaning::Wrote) && ignoresLine(reader, i))
+                ignoreLine();
+    }
+
+    bool ignoresLine(const Reader &reader, std::uint32_t i) const {
+        const Sense *wrote = reader.sense(i, Meaning::Wrote);
+        const auto next = i + wrote->length;
+        return wrote->value == 1 || (reader.symbol(next, ':') && next + 1 == reader.end());
+    }
+
+    void ignoreLine() {
+        for (auto field = m_document.fields.rbegin();
+             field != m_document.fields.rend() && field->line == m_line; ++field)
+            field->ignored = true;
+    }
+
+    std::uint32_t skipBullet(const Reader &reader, std::uint32_t i) const {
+        while (reader.at(i) && (reader.symbol(i, 0x2022) || reader.symbol(i, '|') ||
+                                reader.symbol(i, '\t') || reader.symbol(i, '+') ||
+                                (reader.symbol(i, '-') && !reader.glued(i + 1))))
+            ++i;
+        if (reader.number(i, 1, 50) && reader.symbol(i + 1, ')'))
+            return i + 2;
+        return i;
+    }
+
+    bool isCellBreak(const Reader &reader, std::uint32_t i) const {
+        return reader.symbol(i, '|') || reader.symbol(i, '\t') || reader.symbol(i, 0x2022) ||
+               isDoubleSlash(reader, i);
+    }
+
+    bool isDoubleSlash(const Reader &reader, std::uint32_t i) const {
+        return reader.symbol(i, '/') && reader.symbol(i + 1, '/') && reader.glued(i + 1);
+    }
+
+    void cells(std::uint32_t begin, std::uint32_t end) {
+        const Reader reader(m_document, end);
+        const auto firstField = m_document.fields.size();
+        std::vector<Label> header;
+        bool allLabels = true;
+        std::size_t column = 0;
+        for (std::uint32_t i = begin; i <= end;) {
+            if (i < end && !isCellBreak(reader, i)) {
+                ++i;
+                continue;
+            }
+            if (i > begin) {
+                const Label inherited = column < m_header.size() ? m_header[column] : Label::None;
+                const Label own = wholeLabel(begin, i);
+                allLabels = allLabels && own != Label::None;
+                if (header.size() < kMostColumns)
+                    header.push_back(own);
+                fieldsOf(begin, i, inherited);
+                ++column;
+            }
+            begin = i += i < end && isDoubleSlash(reader, i) ? 2U : 1U;
+        }
+        const bool table = column > 1;
+        for (auto f = firstField; f < m_document.fields.size(); ++f)
+            m_document.fields[f].cell = table;
+        m_header.clear();
+        if (table && allLabels) {
+            m_header = header;
+            ignoreLine();
+        }
+    }
+
+    Label wholeLabel(std::uint32_t begin, std::uint32_t end) const {
+        const Reader reader(m_document, end);
+        const Sense *sense = reader.sense(begin, Meaning::LabelWord);
+        return sense && begin + sense->length == end ? static_cast<Label>(sense->value)
+                                                     : Label::None;
+    }
+
+    /// One cell, cut where labels start.
+    void fieldsOf(std::uint32_t begin, std::uint32_t end, Label label) {
+        const Reader reader(m_document, end);
+        if (label == Label::None) {
+            label = m_pending;
+        }
+        TokenSpan words;
+        std::uint32_t from = begin;
+        for (std::uint32_t i = begin; i < end;) {
+            const bool start = i == begin;
+            const bool mayStart = start || (reader.at(i)->spaceBefore && reader.at(i)->capital) ||
+                                  reader.at(i)->kind == TokenKind::Symbol;
+            const LabelMatch match = mayStart ? labelAt(reader, i, start) : LabelMatch{};
+            if (match.label == Label::None) {
+                ++i;
+                continue;
+            }
+            if (i > from)
+                addField(from, i, label, words);
+            label = match.label;
+            words = {i, match.end};
+            from = i = match.content;
+        }
+        m_pending = Label::None;
+        if (from < end)
+            addField(from, end, label, words);
+        else if (label != Label::None && mayStandAlone(label))
+            m_pending = label;
+        else if (label == Label::Title)
+            m_pending = label;
+    }
+
+    void addField(std::uint32_t begin, std::uint32_t end, Label label, TokenSpan words) {
+        Field field;
+        field.begin = begin;
+        field.end = end;
+        field.line = m_line;
+        field.label = label;
+        field.labelWords = words;
+        field.spoken = m_spoken;
+        field.ignored = label == Label::Sent || label == Label::Mail || label == Label::Sender;
+        m_document.fields.push_back(field);
+    }
+
+    /// A "Date:" among the lines that head a mail tells when it was sent.
+    void settleMailHeads() {
+        auto &fields = m_document.fields;
+        for (std::size_t i = 0; i < fields.size();) {
+            std::size_t end = i;
+            bool mail = false;
+            bool time = false;
+            while (end < fields.size() && fields[end].label != Label::None &&
+                   (end == i || fields[end].line <= fields[end - 1].line + 1)) {
+                mail = mail || fields[end].label == Label::Mail;
+                time = time || fields[end].label == Label::Time ||
+                       fields[end].label == Label::Place;
+                ++end;
+            }
+            for (std::size_t k = i; k < end && mail && !time; ++k)
+                if (fields[k].label == Label::Date)
+                    fields[k].ignored = true;
+            i = std::max(end, i + 1);
+        }
+    }
+
+    void numberSentences() {
+        std::uint32_t sentence = 0;
+        for (std::uint32_t f = 0; f < m_document.fields.size(); ++f) {
+            const Field &field = m_document.fields[f];
+            const Reader reader(m_document, field.end);
+            ++sentence;
+            for (std::uint32_t i = field.begin; i < field.end; ++i) {
+                m_document.tokens[i].sentence = sentence;
+                m_document.tokens[i].field = f;
+                if (endsSentence(reader, field.begin, i))
+                    ++sentence;
+            }
+        }
+    }
+
+    bool endsSentence(const Reader &reader, std::uint32_t begin, std::uint32_t i) const {
+        if (reader.symbol(i, '!') || reader.symbol(i, '?'))
+            return true;
+        if (!reader.symbol(i, '.') || reader.glued(i + 1) || i == begin)
+            return false;
+        const Token &before = m_document.tokens[i - 1];
+        if (before.kind != TokenKind::Word)
+            return true;
+        if (before.end - before.begin == 1)
+            return i > begin + 1 && reader.symbol(i - 2, '.') && reader.at(i + 1) &&
+                   reader.at(i + 1)->capital;
+        return !reader.has(i - 1, Meaning::Abbreviation);
+    }
+
+    static constexpr std::size_t kMostColumns = 32;
+
+    Document &m_document;
+    std::uint32_t m_line = 0;
+    bool m_spoken = false;
+    Label m_pending = Label::None;
+    std::vector<Label> m_header;
+};
+
+} // namespace
+
+void layOut(Document &document) {
+    Layout(document).run();
+}
+
+} // namespace pindle::conversion

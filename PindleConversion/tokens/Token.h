@@ -1,0 +1,128 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "PindleConversion/lexicons/LexiconIndex.h"
+
+namespace pindle::conversion {
+
+enum class TokenKind : std::uint8_t { Word, Number, Symbol, LineBreak, Link, Mail };
+
+/// One word, run of digits, punctuation mark, line break or address of the clean text.
+struct Token {
+    std::uint32_t begin = 0; ///< bytes of the clean text
+    std::uint32_t end = 0;
+    std::uint32_t word = 0;      ///< number in the lexicon, 0 when unknown
+    std::uint32_t number = 0;    ///< value of a Number, saturated
+    std::uint32_t firstSense = 0;
+    std::uint32_t sentence = 0;
+    std::uint32_t field = 0;
+    char32_t symbol = 0; ///< of a Symbol; every dash is '-', every quote ' or "
+    std::uint16_t senses = 0;
+    std::uint8_t digits = 0; ///< of a Number, saturated
+    TokenKind kind = TokenKind::Word;
+    bool spaceBefore = false;
+    bool capital = false;    ///< a Word whose first letter is upper case
+    bool possessive = false; ///< a Word in the possessive form
+    bool used = false;       ///< belongs to a value already read
+};
+
+/// A run of tokens, `end` excluded.
+struct TokenSpan {
+    std::uint32_t begin = 0;
+    std::uint32_t end = 0;
+    bool empty() const { return begin >= end; }
+};
+
+/// A part of the text with one label or none: a line, a cell, what follows a label in a line.
+struct Field {
+    std::uint32_t begin = 0;
+    std::uint32_t end = 0;
+    std::uint32_t line = 0;
+    Label label = Label::None;
+    bool cell = false;    ///< one of several cells of a line
+    bool spoken = false;  ///< a line of a conversation
+    bool ignored = false; ///< mail headers and other text about the text
+    TokenSpan labelWords; ///< the label as written
+};
+
+/// The text as every step after the tokens sees it.
+struct Document {
+    std::string text;
+    std::vector<Token> tokens;
+    std::vector<Sense> senses;
+    std::vector<Field> fields;
+    bool conversation = false;
+
+    std::string_view slice(const Token &token) const {
+        return std::string_view(text).substr(token.begin, token.end - token.begin);
+    }
+    std::string_view slice(TokenSpan span) const {
+        if (span.empty())
+            return {};
+        const auto begin = tokens[span.begin].begin;
+        return std::string_view(text).substr(begin, tokens[span.end - 1].end - begin);
+    }
+    bool sameSentence(std::uint32_t a, std::uint32_t b) const {
+        return tokens[a].sentence == tokens[b].sentence;
+    }
+};
+
+/// Looks at tokens, never beyond `end`. Cheap to copy.
+class Reader {
+public:
+    Reader(const Document &document, std::uint32_t end) : m_document(&document), m_end(end) {}
+
+    std::uint32_t end() const { return m_end; }
+    const Document &document() const { return *m_document; }
+    const Token *at(std::uint32_t i) const {
+        return i < m_end ? &m_document->tokens[i] : nullptr;
+    }
+    /// The longest sense of that meaning at token `i`, or null.
+    const Sense *sense(std::uint32_t i, Meaning meaning) const {
+        const Token *token = at(i);
+        if (!token)
+            return nullptr;
+        for (std::uint32_t s = token->firstSense; s < token->firstSense + token->senses; ++s) {
+            const Sense &sense = m_document->senses[s];
+            if (sense.meaning == meaning && i + sense.length <= m_end)
+                return &sense;
+        }
+        return nullptr;
+    }
+    bool has(std::uint32_t i, Meaning meaning) const { return sense(i, meaning) != nullptr; }
+    bool symbol(std::uint32_t i, char32_t symbol) const {
+        const Token *token = at(i);
+        return token && token->kind == TokenKind::Symbol && token->symbol == symbol;
+    }
+    bool word(std::uint32_t i) const {
+        const Token *token = at(i);
+        return token && token->kind == TokenKind::Word;
+    }
+    /// A run of at most `digits` digits with a value from `low` to `high`.
+    bool number(std::uint32_t i, std::uint32_t low, std::uint32_t high, int digits = 2) const {
+        const Token *token = at(i);
+        return token && token->kind == TokenKind::Number && token->digits <= digits &&
+               token->number >= low && token->number <= high;
+    }
+    /// No space between token `i` and the one before.
+    bool glued(std::uint32_t i) const {
+        const Token *token = at(i);
+        return token && !token->spaceBefore;
+    }
+    /// The position behind the phrase of that meaning at `i`, or `i` itself.
+    std::uint32_t skip(std::uint32_t i, Meaning meaning) const {
+        const Sense *found = sense(i, meaning);
+        return found ? i + found->length : i;
+    }
+    std::uint32_t skipSymbol(std::uint32_t i, char32_t c) const { return symbol(i, c) ? i + 1 : i; }
+
+private:
+    const Document *m_document;
+    std::uint32_t m_end;
+};
+
+} // namespace pindle::conversion

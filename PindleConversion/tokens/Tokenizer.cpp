@@ -1,0 +1,300 @@
+#include "PindleConversion/tokens/Tokenizer.h"
+
+#include <algorithm>
+#include <array>
+
+#include <unicode/uchar.h>
+
+#include "PindleConversion/clean/Utf8.h"
+
+namespace pindle::conversion {
+
+namespace {
+
+constexpr std::uint32_t kLargestNumber = 99'999'999;
+
+struct Point {
+    UChar32 c;
+    std::uint32_t end;
+};
+
+Point pointAt(std::string_view text, std::uint32_t at) {
+    const CodePoint point = decodeAt(text, at);
+    return {point.value < 0 ? ' ' : point.value, static_cast<std::uint32_t>(point.end)};
+}
+
+bool isDigit(UChar32 c) {
+    return c >= '0' && c <= '9';
+}
+
+bool isLetter(UChar32 c) {
+    if (c < 0x80)
+        return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
+    return u_isalpha(c) || (U_GET_GC_MASK(c) & U_GC_M_MASK) != 0;
+}
+
+bool isApostrophe(UChar32 c) {
+    return c == '\'' || c == 0x2019 || c == 0x2018 || c == 0x02BC;
+}
+
+char32_t plainSymbol(UChar32 c) {
+    if ((c >= 0x2010 && c <= 0x2015) || c == 0x2212 || c == 0xFE58)
+        return U'-';
+    if (isApostrophe(c) || c == 0x60 || c == 0xB4)
+        return U'\'';
+    if ((c >= 0x201C && c <= 0x201F) || c == 0xAB || c == 0xBB)
+        return U'"';
+    if (c == 0x301C || c == 0x223C)
+        return U'~';
+    if (c == 0xB7)
+        return U'\u2022';
+    return static_cast<char32_t>(c);
+}
+
+bool isBlank(char c) {
+    return c == ' ' || c == '\t' || c == '\n';
+}
+
+bool isAsciiAlnum(char c) {
+    return isDigit(static_cast<unsigned char>(c)) || (c >= 'a' && c <= 'z') ||
+           (c >= 'A' && c <= 'Z');
+}
+
+bool isMailByte(char c) {
+    return isAsciiAlnum(c) || c == '.' || c == '_' || c == '+' || c == '-';
+}
+
+/// The web or mail address in one run of text without blanks, if there is one.
+struct Address {
+    std::uint32_t begin = 0;
+    std::uint32_t end = 0;
+    TokenKind kind = TokenKind::Link;
+};
+
+Address trimLink(std::string_view text, Address link) {
+    constexpr std::string_view tail = ".,;:!?)]>'\"|*_";
+    while (link.end > link.begin && tail.find(text[link.end - 1]) != std::string_view::npos)
+        --link.end;
+    return link;
+}
+
+/// "zoom.us/j/1": a dotted name, then a slash.
+bool isHostWithPath(std::string_view run) {
+    const auto slash = run.find('/');
+    if (slash == std::string_view::npos || slash + 1 == run.size())
+        return false;
+    const auto host = run.substr(0, slash);
+    const auto dot = host.rfind('.');
+    if (dot == std::string_view::npos || dot < 2 || host.size() - dot < 3)
+        return false;
+    const auto isLower = [](char c) { return c >= 'a' && c <= 'z'; };
+    return std::all_of(host.begin() + static_cast<std::ptrdiff_t>(dot) + 1, host.end(), isLower) &&
+           std::all_of(host.begin(), host.end(),
+                       [](char c) { return isAsciiAlnum(c) || c == '.' || c == '-'; });
+}
+
+Address mailIn(std::string_view text, std::uint32_t begin, std::uint32_t end) {
+    const auto sign = text.substr(begin, end - begin).find('@');
+    if (sign == std::string_view::npos)
+        return {};
+    Address mail{begin + static_cast<std::uint32_t>(sign), 0, TokenKind::Mail};
+    mail.end = mail.begin + 1;
+    while (mail.begin > begin && isMailByte(text[mail.begin - 1]))
+        --mail.begin;
+    while (mail.end < end && isMailByte(text[mail.end]))
+        ++mail.end;
+    mail = trimLink(text, mail);
+    const auto domain = text.substr(begin + sign + 1, mail.end - begin - sign - 1);
+    const bool named = mail.begin < begin + sign && domain.find('.') != std::string_view::npos;
+    return named && !isDigit(static_cast<unsigned char>(domain.back())) ? mail : Address{};
+}
+
+Address addressIn(std::string_view text, std::uint32_t begin, std::uint32_t end) {
+    const auto run = text.substr(begin, end - begin);
+    if (const auto scheme = run.find("://"); scheme != std::string_view::npos) {
+        auto from = begin + static_cast<std::uint32_t>(scheme);
+        while (from > begin && isAsciiAlnum(text[from - 1]))
+            --from;
+        const auto stop = run.find_first_of("<>\"|", scheme);
+        const auto to =
+            stop == std::string_view::npos ? end : begin + static_cast<std::uint32_t>(stop);
+        return trimLink(text, {from, to, TokenKind::Link});
+    }
+    std::uint32_t from = begin;
+    while (from < end && (text[from] == '(' || text[from] == '<' || text[from] == '['))
+        ++from;
+    const auto rest = text.substr(from, end - from);
+    if (rest.starts_with("www.") || isHostWithPath(rest))
+        return trimLink(text, {from, end, TokenKind::Link});
+    return mailIn(text, begin, end);
+}
+
+class Cutter {
+public:
+    explicit Cutter(std::string_view text) : m_text(text) { m_tokens.reserve(text.size() / 4 + 8); }
+
+    std::vector<Token> run() {
+        while (m_at < m_text.size())
+            step();
+        return std::move(m_tokens);
+    }
+
+private:
+    void step() {
+        const char c = m_text[m_at];
+        if (c == ' ') {
+            m_space = true;
+            ++m_at;
+            return;
+        }
+        if (m_at >= m_runEnd && !isBlank(c))
+            enterRun();
+        if (m_at == m_address.begin && m_address.end > m_at)
+            return push(m_address.kind, m_address.end);
+        const Point point = pointAt(m_text, m_at);
+        if (isDigit(point.c))
+            return number();
+        if (isLetter(point.c))
+            return word();
+        if (point.c == '\n')
+            return push(TokenKind::LineBreak, point.end);
+        push(TokenKind::Symbol, point.end);
+        m_tokens.back().symbol = plainSymbol(point.c);
+    }
+
+    /// At the first byte after a blank: looks once for an address in what follows.
+    void enterRun() {
+        m_runEnd = m_at;
+        bool special = false;
+        while (m_runEnd < m_text.size() && !isBlank(m_text[m_runEnd])) {
+            const char c = m_text[m_runEnd++];
+            special = special || c == '/' || c == '@' || (c == 'w' && m_runEnd - m_at < 6);
+        }
+        m_address = special ? addressIn(m_text, m_at, m_runEnd) : Address{};
+    }
+
+    void number() {
+        std::uint32_t end = m_at;
+        std::uint32_t value = 0;
+        while (end < m_text.size() && isDigit(static_cast<unsigned char>(m_text[end]))) {
+            if (value <= kLargestNumber / 10)
+                value = value * 10 + static_cast<std::uint32_t>(m_text[end] - '0');
+            ++end;
+        }
+        const auto digits = std::min<std::uint32_t>(end - m_at, 99);
+        push(TokenKind::Number, end);
+        m_tokens.back().number = value;
+        m_tokens.back().digits = static_cast<std::uint8_t>(digits);
+    }
+
+    void word() {
+        const bool capital = [&] {
+            const Point first = pointAt(m_text, m_at);
+            return first.c < 0x80 ? first.c < 'a' : u_isupper(first.c) || u_istitle(first.c);
+        }();
+        std::uint32_t end = m_at;
+        while (end < m_text.size()) {
+            Point point = pointAt(m_text, end);
+            if (isApostrophe(point.c) && end > m_at && point.end < m_text.size())
+                point = pointAt(m_text, point.end);
+            if (!isLetter(point.c))
+                break;
+            end = point.end;
+        }
+        push(TokenKind::Word, end);
+        m_tokens.back().capital = capital;
+    }
+
+    void push(TokenKind kind, std::uint32_t end) {
+        Token token;
+        token.begin = m_at;
+        token.end = end;
+        token.kind = kind;
+        token.spaceBefore = m_space || m_tokens.empty() ||
+                            m_tokens.back().kind == TokenKind::LineBreak ||
+                            (m_at > 0 && m_text[m_at - 1] == '\t');
+        m_tokens.push_back(token);
+        m_space = false;
+        m_at = end;
+    }
+
+    std::string_view m_text;
+    std::uint32_t m_at = 0;
+    std::uint32_t m_runEnd = 0;
+    Address m_address;
+    bool m_space = false;
+    std::vector<Token> m_tokens;
+};
+
+void foldInto(std::string &out, std::string_view word) {
+    out.clear();
+    for (std::uint32_t at = 0; at < word.size();) {
+        const Point point = pointAt(word, at);
+        if (point.c < 0x80)
+            out += static_cast<char>(point.c >= 'A' && point.c <= 'Z' ? point.c + 32 : point.c);
+        else if (isApostrophe(point.c))
+            out += '\'';
+        else
+            appendPoint(out, u_tolower(point.c));
+        at = point.end;
+    }
+}
+
+void lookUp(Token &token, std::string_view text, const LexiconIndex &index, std::string &buffer) {
+    if (token.kind == TokenKind::Symbol) {
+        buffer.clear();
+        appendPoint(buffer, static_cast<UChar32>(token.symbol));
+        token.word = index.word(buffer);
+        return;
+    }
+    if (token.kind != TokenKind::Word)
+        return;
+    constexpr std::size_t kLongestWord = 64;
+    if (token.end - token.begin > kLongestWord)
+        return;
+    foldInto(buffer, text.substr(token.begin, token.end - token.begin));
+    const bool possessive = buffer.size() > 2 && buffer.ends_with("'s");
+    token.word = index.word(buffer);
+    if (token.word == 0 && possessive) {
+        token.possessive = true;
+        token.word = index.word(std::string_view(buffer).substr(0, buffer.size() - 2));
+    }
+}
+
+bool matches(const Document &document, std::size_t at, const Phrase &phrase) {
+    if (at + phrase.sense.length > document.tokens.size())
+        return false;
+    for (std::size_t k = 1; k < phrase.sense.length; ++k)
+        if (document.tokens[at + k].word != phrase.words[k])
+            return false;
+    return true;
+}
+
+} // namespace
+
+std::vector<Token> tokenize(std::string_view text) {
+    return Cutter(text).run();
+}
+
+std::string foldWord(std::string_view word) {
+    std::string folded;
+    foldInto(folded, word);
+    return folded;
+}
+
+void annotate(Document &document, const LexiconIndex &index) {
+    std::string buffer;
+    for (Token &token : document.tokens)
+        lookUp(token, document.text, index, buffer);
+    document.senses.reserve(document.tokens.size());
+    for (std::size_t i = 0; i < document.tokens.size(); ++i) {
+        Token &token = document.tokens[i];
+        token.firstSense = static_cast<std::uint32_t>(document.senses.size());
+        for (const Phrase &phrase : index.phrases(token.word))
+            if (matches(document, i, phrase))
+                document.senses.push_back(phrase.sense);
+        token.senses = static_cast<std::uint16_t>(document.senses.size() - token.firstSense);
+    }
+}
+
+} // namespace pindle::conversion

@@ -1,0 +1,156 @@
+#include "tests/PindleMac/logic/TestAccess.h"
+
+#include "PindleMac/DateFormat.h"
+
+namespace pindle {
+
+namespace {
+
+using namespace std::chrono;
+
+sys_seconds utc(int y, unsigned m, unsigned d, int hour, int minute) {
+    return sys_days{year{y} / month{m} / day{d}} + hours{hour} + minutes{minute};
+}
+
+struct Dates : LogicFixture {
+    ResolvedDateRange resolve(const CalendarEventDetails &details) {
+        return TestAccess::resolve(services, details);
+    }
+    void expectInvalid(const CalendarEventDetails &details) {
+        try {
+            resolve(details);
+            FAIL() << "the dates were accepted";
+        } catch (const AppError &error) {
+            EXPECT_EQ(error.errorCase(), AppError::Case::invalidDates);
+        }
+    }
+};
+
+const QString day = QStringLiteral("2025-03-14");
+const QString newYork = QStringLiteral("America/New_York");
+
+} // namespace
+
+TEST_F(Dates, aBareDateStartsAtNineAndLastsAnHour) {
+    const auto range = resolve(draft(day));
+    EXPECT_EQ(range.startDate, utc(2025, 3, 14, 13, 0));
+    EXPECT_EQ(range.endDate, utc(2025, 3, 14, 14, 0));
+    EXPECT_EQ(range.timeZone.identifier, newYork);
+}
+
+TEST_F(Dates, anEndBeforeTheStartBecomesHalfAnHour) {
+    const auto range = resolve(draft(day, QStringLiteral("14:00"), {}, QStringLiteral("13:00")));
+    EXPECT_EQ(range.endDate, utc(2025, 3, 14, 18, 30));
+}
+
+TEST_F(Dates, anEndEqualToTheStartBecomesHalfAnHour) {
+    const auto range = resolve(draft(day, QStringLiteral("14:00"), day, QStringLiteral("14:00")));
+    EXPECT_EQ(range.endDate - range.startDate, minutes{30});
+}
+
+TEST_F(Dates, anEventShorterThanHalfAnHourIsStretched) {
+    const auto range = resolve(draft(day, QStringLiteral("10:00"), {}, QStringLiteral("10:15")));
+    EXPECT_EQ(range.endDate, utc(2025, 3, 14, 14, 30));
+}
+
+TEST_F(Dates, aStartAtHalfPastElevenWithoutEndLastsHalfAnHour) {
+    const auto range = resolve(draft(day, QStringLiteral("23:30")));
+    EXPECT_EQ(range.startDate, utc(2025, 3, 15, 3, 30));
+    EXPECT_EQ(range.endDate, utc(2025, 3, 15, 4, 0));
+}
+
+TEST_F(Dates, aStartAtElevenWithoutEndLastsHalfAnHour) {
+    const auto range = resolve(draft(day, QStringLiteral("23:00")));
+    EXPECT_EQ(range.endDate - range.startDate, minutes{30});
+}
+
+TEST_F(Dates, onlyStartsFromElevenAtNightLoseHalfOfTheDefaultHour) {
+    for (int hour = 0; hour < 24; ++hour) {
+        for (int minute : {0, 1, 30, 59}) {
+            const auto time = QStringLiteral("%1:%2")
+                                  .arg(hour, 2, 10, QLatin1Char('0'))
+                                  .arg(minute, 2, 10, QLatin1Char('0'));
+            const auto range = resolve(draft(day, time));
+            EXPECT_EQ(range.endDate - range.startDate, minutes{hour == 23 ? 30 : 60})
+                << time.toStdString();
+        }
+    }
+}
+
+TEST_F(Dates, anEndDateWithoutTimeTakesTheDefaultTimeOnThatDay) {
+    const auto range = resolve(draft(day, QStringLiteral("10:00"), QStringLiteral("2025-03-15")));
+    EXPECT_EQ(range.endDate, utc(2025, 3, 15, 15, 0));
+}
+
+TEST_F(Dates, anUnknownZoneBecomesTheMachinesZone) {
+    for (const QString &zone : {QStringLiteral("Not/AZone"), QString(), QStringLiteral("europe"),
+                                QStringLiteral("GMT+25"), QStringLiteral("Etc/Unknown")}) {
+        const auto range = resolve(draft(day, {}, {}, {}, zone));
+        EXPECT_EQ(range.timeZone.identifier, QStringLiteral("Europe/Berlin"));
+        EXPECT_EQ(range.startDate, utc(2025, 3, 14, 8, 0)) << zone.toStdString();
+    }
+}
+
+TEST_F(Dates, anAbbreviationIsNoZoneOfTheDatabase) {
+    // The library behind takes BST for Dhaka; the tz database does not know the name at all.
+    EXPECT_FALSE(isKnownTimeZone(QStringLiteral("BST")));
+    EXPECT_FALSE(isKnownTimeZone(QStringLiteral("PST")));
+    EXPECT_FALSE(isKnownTimeZone(QStringLiteral("GMT+5")));
+    EXPECT_TRUE(isKnownTimeZone(QStringLiteral("UTC")));
+    EXPECT_TRUE(isKnownTimeZone(QStringLiteral("EST5EDT")));
+    EXPECT_TRUE(isKnownTimeZone(QStringLiteral("Asia/Calcutta")));
+    EXPECT_TRUE(isKnownTimeZone(QStringLiteral("Etc/GMT+6")));
+}
+
+TEST_F(Dates, anEmptyStartDateIsInvalid) {
+    expectInvalid(draft(QString()));
+}
+
+TEST_F(Dates, aDateInAnotherFormIsInvalid) {
+    expectInvalid(draft(QStringLiteral("14/03/2025")));
+}
+
+TEST_F(Dates, aTimeInAnotherFormIsInvalid) {
+    expectInvalid(draft(day, QStringLiteral("9am")));
+}
+
+TEST_F(Dates, anImpossibleEndTimeIsInvalidWithTheStartDateMessage) {
+    expectInvalid(draft(day, {}, {}, QStringLiteral("25:00")));
+    EXPECT_EQ(AppError(AppError::Case::invalidDates).errorDescription(),
+              QStringLiteral("The converted event is missing a valid start date."));
+}
+
+TEST_F(Dates, aTimeWithSecondsIsInvalid) {
+    expectInvalid(draft(day, QStringLiteral("09:00:00")));
+}
+
+TEST_F(Dates, aStringOfBlanksIsNotAnEmptyOne) {
+    expectInvalid(draft(QStringLiteral("   ")));
+    expectInvalid(draft(day, QStringLiteral("  ")));
+    expectInvalid(draft(day, {}, QStringLiteral(" ")));
+}
+
+TEST_F(Dates, aDayThatDoesNotExistIsInvalid) {
+    expectInvalid(draft(QStringLiteral("2025-02-30")));
+    expectInvalid(draft(QStringLiteral("2025-13-01")));
+}
+
+TEST_F(Dates, aRangeAcrossTheEndOfDaylightSavingKeepsItsWallClock) {
+    // New York leaves daylight saving on 2 November 2025 at 2:00.
+    const auto range = resolve(draft(QStringLiteral("2025-11-01"), QStringLiteral("20:00"),
+                                     QStringLiteral("2025-11-02"), QStringLiteral("08:00")));
+    EXPECT_EQ(range.endDate - range.startDate, hours{13});
+}
+
+TEST_F(Dates, aWallClockTimeInAGapStillResolves) {
+    const auto range = resolve(draft(QStringLiteral("2025-03-09"), QStringLiteral("02:30")));
+    EXPECT_GE(range.endDate - range.startDate, minutes{30});
+    EXPECT_EQ(range.startDate, utc(2025, 3, 9, 7, 30));
+}
+
+TEST_F(Dates, theEarlierOfTwoRepeatedWallClockTimesIsMeant) {
+    const auto range = resolve(draft(QStringLiteral("2025-11-02"), QStringLiteral("01:30")));
+    EXPECT_EQ(range.startDate, utc(2025, 11, 2, 5, 30));
+}
+
+} // namespace pindle
