@@ -7,6 +7,7 @@
 #include <QEventLoop>
 #include <QLineEdit>
 #include <QProcess>
+#include <QStandardPaths>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QTimer>
@@ -153,9 +154,10 @@ protected:
     }
 
     /// An xterm showing one line.
-    std::unique_ptr<Program> xterm(const QString &text) {
+    std::unique_ptr<Program> xterm(const QString &text,
+                                   const QString &executable = QStringLiteral("xterm")) {
         auto program = std::make_unique<Program>(
-            QStringLiteral("xterm"),
+            executable,
             QStringList{QStringLiteral("-e"), QStringLiteral("sh"), QStringLiteral("-c"),
                         QStringLiteral("printf '%s\\n' \"$1\"; exec sleep 100"),
                         QStringLiteral("sh"), text});
@@ -330,6 +332,22 @@ TEST_F(AccessibilityTest, thePrimarySelectionOfAnotherApplicationIsNotTaken) {
     const Reading reading = capture();
     EXPECT_EQ(reading.focus, kSuccess);
     EXPECT_EQ(reading.error, AXError::kAXErrorNoValue);
+}
+
+TEST_F(AccessibilityTest, thePrimarySelectionOfAWebEngineThatExportsPasswordsIsNotTaken) {
+    QTemporaryDir folder;
+    const QString executable = folder.filePath(QStringLiteral("browser"));
+    ASSERT_TRUE(QFile::copy(QStandardPaths::findExecutable(QStringLiteral("xterm")), executable));
+    QFile data(folder.filePath(QStringLiteral("icudtl.dat")));
+    ASSERT_TRUE(data.open(QIODevice::WriteOnly));
+    const auto program = xterm(QStringLiteral("s3cret"), executable);
+    selectFirstLine();
+    ASSERT_TRUE(activeApplication(*connection).ownsPrimary);
+    const Reading reading = capture();
+    EXPECT_EQ(reading.focus, kSuccess);
+    EXPECT_EQ(reading.error, AXError::kAXErrorNoValue);
+    EXPECT_TRUE(data.remove());
+    EXPECT_EQ(capture().error, kSuccess);
 }
 
 TEST_F(AccessibilityTest, aFocusedElementWithoutTextIsItsWindow) {
