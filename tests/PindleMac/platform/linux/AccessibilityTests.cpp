@@ -455,7 +455,7 @@ TEST_F(AccessibilityHungTest, aHungApplicationInFrontCostsAQuarterSecondAtMost) 
     for (int i = 0; i < 3; ++i) {
         const Reading reading = capture();
         EXPECT_EQ(reading.focus, AXError::kAXErrorCannotComplete);
-        EXPECT_LE(reading.milliseconds, 350);
+        EXPECT_LE(reading.milliseconds, 450);
         std::printf("with a hung application in front: %.2f ms\n", reading.milliseconds);
     }
     EXPECT_LE(longestGap, 100);
@@ -473,7 +473,7 @@ TEST_F(AccessibilityHungTest, anApplicationHangingLaterCostsNoMoreThanTheCapture
     front->stop();
     EXPECT_EQ(copy(*reading.element, "AXSelectedTextRange").error, AXError::kAXErrorCannotComplete);
     EXPECT_EQ(copy(*reading.element, "AXValue").error, AXError::kAXErrorCannotComplete);
-    EXPECT_LE(clock.elapsed(), 350);
+    EXPECT_LE(clock.elapsed(), 450);
 }
 
 TEST_F(AccessibilityHungTest, aHungOwnerOfPrimaryCostsAQuarterSecondAtMost) {
@@ -483,7 +483,7 @@ TEST_F(AccessibilityHungTest, aHungOwnerOfPrimaryCostsAQuarterSecondAtMost) {
     program->stop();
     const Reading reading = capture();
     EXPECT_NE(reading.error, kSuccess);
-    EXPECT_LE(reading.milliseconds, 350);
+    EXPECT_LE(reading.milliseconds, 450);
     program->resume();
     EXPECT_TRUE(QTest::qWaitFor([&] { return capture().error == kSuccess; }, 3000));
 }
@@ -593,7 +593,7 @@ TEST_F(AccessibilityBusTest, theBusMayGoAndComeBack) {
     ASSERT_EQ(kill(launcher, SIGTERM), 0);
     ASSERT_TRUE(
         QTest::qWaitFor([&] { return ownerOf(QStringLiteral("org.a11y.Bus")) != launcher; }, 5000));
-    EXPECT_LE(capture().milliseconds, 350);
+    EXPECT_LE(capture().milliseconds, 450);
     const auto after = textWindow("line", QStringLiteral("supper at home"), 0, 6);
     EXPECT_TRUE(reads(QStringLiteral("supper")));
     EXPECT_TRUE(QTest::qWaitFor([&] { return accessibility->AXIsProcessTrusted(); }, 3000));
