@@ -181,8 +181,8 @@ bool readRangeEnd(const Reader &reader, DateMention &date) {
 } // namespace
 
 std::optional<DateMention> readDate(const Reader &reader, std::uint32_t i) {
-    if (auto start = readRangeStart(reader, i); start && readRangeEnd(reader, *start) &&
-                                                start->first.base == Base::Calendar)
+    if (auto start = readRangeStart(reader, i);
+        start && readRangeEnd(reader, *start) && start->first.base == Base::Calendar)
         return start;
     auto date = readSingle(reader, i);
     if (date)
