@@ -23,6 +23,14 @@ bool Chooser::hasTimeNear(std::uint32_t token) const {
     });
 }
 
+bool Chooser::hasTimeBeside(TokenSpan span) const {
+    constexpr int kBeside = 3;
+    return std::any_of(m_found.times.begin(), m_found.times.end(), [&](const auto &time) {
+        return m_document.sameSentence(time.span.begin, span.begin) &&
+               gap(span, time.span) < kBeside;
+    });
+}
+
 int Chooser::scoreDate(const Dated &dated, int index) {
     const std::uint32_t token = dated.mention->span.begin;
     const Field &field = fieldOf(token);
@@ -31,6 +39,10 @@ int Chooser::scoreDate(const Dated &dated, int index) {
         score += 60;
     if (hasTimeNear(token))
         score += 25;
+    if (hasTimeBeside(dated.mention->span))
+        score += 10;
+    if (dated.mention->first.base == DateSpec::Base::Calendar)
+        score += 4;
     if (dated.mention->weak)
         score -= 30;
     switch (roleOf(token)) {

@@ -56,6 +56,7 @@ private:
     // ChooseDate.cpp
     void resolveDates();
     bool hasTimeNear(std::uint32_t token) const;
+    bool hasTimeBeside(TokenSpan span) const;
     int scoreDate(const Dated &dated, int index);
     void pickDate();
     bool isPast(const Dated &dated) const;

@@ -316,11 +316,11 @@ private:
                         std::uint32_t end) {
         constexpr int kMostWords = 7;
         const Field &field = m_document.fields[f];
-        const bool refused = reader.has(begin, Meaning::Person) ||
-                             reader.has(begin, Meaning::Chatter) ||
-                             reader.has(begin, Meaning::Greeting) ||
-                             (reader.has(begin, Meaning::PlaceStop) && !token(begin).capital) ||
-                             token(begin).kind == TokenKind::Link;
+        const bool refused =
+            reader.has(begin, Meaning::Person) || reader.has(begin, Meaning::PlaceMarker) ||
+            reader.has(begin, Meaning::Chatter) || reader.has(begin, Meaning::Greeting) ||
+            (reader.has(begin, Meaning::PlaceStop) && !token(begin).capital) ||
+            token(begin).kind == TokenKind::Link;
         const Shape shape = shapeOf({begin, end});
         if (refused || shape.words == 0 || shape.words > kMostWords || shape.event)
             return end;
@@ -332,7 +332,9 @@ private:
         const std::uint32_t whole = std::max(end, nameEnd(reader, begin));
         const Shape all = shapeOf({begin, whole});
         const bool known = address || kind || (shape.title && (all.noun || all.street));
-        if (!known && !(shape.title && (sameLine || nextLine || field.spoken)))
+        // "23:59 AoE": one unknown word glued to a time is no place.
+        const bool loose = begin > field.begin && token(begin - 1).used && shape.words == 1;
+        if (!known && (loose || !(shape.title && (sameLine || nextLine || field.spoken))))
             return end;
         int score = known ? 34 : 22;
         if (!sameLine && !nextLine && !(field.spoken && end == field.end))

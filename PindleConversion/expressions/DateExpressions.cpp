@@ -7,8 +7,7 @@ namespace {
 using Base = DateSpec::Base;
 
 std::uint32_t skipComma(const Reader &reader, std::uint32_t i) {
-    const std::uint32_t j = reader.skipSymbol(i, ',');
-    return j != i ? j : reader.skipSymbol(i, '.');
+    return reader.skipSymbol(reader.skipSymbol(i, '.'), ',');
 }
 
 struct Named {
