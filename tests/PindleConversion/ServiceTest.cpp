@@ -37,7 +37,7 @@ TEST(ConversionService, aDraftCarriesAllEightFieldsAsText) {
     EXPECT_EQ(details["startDate"], "2026-03-12");
     EXPECT_EQ(details["startTime"], "09:30");
     EXPECT_EQ(details["endTime"], "");
-    EXPECT_EQ(details["timeZone"], "");
+    EXPECT_EQ(details["timeZone"], "Europe/London") << "the user's own when none is named";
 }
 
 TEST(ConversionService, theOrdinaryCaseComesWithoutANotice) {

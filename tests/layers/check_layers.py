@@ -47,11 +47,11 @@ RULES = {
                         qt={"QtCore", "QtGui", "QtWidgets", "QtSvg"}, other=None,
                         links={"PindleLogic", "Qt6::Widgets", "Qt6::Svg"}),
     "PindleLinux": dict(layers={"PindlePlatform", "PindleLinux"},
-                        qt={"QtCore", "QtGui", "QtWidgets", "QtNetwork", "QtDBus"},
+                        qt={"QtCore", "QtGui", "QtWidgets", "QtNetwork"},
                         other=r"^(xcb/.*|xkbcommon/.*|systemd/sd-bus\.h|libical/.*|nlohmann/.*|sys/.*"
                               r"|unistd\.h|fcntl\.h|dirent\.h|poll\.h|pthread\.h)$",
                         links={"PindlePlatform", "Qt6::Gui", "Qt6::Widgets", "Qt6::Network",
-                               "Qt6::DBus", "PkgConfig::XCB", "PkgConfig::SYSTEMD",
+                               "PkgConfig::XCB", "PkgConfig::SYSTEMD",
                                "PkgConfig::ICAL", "nlohmann_json::nlohmann_json",
                                "Threads::Threads"}),
     "PindleConversion": dict(layers={"PindleConversion"}, qt=set(),
