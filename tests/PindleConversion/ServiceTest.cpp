@@ -89,9 +89,9 @@ TEST(ConversionService, aBodyAboveTheLimitIsRefused) {
     EXPECT_FALSE(reply(body)["success"].get<bool>());
 }
 
-TEST(ConversionService, aMegabyteOfTextIsAnswered) {
+TEST(ConversionService, aTextJustBelowTheLimitIsAnswered) {
     std::string text = "Dentist tomorrow at 9:30\n";
-    while (text.size() < 1'000'000)
+    while (text.size() < kLargestBody - 1000)
         text += "and so on, at 5, in the park, 3/4 of it (perhaps); ";
     const std::string answered = answer("text-conversion", requestFor(text));
     ASSERT_TRUE(isValidReply(answered));

@@ -138,6 +138,8 @@ def self_test(qt_headers):
 
 
 def main():
+    if not os.path.exists(os.path.join(sys.argv[2], "QtCore", "QString")):
+        sys.exit(f"there are no Qt headers in {sys.argv[2]}")
     if sys.argv[1] == "--self-test":
         self_test(sys.argv[2])
         return
