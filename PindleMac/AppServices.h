@@ -11,7 +11,11 @@
 #include <QString>
 #include <QUrl>
 #include <chrono>
+#include <exception>
+#include <functional>
+#include <memory>
 #include <optional>
+#include <vector>
 
 namespace pindle {
 
@@ -98,6 +102,7 @@ private:
     QCoro::Task<std::optional<QString>> copyStringAttribute(QString attribute, AXUIElement element);
     QCoro::Task<std::optional<AXObject>> copyAttribute(QString attribute, AXUIElement element);
     QCoro::Task<std::optional<QString>> readSelectedRange(AXUIElement element);
+    QCoro::Task<QString> copySelectionOnce();
     QCoro::Task<QString> copySelectionThroughClipboard();
     void postCopyKeystroke();
     QCoro::Task<void> wait(std::chrono::milliseconds duration);
@@ -106,8 +111,18 @@ private:
 
     void openFirst(const QList<QString> &candidates);
 
+    struct CopyOutcome {
+        QString text;
+        std::exception_ptr error;
+        QString value() const; ///< the text, or throws the error
+    };
+    struct CopyUnderWay {
+        std::vector<std::function<void(CopyOutcome)>> waiting;
+    };
+
     Platform &platform_;
     APIClient apiClient_;
+    std::shared_ptr<CopyUnderWay> copyUnderWay_; ///< null while no copy is under way
 };
 
 } // namespace pindle

@@ -32,10 +32,38 @@ QString clampedSubstring(const QString &text, CFRange range) {
 
 } // namespace
 
+QString AppServices::CopyOutcome::value() const {
+    if (error)
+        std::rethrow_exception(error);
+    return text;
+}
+
 QCoro::Task<QString> AppServices::captureSelectedText() {
     if (const auto text = co_await readSelectedTextViaAccessibility())
         co_return *text;
-    co_return co_await copySelectionThroughClipboard();
+    co_return co_await copySelectionOnce();
+}
+
+// A copy changes the clipboard and puts it back. Two of them at once would take each other's
+// changes for copied text, down to the user's old clipboard; so a capture that finds one under way
+// shares its outcome.
+QCoro::Task<QString> AppServices::copySelectionOnce() {
+    if (!copyUnderWay_) {
+        copyUnderWay_ = std::make_shared<CopyUnderWay>();
+        CopyOutcome outcome;
+        try {
+            outcome.text = co_await copySelectionThroughClipboard();
+        } catch (...) {
+            outcome.error = std::current_exception();
+        }
+        const auto ended = std::exchange(copyUnderWay_, nullptr);
+        for (const auto &waiting : ended->waiting)
+            waiting(outcome);
+        co_return outcome.value();
+    }
+    const auto outcome = co_await awaitCompletion<CopyOutcome>(
+        [this](auto completion) { copyUnderWay_->waiting.push_back(std::move(completion)); });
+    co_return outcome.value();
 }
 
 QCoro::Task<std::optional<AXObject>> AppServices::copyAttribute(QString attribute,

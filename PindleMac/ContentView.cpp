@@ -200,10 +200,13 @@ void ContentView::chooseDestination(const CalendarDestinationLink &link) {
     // The tile may not show yet that the state has changed.
     if (!destinationsEnabled())
         return;
-    if (link.kind == CalendarDestinationLink::Kind::nativeApple)
+    if (link.kind == CalendarDestinationLink::Kind::nativeApple) {
+        // The state changes with the task; a second click may be waiting in the queue before it.
+        actions_->setTilesEnabled(false);
         viewModel_.saveEvent();
-    else
+    } else {
         viewModel_.openCalendarLink(link);
+    }
 }
 
 void ContentView::fitToContent() {

@@ -10,12 +10,16 @@
 #include <QKeyEvent>
 #include <QPointer>
 #include <QScreen>
+#include <QTimer>
 #include <QWindow>
 #include <cmath>
 
 namespace pindle {
 
 namespace {
+
+/// How long the keyboard may be on its way back from a question or a menu.
+constexpr std::chrono::milliseconds keyboardReturn{500};
 
 QRectF mainScreenGeometry() {
     const QScreen *screen = QGuiApplication::primaryScreen();
@@ -96,8 +100,14 @@ void CursorPopoverPanel::orderOut() {
 }
 
 void CursorPopoverPanel::resignKeyWindow() {
-    if (windowServer_.systemQuestionShown() || QApplication::activePopupWidget())
+    if (windowServer_.systemQuestionShown() || QApplication::activePopupWidget()) {
+        // The keyboard is only lent; whether it came back is seen when it should have.
+        QTimer::singleShot(keyboardReturn, this, [this] {
+            if (isVisible() && !isActiveWindow())
+                resignKeyWindow();
+        });
         return;
+    }
     orderOut();
     Q_EMIT didResignKey();
 }

@@ -2,7 +2,10 @@
 
 #include <QPainter>
 #include <QTextLayout>
+#include <algorithm>
 #include <cmath>
+#include <deque>
+#include <memory>
 
 namespace pindle::textblock {
 
@@ -43,10 +46,42 @@ private:
     double naturalWidth_ = 0;
 };
 
+constexpr qsizetype longText = 500;    ///< characters from which a layout is worth keeping
+constexpr std::size_t keptLayouts = 6; ///< two widths each of the three messages there can be
+
+struct KeptLayout {
+    QString text;
+    QFont font;
+    double width;
+    Qt::Alignment alignment;
+    std::unique_ptr<Layout> layout;
+};
+
+/// The layout of a text, to be used at once. Laying out a long one takes many frames, and the same
+/// one is measured and painted again and again. Main thread.
+const Layout &layoutOf(const QString &text, const QFont &font, double width,
+                       Qt::Alignment alignment = Qt::AlignLeft) {
+    static std::deque<KeptLayout> kept;
+    const auto found = std::find_if(kept.begin(), kept.end(), [&](const KeptLayout &each) {
+        return each.width == width && each.alignment == alignment && each.text == text &&
+               each.font == font;
+    });
+    if (found != kept.end())
+        return *found->layout;
+    // A short text takes the place of the last short one.
+    if (!kept.empty() && kept.back().text.size() < longText)
+        kept.pop_back();
+    if (kept.size() >= keptLayouts)
+        kept.pop_front();
+    kept.push_back(
+        {text, font, width, alignment, std::make_unique<Layout>(text, font, width, alignment)});
+    return *kept.back().layout;
+}
+
 } // namespace
 
 double naturalWidth(const QString &text, const QFont &font) {
-    return std::ceil(Layout(text, font, unlimitedWidth).naturalWidth());
+    return std::ceil(layoutOf(text, font, unlimitedWidth).naturalWidth());
 }
 
 double longestWordWidth(const QString &text, const QFont &font) {
@@ -57,12 +92,13 @@ double longestWordWidth(const QString &text, const QFont &font) {
 }
 
 double height(const QString &text, const QFont &font, double width) {
-    return std::ceil(Layout(text, font, width).height());
+    return std::ceil(layoutOf(text, font, width).height());
 }
 
 void draw(QPainter &painter, const QRectF &rect, const QString &text, const QFont &font,
           Qt::Alignment alignment) {
-    Layout(text, font, rect.width(), alignment).draw(&painter, rect.topLeft());
+    const QRectF clip = painter.hasClipping() ? painter.clipBoundingRect() : rect;
+    layoutOf(text, font, rect.width(), alignment).draw(&painter, rect.topLeft(), {}, clip);
 }
 
 } // namespace pindle::textblock

@@ -2,6 +2,7 @@
 
 #include "PindleMac/views/TextBlock.h"
 
+#include <QPaintEvent>
 #include <QPainter>
 
 namespace pindle {
@@ -34,8 +35,9 @@ int TextLabel::heightForWidth(int width) const {
     return static_cast<int>(textblock::height(text(), theme::font(style_), width));
 }
 
-void TextLabel::paintEvent(QPaintEvent * /*event*/) {
+void TextLabel::paintEvent(QPaintEvent *event) {
     QPainter painter(this);
+    painter.setClipRect(event->rect());
     painter.setPen(colour_);
     textblock::draw(painter, rect(), text(), theme::font(style_), Qt::AlignLeft);
 }

@@ -80,6 +80,20 @@ class Saving(unittest.TestCase):
         self.assertIsNone(desktop.find(self.pindle.pid, "Allow"))
         self.assertEqual(self.pindle.calendar_files(), [])
 
+    def test_a_refusal_is_taken_back_through_the_calendar_settings(self):
+        self.fill()
+        self.save()
+        self.pindle.answer_question("Don’t Allow")
+        self.pindle.wait_for_text(DENIED)
+        self.pindle.scroll_to_end()
+        desktop.click(desktop.wait_for(
+            lambda: desktop.find(self.pindle.pid, "Open Calendar Settings"), "the offer"))
+        self.pindle.answer_question("Allow")
+        desktop.wait_for(lambda: not desktop.find(self.pindle.pid, "Allow"), "the question to go")
+        self.assertEqual(self.pindle.calendar_files(), [], "a permission saves nothing")
+        self.save()
+        desktop.wait_for(self.pindle.calendar_files, "the event")
+
     def test_a_question_closed_without_an_answer_is_asked_again(self):
         self.fill()
         self.save()

@@ -20,6 +20,7 @@
 #include "PindleMac/platform/linux/x11/XKeyboard.h"
 
 #include <QCoreApplication>
+#include <QUrl>
 
 namespace pindle {
 
@@ -30,6 +31,17 @@ Question accessibilityQuestion() {
             QStringLiteral("Pindle reads the text you have highlighted through the accessibility "
                            "service. Programs that are running already may have to be restarted."),
             QStringLiteral("Not Now"), QStringLiteral("Switch On")};
+}
+
+Question calendarQuestion() {
+    return {QStringLiteral("Allow Pindle to add events to your calendar?"),
+            QStringLiteral("Pindle only adds the events you choose to save. It never reads your "
+                           "calendar."),
+            QStringLiteral("Don’t Allow"), QStringLiteral("Allow")};
+}
+
+bool isPrivacyPage(const QUrl &url, QLatin1String page) {
+    return url.scheme() == QLatin1String("x-apple.systempreferences") && url.query() == page;
 }
 
 } // namespace
@@ -43,6 +55,24 @@ struct LinuxPlatform::Facilities {
         return [this](const Question &question, std::function<void(QuestionAnswer)> answered) {
             questions.ask(question, std::move(answered));
         };
+    }
+    /// The privacy pages are questions here; every other page is refused.
+    bool openSettings(const QUrl &url) {
+        if (isPrivacyPage(url, QLatin1String("Privacy_Calendars"))) {
+            questions.ask(calendarQuestion(), [this](QuestionAnswer answer) {
+                using Decision = AccessDecisions::Decision;
+                if (answer != QuestionAnswer::none)
+                    decisions.setCalendar(answer == QuestionAnswer::accepted ? Decision::writeOnly
+                                                                             : Decision::denied);
+            });
+            return true;
+        }
+        if (isPrivacyPage(url, QLatin1String("Privacy_Accessibility")) &&
+            !accessibility.AXIsProcessTrusted()) {
+            accessibility.AXIsProcessTrustedWithOptions(true);
+            return true;
+        }
+        return false;
     }
     AtspiAccessibility::Ask accessibilityAsker() {
         return [this](std::function<void(bool)> answered) {
@@ -72,7 +102,7 @@ struct LinuxPlatform::Facilities {
     QtScreens screens{connection.get()};
     JsonUserDefaults userDefaults;
     X11WindowServer windowServer{*connection, shownQuestions};
-    DesktopWorkspace workspace;
+    DesktopWorkspace workspace{[this](const QUrl &url) { return openSettings(url); }};
 
     Platform platform{accessibility, bundle,   clock,       eventPosting,
                       eventStore,    hotKeys,  loginItem,   notificationCenter,

@@ -231,6 +231,39 @@ TEST_F(Selection, theWaitsSuspendWithoutBlocking) {
     EXPECT_EQ(resultOf(std::move(task)), meeting);
 }
 
+TEST_F(Selection, twoCapturesAtOnceShareOneCopyAndNeverSeeTheOldClipboard) {
+    using std::chrono::milliseconds;
+    for (int gap = 10; gap <= 600; gap += 10) {
+        desktop.clock.sleepsPassAtOnce = false;
+        desktop.pasteboard.text = QStringLiteral("old secret");
+        copies(meeting);
+        auto first = services.captureSelectedText();
+        for (int passed = 0; passed < gap; passed += 10)
+            desktop.clock.advance(milliseconds(10));
+        auto second = services.captureSelectedText();
+        for (int step = 0; step < 100; ++step)
+            desktop.clock.advance(milliseconds(10));
+        ASSERT_TRUE(first.isReady() && second.isReady()) << gap;
+        EXPECT_EQ(resultOf(std::move(first)), meeting) << gap;
+        EXPECT_EQ(resultOf(std::move(second)), meeting) << gap;
+        EXPECT_EQ(desktop.pasteboard.text, QStringLiteral("old secret")) << gap;
+    }
+}
+
+TEST_F(Selection, twoCapturesAtOnceShareAFailureAndTheNextOneCopiesAnew) {
+    desktop.clock.sleepsPassAtOnce = false;
+    auto first = services.captureSelectedText();
+    auto second = services.captureSelectedText();
+    desktop.clock.advance(std::chrono::milliseconds(140));
+    desktop.clock.advance(std::chrono::milliseconds(280));
+    EXPECT_TRUE(isAppError(errorOf(std::move(first)), AppError::Case::missingSelection));
+    EXPECT_TRUE(isAppError(errorOf(std::move(second)), AppError::Case::missingSelection));
+    EXPECT_EQ(desktop.logged({QStringLiteral("keys post 8 1")}).size(), 1);
+    desktop.clock.sleepsPassAtOnce = true;
+    copies(meeting);
+    EXPECT_EQ(capture(), meeting);
+}
+
 TEST_F(Selection, onlyTheListedWhiteSpaceIsTrimmed) {
     desktop.accessibility.select(QStringLiteral("\u00a0\u2003\u3000\t\v\f\r\n\u0085x y\u200b\n"));
     EXPECT_EQ(capture(), QStringLiteral("x y\u200b"));

@@ -282,6 +282,20 @@ TEST(ContentView, theSystemCalendarsTileSaves) {
     EXPECT_TRUE(shown.shell.desktop.workspace.opened.isEmpty());
 }
 
+TEST(ContentView, twoActivationsInOneTurnSaveOnce) {
+    ShownView shown;
+    shown.shell.desktop.eventStore.status = EKAuthorizationStatus::writeOnly;
+    shown.shell.becomeReady();
+    settle();
+    QAbstractButton &tile = button(shown.view, apple);
+    tile.click();
+    tile.click();
+    ASSERT_TRUE(QTest::qWaitFor([&shown] { return shown.model.successMessage().has_value(); }));
+    settle();
+    EXPECT_EQ(shown.shell.desktop.eventStore.saved.size(), 1U);
+    EXPECT_TRUE(tile.isEnabled());
+}
+
 TEST(ContentView, aDoubleClickOnATileSavesOnce) {
     ShownView shown;
     shown.shell.desktop.eventStore.status = EKAuthorizationStatus::writeOnly;

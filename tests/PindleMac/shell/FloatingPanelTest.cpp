@@ -140,6 +140,27 @@ TEST(FloatingPanel, losingTheKeyboardToAQuestionOfTheSystemKeepsIt) {
     EXPECT_FALSE(shown.controller.isShown()) << "once the question has gone";
 }
 
+TEST(FloatingPanel, aKeyboardThatDoesNotComeBackFromAQuestionHidesIt) {
+    KeyPanel shown;
+    shown.shell.desktop.windowServer.questionShown = true;
+    shown.other.activateWindow();
+    settle();
+    ASSERT_TRUE(shown.controller.isShown());
+    shown.shell.desktop.windowServer.questionShown = false;
+    EXPECT_TRUE(QTest::qWaitFor([&] { return !shown.controller.isShown(); }, 3000));
+}
+
+TEST(FloatingPanel, aKeyboardThatComesBackFromAQuestionKeepsIt) {
+    KeyPanel shown;
+    shown.shell.desktop.windowServer.questionShown = true;
+    shown.other.activateWindow();
+    settle();
+    shown.panel.activateWindow();
+    settle();
+    shown.shell.desktop.windowServer.questionShown = false;
+    EXPECT_FALSE(QTest::qWaitFor([&] { return !shown.controller.isShown(); }, 1200));
+}
+
 TEST(FloatingPanel, losingTheKeyboardToAMenuOfItsOwnKeepsIt) {
     KeyPanel shown;
     QMenu menu(&shown.panel);

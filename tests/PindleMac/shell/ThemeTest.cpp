@@ -3,6 +3,7 @@
 #include "PindleMac/views/TextBlock.h"
 
 #include <QApplication>
+#include <QElapsedTimer>
 #include <QFontMetricsF>
 #include <QImage>
 #include <QPainter>
@@ -192,4 +193,18 @@ TEST(Symbols, anUnknownSymbolDrawsNothing) {
 }
 
 } // namespace
+TEST(TextBlock, aLongTextIsLaidOutOnceForAWidth) {
+    const QString text = QStringLiteral("A long page of an error. ").repeated(4000);
+    const QFont font = theme::font(theme::TextStyle::subheadline);
+    QElapsedTimer clock;
+    clock.start();
+    const double height = textblock::height(text, font, 340);
+    const qint64 first = clock.nsecsElapsed();
+    clock.start();
+    EXPECT_EQ(textblock::height(text, font, 340), height);
+    // Some hundred times less in fact; what counts is that the work is not done again.
+    EXPECT_LT(clock.nsecsElapsed() * 5, first);
+    EXPECT_LT(textblock::height(text, font, 680), height);
+}
+
 } // namespace pindle

@@ -15,6 +15,8 @@ namespace pindle {
 namespace {
 
 constexpr AXUIElement kSystemWide{1};
+/// Presses in quick succession run side by side; more than this many do not.
+constexpr std::size_t kRememberedCaptures = 8;
 /// PRIMARY is not worth asking for when less than this is left.
 constexpr std::chrono::milliseconds kLeastForPrimary{5};
 /// Kept back from the time PRIMARY may take, for what was read before to be delivered.
@@ -105,11 +107,18 @@ void AtspiAccessibility::AXUIElementCopyAttributeValue(AXUIElement element,
             copyFocusedElement(std::move(completion));
         else
             completeLater(completion, failure(AXError::kAXErrorAttributeUnsupported));
-    } else if (last_ && last_->element == element) {
-        copyFromElement(*last_, attribute, std::move(completion));
+    } else if (const CapturePtr capture = captureOf(element)) {
+        copyFromElement(*capture, attribute, std::move(completion));
     } else {
         completeLater(completion, failure(AXError::kAXErrorInvalidUIElement));
     }
+}
+
+AtspiAccessibility::CapturePtr AtspiAccessibility::captureOf(AXUIElement element) const {
+    const auto found = std::find_if(recent_.begin(), recent_.end(), [&](const CapturePtr &capture) {
+        return capture->element == element;
+    });
+    return found == recent_.end() ? nullptr : *found;
 }
 
 void AtspiAccessibility::copyFocusedElement(Completion completion) {
@@ -117,7 +126,9 @@ void AtspiAccessibility::copyFocusedElement(Completion completion) {
     capture->element = {nextElement_++};
     capture->deadline = std::chrono::steady_clock::now() + kCaptureDeadline;
     capture->application = activeApplication(connection_);
-    last_ = capture;
+    recent_.push_back(capture);
+    if (recent_.size() > kRememberedCaptures)
+        recent_.pop_front();
     // The main thread serves this program's own accessibility; nothing of it is to be captured.
     const ActiveApplication &application = capture->application;
     if (application.window == XCB_NONE || application.process == getpid())

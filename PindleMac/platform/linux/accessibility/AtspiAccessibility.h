@@ -6,6 +6,7 @@
 #include "PindleMac/platform/linux/pasteboard/SelectionReader.h"
 
 #include <QObject>
+#include <deque>
 
 namespace pindle {
 
@@ -41,6 +42,7 @@ private:
     struct Capture;
     using CapturePtr = std::shared_ptr<Capture>;
 
+    CapturePtr captureOf(AXUIElement element) const;
     void copyFocusedElement(Completion completion);
     void focusRead(const CapturePtr &capture, FocusReading reading);
     void readPrimary(const CapturePtr &capture);
@@ -55,7 +57,7 @@ private:
     XConnection &connection_;
     Ask ask_;
     SelectionReader primary_;
-    CapturePtr last_; ///< only the elements of the last capture can be read
+    std::deque<CapturePtr> recent_; ///< whose elements can be read, the oldest first
     quint64 nextElement_;
     bool isPrepared_ = false;
     bool isTrusted_ = false;

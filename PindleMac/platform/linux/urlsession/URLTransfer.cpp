@@ -6,7 +6,7 @@ namespace pindle {
 
 namespace {
 
-constexpr qsizetype replyLimit = qsizetype{4} << 20; ///< bytes of a body
+constexpr qsizetype replyLimit = qsizetype{256} << 10; ///< bytes of a body
 constexpr qint64 readAhead = qint64{64} << 10; ///< bytes taken from the wire before they are read
 constexpr int mostRedirects = 5;
 

@@ -2,9 +2,9 @@
 
 #include <QHash>
 #include <QObject>
+#include <deque>
 #include <functional>
 #include <memory>
-#include <vector>
 #include <xcb/xcb.h>
 
 class QSocketNotifier;
@@ -49,7 +49,7 @@ private:
     xcb_window_t window_ = XCB_NONE;
     QSocketNotifier *notifier_ = nullptr;
     QHash<QByteArray, xcb_atom_t> atoms_;
-    std::vector<Handler> handlers_;
+    std::deque<Handler> handlers_; ///< a deque: one may be added while another runs
 };
 
 /// Owner for what xcb's functions return and expect to be freed.

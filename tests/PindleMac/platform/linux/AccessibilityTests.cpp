@@ -193,12 +193,34 @@ TEST_F(AccessibilityTest, anActiveWindowThatIsGoneIsNoElement) {
     EXPECT_EQ(capture().focus, AXError::kAXErrorNoValue);
 }
 
-TEST_F(AccessibilityTest, anElementOfAnEarlierCaptureCannotBeReadAnyMore) {
+TEST_F(AccessibilityTest, anElementOfACaptureLongPastCannotBeReadAnyMore) {
     const auto program = textWindow("line", QStringLiteral("dinner"), 0, 6);
     ASSERT_TRUE(reads(QStringLiteral("dinner")));
     const auto element = capture().element.value();
-    EXPECT_EQ(capture().error, kSuccess);
+    EXPECT_EQ(copy(element, "AXSelectedText").error, kSuccess);
+    for (int later = 0; later < 8; ++later)
+        EXPECT_EQ(capture().error, kSuccess);
     EXPECT_EQ(copy(element, "AXSelectedText").error, AXError::kAXErrorInvalidUIElement);
+}
+
+TEST_F(AccessibilityTest, twoCapturesAtOnceBothReadTheirText) {
+    const auto program = textWindow("line", QStringLiteral("dinner"), 0, 6);
+    ASSERT_TRUE(reads(QStringLiteral("dinner")));
+    std::vector<AXUIElement> elements;
+    for (int press = 0; press < 2; ++press) {
+        accessibility->AXUIElementCopyAttributeValue(
+            accessibility->AXUIElementCreateSystemWide(), QStringLiteral("AXFocusedUIElement"),
+            [&](AXAttributeResult focused) {
+                ASSERT_EQ(focused.error, kSuccess);
+                elements.push_back(std::get<AXUIElement>(*focused.value));
+            });
+    }
+    ASSERT_TRUE(QTest::qWaitFor([&] { return elements.size() == 2; }, 3000));
+    for (const AXUIElement &element : elements) {
+        const auto selected = copy(element, "AXSelectedText");
+        ASSERT_EQ(selected.error, kSuccess);
+        EXPECT_EQ(std::get<QString>(*selected.value), QStringLiteral("dinner"));
+    }
 }
 
 TEST_F(AccessibilityTest, unknownAttributesAreUnsupported) {
