@@ -4,6 +4,7 @@
 
 #include <QPainter>
 #include <QVBoxLayout>
+#include <algorithm>
 
 namespace pindle {
 
@@ -27,7 +28,9 @@ void Card::paintEvent(QPaintEvent * /*event*/) {
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(Qt::NoPen);
     painter.setBrush(fill_);
-    painter.drawRoundedRect(rect(), radius_, radius_);
+    // A radius larger than there is room for would make the corners elliptic.
+    const double radius = std::min(radius_, std::min(width(), height()) / 2.0);
+    painter.drawRoundedRect(rect(), radius, radius);
 }
 
 SectionCard::SectionCard(int spacing)

@@ -5,7 +5,7 @@
 namespace pindle {
 
 namespace {
-// Larger than half the bar's height, hence capped there when drawn.
+// Larger than half the bar's height, hence capped there by the card.
 constexpr double radius = 8;
 constexpr double fillOpacity = 0.08;
 } // namespace
