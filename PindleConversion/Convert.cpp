@@ -74,11 +74,9 @@ Reply convert(const Request &request) {
     const Reference reference = referenceOf(request, *today, lexiconIndex().dayOrder());
     const Expressions expressions = findExpressions(document);
     const Choice choice = chooseEvent(document, expressions, reference);
-    const std::size_t steps = document.tokens.size() + document.senses.size() + choice.steps;
     if (!choice.found) {
         Reply reply = refuse(refusalText(choice.notice));
         reply.cleanText = std::move(document.text);
-        reply.steps = steps;
         return reply;
     }
     Reply reply;
@@ -98,7 +96,6 @@ Reply convert(const Request &request) {
     reply.draft = std::move(draft);
     reply.userMessage = noticeText(choice);
     reply.cleanText = std::move(document.text);
-    reply.steps = steps;
     return reply;
 }
 

@@ -46,7 +46,6 @@ struct Reply {
     std::string error;              ///< one sentence when there is no draft, else ""
     std::string cleanText;          ///< the text the evidence points into
     std::vector<Evidence> evidence; ///< one entry or more for every value that is not ""
-    std::size_t steps = 0;          ///< work done, in token visits; grows with the text's length
 };
 
 /// Reads one event out of a text. Never throws for any bytes, keeps no state, any thread.

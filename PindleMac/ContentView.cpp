@@ -188,6 +188,8 @@ bool ContentView::destinationsEnabled() const {
 
 void ContentView::edit(QString CalendarEventDetails::*field, const QString &text) {
     CalendarEventDetails details = viewModel_.eventDetails();
+    if (details.*field == text)
+        return;
     details.*field = text;
     viewModel_.setEventDetails(details);
     if (viewModel_.phase() == ParserPhase::ready)
@@ -250,7 +252,16 @@ void ContentView::paintEvent(QPaintEvent * /*event*/) {
     QLinearGradient gradient(rect().topLeft(), rect().bottomRight());
     gradient.setColorAt(0, theme::backgroundStart());
     gradient.setColorAt(1, theme::backgroundEnd());
-    painter.fillRect(rect(), gradient);
+    if (!outline_->clipping()) {
+        painter.fillRect(rect(), gradient);
+        return;
+    }
+    // At fractional scales the last row of pixels is only partly the view's; drawn smoothly, it
+    // leaves nothing in the corners.
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(gradient);
+    painter.drawRoundedRect(rect(), PanelOutline::radius, PanelOutline::radius);
 }
 
 void ContentView::resizeEvent(QResizeEvent *event) {

@@ -8,10 +8,10 @@
 
 #include <QApplication>
 #include <QKeyEvent>
-#include <QPainterPath>
 #include <QPointer>
 #include <QScreen>
 #include <QWindow>
+#include <cmath>
 
 namespace pindle {
 
@@ -22,10 +22,19 @@ QRectF mainScreenGeometry() {
     return screen ? QRectF(screen->geometry()) : QRectF(0, 0, 1440, 900);
 }
 
+/// All pixels whose centre lies within the rounded corners.
 QRegion roundedRegion(const QRect &rect) {
-    QPainterPath path;
-    path.addRoundedRect(rect, PanelOutline::radius, PanelOutline::radius);
-    return QRegion(path.toFillPolygon().toPolygon());
+    constexpr double radius = PanelOutline::radius;
+    constexpr auto rows = static_cast<int>(radius);
+    QRegion region = rect.adjusted(0, rows, 0, -rows);
+    for (int row = 0; row < rows; ++row) {
+        const double below = radius - row - 0.5;
+        const int inset = qRound(radius - std::sqrt(radius * radius - below * below));
+        const int width = rect.width() - 2 * inset;
+        region += QRect(rect.x() + inset, rect.y() + row, width, 1);
+        region += QRect(rect.x() + inset, rect.bottom() - row, width, 1);
+    }
+    return region;
 }
 
 } // namespace
@@ -74,6 +83,9 @@ void CursorPopoverPanel::setFrame(QPointF origin, QPointF anchor) {
 void CursorPopoverPanel::orderFrontRegardless() {
     createWindow();
     content_->renderPendingChanges();
+    // Left to itself the toolkit would give the keyboard, once it comes, to the first control.
+    if (!isVisible())
+        setFocus(Qt::OtherFocusReason);
     show();
     raise();
     windowServer_.floatOnAllSpaces(winId());
@@ -103,11 +115,8 @@ void CursorPopoverPanel::placeContent() {
 }
 
 void CursorPopoverPanel::becomeKey() {
-    if (isActiveWindow())
-        return;
-    activateWindow();
-    if (!focusWidget())
-        setFocus(Qt::MouseFocusReason);
+    if (!isActiveWindow())
+        activateWindow();
 }
 
 bool CursorPopoverPanel::event(QEvent *event) {

@@ -33,7 +33,6 @@ struct Choice {
     TokenSpan endSpan;
     TokenSpan zoneSpan;
     EventKind kind = EventKind::None;
-    std::size_t steps = 0;
 
     /// The token that the event's place and title are looked for around.
     std::uint32_t anchor() const { return dateSpan.empty() ? timeSpan.begin : dateSpan.begin; }

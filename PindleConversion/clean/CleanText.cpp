@@ -1,5 +1,6 @@
 #include "PindleConversion/clean/CleanText.h"
 
+#include <algorithm>
 #include <array>
 #include <cstdint>
 
@@ -82,7 +83,10 @@ bool isWordByte(char c) {
 
 class Cleaner {
 public:
-    explicit Cleaner(std::string_view text) : m_in(text) { m_out.reserve(text.size()); }
+    explicit Cleaner(std::string_view text)
+        : m_in(text) {
+        m_out.reserve(text.size());
+    }
 
     std::string run() {
         while (m_at < m_in.size())
@@ -101,7 +105,7 @@ private:
             return;
         if (c == '*' || c == '_' || c == '`' || c == '~')
             return emphasis(m_in[m_at]);
-        if (c == '&' && entity())
+        if ((c == '&' && entity()) || (c == '<' && tag()))
             return;
         const CodePoint point = decodeAt(m_in, m_at);
         m_at = point.end;
@@ -157,6 +161,28 @@ private:
             }
         }
         return false;
+    }
+
+    /// Drops a markup tag; those that end a line become line ends.
+    bool tag() {
+        constexpr std::size_t kLongestTag = 200;
+        constexpr std::array<std::string_view, 8> lines{"br", "p",  "div", "li",
+                                                        "tr", "h1", "h2",  "h3"};
+        constexpr std::array<std::string_view, 10> inlines{"b",    "i", "u",  "strong", "em",
+                                                           "span", "a", "ul", "td",     "font"};
+        const auto rest = m_in.substr(m_at + 1, kLongestTag);
+        const auto close = rest.find('>');
+        const std::size_t begin = rest.starts_with('/') ? 1 : 0;
+        if (close == std::string_view::npos || close <= begin)
+            return false;
+        const auto name = rest.substr(begin, rest.find_first_of(" />", begin) - begin);
+        const bool line = std::find(lines.begin(), lines.end(), name) != lines.end();
+        if (!line && std::find(inlines.begin(), inlines.end(), name) == inlines.end())
+            return false;
+        if (line)
+            m_out += '\n';
+        m_at += close + 2;
+        return true;
     }
 
     void put(UChar32 c) {

@@ -13,8 +13,8 @@ constexpr std::uint32_t kLongestName = 14; ///< tokens
 
 /// Hosts of meetings; a link to one is where the event is.
 constexpr std::array<std::string_view, 12> kMeetingHosts{
-    "zoom.us",       "teams.microsoft", "teams.live",    "meet.google", "webex.com", "whereby.com",
-    "gotomeeting",   "meet.jit.si",     "bluejeans.com", "skype.com",   "/join",     "meeting"};
+    "zoom.us",     "teams.microsoft", "teams.live",    "meet.google", "webex.com", "whereby.com",
+    "gotomeeting", "meet.jit.si",     "bluejeans.com", "skype.com",   "/join",     "meeting"};
 
 struct Shape {
     bool noun = false;    ///< names a kind of place
@@ -28,8 +28,9 @@ struct Shape {
 class PlaceFinder {
 public:
     PlaceFinder(const Document &document, const Choice &choice)
-        : m_document(document), m_choice(choice),
-          m_anchorField(document.tokens[choice.anchor()].field) {}
+        : m_document(document)
+        , m_choice(choice)
+        , m_anchorField(document.tokens[choice.anchor()].field) {}
 
     TokenSpan run() {
         for (std::uint32_t f = 0; f < m_document.fields.size(); ++f)
@@ -67,8 +68,8 @@ private:
     void offer(TokenSpan span, int score, std::uint32_t at) {
         const Reader reader(m_document, span.end);
         while (!span.empty() &&
-               (isEdgeMark(token(span.end - 1)) || (reader.has(span.end - 1, Meaning::PlaceStop) &&
-                                                    !token(span.end - 1).capital)))
+               (isEdgeMark(token(span.end - 1)) ||
+                (reader.has(span.end - 1, Meaning::PlaceStop) && !token(span.end - 1).capital)))
             --span.end;
         while (!span.empty() && isEdgeMark(token(span.begin)))
             ++span.begin;
@@ -205,6 +206,8 @@ private:
             return;
         if (marker.value == 1 && (named || shape.noun || shape.street))
             offer({begin, end}, 50 + (shape.noun || shape.street ? 8 : 0), i);
+        else if (marker.value == 1 && token(begin).possessive && shape.words <= 3)
+            offer({begin, end}, 40, i);
         else if (marker.value == 1 && article && shape.words <= 4 && shape.words > 1)
             offer({begin, end}, 30, i);
         else if (marker.value == 0 && article && shape.words <= 3 && i > 0 && token(i - 1).used &&
@@ -232,8 +235,9 @@ private:
             return false;
         const bool inside = reader.has(i, Meaning::In);
         if (!inside)
-            return reader.has(i, Meaning::DateMarker) ? shape.noun && shape.words <= 4 && !shape.event
-                                                      : shape.noun;
+            return reader.has(i, Meaning::DateMarker)
+                       ? shape.noun && shape.words <= 4 && !shape.event
+                       : shape.noun;
         return shape.noun || shape.street || (shape.title && !shape.event);
     }
 
@@ -259,8 +263,8 @@ private:
         while (begin > field.begin && begin + 5 > i && joinsName(reader, begin - 1, i) &&
                token(begin - 1).kind == TokenKind::Word)
             --begin;
-        const bool numbered = end > i + 1 && (token(i + 1).kind == TokenKind::Number ||
-                                              token(i + 1).capital);
+        const bool numbered =
+            end > i + 1 && (token(i + 1).kind == TokenKind::Number || token(i + 1).capital);
         if (end - begin < 2 || isTitlePosition(field, begin))
             return;
         offer({begin, end}, numbered ? 26 : 14, i);
@@ -312,11 +316,11 @@ private:
                         std::uint32_t end) {
         constexpr int kMostWords = 7;
         const Field &field = m_document.fields[f];
-        const bool refused = reader.has(begin, Meaning::Person) ||
-                             reader.has(begin, Meaning::Chatter) ||
-                             reader.has(begin, Meaning::Greeting) ||
-                             (reader.has(begin, Meaning::PlaceStop) && !token(begin).capital) ||
-                             token(begin).kind == TokenKind::Link;
+        const bool refused =
+            reader.has(begin, Meaning::Person) || reader.has(begin, Meaning::PlaceMarker) ||
+            reader.has(begin, Meaning::Chatter) || reader.has(begin, Meaning::Greeting) ||
+            (reader.has(begin, Meaning::PlaceStop) && !token(begin).capital) ||
+            token(begin).kind == TokenKind::Link;
         const Shape shape = shapeOf({begin, end});
         if (refused || shape.words == 0 || shape.words > kMostWords || shape.event)
             return end;
@@ -325,12 +329,16 @@ private:
         const bool kind = shape.noun && (shape.title || shape.words <= 4);
         const bool sameLine = field.line == m_document.fields[m_anchorField].line;
         const bool nextLine = field.line == m_document.fields[m_anchorField].line + 1;
-        if (!(address || kind || (shape.title && (sameLine || nextLine || field.spoken))))
+        const std::uint32_t whole = std::max(end, nameEnd(reader, begin));
+        const Shape all = shapeOf({begin, whole});
+        const bool known = address || kind || (shape.title && (all.noun || all.street));
+        // "23:59 AoE": one unknown word glued to a time is no place.
+        const bool loose = begin > field.begin && token(begin - 1).used && shape.words == 1;
+        if (!known && (loose || !(shape.title && (sameLine || nextLine || field.spoken))))
             return end;
-        int score = address || kind ? 34 : 22;
+        int score = known ? 34 : 22;
         if (!sameLine && !nextLine && !(field.spoken && end == field.end))
             score -= 8;
-        const std::uint32_t whole = std::max(end, nameEnd(reader, begin));
         offer({begin, whole}, score, begin);
         return end;
     }

@@ -7,7 +7,8 @@ bool isEdgeMark(const Token &token) {
         return true;
     if (token.kind != TokenKind::Symbol)
         return false;
-    constexpr std::u32string_view marks = U",;:-.!?|/\\>•~=\"'@&+_^\t\U0001F4CD\U0001F4C5\U000023F0→…";
+    constexpr std::u32string_view marks =
+        U",;:-.!?|/\\>•~=\"'@&+_^\t\U0001F4CD\U0001F4C5\U000023F0→…";
     return marks.find(token.symbol) != std::u32string_view::npos;
 }
 
@@ -60,7 +61,8 @@ std::string describe(const Document &document, TokenSpan title, TokenSpan place)
         const Token &token = document.tokens[i];
         const Reader reader(document, static_cast<std::uint32_t>(document.tokens.size()));
         const bool says = token.kind != TokenKind::Symbol && token.kind != TokenKind::LineBreak;
-        const bool filler = reader.has(i, Meaning::TitleTail) || reader.has(i, Meaning::TitleLead) ||
+        const bool filler = reader.has(i, Meaning::TitleTail) ||
+                            reader.has(i, Meaning::TitleLead) ||
                             reader.has(i, Meaning::PlaceMarker);
         more = says && !filler && !token.used && !inside(title, i) && !inside(place, i);
     }

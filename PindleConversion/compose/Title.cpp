@@ -9,15 +9,17 @@ namespace pindle::conversion {
 
 namespace {
 
-constexpr int kWidest = 60;  ///< columns of a title
-constexpr int kRoomy = 44;   ///< columns above which a title is cut at its commas
+constexpr int kWidest = 60;               ///< columns of a title
+constexpr int kRoomy = 44;                ///< columns above which a title is cut at its commas
+constexpr std::uint32_t kLongestRun = 64; ///< tokens of a run that are looked at
 constexpr int kNone = -1000;
 constexpr int kOnlyFillers = 120; ///< "Let's meet" is a title when there is no better one
 
 class TitleFinder {
 public:
     TitleFinder(const Document &document, const Choice &choice)
-        : m_document(document), m_choice(choice) {}
+        : m_document(document)
+        , m_choice(choice) {}
 
     TokenSpan run() {
         for (std::uint32_t f = 0; f < m_document.fields.size(); ++f)
@@ -46,7 +48,8 @@ private:
             const bool onlyFillers = trimmed.empty() || !hasLetters(trimmed);
             if (onlyFillers)
                 trimmed = trimMarks(part);
-            if (trimmed.empty() || !hasLetters(trimmed))
+            const bool bare = onlyFillers && trimmed.end - trimmed.begin < 2;
+            if (trimmed.empty() || !hasLetters(trimmed) || bare)
                 continue;
             const int score =
                 scoreOf(field, run, part, trimmed, alone) - (onlyFillers ? kOnlyFillers : 0);
@@ -59,6 +62,7 @@ private:
 
     /// A run as a whole, or cut where it is too long for a title or starts with a greeting.
     std::vector<TokenSpan> partsOf(TokenSpan run) const {
+        run.end = std::min(run.end, run.begin + kLongestRun);
         const Reader reader(m_document, run.end);
         const TokenSpan trimmed = trim(run);
         const bool wide = columns(trimmed) > kRoomy;
@@ -130,6 +134,9 @@ private:
         if (lead->value == 1 && !reader.symbol(next, ':') && !reader.symbol(next, '-') &&
             !reader.symbol(next, '!') && !reader.symbol(next, ']') && next != span.end)
             return span;
+        // "Book festival", "Call the bank": only "book a table" loses its verb.
+        if (lead->value == 3 && !reader.has(next, Meaning::Number))
+            return span;
         const bool name = token(span.begin).capital && next < span.end && token(next).capital &&
                           lead->length == 1 && span.begin != next && isArticle(reader, span.begin);
         return name ? span : TokenSpan{next, span.end};
@@ -155,8 +162,8 @@ private:
             return {span.begin, last};
         constexpr std::uint32_t kLongestTail = 4;
         const Reader reader(m_document, span.end);
-        const std::uint32_t low = span.end > span.begin + kLongestTail ? span.end - kLongestTail
-                                                                       : span.begin;
+        const std::uint32_t low =
+            span.end > span.begin + kLongestTail ? span.end - kLongestTail : span.begin;
         for (std::uint32_t i = low; i < span.end; ++i)
             for (std::uint32_t s = token(i).firstSense; s < token(i).firstSense + token(i).senses;
                  ++s) {
@@ -242,13 +249,19 @@ private:
 
     int labelScore(Label label) const {
         switch (label) {
-        case Label::Title: return 400;
-        case Label::Note: return -60;
-        case Label::Place: return -80;
-        case Label::Deadline: return -60;
+        case Label::Title:
+            return 400;
+        case Label::Note:
+            return -60;
+        case Label::Place:
+            return -80;
+        case Label::Deadline:
+            return -60;
         case Label::Duration:
-        case Label::Zone: return -80;
-        default: return 0;
+        case Label::Zone:
+            return -80;
+        default:
+            return 0;
         }
     }
 

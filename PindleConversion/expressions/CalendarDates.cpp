@@ -87,7 +87,8 @@ std::uint32_t readSecondDay(const Reader &reader, std::uint32_t i, int firstDay,
         return i;
     // "May 14 - 15:30" and "May 14, 2-4 pm" are times.
     const std::uint32_t after = second->next;
-    if (!second->ordinal && (readDayJoin(reader, after) != after && !reader.has(after, Meaning::And)) &&
+    if (!second->ordinal &&
+        (readDayJoin(reader, after) != after && !reader.has(after, Meaning::And)) &&
         reader.number(readDayJoin(reader, after), 0, 24))
         return i;
     if (reader.symbol(after, '.') && reader.glued(after) && reader.number(after + 1, 0, 59))
@@ -160,8 +161,8 @@ int fullYear(const Token &token) {
 
 /// "2026-06-05", "2026/6/5".
 std::optional<DateMention> readYearFirst(const Reader &reader, std::uint32_t i) {
-    if (!isYear(reader, i) || !(reader.symbol(i + 1, '-') || reader.symbol(i + 1, '/') ||
-                                reader.symbol(i + 1, '.')))
+    if (!isYear(reader, i) ||
+        !(reader.symbol(i + 1, '-') || reader.symbol(i + 1, '/') || reader.symbol(i + 1, '.')))
         return std::nullopt;
     const char32_t separator = reader.at(i + 1)->symbol;
     if (!reader.number(i + 2, 1, 12) || !reader.symbol(i + 3, separator) ||
@@ -170,6 +171,22 @@ std::optional<DateMention> readYearFirst(const Reader &reader, std::uint32_t i) 
     return mention(i, i + 5, static_cast<int>(reader.at(i + 2)->number),
                    static_cast<int>(reader.at(i + 4)->number),
                    static_cast<int>(reader.at(i)->number));
+}
+
+/// "20260605", before a "T".
+std::optional<DateMention> readCompactDate(const Reader &reader, std::uint32_t i) {
+    const Token *token = reader.at(i);
+    if (!token || token->kind != TokenKind::Number || token->digits != 8 || !reader.word(i + 1) ||
+        !reader.glued(i + 1) || !reader.glued(i + 2))
+        return std::nullopt;
+    const auto letter = reader.document().slice(*reader.at(i + 1));
+    const int month = static_cast<int>(token->number / 100 % 100);
+    const int day = static_cast<int>(token->number % 100);
+    const std::uint32_t year = token->number / 10000;
+    if (letter != "T" || year < kFirstYear || year > kLastYear || month < 1 || month > 12 ||
+        day < 1 || day > 31)
+        return std::nullopt;
+    return mention(i, i + 1, month, day, static_cast<int>(year));
 }
 
 /// "5/6", "5/6/26", "15.11.2026", "11-15-25".
@@ -184,20 +201,24 @@ std::optional<DateMention> readNumeric(const Reader &reader, std::uint32_t i) {
     const Token *year = reader.at(i + 4);
     const bool three = reader.symbol(i + 3, c) && year && year->kind == TokenKind::Number &&
                        reader.glued(i + 4) && (year->digits == 2 || isYear(reader, i + 4));
-    if (!three && (c != '/' || reader.symbol(i + 3, '/')))
+    // "14.03." with its second full stop is a date, "14.03" may be anything.
+    const bool dotted = !three && c == '.' && reader.symbol(i + 3, '.') && reader.glued(i + 3) &&
+                        reader.at(i + 2)->digits == 2 && !reader.glued(i + 4);
+    if (!three && !dotted && (c != '/' || reader.symbol(i + 3, '/')))
         return std::nullopt;
     // A longer chain of numbers is a version, an address or a telephone number.
-    const std::uint32_t next = i + (three ? 5 : 3);
-    if (three && reader.symbol(next, c) && reader.glued(next) && reader.number(next + 1, 0, 9999, 4))
+    const std::uint32_t next = i + (three ? 5U : dotted ? 4U : 3U);
+    if (three && reader.symbol(next, c) && reader.glued(next) &&
+        reader.number(next + 1, 0, 9999, 4))
         return std::nullopt;
     const int first = static_cast<int>(reader.at(i)->number);
     const int second = static_cast<int>(reader.at(i + 2)->number);
-    if (first > 12 && second > 12)
+    if ((first > 12 || dotted) && second > 12)
         return std::nullopt;
     DateMention result = mention(i, next, second, first, three ? fullYear(*year) : 0);
     if (second > 12)
         result = mention(i, next, first, second, result.first.year);
-    result.first.eitherOrder = first <= 12 && second <= 12;
+    result.first.eitherOrder = first <= 12 && second <= 12 && !dotted;
     result.weak = !three;
     return result;
 }
@@ -220,6 +241,8 @@ std::optional<DateMention> readCalendarDate(const Reader &reader, std::uint32_t 
     if (continuesNumber(reader, i))
         return std::nullopt;
     if (auto date = readYearFirst(reader, i))
+        return date;
+    if (auto date = readCompactDate(reader, i))
         return date;
     if (auto date = readNumeric(reader, i))
         return date;

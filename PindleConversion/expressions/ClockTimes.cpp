@@ -35,11 +35,16 @@ std::uint32_t readTail(const Reader &reader, std::uint32_t i, ClockSpec &clock) 
 /// "1930", "0900": four digits behind a word that announces a time, or before "hrs", "pm".
 std::optional<ClockSpec> readCompact(const Reader &reader, std::uint32_t i, std::uint32_t &next) {
     const Token *token = reader.at(i);
-    if (!token || token->kind != TokenKind::Number || token->digits < 3 || token->digits > 4)
+    if (!token || token->kind != TokenKind::Number)
         return std::nullopt;
+    // "T140500": the seconds go.
+    const bool seconds = token->digits == 6 && i > 0 && reader.glued(i);
+    if (!seconds && (token->digits < 3 || token->digits > 4))
+        return std::nullopt;
+    const std::uint32_t number = seconds ? token->number / 100 : token->number;
     ClockSpec clock;
-    clock.hour = static_cast<int>(token->number / 100);
-    clock.minute = static_cast<int>(token->number % 100);
+    clock.hour = static_cast<int>(number / 100);
+    clock.minute = static_cast<int>(number % 100);
     clock.minuteGiven = true;
     if (clock.hour > 23 || clock.minute > 59)
         return std::nullopt;
@@ -50,9 +55,9 @@ std::optional<ClockSpec> readCompact(const Reader &reader, std::uint32_t i, std:
         clock.sure = clock.literal = true;
         next += mark->length;
     }
-    clock.literal = clock.literal || (clock.meridiem < 0 && token->digits == 4);
-    const bool yearLike = token->number >= kFirstYearLike && token->number <= kLastYearLike &&
-                          token->number % 5 != 0;
+    clock.literal = clock.literal || (clock.meridiem < 0 && token->digits != 3);
+    const bool yearLike =
+        token->number >= kFirstYearLike && token->number <= kLastYearLike && token->number % 5 != 0;
     if (!clock.sure && yearLike)
         return std::nullopt;
     return clock;

@@ -7,8 +7,7 @@ namespace {
 using Base = DateSpec::Base;
 
 std::uint32_t skipComma(const Reader &reader, std::uint32_t i) {
-    const std::uint32_t j = reader.skipSymbol(i, ',');
-    return j != i ? j : reader.skipSymbol(i, '.');
+    return reader.skipSymbol(reader.skipSymbol(i, '.'), ',');
 }
 
 struct Named {
@@ -181,8 +180,8 @@ bool readRangeEnd(const Reader &reader, DateMention &date) {
 } // namespace
 
 std::optional<DateMention> readDate(const Reader &reader, std::uint32_t i) {
-    if (auto start = readRangeStart(reader, i); start && readRangeEnd(reader, *start) &&
-                                                start->first.base == Base::Calendar)
+    if (auto start = readRangeStart(reader, i);
+        start && readRangeEnd(reader, *start) && start->first.base == Base::Calendar)
         return start;
     auto date = readSingle(reader, i);
     if (date)

@@ -89,8 +89,8 @@ std::optional<DurationMention> readDuration(const Reader &reader, std::uint32_t 
         return std::nullopt;
     if (part->minutes >= 60 && part->minutes % 60 == 0)
         readRest(reader, *part);
-    const bool bracket = i > 0 && reader.document().tokens[i - 1].symbol == '(' &&
-                         reader.symbol(part->next, ')');
+    const bool bracket =
+        i > 0 && reader.document().tokens[i - 1].symbol == '(' && reader.symbol(part->next, ')');
     if (!marked && !bracket && !part->hyphen)
         return std::nullopt;
     if (reader.has(part->next, Meaning::NoDuration) || (part->days > 0 && !marked))

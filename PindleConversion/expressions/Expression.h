@@ -48,20 +48,20 @@ struct DateMention {
 struct ClockSpec {
     int hour = 0;
     int minute = 0;
-    int meridiem = -1;        ///< 0 before noon, 1 after noon, -1 not said
-    bool literal = false;     ///< can only be meant on the 24-hour clock
+    int meridiem = -1;    ///< 0 before noon, 1 after noon, -1 not said
+    bool literal = false; ///< can only be meant on the 24-hour clock
     bool minuteGiven = false;
-    bool sure = false;        ///< a time by its own form
+    bool sure = false; ///< a time by its own form
 };
 
 struct TimeMention {
     TokenSpan span;
     ClockSpec start;
     std::optional<ClockSpec> end;
-    std::string_view zone;   ///< identifiers of the lexicon, '|' between them
-    int offsetMinutes = 0;   ///< with `hasOffset`: the zone by its offset from UTC
+    std::string_view zone; ///< identifiers of the lexicon, '|' between them
+    int offsetMinutes = 0; ///< with `hasOffset`: the zone by its offset from UTC
     bool hasOffset = false;
-    bool marked = false;     ///< a word before it says that it is a time
+    bool marked = false; ///< a word before it says that it is a time
     TokenSpan zoneSpan;
     DayPart part = DayPart::None; ///< said directly behind or before it
 };
@@ -115,8 +115,7 @@ std::optional<ClockSpec> readClock(const Reader &reader, std::uint32_t i, std::u
 
 /// Reads the zone at token `i` into `mention`; `afterTime` allows abbreviations.
 /// Returns the token behind it, or `i` when there is none.
-std::uint32_t readZone(const Reader &reader, std::uint32_t i, bool afterTime,
-                       TimeMention &mention);
+std::uint32_t readZone(const Reader &reader, std::uint32_t i, bool afterTime, TimeMention &mention);
 
 /// A length of time at token `i`. `marked`: a word before it announces a length.
 std::optional<DurationMention> readDuration(const Reader &reader, std::uint32_t i, bool marked);

@@ -39,7 +39,8 @@ bool isCertainWeekday(const Reader &reader, std::uint32_t i, std::uint32_t next)
     const std::uint32_t time = reader.skip(next, Meaning::TimeMarker);
     const bool timed = reader.number(time, 0, 31) || reader.has(time, Meaning::ClockWord) ||
                        (time != next && reader.has(time, Meaning::Number));
-    if (announced || timed || reader.has(next, Meaning::PartOfDay) || reader.has(next, Meaning::Month))
+    if (announced || timed || reader.has(next, Meaning::PartOfDay) ||
+        reader.has(next, Meaning::Month))
         return true;
     return reader.at(i)->capital && !reader.word(next);
 }
@@ -151,14 +152,25 @@ std::optional<Amount> readAmount(const Reader &reader, std::uint32_t i) {
     Amount amount;
     amount.next = next + sense->length;
     switch (static_cast<Unit>(sense->value)) {
-    case Unit::Day: amount.days = *count; return amount;
-    case Unit::Week: amount.days = 7 * *count; return amount;
-    case Unit::Fortnight: amount.days = 14 * *count; return amount;
-    case Unit::Month: amount.months = *count; return amount;
-    case Unit::Year: amount.months = 12 * *count; return amount;
+    case Unit::Day:
+        amount.days = *count;
+        return amount;
+    case Unit::Week:
+        amount.days = 7 * *count;
+        return amount;
+    case Unit::Fortnight:
+        amount.days = 14 * *count;
+        return amount;
+    case Unit::Month:
+        amount.months = *count;
+        return amount;
+    case Unit::Year:
+        amount.months = 12 * *count;
+        return amount;
     case Unit::Minute:
     case Unit::Hour:
-    case Unit::Weekend: break;
+    case Unit::Weekend:
+        break;
     }
     return std::nullopt;
 }
@@ -257,6 +269,11 @@ std::optional<DateMention> readNthWeekday(const Reader &reader, std::uint32_t i)
     if (const Sense *end = reader.sense(i, Meaning::MonthEnd)) {
         result.first.nth = -1;
         next = i + end->length;
+        if (end->value == 1) {
+            result.first.monthGiven = true;
+            result.span.end = next;
+            return result;
+        }
     } else {
         const Rank rank = readRank(reader, begin);
         if (rank.nth == 0 || rank.nth > 5)
@@ -297,9 +314,9 @@ std::optional<DateMention> readDayOnly(const Reader &reader, std::uint32_t i) {
     const Token *before = i > 0 ? &reader.document().tokens[i - 1] : nullptr;
     const bool digits = reader.at(begin)->kind == TokenKind::Number;
     const Reader all(reader.document(), reader.end());
-    const bool introduced = before && (all.has(i - 1, Meaning::DateMarker) ||
-                                       all.has(i - 1, Meaning::Weekday) ||
-                                       all.has(i - 1, Meaning::WeakWeekday));
+    const bool introduced =
+        before && (all.has(i - 1, Meaning::DateMarker) || all.has(i - 1, Meaning::Weekday) ||
+                   all.has(i - 1, Meaning::WeakWeekday));
     if (!endsDayOnly(reader, rank.next) || !(introduced || (begin != i && digits)))
         return std::nullopt;
     if (!digits && begin == i)

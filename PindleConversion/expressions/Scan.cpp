@@ -6,7 +6,8 @@ namespace {
 
 class Scan {
 public:
-    explicit Scan(Document &document) : m_document(document) {}
+    explicit Scan(Document &document)
+        : m_document(document) {}
 
     Expressions run() {
         for (const Field &field : m_document.fields)
@@ -145,8 +146,8 @@ private:
         } else if (m_length == i && isPassage(reader, i)) {
             m_length = i + 1;
         }
-        if (m_afterDate == i && (isPassage(reader, i) || reader.symbol(i, '-') ||
-                                 reader.has(i, Meaning::Approximate)))
+        if (m_afterDate == i &&
+            (isPassage(reader, i) || reader.symbol(i, '-') || reader.has(i, Meaning::Approximate)))
             m_afterDate = next;
         return next;
     }

@@ -25,10 +25,10 @@ bool mayFollowBare(const Reader &reader, std::uint32_t i, bool marked) {
     if (!token)
         return true;
     if (token->kind == TokenKind::Symbol)
-        return !(reader.glued(i) && (token->symbol == '-' || token->symbol == '/' ||
-                                     token->symbol == '%' || token->symbol == '+' ||
-                                     token->symbol == '\'' || token->symbol == '"' ||
-                                     token->symbol == '=' || token->symbol == '_')) &&
+        return !(reader.glued(i) &&
+                 (token->symbol == '-' || token->symbol == '/' || token->symbol == '%' ||
+                  token->symbol == '+' || token->symbol == '\'' || token->symbol == '"' ||
+                  token->symbol == '=' || token->symbol == '_')) &&
                token->symbol != '*' && token->symbol != '=';
     if (token->kind == TokenKind::Link)
         return true;
@@ -78,7 +78,18 @@ std::optional<End> readEnd(const Reader &reader, std::uint32_t i, bool between) 
 }
 
 bool followsRangeWord(const Reader &reader, std::uint32_t i) {
-    return i > 0 && Reader(reader.document(), reader.end()).has(i - 1, Meaning::RangeFrom);
+    return i > 0 && reader.has(i - 1, Meaning::RangeFrom);
+}
+
+/// "between 5" without its other end is no time.
+bool lacksEnd(const Reader &reader, std::uint32_t i, const TimeMention &mention) {
+    const Sense *from = i > 0 ? reader.sense(i - 1, Meaning::RangeFrom) : nullptr;
+    return from && from->value == 1 && !mention.end && !mention.start.sure;
+}
+
+/// ", 10 to 2" beside a date: the comma stands for "from".
+bool isListedRange(const Reader &reader, std::uint32_t i, std::uint32_t next) {
+    return i > 0 && reader.symbol(i - 1, ',') && !reader.word(next);
 }
 
 /// "2026-08-06T14:05": the T, and an offset glued to the time.
@@ -94,8 +105,7 @@ std::uint32_t readStampZone(const Reader &reader, std::uint32_t i, TimeMention &
     if (!sign || !reader.number(i + 1, 0, 14) || !reader.symbol(i + 2, ':') ||
         !reader.number(i + 3, 0, 59))
         return i;
-    const int minutes =
-        static_cast<int>(reader.at(i + 1)->number * 60 + reader.at(i + 3)->number);
+    const int minutes = static_cast<int>(reader.at(i + 1)->number * 60 + reader.at(i + 3)->number);
     mention.hasOffset = true;
     mention.offsetMinutes = reader.symbol(i, '-') ? -minutes : minutes;
     mention.zoneSpan = {i, i + 4};
@@ -128,9 +138,11 @@ std::optional<TimeMention> readTime(const Reader &reader, std::uint32_t i, bool 
     mention.start = *start;
     mention.marked = marked;
     const bool stamp = isTimestamp(reader, i);
-    if (stamp)
+    if (stamp) {
+        mention.start.sure = true;
         next = readStampZone(reader, next, mention);
-    const bool sure = start->sure || marked || afterDate;
+    }
+    const bool sure = start->sure || marked || afterDate || stamp;
     std::uint32_t zoned = sure ? readZone(reader, next, true, mention) : next;
     zoned = readPartBehind(reader, zoned, mention);
     if (const auto end = readEnd(reader, zoned, followsRangeWord(reader, i))) {
@@ -139,7 +151,9 @@ std::optional<TimeMention> readTime(const Reader &reader, std::uint32_t i, bool 
         zoned = readZone(reader, next, true, mention);
         zoned = readPartBehind(reader, zoned, mention);
     }
-    if (!isAccepted(reader, mention, zoned, marked, afterDate))
+    const bool listed = mention.end && isListedRange(reader, i, zoned);
+    if (lacksEnd(reader, i, mention) ||
+        !isAccepted(reader, mention, zoned, marked, afterDate || listed))
         return std::nullopt;
     mention.span = {stamp ? i - 1 : i, zoned};
     return mention;

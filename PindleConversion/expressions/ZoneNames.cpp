@@ -50,8 +50,9 @@ bool namesSomethingElse(const Reader &reader, std::uint32_t i, const Sense &sens
     if (capitals)
         return false;
     const Token *next = reader.at(i + sense.length);
-    return sense.value == 1 || (next && next->kind == TokenKind::Word &&
-                                (next->capital || reader.has(i + sense.length, Meaning::PlaceNoun)));
+    return sense.value == 1 ||
+           (next && next->kind == TokenKind::Word &&
+            (next->capital || reader.has(i + sense.length, Meaning::PlaceNoun)));
 }
 
 /// "Amsterdam, Berlin, Bern": the cities behind an offset; the first known one names the zone.
@@ -122,8 +123,8 @@ std::uint32_t readUniversal(const Reader &reader, std::uint32_t i, TimeMention &
 /// "Europe/Berlin", as the tz database spells it.
 std::uint32_t readIdentifier(const Reader &reader, std::uint32_t i, TimeMention &mention) {
     constexpr std::array<std::string_view, 10> areas{
-        "Africa", "America", "Antarctica", "Asia",    "Atlantic",
-        "Australia", "Etc",  "Europe",     "Indian", "Pacific"};
+        "Africa",    "America", "Antarctica", "Asia",   "Atlantic",
+        "Australia", "Etc",     "Europe",     "Indian", "Pacific"};
     if (!reader.word(i) || !reader.symbol(i + 1, '/') || !reader.word(i + 2))
         return i;
     bool known = false;

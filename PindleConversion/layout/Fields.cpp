@@ -48,6 +48,10 @@ Label settle(const Reader &reader, Label label, std::uint32_t content, std::uint
 
 LabelMatch labelAt(const Reader &reader, std::uint32_t i, bool lineStart) {
     const Sense *sense = reader.sense(i, Meaning::LabelWord);
+    // "Clinic: Brunnen 4" is labelled by its kind of place.
+    if (!sense && reader.has(i, Meaning::PlaceNoun) && reader.symbol(i + 1, ':') &&
+        !looksLikeMoment(reader, i + 2) && reader.at(i + 2))
+        return {Label::Place, i + 2, i + 1};
     if (!sense)
         return {};
     auto label = static_cast<Label>(sense->value);
@@ -77,7 +81,8 @@ LabelMatch labelAt(const Reader &reader, std::uint32_t i, bool lineStart) {
 
 class Layout {
 public:
-    explicit Layout(Document &document) : m_document(document) {}
+    explicit Layout(Document &document)
+        : m_document(document) {}
 
     void run() {
         countSpeakers();
@@ -154,8 +159,10 @@ private:
         cells(begin, end);
         m_spoken = false;
         for (std::uint32_t i = begin; i < end; ++i)
-            if (reader.has(i, Meaning::Wrote) && ignoresLine(reader, i))
+            if (reader.has(i, Meaning::Wrote) && ignoresLine(reader, i)) {
                 ignoreLine();
+                break;
+            }
     }
 
     bool ignoresLine(const Reader &reader, std::uint32_t i) const {
@@ -171,9 +178,9 @@ private:
     }
 
     std::uint32_t skipBullet(const Reader &reader, std::uint32_t i) const {
-        while (reader.at(i) && (reader.symbol(i, 0x2022) || reader.symbol(i, '|') ||
-                                reader.symbol(i, '\t') || reader.symbol(i, '+') ||
-                                (reader.symbol(i, '-') && !reader.glued(i + 1))))
+        while (reader.at(i) &&
+               (reader.symbol(i, 0x2022) || reader.symbol(i, '|') || reader.symbol(i, '\t') ||
+                reader.symbol(i, '+') || (reader.symbol(i, '-') && !reader.glued(i + 1))))
             ++i;
         if (reader.number(i, 1, 50) && reader.symbol(i + 1, ')'))
             return i + 2;
@@ -282,8 +289,8 @@ private:
             while (end < fields.size() && fields[end].label != Label::None &&
                    (end == i || fields[end].line <= fields[end - 1].line + 1)) {
                 mail = mail || fields[end].label == Label::Mail;
-                time = time || fields[end].label == Label::Time ||
-                       fields[end].label == Label::Place;
+                time =
+                    time || fields[end].label == Label::Time || fields[end].label == Label::Place;
                 ++end;
             }
             for (std::size_t k = i; k < end && mail && !time; ++k)

@@ -8,8 +8,12 @@ namespace {
 
 using M = Meaning;
 
-constexpr int v(Unit unit) { return static_cast<int>(unit); }
-constexpr int v(DayPart part) { return static_cast<int>(part); }
+constexpr int v(Unit unit) {
+    return static_cast<int>(unit);
+}
+constexpr int v(DayPart part) {
+    return static_cast<int>(part);
+}
 
 constexpr Entry kCalendar[] = {
     {"january|jan", M::Month, 1},
@@ -134,6 +138,7 @@ constexpr Entry kCalendar[] = {
     {"the|this", M::The},
     {"on|by|until|till|before|since|for|due|from", M::DateMarker},
     {"end of|the end of", M::MonthEnd},
+    {"end of month|month end|month-end|eom", M::MonthEnd, 1},
     {"day", M::DayWord},
 
     {"christmas day|xmas day|christmas", M::Holiday, 1225},
@@ -154,12 +159,15 @@ constexpr Entry kCalendar[] = {
     {"quarter|a quarter", M::QuarterWord, 15},
     {"past|after", M::PastWord},
     {"to|til|till|before|of", M::ToWord},
-    {"at|@|by|around|about|about at|from|starting|starting at|starts|starts at|start|begins", M::TimeMarker},
-    {"begins at|beginning at|beginning|doors|doors open|doors at|music|show|kickoff|kick-off", M::TimeMarker},
+    {"at|@|by|around|about|about at|from|starting|starting at|starts|starts at|start|begins",
+     M::TimeMarker},
+    {"begins at|beginning at|beginning|doors|doors open|doors at|music|show|kickoff|kick-off",
+     M::TimeMarker},
     {"until|till|til|before|after|circa|ca|ca.|approx|approx.|approximately|~|time", M::TimeMarker},
     {"say|like|arrive|arriving|opens|open|opens at|meet at|now|instead of|make it", M::TimeMarker},
     {"curtain|curtain up|let's say|between|do|ends|ends at|finish|finishes|departs", M::TimeMarker},
-    {"leaves|leaving|arrives|lands|landing|back by|closes|closing|ending|ending at|sharp at", M::TimeMarker},
+    {"leaves|leaving|arrives|lands|landing|back by|closes|closing|ending|ending at|sharp at",
+     M::TimeMarker},
     {"ish|-ish|sharp|prompt|or so|on the dot|ish.", M::Approximate},
     {"around|about|approx|circa|like|at|@|,|~|-|at around|at about|from", M::Approximate, 1},
     {"o'clock|oclock|o clock", M::OClock},
@@ -170,12 +178,15 @@ constexpr Entry kCalendar[] = {
     {"midnight", M::ClockWord, 0},
     {"morning|this morning|mornings|a.m.|morn|in the morning", M::PartOfDay, v(DayPart::Morning)},
     {"lunchtime|lunch time|at lunch|over lunch", M::PartOfDay, v(DayPart::Noon)},
-    {"afternoon|this afternoon|afternoons|arvo|in the afternoon", M::PartOfDay, v(DayPart::Afternoon)},
-    {"evening|this evening|evenings|tonight|tonite|eve|in the evening", M::PartOfDay, v(DayPart::Evening)},
+    {"afternoon|this afternoon|afternoons|arvo|in the afternoon", M::PartOfDay,
+     v(DayPart::Afternoon)},
+    {"evening|this evening|evenings|tonight|tonite|eve|in the evening", M::PartOfDay,
+     v(DayPart::Evening)},
     {"night|nights|at night|late night|late", M::PartOfDay, v(DayPart::Night)},
 
     {"to|until|till|til|'til|thru|through|-|up to|~|up until|into|→|->", M::RangeTo},
-    {"from|between", M::RangeFrom},
+    {"from", M::RangeFrom},
+    {"between", M::RangeFrom, 1},
     {"and|&|+", M::And},
 };
 

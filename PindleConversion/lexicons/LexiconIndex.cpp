@@ -6,7 +6,8 @@
 
 namespace pindle::conversion {
 
-LexiconIndex::LexiconIndex(const Lexicon &lexicon) : m_dayOrder(lexicon.dayOrder) {
+LexiconIndex::LexiconIndex(const Lexicon &lexicon)
+    : m_dayOrder(lexicon.dayOrder) {
     for (const auto &entries : {lexicon.calendar, lexicon.zones, lexicon.context})
         for (const Entry &entry : entries)
             add(entry);
@@ -37,7 +38,8 @@ void LexiconIndex::addPhrase(std::string_view words, const Entry &entry) {
     for (const Token &token : tokenize(words)) {
         if (length == kLongestPhrase)
             return;
-        phrase.words[length++] = intern(foldWord(words.substr(token.begin, token.end - token.begin)));
+        phrase.words[length++] =
+            intern(foldWord(words.substr(token.begin, token.end - token.begin)));
     }
     if (length == 0)
         return;

@@ -72,11 +72,16 @@ Day weekdayFrom(const DateSpec &spec, Day today) {
     const int distance = spec.weekday - weekdayOf(today);
     const Day thisWeeks = today + days(distance);
     switch (spec.which) {
-    case Which::Next: return thisWeeks + days(kDaysInWeek);
-    case Which::AfterNext: return thisWeeks + days(2 * kDaysInWeek);
-    case Which::Last: return distance < 0 ? thisWeeks : thisWeeks - days(kDaysInWeek);
-    case Which::This: return distance < 0 ? thisWeeks + days(kDaysInWeek) : thisWeeks;
-    case Which::Nearest: break;
+    case Which::Next:
+        return thisWeeks + days(kDaysInWeek);
+    case Which::AfterNext:
+        return thisWeeks + days(2 * kDaysInWeek);
+    case Which::Last:
+        return distance < 0 ? thisWeeks : thisWeeks - days(kDaysInWeek);
+    case Which::This:
+        return distance < 0 ? thisWeeks + days(kDaysInWeek) : thisWeeks;
+    case Which::Nearest:
+        break;
     }
     return distance <= 0 ? thisWeeks + days(kDaysInWeek) : thisWeeks;
 }
@@ -106,9 +111,8 @@ std::optional<Day> nthIn(const DateSpec &spec, year_month target) {
     const Day begin = Day(target / day(1));
     const Day end = Day(target / std::chrono::last);
     if (spec.nth < 0) {
-        const int back = spec.weekday > 0
-                             ? (weekdayOf(end) - spec.weekday + kDaysInWeek) % kDaysInWeek
-                             : 0;
+        const int back =
+            spec.weekday > 0 ? (weekdayOf(end) - spec.weekday + kDaysInWeek) % kDaysInWeek : 0;
         return end - days(back);
     }
     const int ahead =
@@ -124,9 +128,8 @@ std::optional<Day> nthWeekday(const DateSpec &spec, Day today) {
         return nthIn(spec, year(spec.year) / spec.month);
     if (spec.month > 0) {
         const auto thisYear = nthIn(spec, now.year() / spec.month);
-        return thisYear && *thisYear >= today
-                   ? thisYear
-                   : nthIn(spec, (now.year() + years(1)) / spec.month);
+        return thisYear && *thisYear >= today ? thisYear
+                                              : nthIn(spec, (now.year() + years(1)) / spec.month);
     }
     const year_month current = year_month(now.year(), now.month());
     const auto named = nthIn(spec, current + months(spec.months));
@@ -173,21 +176,24 @@ std::optional<Day> base(const DateSpec &spec, const Reference &reference, Day fr
     case Base::DayOnly:
         return spec.month > 0 ? calendarDay(spec.year, spec.month, spec.day, from)
                               : dayOfMonth(spec, from);
-    case Base::Today: return today;
-    case Base::Weekday: return weekdayFrom(spec, from);
+    case Base::Today:
+        return today;
+    case Base::Weekday:
+        return weekdayFrom(spec, from);
     case Base::Week:
         if (spec.which == Which::Last)
             return today - days(kDaysInWeek);
         if (spec.months > 0) {
             const year_month_day next(addMonths(today, spec.months));
-            return Day(next.year() / next.month() / day(1)) ;
+            return Day(next.year() / next.month() / day(1));
         }
-        return spec.which == Which::Next
-                   ? today + days(kDaysInWeek + 1 - weekdayOf(today))
-                   : today;
-    case Base::Weekend: return weekend(spec.which, today);
-    case Base::NthWeekday: return nthWeekday(spec, today);
-    case Base::Easter: return easter(spec, today);
+        return spec.which == Which::Next ? today + days(kDaysInWeek + 1 - weekdayOf(today)) : today;
+    case Base::Weekend:
+        return weekend(spec.which, today);
+    case Base::NthWeekday:
+        return nthWeekday(spec, today);
+    case Base::Easter:
+        return easter(spec, today);
     }
     return std::nullopt;
 }
@@ -197,8 +203,8 @@ std::optional<Day> settle(const DateSpec &spec, const Reference &reference, Day 
     auto day = base(spec, reference, from, orderAssumed);
     if (!day || spec.base == Base::Easter || spec.base == Base::Week)
         return day;
-    const bool monthsMeant = spec.base == Base::Calendar || spec.base == Base::Today ||
-                             spec.base == Base::Weekday;
+    const bool monthsMeant =
+        spec.base == Base::Calendar || spec.base == Base::Today || spec.base == Base::Weekday;
     if (monthsMeant && spec.months != 0)
         day = addMonths(*day, spec.months);
     return *day + days(spec.days);
@@ -241,8 +247,7 @@ std::string formatMinute(int minuteOfDay) {
 
 std::optional<ResolvedDate> resolveDate(const DateMention &mention, const Reference &reference) {
     ResolvedDate result;
-    const auto first =
-        settle(mention.first, reference, reference.today, result.orderAssumed);
+    const auto first = settle(mention.first, reference, reference.today, result.orderAssumed);
     if (!first)
         return std::nullopt;
     result.first = *first;

@@ -28,12 +28,17 @@ struct Guess {
 
 Guess byPart(DayPart part, int hour) {
     switch (part) {
-    case DayPart::Morning: return {0, false};
-    case DayPart::Noon: return {hour >= 10 && hour < 12 ? 0 : 1, false};
+    case DayPart::Morning:
+        return {0, false};
+    case DayPart::Noon:
+        return {hour >= 10 && hour < 12 ? 0 : 1, false};
     case DayPart::Afternoon:
-    case DayPart::Evening: return {1, false};
-    case DayPart::Night: return {hour >= 5 && hour < 12 ? 1 : 0, false};
-    case DayPart::None: break;
+    case DayPart::Evening:
+        return {1, false};
+    case DayPart::Night:
+        return {hour >= 5 && hour < 12 ? 1 : 0, false};
+    case DayPart::None:
+        break;
     }
     return {};
 }
@@ -42,13 +47,19 @@ Guess byPart(DayPart part, int hour) {
 Guess byKind(EventKind kind, const ClockSpec &clock) {
     const int hour = clock.hour;
     switch (kind) {
-    case EventKind::Evening: return {1, false};
-    case EventKind::Morning: return {hour >= 5 && hour < 12 ? 0 : 1, false};
-    case EventKind::Midday: return {hour >= 10 && hour < 12 ? 0 : 1, false};
-    case EventKind::Work: return {hour >= 7 && hour < 12 ? 0 : 1, false};
-    case EventKind::Travel: return {hour >= 5 && hour < 12 ? 0 : 1, !clock.minuteGiven};
+    case EventKind::Evening:
+        return {1, false};
+    case EventKind::Morning:
+        return {hour >= 5 && hour < 12 ? 0 : 1, false};
+    case EventKind::Midday:
+        return {hour >= 10 && hour < 12 ? 0 : 1, false};
+    case EventKind::Work:
+        return {hour >= 7 && hour < 12 ? 0 : 1, false};
+    case EventKind::Travel:
+        return {hour >= 5 && hour < 12 ? 0 : 1, !clock.minuteGiven};
     case EventKind::Neutral:
-    case EventKind::None: break;
+    case EventKind::None:
+        break;
     }
     const bool morning = hour >= 8 && hour < 12;
     return {morning ? 0 : 1, !morning && !clock.minuteGiven && hour != 12};
@@ -103,16 +114,26 @@ bool listed(std::string_view zones, std::string_view zone) {
 /// Zones for offsets that are no whole hours.
 std::string oddZone(int offset) {
     switch (offset) {
-    case 5 * kHour + 30: return "Asia/Kolkata";
-    case 5 * kHour + 45: return "Asia/Kathmandu";
-    case 3 * kHour + 30: return "Asia/Tehran";
-    case 4 * kHour + 30: return "Asia/Kabul";
-    case 6 * kHour + 30: return "Asia/Yangon";
-    case 9 * kHour + 30: return "Australia/Darwin";
-    case 8 * kHour + 45: return "Australia/Eucla";
-    case -(9 * kHour + 30): return "Pacific/Marquesas";
-    case -(3 * kHour + 30): return "America/St_Johns";
-    default: return {};
+    case 5 * kHour + 30:
+        return "Asia/Kolkata";
+    case 5 * kHour + 45:
+        return "Asia/Kathmandu";
+    case 3 * kHour + 30:
+        return "Asia/Tehran";
+    case 4 * kHour + 30:
+        return "Asia/Kabul";
+    case 6 * kHour + 30:
+        return "Asia/Yangon";
+    case 9 * kHour + 30:
+        return "Australia/Darwin";
+    case 8 * kHour + 45:
+        return "Australia/Eucla";
+    case -(9 * kHour + 30):
+        return "Pacific/Marquesas";
+    case -(3 * kHour + 30):
+        return "America/St_Johns";
+    default:
+        return {};
     }
 }
 
@@ -155,7 +176,8 @@ ResolvedTime resolveTime(const TimeMention &mention, const TimeContext &context)
         return result;
     }
     const bool literalEnd = end.literal && end.hour > 12;
-    if (open && (literalEnd || context.twentyFour) && start.hour * kHour + start.minute < minutes(end)) {
+    if (open && (literalEnd || context.twentyFour) &&
+        start.hour * kHour + start.minute < minutes(end)) {
         result.start = minutes(start);
         result.end = minutes(end);
         return result;

@@ -15,8 +15,8 @@ enum class TokenKind : std::uint8_t { Word, Number, Symbol, LineBreak, Link, Mai
 struct Token {
     std::uint32_t begin = 0; ///< bytes of the clean text
     std::uint32_t end = 0;
-    std::uint32_t word = 0;      ///< number in the lexicon, 0 when unknown
-    std::uint32_t number = 0;    ///< value of a Number, saturated
+    std::uint32_t word = 0;   ///< number in the lexicon, 0 when unknown
+    std::uint32_t number = 0; ///< value of a Number, saturated
     std::uint32_t firstSense = 0;
     std::uint32_t sentence = 0;
     std::uint32_t field = 0;
@@ -74,13 +74,13 @@ struct Document {
 /// Looks at tokens, never beyond `end`. Cheap to copy.
 class Reader {
 public:
-    Reader(const Document &document, std::uint32_t end) : m_document(&document), m_end(end) {}
+    Reader(const Document &document, std::uint32_t end)
+        : m_document(&document)
+        , m_end(end) {}
 
     std::uint32_t end() const { return m_end; }
     const Document &document() const { return *m_document; }
-    const Token *at(std::uint32_t i) const {
-        return i < m_end ? &m_document->tokens[i] : nullptr;
-    }
+    const Token *at(std::uint32_t i) const { return i < m_end ? &m_document->tokens[i] : nullptr; }
     /// The longest sense of that meaning at token `i`, or null.
     const Sense *sense(std::uint32_t i, Meaning meaning) const {
         const Token *token = at(i);

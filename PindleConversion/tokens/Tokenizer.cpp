@@ -131,7 +131,10 @@ Address addressIn(std::string_view text, std::uint32_t begin, std::uint32_t end)
 
 class Cutter {
 public:
-    explicit Cutter(std::string_view text) : m_text(text) { m_tokens.reserve(text.size() / 4 + 8); }
+    explicit Cutter(std::string_view text)
+        : m_text(text) {
+        m_tokens.reserve(text.size() / 4 + 8);
+    }
 
     std::vector<Token> run() {
         while (m_at < m_text.size())

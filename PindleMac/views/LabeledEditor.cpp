@@ -105,7 +105,8 @@ QString LabeledEditor::text() const {
 }
 
 void LabeledEditor::changeEvent(QEvent *event) {
-    // The label takes up a new application font by itself; an editor with a font of its own does not.
+    // The label takes up a new application font by itself; an editor with a font of its own does
+    // not.
     if (event->type() == QEvent::FontChange)
         editor_->setFont(theme::font(theme::TextStyle::subheadline));
     QWidget::changeEvent(event);

@@ -14,7 +14,7 @@ namespace {
 constexpr int labelSpacing = 6;
 constexpr double radius = 6;
 constexpr int horizontalPadding = 6;
-constexpr int verticalPadding = 4;
+constexpr int verticalPadding = 2;
 constexpr double borderOpacity = 0.14;
 constexpr double ringWidth = 2;
 

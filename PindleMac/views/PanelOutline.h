@@ -16,6 +16,7 @@ public:
 
     /// Whether the corners are made transparent; false where that would show as black.
     void setClipping(bool clipping);
+    bool clipping() const { return clipping_; }
 
 protected:
     void paintEvent(QPaintEvent *event) override;

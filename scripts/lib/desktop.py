@@ -7,12 +7,14 @@ import os
 import shutil
 import signal
 import subprocess
+import sys
 import time
 
 import gi
 
 gi.require_version("Atspi", "2.0")
 from gi.repository import Atspi, GLib  # noqa: E402
+
 
 DEADLINE = 10.0  # seconds anything on the desktop may take
 POLL = 0.02  # seconds between two looks
@@ -38,8 +40,17 @@ def wait_for(look, what, seconds=DEADLINE):
         if found:
             return found
         if time.monotonic() > end:
+            keep_picture()
             raise DesktopError(f"waited {seconds:g} s for {what}")
         time.sleep(POLL)
+
+
+def keep_picture():
+    """What the screen showed when something failed, among the test's artefacts."""
+    folder = os.environ.get("PINDLE_ARTEFACTS")
+    if folder:
+        os.makedirs(folder, exist_ok=True)
+        screenshot(os.path.join(folder, f"failed-{os.path.basename(sys.argv[0])}.png"))
 
 
 def stays(look, seconds):
@@ -265,8 +276,11 @@ class Pindle:
         return wait_for(lambda: find(self.pid, "Event Details"), "the filled panel")
 
     def wait_for_text(self, text):
-        return wait_for(lambda: any(text in shown for shown in texts(self.pid)),
-                        f"the text {text!r} in Pindle's windows")
+        try:
+            return wait_for(lambda: any(text in shown for shown in texts(self.pid)), "it")
+        except DesktopError:
+            raise DesktopError(f"waited for the text {text!r}; Pindle's windows show "
+                               f"{texts(self.pid)}") from None
 
     def field(self, name):
         """The text of one field of the form."""

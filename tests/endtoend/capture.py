@@ -63,9 +63,8 @@ class Capture(unittest.TestCase):
         process, window = self.run_app(
             ["xterm", "-geometry", "80x10+20+20", "-e", "sh", "-c",
              f"printf '%s\\n' '{SENTENCE}'; stty raw -echo; exec cat >{received}"], "xterm")
-        x, y, _, _ = desktop.geometry(window)
         # A triple click highlights the line.
-        desktop.move_pointer(x + 60, y + 10)
+        desktop.xdotool("mousemove", "--window", window, 60, 8)
         desktop.xdotool("click", "--repeat", 3, "--delay", 40, 1)
         desktop.time.sleep(0.2)
         self.press_and_expect_lunch()

@@ -40,14 +40,13 @@ TEST(ContentViewKeyboard, tabGoesThroughTheControlsInReadingOrder) {
     settle();
     EXPECT_EQ(
         tabOrder(shown.view).join(QLatin1Char('|')).toStdString(),
-        (QStringList{QStringLiteral("Close"), title, QStringLiteral("Start Date"),
-                     QStringLiteral("Start Time"), QStringLiteral("End Date"),
-                     QStringLiteral("End Time"), QStringLiteral("Time Zone"),
-                     QStringLiteral("Location"), QStringLiteral("Description"), apple,
-                     QStringLiteral("Google Calendar"), QStringLiteral("Outlook"),
-                     QStringLiteral("Yahoo Calendar"), QStringLiteral("Open Calendar Settings"),
-                     QStringLiteral("Prompt Accessibility"),
-                     QStringLiteral("Open Accessibility Settings")})
+        (QStringList{
+             QStringLiteral("Close"), title, QStringLiteral("Start Date"),
+             QStringLiteral("Start Time"), QStringLiteral("End Date"), QStringLiteral("End Time"),
+             QStringLiteral("Time Zone"), QStringLiteral("Location"), QStringLiteral("Description"),
+             apple, QStringLiteral("Google Calendar"), QStringLiteral("Outlook"),
+             QStringLiteral("Yahoo Calendar"), QStringLiteral("Open Calendar Settings"),
+             QStringLiteral("Prompt Accessibility"), QStringLiteral("Open Accessibility Settings")})
             .join(QLatin1Char('|'))
             .toStdString());
 }
@@ -72,10 +71,9 @@ TEST(ContentViewKeyboard, escapeAsksToClose) {
     shown.shell.becomeReady();
     settle();
     const auto &posted = shown.shell.desktop.notificationCenter.posted;
-    const QList<QWidget *> places{
-        &field(shown.view, title),
-        named<QPlainTextEdit>(shown.view, QStringLiteral("Description")),
-        &button(shown.view, apple), &shown.view};
+    const QList<QWidget *> places{&field(shown.view, title),
+                                  named<QPlainTextEdit>(shown.view, QStringLiteral("Description")),
+                                  &button(shown.view, apple), &shown.view};
     for (std::size_t index = 0; index < static_cast<std::size_t>(places.size()); ++index) {
         QTest::keyClick(places[static_cast<qsizetype>(index)], Qt::Key_Escape);
         ASSERT_EQ(posted.size(), index + 1);

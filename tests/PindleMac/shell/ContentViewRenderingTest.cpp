@@ -67,13 +67,23 @@ TEST(ContentViewRendering, theCornersAreTransparentOutsideTheirRadius) {
     const Picture picture(shown.view);
     const double right = shown.view.width() - 1.0;
     const double bottom = shown.view.height() - 1.0;
-    for (const QPointF corner : {QPointF(0, 0), QPointF(right, 0), QPointF(0, bottom),
-                                 QPointF(right, bottom)}) {
+    for (const QPointF corner :
+         {QPointF(0, 0), QPointF(right, 0), QPointF(0, bottom), QPointF(right, bottom)}) {
         const double inward = corner.x() > 0 ? -1 : 1;
         const double down = corner.y() > 0 ? -1 : 1;
         EXPECT_EQ(picture.at(corner.x() + 6 * inward, corner.y() + 6 * down).alpha(), 0);
         EXPECT_EQ(picture.at(corner.x() + 11 * inward, corner.y() + 11 * down).alpha(), 255);
         EXPECT_GT(picture.at(corner.x() + 30 * inward, corner.y()).alpha(), 250);
+    }
+}
+
+TEST(ContentViewRendering, aHeightThatIsNoWholeNumberOfPixelsLeavesNothingInTheCorners) {
+    ShownView shown;
+    for (const int height : {240, 241, 242, 243}) {
+        shown.view.resize(ContentView::panelWidth, height);
+        const QImage image = shown.view.grab().toImage().convertToFormat(QImage::Format_ARGB32);
+        for (int row = 1; row <= 3; ++row)
+            EXPECT_EQ(image.pixelColor(1, image.height() - row).alpha(), 0) << height;
     }
 }
 
@@ -102,9 +112,9 @@ TEST(ContentViewRendering, theCardIsAWhiteVeilOnTheBackground) {
     ShownView shown;
     const Picture picture(shown.view);
     const QPointF inCard(200, shown.view.height() - 18 - 6);
-    expectNear(picture.at(inCard.x(), inCard.y()),
-               theme::blended(theme::white(0.62),
-                              backgroundAt(shown.view, inCard.x(), inCard.y())));
+    expectNear(
+        picture.at(inCard.x(), inCard.y()),
+        theme::blended(theme::white(0.62), backgroundAt(shown.view, inCard.x(), inCard.y())));
 }
 
 TEST(ContentViewRendering, messagesHaveTheirTints) {
@@ -121,8 +131,7 @@ TEST(ContentViewRendering, messagesHaveTheirTints) {
         const QRect place = placeOf(shown.view, *cards[index]);
         const QPointF inside(place.right() - 20, place.center().y());
         expectNear(picture.at(inside.x(), inside.y()),
-                   theme::blended(tints[index],
-                                  backgroundAt(shown.view, inside.x(), inside.y())));
+                   theme::blended(tints[index], backgroundAt(shown.view, inside.x(), inside.y())));
     }
 }
 
@@ -188,7 +197,8 @@ TEST(ContentViewRendering, aLongMessageIsShownWhole) {
     const auto *card = shownViews<MessageCard>(shown.view).first();
     const auto *label = card->findChild<QLabel *>();
     EXPECT_EQ(label->height(), label->heightForWidth(label->width()));
-    EXPECT_GT(label->height(), 4 * QFontMetrics(theme::font(theme::TextStyle::subheadline)).height());
+    EXPECT_GT(label->height(),
+              4 * QFontMetrics(theme::font(theme::TextStyle::subheadline)).height());
     EXPECT_LE(placeOf(shown.view, *label).right(), 420 - 18 - 12);
     EXPECT_EQ(card->height(), label->height() + 24);
 }

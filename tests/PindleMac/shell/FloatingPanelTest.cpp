@@ -163,6 +163,21 @@ TEST(FloatingPanel, aPressInsideTakesTheKeyboard) {
     EXPECT_TRUE(shown.panel.isActiveWindow());
 }
 
+TEST(FloatingPanel, withTheKeyboardNoControlIsFocusedUnasked) {
+    KeyPanel shown;
+    ASSERT_TRUE(shown.panel.isActiveWindow());
+    EXPECT_EQ(QApplication::focusWidget(), &shown.panel);
+    shown.shell.becomeReady();
+    settle();
+    field(shown.panel, QStringLiteral("Title")).setFocus();
+    shown.other.activateWindow();
+    settle();
+    shown.controller.show(somewhere);
+    shown.panel.activateWindow();
+    settle();
+    EXPECT_EQ(QApplication::focusWidget(), &shown.panel) << "each time it is shown";
+}
+
 TEST(FloatingPanel, aPressOnABareSpotLetsEscapeClose) {
     KeyPanel shown;
     QTest::mouseClick(shown.panel.windowHandle(), Qt::LeftButton, {}, QPoint(210, 12));

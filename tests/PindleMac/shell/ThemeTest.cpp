@@ -1,6 +1,6 @@
+#include "PindleMac/views/Theme.h"
 #include "PindleMac/views/Symbols.h"
 #include "PindleMac/views/TextBlock.h"
-#include "PindleMac/views/Theme.h"
 
 #include <QApplication>
 #include <QFontMetricsF>
@@ -60,9 +60,9 @@ TEST(Theme, messagesAreReadableOnTheirTints) {
                                   {theme::orange(), theme::yellowTint()}};
     for (const QColor &ground : grounds())
         for (const Message &message : messages)
-            EXPECT_GE(theme::contrastRatio(message.foreground,
-                                           theme::blended(message.tint, ground)),
-                      readable)
+            EXPECT_GE(
+                theme::contrastRatio(message.foreground, theme::blended(message.tint, ground)),
+                readable)
                 << message.foreground.name().toStdString();
 }
 
@@ -147,9 +147,8 @@ TEST(TextBlock, aWordWiderThanItsLineIsBrokenRatherThanCutOff) {
 TEST(TextBlock, everyKindOfLineBreakStartsALine) {
     const QFont font = theme::font(theme::TextStyle::caption);
     const double one = textblock::height(QStringLiteral("a"), font, 100);
-    for (const QString &text :
-         {QStringLiteral("a\nb\nc"), QStringLiteral("a\r\nb\r\nc"), QStringLiteral("a\rb\rc"),
-          QStringLiteral("a\u2028b\u2029c")})
+    for (const QString &text : {QStringLiteral("a\nb\nc"), QStringLiteral("a\r\nb\r\nc"),
+                                QStringLiteral("a\rb\rc"), QStringLiteral("a\u2028b\u2029c")})
         EXPECT_NEAR(textblock::height(text, font, 100), 3 * one, 2);
 }
 

@@ -16,7 +16,7 @@ Deadline after(std::chrono::milliseconds time) {
     return std::chrono::steady_clock::now() + time;
 }
 
-/// The session bus of the environment, else its usual place (D-Bus specification, systemd's rule).
+/// The session bus of the environment, else its usual place (where systemd puts it).
 std::string sessionAddress() {
     if (const char *address = std::getenv("DBUS_SESSION_BUS_ADDRESS"); address && *address)
         return address;

@@ -40,8 +40,7 @@ pid_t namedProcess(XConnection &connection, xcb_window_t window) {
 
 /// A window manager may still name a window that is gone, and the server gives the numbers of a
 /// client that is gone to the next one.
-bool exists(XConnection &connection, xcb_window_t window)
-{
+bool exists(XConnection &connection, xcb_window_t window) {
     const auto cookie = xcb_get_geometry(connection.xcb(), window);
     return xcbReply(xcb_get_geometry_reply(connection.xcb(), cookie, nullptr)) != nullptr;
 }

@@ -2,6 +2,7 @@
 
 #include "PindleMac/platform/linux/accessibility/ActiveApplication.h"
 #include "PindleMac/platform/linux/accessibility/SelectionChoice.h"
+#include "PindleMac/platform/linux/accessibility/WebEngineProcess.h"
 #include "PindleMac/platform/linux/x11/XConnection.h"
 
 #include <QPointer>
@@ -141,9 +142,11 @@ void AtspiAccessibility::focusRead(const CapturePtr &capture, FocusReading readi
         return settle(capture, AXError::kAXErrorCannotComplete);
     if (kind == Kind::text)
         capture->selectedText = selectionchoice::selectedText(capture->reading, std::nullopt);
-    const bool wantsPrimary =
-        kind == Kind::noText || selectionchoice::wantsPrimary(capture->reading);
-    if (wantsPrimary && capture->application.ownsPrimary &&
+    // Whether the focus is in a password field is not known of an element without text.
+    const bool wantsPrimary = kind == Kind::noText
+                                  ? !exportsPasswords(capture->application.process)
+                                  : selectionchoice::wantsPrimary(capture->reading);
+    if (capture->application.ownsPrimary && wantsPrimary &&
         timeLeft(capture->deadline) >= kReserve + kLeastForPrimary)
         readPrimary(capture);
     else
@@ -173,24 +176,24 @@ void AtspiAccessibility::settle(const CapturePtr &capture, AXError error) {
 
 void AtspiAccessibility::copyFromElement(const Capture &capture, const QString &attribute,
                                          Completion completion) {
+    const bool isRange = attribute == QLatin1String("AXSelectedTextRange");
+    const bool isValue = attribute == QLatin1String("AXValue");
     if (attribute == QLatin1String("AXSelectedText")) {
         completeLater(completion, capture.selectedText ? success(*capture.selectedText)
                                                        : failure(AXError::kAXErrorNoValue));
-    } else if (!selectionchoice::offersRange(capture.reading)) {
+    } else if (!(isRange || isValue) || !selectionchoice::offersRange(capture.reading)) {
         completeLater(completion, failure(AXError::kAXErrorAttributeUnsupported));
-    } else if (attribute == QLatin1String("AXSelectedTextRange")) {
+    } else if (isRange) {
         copyLater(capture, std::move(completion), [](TextReader &reader, const FocusReading &from) {
             const auto range = reader.range(from);
             return range ? success(AXValue{AXValueType::kAXValueTypeCFRange, range})
                          : failure(AXError::kAXErrorNoValue);
         });
-    } else if (attribute == QLatin1String("AXValue")) {
+    } else {
         copyLater(capture, std::move(completion), [](TextReader &reader, const FocusReading &from) {
             auto value = reader.value(from);
             return value ? success(std::move(*value)) : failure(AXError::kAXErrorNoValue);
         });
-    } else {
-        completeLater(completion, failure(AXError::kAXErrorAttributeUnsupported));
     }
 }
 

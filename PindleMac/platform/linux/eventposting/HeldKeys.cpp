@@ -38,11 +38,14 @@ void HeldKeys::lift(const KeySet &alsoFree) {
     lent_.reset();
 }
 
-void HeldKeys::putBack() {
-    // Pressing a key that nobody holds any more would leave it stuck.
-    lent_ |= lifted_.any() ? lifted_ & devices_.physicallyDown() : KeySet();
+KeySet HeldKeys::stillHeld() {
+    return lifted_.any() ? lifted_ & devices_.physicallyDown() : KeySet();
+}
+
+void HeldKeys::putBack(const KeySet &keys) {
     lifted_.reset();
-    press(lent_);
+    lent_ |= keys;
+    press(keys);
     if (lent_.any())
         poll_.start();
 }

@@ -19,8 +19,10 @@ public:
 
     /// Lets go of every modifier, of the hot key and of the keys in `alsoFree`.
     void lift(const KeySet &alsoFree);
-    /// Presses again what the user still holds.
-    void putBack();
+    /// Those of the modifiers let go that the user still holds at this moment.
+    KeySet stillHeld();
+    /// Presses `keys` again, which are what stillHeld() has just told.
+    void putBack(const KeySet &keys);
 
 private:
     void press(const KeySet &keys);

@@ -50,9 +50,11 @@ void X11EventPosting::CGEventPost(CGEventTapLocation, const CGEvent &event) {
 std::optional<X11EventPosting::Chord> X11EventPosting::chordKeys(CopyChord chord) const {
     if (chord == CopyChord::none)
         return std::nullopt;
+    // Where no layout has a C, editors do not take the key in its place for one, but all know
+    // Control+Insert.
+    const bool letter = chord == CopyChord::controlC && keyboard_.hasLetter('c');
     const auto modifiers = keyboard_.keysOfSymbol(XKB_KEY_Control_L);
-    const auto keys = chord == CopyChord::controlC ? keyboard_.keysOfLetter('c')
-                                                   : keyboard_.keysOfSymbol(XKB_KEY_Insert);
+    const auto keys = letter ? keyboard_.keysOfLetter('c') : keyboard_.keysOfSymbol(XKB_KEY_Insert);
     if (modifiers.empty() || keys.empty())
         return std::nullopt;
     return Chord{modifiers.front(), keys.front(), {}};
@@ -66,10 +68,12 @@ void X11EventPosting::pressChord() {
         return;
     // While a hot key is held the keyboard can still be this connection's own.
     xcb_ungrab_keyboard(connection_.xcb(), XCB_CURRENT_TIME);
+    chord->locks = keyboard_.takeLocks();
+    // From here on nothing waits for the server: no other key finds the modifiers lifted without
+    // Control being down.
     KeySet keys;
     keys.set(chord->key);
     held_.lift(keys);
-    chord->locks = keyboard_.takeLocks();
     fake(XCB_KEY_PRESS, chord->modifier);
     fake(XCB_KEY_PRESS, chord->key);
     xcb_flush(connection_.xcb());
@@ -79,11 +83,13 @@ void X11EventPosting::pressChord() {
 void X11EventPosting::releaseChord() {
     if (!pressed_)
         return;
+    // Pressing a key that nobody holds any more would leave it stuck, so this is asked last.
+    const KeySet stillHeld = held_.stillHeld();
     fake(XCB_KEY_RELEASE, pressed_->key);
     fake(XCB_KEY_RELEASE, pressed_->modifier);
     keyboard_.putLocksBack(pressed_->locks);
     pressed_.reset();
-    held_.putBack();
+    held_.putBack(stillHeld);
     xcb_flush(connection_.xcb());
 }
 

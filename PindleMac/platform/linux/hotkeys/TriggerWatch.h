@@ -2,6 +2,7 @@
 
 #include "PindleMac/platform/linux/x11/XKeyDevices.h"
 
+#include <QTimer>
 #include <xcb/xcb.h>
 
 namespace pindle {
@@ -17,12 +18,19 @@ public:
     bool repeats(const xcb_key_press_event_t &press);
 
 private:
+    void released(const XKeyDevices::Release &release);
+    bool isRepetition(const xcb_key_press_event_t &press) const;
     void begin(xcb_keycode_t key);
     void end();
+    void setWatching(bool on);
 
     XKeyboard &keyboard_;
     XKeyDevices devices_;
+    xcb_keycode_t key_ = 0; ///< of the last press
     xcb_timestamp_t lastPress_ = 0;
+    std::optional<XKeyDevices::Release> lastRelease_; ///< by a real keyboard, since the last press
+    bool watching_ = false;
+    QTimer linger_;
 };
 
 } // namespace pindle

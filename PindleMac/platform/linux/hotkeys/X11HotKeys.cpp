@@ -129,6 +129,7 @@ std::vector<X11HotKeys::Grab> X11HotKeys::grabsFor(quint32 keyCode, quint32 modi
 
 bool X11HotKeys::grab(const std::vector<Grab> &grabs) {
     std::vector<xcb_void_cookie_t> cookies;
+    cookies.reserve(grabs.size());
     for (const Grab &one : grabs) {
         cookies.push_back(xcb_grab_key_checked(connection_.xcb(), 1, connection_.root(),
                                                one.modifiers, one.key, XCB_GRAB_MODE_ASYNC,

@@ -13,7 +13,7 @@ namespace pindle {
 class XConnection;
 
 /// Text longer than this is sent in pieces of this size, in bytes.
-inline constexpr qsizetype kSelectionPiece = 128 * 1024;
+inline constexpr qsizetype kSelectionPiece = qsizetype{128} * 1024;
 /// A requestor that fetches no piece for this long has lost interest.
 inline constexpr std::chrono::seconds kSelectionPatience{5};
 

@@ -22,7 +22,7 @@ inline constexpr std::chrono::milliseconds kSelectionSilence{250};
 /// A transfer in pieces (INCR) is given up on after this, however lively it is.
 inline constexpr std::chrono::milliseconds kSelectionTransferLimit{1000};
 /// Longest text the program is prepared to read, in bytes.
-inline constexpr qsizetype kSelectionSizeLimit = 4 * 1024 * 1024;
+inline constexpr qsizetype kSelectionSizeLimit = qsizetype{4} * 1024 * 1024;
 
 /// Reads the text of selections (ICCCM 2.4) without waiting for their owners. Every read has a
 /// requestor window of its own, so that an answer, however late, cannot be taken for another's.

@@ -118,12 +118,7 @@ void QuestionDialog::done(int result) {
         return;
     if (activeBefore_)
         activeBefore_->activateWindow();
-    // The count falls with the answer, not before it: until the keyboard is back where it was, a
-    // window that lost it to the question still counts as the key window.
-    QTimer::singleShot(0, this, [this, answered, answer = answer_] {
-        countAsShown(false);
-        answered(answer);
-    });
+    QTimer::singleShot(0, this, [answered, answer = answer_] { answered(answer); });
 }
 
 void QuestionDialog::countAsShown(bool shown) {

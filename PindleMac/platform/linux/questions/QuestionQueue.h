@@ -5,6 +5,7 @@
 #include <QObject>
 #include <QPointer>
 #include <deque>
+#include <vector>
 
 namespace pindle {
 
@@ -37,6 +38,7 @@ private:
     SystemQuestions &questions_;
     std::deque<Entry> entries_; ///< the first is on screen
     QPointer<QuestionDialog> dialog_;
+    std::vector<QPointer<QuestionDialog>> answered_; ///< hidden, and still counted as shown
 };
 
 } // namespace pindle

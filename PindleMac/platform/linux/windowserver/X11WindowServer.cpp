@@ -63,7 +63,7 @@ X11WindowServer::X11WindowServer(XConnection &connection, const SystemQuestions 
                                           XCB_XFIXES_SELECTION_EVENT_MASK_SELECTION_WINDOW_DESTROY |
                                           XCB_XFIXES_SELECTION_EVENT_MASK_SELECTION_CLIENT_CLOSE);
     xcb_flush(xcb);
-    wasActive_ = compositingActive();
+    wasActive_ = managerPresent();
     connection_.addHandler([this](const xcb_generic_event_t &event) {
         if ((event.response_type & 0x7f) != selectionEvent_)
             return;
@@ -90,6 +90,10 @@ void X11WindowServer::floatOnAllSpaces(quintptr window) {
 }
 
 bool X11WindowServer::compositingActive() {
+    return managerPresent();
+}
+
+bool X11WindowServer::managerPresent() const {
     xcb_connection_t *xcb = connection_.xcb();
     const auto owner = xcbReply(
         xcb_get_selection_owner_reply(xcb, xcb_get_selection_owner(xcb, manager_), nullptr));
@@ -101,7 +105,7 @@ void X11WindowServer::observeCompositing(std::function<void()> changed) {
 }
 
 void X11WindowServer::compositorMayHaveChanged() {
-    const bool active = compositingActive();
+    const bool active = managerPresent();
     if (active == wasActive_)
         return;
     wasActive_ = active;

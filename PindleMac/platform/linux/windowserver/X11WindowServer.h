@@ -22,6 +22,7 @@ public:
     bool systemQuestionShown() override;
 
 private:
+    bool managerPresent() const;
     void compositorMayHaveChanged();
 
     XConnection &connection_;

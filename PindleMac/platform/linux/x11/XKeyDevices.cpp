@@ -58,22 +58,29 @@ XKeyDevices::XKeyDevices(XConnection &connection)
         opcode_ = extension->major_opcode;
 }
 
-KeySet XKeyDevices::physicallyDown() {
-    KeySet keys;
+void XKeyDevices::findKeyboards() {
+    keyboards_.clear();
     if (opcode_ == 0)
-        return keys;
+        return;
     xcb_connection_t *xcb = connection_.xcb();
     const auto devices = xcbReply(xcb_input_xi_query_device_reply(
         xcb, xcb_input_xi_query_device(xcb, XCB_INPUT_DEVICE_ALL), nullptr));
     if (!devices)
-        return keys;
-    std::vector<xcb_input_query_device_state_cookie_t> cookies;
+        return;
     auto device = xcb_input_xi_query_device_infos_iterator(devices.get());
     for (; device.rem > 0; xcb_input_xi_device_info_next(&device)) {
         if (isRealKeyboard(device.data))
-            cookies.push_back(
-                xcb_input_query_device_state(xcb, static_cast<uint8_t>(device.data->deviceid)));
+            keyboards_.push_back(device.data->deviceid);
     }
+}
+
+KeySet XKeyDevices::physicallyDown() {
+    findKeyboards();
+    xcb_connection_t *xcb = connection_.xcb();
+    std::vector<xcb_input_query_device_state_cookie_t> cookies;
+    for (const uint16_t keyboard : keyboards_)
+        cookies.push_back(xcb_input_query_device_state(xcb, static_cast<uint8_t>(keyboard)));
+    KeySet keys;
     for (const auto cookie : cookies) {
         if (const auto state = xcbReply(xcb_input_query_device_state_reply(xcb, cookie, nullptr)))
             keys |= keysOf(state.get());
@@ -90,6 +97,8 @@ KeySet XKeyDevices::down() {
 void XKeyDevices::watchReleases(bool on) {
     if (opcode_ == 0)
         return;
+    if (on)
+        findKeyboards();
     struct {
         xcb_input_event_mask_t head;
         uint32_t mask;
@@ -99,14 +108,16 @@ void XKeyDevices::watchReleases(bool on) {
     xcb_flush(connection_.xcb());
 }
 
-xcb_keycode_t XKeyDevices::releasedKey(const xcb_generic_event_t &event) const {
+std::optional<XKeyDevices::Release> XKeyDevices::release(const xcb_generic_event_t &event) const {
     if (opcode_ == 0 || (event.response_type & 0x7f) != XCB_GE_GENERIC)
-        return 0;
+        return std::nullopt;
     const auto &generic = reinterpret_cast<const xcb_ge_generic_event_t &>(event);
     if (generic.extension != opcode_ || generic.event_type != XCB_INPUT_RAW_KEY_RELEASE)
-        return 0;
-    const auto &release = reinterpret_cast<const xcb_input_raw_key_release_event_t &>(event);
-    return static_cast<xcb_keycode_t>(release.detail);
+        return std::nullopt;
+    const auto &raw = reinterpret_cast<const xcb_input_raw_key_release_event_t &>(event);
+    const bool real =
+        std::find(keyboards_.begin(), keyboards_.end(), raw.sourceid) != keyboards_.end();
+    return Release{static_cast<xcb_keycode_t>(raw.detail), real, raw.time};
 }
 
 } // namespace pindle

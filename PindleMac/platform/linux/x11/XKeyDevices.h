@@ -2,7 +2,8 @@
 
 #include "PindleMac/platform/linux/x11/XKeyboard.h"
 
-#include <functional>
+#include <optional>
+#include <vector>
 
 namespace pindle {
 
@@ -23,11 +24,20 @@ public:
     bool canWatch() const { return opcode_ != 0; }
     /// Asks for the releases of all keys, whoever has the keyboard; off unless asked for.
     void watchReleases(bool on);
-    /// The key whose release `event` tells, or zero.
-    xcb_keycode_t releasedKey(const xcb_generic_event_t &event) const;
+    /// A key let go, and whether a real keyboard told it.
+    struct Release {
+        xcb_keycode_t key = 0;
+        bool real = false;
+        xcb_timestamp_t time = 0;
+    };
+    /// The release `event` tells, if it tells one.
+    std::optional<Release> release(const xcb_generic_event_t &event) const;
 
 private:
+    void findKeyboards();
+
     XConnection &connection_;
+    std::vector<uint16_t> keyboards_; ///< the real ones, as last found
     uint8_t opcode_ = 0;
 };
 

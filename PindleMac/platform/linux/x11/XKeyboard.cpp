@@ -37,6 +37,11 @@ constexpr std::array<AnsiKey, 26> ansiKeys = {{
     {46, 'm', "AB07"},
 }};
 
+/// Latin letters are their own symbols.
+constexpr xkb_keysym_t symbolOf(char letter) {
+    return static_cast<unsigned char>(letter);
+}
+
 constexpr xcb_xkb_device_spec_t coreKeyboard = XCB_XKB_ID_USE_CORE_KBD;
 
 } // namespace
@@ -159,7 +164,7 @@ std::vector<xcb_keycode_t> XKeyboard::keysInGroup(xkb_layout_index_t group,
 std::vector<xcb_keycode_t> XKeyboard::keysOfLetter(char letter) const {
     if (!keymap_)
         return {};
-    const auto symbol = static_cast<xkb_keysym_t>(letter); // Latin letters are their own symbols
+    const auto symbol = symbolOf(letter);
     auto keys = keysInGroup(group_, symbol);
     if (keys.empty())
         keys = keysOfSymbol(symbol);
@@ -174,7 +179,7 @@ std::vector<xcb_keycode_t> XKeyboard::keysOfLetter(char letter) const {
 }
 
 bool XKeyboard::hasLetter(char letter) const {
-    return !keysOfSymbol(static_cast<xkb_keysym_t>(letter)).empty();
+    return !keysOfSymbol(symbolOf(letter)).empty();
 }
 
 std::vector<xcb_keycode_t> XKeyboard::keysOfSymbol(xkb_keysym_t symbol) const {

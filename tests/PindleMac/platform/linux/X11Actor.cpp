@@ -114,6 +114,11 @@ uint8_t Actor::lockedModifiers() {
     return reply ? reply->lockedMods : 0;
 }
 
+void Actor::lockGroup(uint8_t group) {
+    xcb_xkb_latch_lock_state(connection_, XCB_XKB_ID_USE_CORE_KBD, 0, 0, 1, group, 0, 0, 0);
+    sync();
+}
+
 xcb_atom_t Actor::atom(const char *name) {
     const auto reply = xcbReply(xcb_intern_atom_reply(
         connection_, xcb_intern_atom(connection_, 0, uint16_t(std::strlen(name)), name), nullptr));
@@ -133,12 +138,25 @@ xcb_window_t Actor::showWindow(const QByteArray &instance, const QByteArray &nam
     }
     xcb_map_window(connection_, window);
     sync();
-    const bool focused = waitUntil([&] {
+    const auto focused = [&] {
         const auto focus = xcbReply(
             xcb_get_input_focus_reply(connection_, xcb_get_input_focus(connection_), nullptr));
         return activeWindow() == window && focus && focus->focus == window;
-    });
-    return focused ? window : xcb_window_t(XCB_NONE);
+    };
+    if (waitUntil(focused, 500))
+        return window;
+    // The window manager may have taken the window for one that steals the keyboard.
+    xcb_client_message_event_t message = {};
+    message.response_type = XCB_CLIENT_MESSAGE;
+    message.format = 32;
+    message.window = window;
+    message.type = atom("_NET_ACTIVE_WINDOW");
+    message.data.data32[0] = 2; // as a pager does
+    xcb_send_event(connection_, 0, root_,
+                   XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY | XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT,
+                   reinterpret_cast<const char *>(&message));
+    sync();
+    return waitUntil(focused) ? window : xcb_window_t(XCB_NONE);
 }
 
 void Actor::setProperty(xcb_window_t window, const char *property, xcb_atom_t type,

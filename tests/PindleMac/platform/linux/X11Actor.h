@@ -57,6 +57,8 @@ public:
     /// The keys applications see as down.
     std::vector<int> keysDown();
     uint8_t lockedModifiers();
+    /// Makes one of the layouts the active one.
+    void lockGroup(uint8_t group);
 
     /// Shows a window of this client and waits until it is active and has the keyboard.
     xcb_window_t showWindow(const QByteArray &instance, const QByteArray &name);

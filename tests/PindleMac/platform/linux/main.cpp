@@ -5,8 +5,7 @@
 
 namespace {
 
-bool onlyLists(int argc, char **argv)
-{
+bool onlyLists(int argc, char **argv) {
     for (int i = 1; i < argc; ++i) {
         if (std::strcmp(argv[i], "--gtest_list_tests") == 0)
             return true;
@@ -16,8 +15,7 @@ bool onlyLists(int argc, char **argv)
 
 } // namespace
 
-int main(int argc, char **argv)
-{
+int main(int argc, char **argv) {
     const bool lists = onlyLists(argc, argv);
     // These tests press keys, take the clipboard and write into the home folder.
     if (!lists && qgetenv("PINDLE_PRIVATE_DESKTOP") != "1") {

@@ -1,8 +1,9 @@
 /// Renders the panel in each of its states into a folder of images, to be looked at.
 ///
-///     panel_gallery FOLDER [SCALE]
-///
-/// With --time FOLDER-less, prints how long showing the prepared panel takes until it is painted.
+///     panel_gallery FOLDER
+///     panel_gallery --time            how long the prepared panel takes from show to painted
+///     panel_gallery --show N [--plain]    shows the Nth state as a panel for some seconds, with
+///                                         --plain as on a desktop without a compositor
 
 #include "PindleMac/ContentView.h"
 #include "PindleMac/FloatingPanelController.h"
@@ -13,6 +14,8 @@
 #include <QDir>
 #include <QElapsedTimer>
 #include <QPainter>
+#include <QScreen>
+#include <QTest>
 #include <QTimer>
 #include <cstdio>
 
@@ -24,6 +27,8 @@ using shelltest::Shell;
 struct Scene {
     QString name;
     std::function<void(Shell &)> arrange;
+    /// Accessible name of the control that has the keyboard, if any.
+    QString focused = {};
 };
 
 void fail(Shell &shell, AppError::Case error, bool calendar, bool accessibility) {
@@ -49,14 +54,13 @@ QList<Scene> scenes() {
         {QStringLiteral("06-ready-notice"),
          [](Shell &shell) {
              shell.becomeReady();
-             TestAccess::setUserMessage(
-                 *shell.model, QStringLiteral("No year was given, so 2025 was assumed."));
+             TestAccess::setUserMessage(*shell.model,
+                                        QStringLiteral("No year was given, so 2025 was assumed."));
          }},
         {QStringLiteral("07-saved"),
          [](Shell &shell) {
              shell.becomeReady();
-             TestAccess::setSuccess(*shell.model,
-                                    QStringLiteral("Event saved to Apple Calendar."));
+             TestAccess::setSuccess(*shell.model, QStringLiteral("Event saved to Apple Calendar."));
          }},
         {QStringLiteral("08-save-refused"),
          [](Shell &shell) {
@@ -72,10 +76,9 @@ QList<Scene> scenes() {
          [](Shell &shell) {
              TestAccess::setPhase(*shell.model, ParserPhase::failed);
              fail(shell, Case::clipboardAccess, true, true);
-             TestAccess::setSuccess(*shell.model,
-                                    QStringLiteral("Event saved to Apple Calendar."));
-             TestAccess::setUserMessage(
-                 *shell.model, QStringLiteral("No year was given, so 2025 was assumed."));
+             TestAccess::setSuccess(*shell.model, QStringLiteral("Event saved to Apple Calendar."));
+             TestAccess::setUserMessage(*shell.model,
+                                        QStringLiteral("No year was given, so 2025 was assumed."));
          }},
         {QStringLiteral("11-long-texts"),
          [](Shell &shell) {
@@ -92,6 +95,13 @@ QList<Scene> scenes() {
                                         QStringLiteral("x").repeated(150) +
                                             QStringLiteral(" <b>not bold</b> & plain"));
          }},
+        {QStringLiteral("12-focused-field"), [](Shell &shell) { shell.becomeReady(); },
+         QStringLiteral("Start Time")},
+        {QStringLiteral("13-focused-description"), [](Shell &shell) { shell.becomeReady(); },
+         QStringLiteral("Description")},
+        {QStringLiteral("14-focused-tile"), [](Shell &shell) { shell.becomeReady(); },
+         QStringLiteral("Google Calendar")},
+        {QStringLiteral("15-focused-close"), [](Shell &) {}, QStringLiteral("Close")},
     };
 }
 
@@ -117,20 +127,27 @@ QImage render(const Scene &scene, bool whole) {
     scene.arrange(shell);
     ContentView view(*shell.model);
     view.setAttribute(Qt::WA_TranslucentBackground);
-    view.setAttribute(Qt::WA_DontShowOnScreen);
     int height = view.contentHeight();
     if (whole)
         height = view.fullHeight();
     view.resize(ContentView::panelWidth, height);
     view.show();
+    if (!scene.focused.isEmpty()) {
+        view.setFocus();
+        view.activateWindow();
+        QTest::qWait(10);
+        for (QWidget *control : view.findChildren<QWidget *>())
+            if (control->accessibleName() == scene.focused)
+                control->setFocus(Qt::TabFocusReason);
+    }
     return onGround(view.grab());
 }
 
 void renderSymbols(const QString &path) {
-    const QStringList names{QStringLiteral("apple.logo"),     QStringLiteral("globe"),
-                            QStringLiteral("envelope.badge"), QStringLiteral("calendar"),
+    const QStringList names{QStringLiteral("apple.logo"),          QStringLiteral("globe"),
+                            QStringLiteral("envelope.badge"),      QStringLiteral("calendar"),
                             QStringLiteral("calendar.badge.plus"), QStringLiteral("xmark"),
-                            QStringLiteral("gearshape"),      QStringLiteral("hand.tap"),
+                            QStringLiteral("gearshape"),           QStringLiteral("hand.tap"),
                             QStringLiteral("figure.wave")};
     QImage image(static_cast<int>(names.size()) * 140, 180, QImage::Format_RGB32);
     image.fill(Qt::white);
@@ -170,12 +187,19 @@ int measure() {
             panel = widget;
     int runs = 0;
     QElapsedTimer timer;
+    double callMilliseconds = 0;
+    const auto showNow = [&] {
+        timer.start();
+        controller.show(QPointF(600, 700));
+        callMilliseconds = static_cast<double>(timer.nsecsElapsed()) / 1e6;
+    };
     bool waiting = false;
     PaintWatch watch([&] {
         if (!waiting)
             return;
         waiting = false;
-        std::printf("show to painted: %.2f ms\n", static_cast<double>(timer.nsecsElapsed()) / 1e6);
+        std::printf("show to painted: %.2f ms, of which the call %.2f ms\n",
+                    static_cast<double>(timer.nsecsElapsed()) / 1e6, callMilliseconds);
         QTimer::singleShot(300, panel, [&] {
             controller.close();
             QTimer::singleShot(300, panel, [&] {
@@ -184,8 +208,7 @@ int measure() {
                     return;
                 }
                 waiting = true;
-                timer.start();
-                controller.show(QPointF(600, 700));
+                showNow();
             });
         });
     });
@@ -194,9 +217,26 @@ int measure() {
             child->installEventFilter(&watch);
     QTimer::singleShot(500, panel, [&] {
         waiting = true;
-        timer.start();
-        controller.show(QPointF(600, 700));
+        showNow();
     });
+    return QApplication::exec();
+}
+
+int showPanel(int index, bool plain) {
+    constexpr int shownMilliseconds = 12000;
+    Shell shell;
+    shell.desktop.windowServer.compositing = !plain;
+    FloatingPanelController controller(*shell.model, shell.desktop.platform);
+    shell.desktop.notificationCenter.addObserver(
+        closePindlePopover, [&controller](const std::any &) { controller.close(); });
+    controller.prepare();
+    scenes().at(index).arrange(shell);
+    const QRect screen = QGuiApplication::primaryScreen()->geometry();
+    shell.desktop.screens.all = {{QRectF(screen), QRectF(screen)}};
+    QTimer::singleShot(300, &controller, [&] {
+        controller.show(QPointF(screen.width() / 2.0, screen.height() - 50));
+    });
+    QTimer::singleShot(shownMilliseconds, qApp, &QApplication::quit);
     return QApplication::exec();
 }
 
@@ -208,8 +248,11 @@ int main(int argc, char **argv) {
     const QStringList arguments = QApplication::arguments();
     if (arguments.contains(QStringLiteral("--time")))
         return pindle::measure();
+    if (arguments.value(1) == QStringLiteral("--show"))
+        return pindle::showPanel(arguments.value(2).toInt(),
+                                 arguments.contains(QStringLiteral("--plain")));
     if (arguments.size() < 2) {
-        std::fputs("panel_gallery FOLDER | --time\n", stderr);
+        std::fputs("panel_gallery FOLDER | --time | --show N [--plain]\n", stderr);
         return 2;
     }
     const QDir folder(arguments.at(1));

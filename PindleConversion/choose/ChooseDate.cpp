@@ -1,0 +1,166 @@
+#include "PindleConversion/choose/Chooser.h"
+
+#include <algorithm>
+
+namespace pindle::conversion {
+
+namespace {
+
+constexpr int kNever = -100000; ///< below every score
+
+} // namespace
+
+void Chooser::resolveDates() {
+    for (const DateMention &mention : m_found.dates)
+        if (auto date = resolveDate(mention, m_reference))
+            m_dates.push_back({&mention, *date});
+}
+
+bool Chooser::hasTimeNear(std::uint32_t token) const {
+    return std::any_of(m_found.times.begin(), m_found.times.end(), [&](const auto &time) {
+        return m_document.sameSentence(time.span.begin, token) &&
+               roleOf(time.span.begin) != Role::Posted;
+    });
+}
+
+bool Chooser::hasTimeBeside(TokenSpan span) const {
+    constexpr int kBeside = 3;
+    return std::any_of(m_found.times.begin(), m_found.times.end(), [&](const auto &time) {
+        return m_document.sameSentence(time.span.begin, span.begin) &&
+               gap(span, time.span) < kBeside;
+    });
+}
+
+int Chooser::scoreDate(const Dated &dated, int index) {
+    const std::uint32_t token = dated.mention->span.begin;
+    const Field &field = fieldOf(token);
+    int score = -std::min(index, 10);
+    if (field.label == Label::When || field.label == Label::Date || field.label == Label::Start)
+        score += 60;
+    if (hasTimeNear(token))
+        score += 25;
+    if (hasTimeBeside(dated.mention->span))
+        score += 10;
+    if (dated.mention->first.base == DateSpec::Base::Calendar)
+        score += 4;
+    if (dated.mention->weak)
+        score -= 30;
+    switch (roleOf(token)) {
+    case Role::Deadline:
+        score -= 40;
+        break;
+    case Role::Posted:
+        score -= 60;
+        break;
+    case Role::MovedFrom:
+        score -= 50;
+        break;
+    case Role::End:
+        score -= 30;
+        break;
+    case Role::MovedTo:
+        score += 45;
+        break;
+    case Role::None:
+    case Role::Side:
+    case Role::Show:
+        break;
+    }
+    if (dated.date.first < m_reference.today &&
+        !(dated.date.last && *dated.date.last >= m_reference.today))
+        score -= 200;
+    else if (speaksOfPast(token))
+        score -= 15;
+    if (sentenceHas(token, Meaning::Event))
+        score += 10;
+    return score;
+}
+
+void Chooser::pickDate() {
+    int best = kNever;
+    for (std::size_t i = 0; i < m_dates.size(); ++i) {
+        m_dates[i].score = scoreDate(m_dates[i], static_cast<int>(i));
+        if (m_dates[i].score > best) {
+            best = m_dates[i].score;
+            m_date = static_cast<int>(i);
+        }
+    }
+}
+
+bool Chooser::isPast(const Dated &dated) const {
+    return dated.date.last ? *dated.date.last < m_reference.today
+                           : dated.date.first < m_reference.today;
+}
+
+bool Chooser::isPastAppointment(const Dated &dated) const {
+    const std::uint32_t token = dated.mention->span.begin;
+    const Label label = fieldOf(token).label;
+    const bool labelled = label == Label::When || label == Label::Date;
+    return dated.date.yearGiven && (labelled || hasTimeNear(token)) &&
+           roleOf(token) != Role::Posted && !speaksOfPast(token);
+}
+
+bool Chooser::acceptDate() {
+    if (m_date < 0)
+        return acceptBareTime();
+    const Dated &dated = m_dates[static_cast<std::size_t>(m_date)];
+    if (isPast(dated) && !isPastAppointment(dated)) {
+        refuse(Notice::OnlyPast);
+        return false;
+    }
+    const std::uint32_t token = dated.mention->span.begin;
+    if (dated.mention->weak && !hasTimeNear(token) && !hasDateMarker(token) &&
+        m_found.times.empty() && !sentenceHas(token, Meaning::Event)) {
+        refuse(Notice::NoDate);
+        return false;
+    }
+    if (roleOf(token) == Role::Posted && m_dates.size() == 1) {
+        refuse(Notice::NoDate);
+        return false;
+    }
+    if (!hasFutureSense(token)) {
+        refuse(Notice::OnlyPast);
+        return false;
+    }
+    m_choice.start = dated.date.first;
+    m_choice.last = dated.date.last;
+    m_choice.dateSpan = dated.mention->span;
+    if (m_choice.last)
+        m_choice.endSpan = dated.mention->span;
+    return true;
+}
+
+bool Chooser::hasFutureSense(std::uint32_t token) const {
+    const Field &field = fieldOf(token);
+    if (field.label != Label::None || hasTimeNear(token) || !m_found.times.empty())
+        return true;
+    if (token == field.begin)
+        return true;
+    if (toldInPast(field, token) && roleOf(token) != Role::MovedTo)
+        return false;
+    const Dated &dated = m_dates[static_cast<std::size_t>(m_date)];
+    const bool explicitFuture =
+        dated.date.yearGiven || dated.mention->first.base == DateSpec::Base::Today;
+    return explicitFuture || !speaksOfPast(token) || roleOf(token) == Role::MovedTo ||
+           sentenceHas(token, Meaning::Event);
+}
+
+bool Chooser::acceptBareTime() {
+    const bool usable =
+        std::any_of(m_found.times.begin(), m_found.times.end(), [&](const TimeMention &time) {
+            const bool strong = time.marked || time.start.meridiem >= 0 || time.end ||
+                                time.part != DayPart::None ||
+                                sentenceHas(time.span.begin, Meaning::Event);
+            return strong && !speaksOfPast(time.span.begin) &&
+                   roleOf(time.span.begin) != Role::Posted;
+        });
+    if (!usable) {
+        refuse(Notice::NoDate);
+        return false;
+    }
+    m_choice.start = m_reference.today;
+    m_assumedToday = true;
+    return true;
+}
+
+} // namespace pindle::conversion

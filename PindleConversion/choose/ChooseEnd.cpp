@@ -1,0 +1,136 @@
+#include "PindleConversion/choose/Chooser.h"
+
+#include <algorithm>
+
+namespace pindle::conversion {
+
+namespace {
+
+constexpr int kMinutesInDay = 24 * 60;
+
+} // namespace
+
+void Chooser::pickEnd() {
+    if (!m_choice.startMinute || m_choice.endMinute) {
+        lengthInDays();
+        return;
+    }
+    if (!endFromSecondDay() && !endFromTime())
+        endFromLength();
+}
+
+bool Chooser::endFromSecondDay() {
+    const Reader reader(m_document, static_cast<std::uint32_t>(m_document.tokens.size()));
+    const Sense *to = reader.sense(m_choice.timeSpan.end, Meaning::RangeTo);
+    if (!to || m_date < 0)
+        return false;
+    const std::uint32_t next = m_choice.timeSpan.end + to->length;
+    constexpr std::uint32_t kReach = 2;
+    for (const Dated &dated : m_dates) {
+        if (dated.mention->span.begin != next || dated.date.first <= m_choice.start)
+            continue;
+        for (const TimeMention &time : m_found.times) {
+            const std::uint32_t end = dated.mention->span.end;
+            if (time.span.begin < end || time.span.begin > end + kReach)
+                continue;
+            m_choice.last = dated.date.first;
+            m_choice.endMinute = resolveTime(time, contextOf(time)).start;
+            m_choice.endSpan = time.span;
+            return true;
+        }
+    }
+    return false;
+}
+
+bool Chooser::endFromTime() {
+    for (std::size_t i = 0; i < m_found.times.size(); ++i) {
+        const TimeMention &time = m_found.times[i];
+        if (static_cast<int>(i) == m_time || roleOf(time.span.begin) != Role::End ||
+            (m_date >= 0 && belongsToOther(time)))
+            continue;
+        const Label label = fieldOf(time.span.begin).label;
+        const bool near = label == Label::End || nearStart(time.span.begin);
+        if (!near)
+            continue;
+        const ClockSpec &start = m_found.times[static_cast<std::size_t>(m_time)].start;
+        m_choice.endMinute = endAfter(time.start, start);
+        m_choice.endSpan = time.span;
+        return true;
+    }
+    return travelEnd();
+}
+
+int Chooser::endAfter(const ClockSpec &end, const ClockSpec &start) const {
+    TimeMention known;
+    known.start = start;
+    known.start.hour = *m_choice.startMinute / 60;
+    known.start.minute = *m_choice.startMinute % 60;
+    known.start.meridiem = -1;
+    known.start.literal = true;
+    ClockSpec until = end;
+    if (until.meridiem < 0 && !until.literal && !m_twentyFour) {
+        int minute = until.hour % 12 * 60 + until.minute;
+        while (minute <= *m_choice.startMinute)
+            minute += kMinutesInDay / 2;
+        return minute;
+    }
+    known.end = until;
+    return resolveTime(known, {}).end.value_or(*m_choice.startMinute);
+}
+
+bool Chooser::isJoined(const TimeMention &first, const TimeMention &second) const {
+    constexpr std::uint32_t kReach = 6;
+    if (first.end || second.end || !second.start.sure || !first.start.sure ||
+        second.span.begin - first.span.end > kReach ||
+        !m_document.sameSentence(first.span.begin, second.span.begin) ||
+        roleOf(second.span.begin) != Role::None)
+        return false;
+    const Reader reader(m_document, second.span.begin);
+    for (std::uint32_t k = first.span.end; k < second.span.begin; ++k)
+        if (reader.has(k, Meaning::RangeTo) && !m_document.tokens[k].used)
+            return true;
+    return false;
+}
+
+bool Chooser::travelEnd() {
+    const auto i = static_cast<std::size_t>(m_time);
+    if (i + 1 >= m_found.times.size())
+        return false;
+    const TimeMention &start = m_found.times[i];
+    const TimeMention &next = m_found.times[i + 1];
+    if (!isJoined(start, next))
+        return false;
+    m_choice.endMinute = endAfter(next.start, start.start);
+    m_choice.endSpan = next.span;
+    return true;
+}
+
+bool Chooser::nearStart(std::uint32_t token) const {
+    const std::uint32_t start = m_choice.timeSpan.begin;
+    constexpr std::uint32_t kReach = 25;
+    return distance(token, start) < static_cast<int>(kReach) && token > start;
+}
+
+void Chooser::endFromLength() {
+    for (const DurationMention &length : m_found.durations) {
+        if (length.minutes <= 0)
+            continue;
+        m_choice.endMinute = *m_choice.startMinute + length.minutes;
+        m_choice.endSpan = length.span;
+        return;
+    }
+}
+
+void Chooser::lengthInDays() {
+    if (m_choice.startMinute || m_choice.last || m_date < 0)
+        return;
+    for (const DurationMention &length : m_found.durations) {
+        if (length.days < 2 || !m_document.sameSentence(length.span.begin, m_choice.anchor()))
+            continue;
+        m_choice.last = m_choice.start + std::chrono::days(length.days - 1);
+        m_choice.endSpan = length.span;
+        return;
+    }
+}
+
+} // namespace pindle::conversion

@@ -1,0 +1,163 @@
+#include "PindleConversion/choose/Chooser.h"
+
+#include <algorithm>
+
+namespace pindle::conversion {
+
+void Chooser::noteClockStyle() {
+    for (const TimeMention &time : m_found.times) {
+        const bool late = time.start.literal && (time.start.hour > 12 || time.start.hour == 0);
+        const bool padded = time.start.literal && time.start.hour < 10 && time.start.hour > 0;
+        m_twentyFour = m_twentyFour || late || padded;
+    }
+}
+
+bool Chooser::belongsToOther(const TimeMention &time) const {
+    const Dated &mine = m_dates[static_cast<std::size_t>(m_date)];
+    const std::uint32_t at = time.span.begin;
+    const int own = gap(mine.mention->span, time.span);
+    const bool ownSentence = m_document.sameSentence(at, mine.mention->span.begin);
+    for (const Dated &other : m_dates) {
+        if (other.mention == mine.mention || other.mention->weak ||
+            !m_document.sameSentence(other.mention->span.begin, at))
+            continue;
+        if (other.date.first == mine.date.first)
+            continue;
+        if (!ownSentence || gap(other.mention->span, time.span) < own)
+            return true;
+    }
+    return false;
+}
+
+int Chooser::scoreTime(const TimeMention &time, int index) {
+    constexpr int kFarthest = 40;
+    const std::uint32_t at = time.span.begin;
+    int score = -std::min(index, 10);
+    const Label label = fieldOf(at).label;
+    if (label == Label::Time || label == Label::When || label == Label::Start)
+        score += 50;
+    if (m_date >= 0) {
+        const std::uint32_t anchor = m_choice.anchor();
+        if (m_document.sameSentence(at, anchor))
+            score += 40;
+        else if (m_document.tokens[at].field == m_document.tokens[anchor].field)
+            score += 20;
+        score -= std::min(distance(at, anchor), kFarthest) / 2;
+        if (belongsToOther(time))
+            score -= 100;
+    }
+    if (time.end)
+        score += 8;
+    if (index > 0 && isJoined(m_found.times[static_cast<std::size_t>(index - 1)], time))
+        score -= 45;
+    if (time.start.sure)
+        score += 4;
+    return score + roleScore(at);
+}
+
+int Chooser::roleScore(std::uint32_t at) const {
+    switch (roleOf(at)) {
+    case Role::Deadline:
+        return m_found.times.size() > 1 || dateIsElsewhere(at) ? -60 : 0;
+    case Role::Posted:
+        return -150;
+    case Role::MovedFrom:
+        return -60;
+    case Role::MovedTo:
+        return counterProposal(at) ? 120 : 40;
+    case Role::End:
+        return -45;
+    case Role::Side:
+        return -12;
+    case Role::Show:
+        return 6;
+    case Role::None:
+        break;
+    }
+    return 0;
+}
+
+bool Chooser::counterProposal(std::uint32_t at) const {
+    return fieldOf(at).spoken && m_date >= 0 &&
+           m_document.tokens[at].field > m_document.tokens[m_choice.anchor()].field;
+}
+
+bool Chooser::dateIsElsewhere(std::uint32_t at) const {
+    return m_date >= 0 && !m_document.sameSentence(at, m_choice.anchor());
+}
+
+void Chooser::pickTime() {
+    constexpr int kWorstTaken = -60;
+    int best = kWorstTaken;
+    for (std::size_t i = 0; i < m_found.times.size(); ++i) {
+        const int score = scoreTime(m_found.times[i], static_cast<int>(i));
+        if (score > best) {
+            best = score;
+            m_time = static_cast<int>(i);
+        }
+    }
+    m_choice.kind = eventKind();
+    if (m_time < 0)
+        return;
+    const TimeMention &time = m_found.times[static_cast<std::size_t>(m_time)];
+    const ResolvedTime resolved = resolveTime(time, contextOf(time));
+    m_choice.startMinute = resolved.start;
+    m_choice.endMinute = resolved.end;
+    m_choice.timeSpan = time.span;
+    if (resolved.end)
+        m_choice.endSpan = time.span;
+    m_assumedHalf = resolved.assumed;
+}
+
+EventKind Chooser::eventKind() const {
+    EventKind best = EventKind::None;
+    int bestScore = -1;
+    const Reader reader(m_document, static_cast<std::uint32_t>(m_document.tokens.size()));
+    const std::uint32_t anchor = m_date >= 0 ? m_choice.anchor()
+                                 : m_time >= 0
+                                     ? m_found.times[static_cast<std::size_t>(m_time)].span.begin
+                                     : 0;
+    constexpr std::uint32_t kReach = 200;
+    const std::uint32_t low = anchor > kReach ? anchor - kReach : 0;
+    const auto size = static_cast<std::uint32_t>(m_document.tokens.size());
+    for (std::uint32_t i = low; i < std::min(size, anchor + kReach); ++i) {
+        const Sense *event = reader.sense(i, Meaning::Event);
+        if (!event || m_document.fields[m_document.tokens[i].field].ignored)
+            continue;
+        const auto kind = static_cast<EventKind>(event->value);
+        int score = kind == EventKind::Neutral ? 0 : 4;
+        score += m_document.sameSentence(i, anchor) ? 2 : 0;
+        if (score > bestScore) {
+            bestScore = score;
+            best = kind;
+        }
+    }
+    return best;
+}
+
+TimeContext Chooser::contextOf(const TimeMention &time) const {
+    TimeContext context;
+    context.kind = m_choice.kind;
+    context.twentyFour = m_twentyFour;
+    int nearest = 1000;
+    for (const PartMention &part : m_found.parts) {
+        const std::uint32_t at = part.span.begin;
+        const bool near = m_document.sameSentence(at, time.span.begin) ||
+                          (m_date >= 0 && m_document.sameSentence(at, m_choice.anchor()));
+        const int away = distance(at, time.span.begin);
+        if (near && away < nearest && !belongsToOtherDate(at)) {
+            nearest = away;
+            context.part = part.part;
+        }
+    }
+    return context;
+}
+
+bool Chooser::belongsToOtherDate(std::uint32_t part) const {
+    for (const Dated &dated : m_dates)
+        if (dated.mention->span.end == part)
+            return dated.mention->span.begin != m_choice.dateSpan.begin;
+    return false;
+}
+
+} // namespace pindle::conversion

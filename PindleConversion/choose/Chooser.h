@@ -1,0 +1,121 @@
+#pragma once
+
+#include "PindleConversion/choose/ChooseEvent.h"
+
+namespace pindle::conversion {
+
+/// What stands around a token: its field, its sentence, and what these say about it.
+class Surroundings {
+public:
+    Surroundings(const Document &document, const Expressions &expressions)
+        : m_document(document)
+        , m_found(expressions) {}
+
+    const Field &fieldOf(std::uint32_t token) const;
+    /// The last role word before a token in its sentence, or on its label.
+    Role roleOf(std::uint32_t token) const;
+    bool sentenceHas(std::uint32_t token, Meaning meaning) const;
+    /// A verb of the past leads to the date, none of the present or future does.
+    bool toldInPast(const Field &field, std::uint32_t token) const;
+    bool hasDateMarker(std::uint32_t token) const;
+    /// Tokens between two places, as a measure of belonging together.
+    static int distance(std::uint32_t a, std::uint32_t b);
+    static int gap(TokenSpan a, TokenSpan b);
+    /// A verb of the past stands in the token's sentence.
+    bool speaksOfPast(std::uint32_t token) const;
+
+private:
+    /// A comma, dash or another date or time ends what a role word says.
+    bool cutOff(std::uint32_t from, std::uint32_t to) const;
+    bool joins(std::uint32_t i) const;
+    /// "must be received" and "the signed form" tell nothing of the past.
+    static bool isPastVerb(const Reader &reader, std::uint32_t i);
+
+    const Document &m_document;
+    const Expressions &m_found;
+};
+
+/// Weighs the dates and times of a text against each other.
+class Chooser : private Surroundings {
+public:
+    Chooser(const Document &document, const Expressions &expressions, const Reference &reference)
+        : Surroundings(document, expressions)
+        , m_document(document)
+        , m_found(expressions)
+        , m_reference(reference) {}
+
+    Choice run();
+
+private:
+    struct Dated {
+        const DateMention *mention;
+        ResolvedDate date;
+        int score = 0;
+    };
+
+    // ChooseDate.cpp
+    void resolveDates();
+    bool hasTimeNear(std::uint32_t token) const;
+    bool hasTimeBeside(TokenSpan span) const;
+    int scoreDate(const Dated &dated, int index);
+    void pickDate();
+    bool isPast(const Dated &dated) const;
+    /// A written, dated appointment stays one when its day is over; a report of the past is none.
+    bool isPastAppointment(const Dated &dated) const;
+    bool acceptDate();
+    /// "was", "released" before a date that has no time: a report, unless an event is named.
+    bool hasFutureSense(std::uint32_t token) const;
+    /// Without any date: today, if a time is clearly an appointment's.
+    bool acceptBareTime();
+
+    // ChooseTime.cpp
+    void noteClockStyle();
+    /// Whether another date of the same sentence stands closer to a time.
+    bool belongsToOther(const TimeMention &time) const;
+    int scoreTime(const TimeMention &time, int index);
+    int roleScore(std::uint32_t at) const;
+    /// In a conversation a later proposal replaces the first.
+    bool counterProposal(std::uint32_t at) const;
+    bool dateIsElsewhere(std::uint32_t at) const;
+    void pickTime();
+    /// Evening and morning kinds win over neutral ones; the event's own sentence comes first.
+    EventKind eventKind() const;
+    TimeContext contextOf(const TimeMention &time) const;
+    /// "Saturday night" of another day says nothing about this one.
+    bool belongsToOtherDate(std::uint32_t part) const;
+
+    // ChooseEnd.cpp
+    void pickEnd();
+    /// "17 April 18:00 - 19 April 16:00".
+    bool endFromSecondDay();
+    bool endFromTime();
+    int endAfter(const ClockSpec &end, const ClockSpec &start) const;
+    /// "ATL 6:20 PM - MCO 7:52 PM": two times with a name between them make one range.
+    bool isJoined(const TimeMention &first, const TimeMention &second) const;
+    /// The second time of a journey is its end.
+    bool travelEnd();
+    bool nearStart(std::uint32_t token) const;
+    void endFromLength();
+    /// "for three days".
+    void lengthInDays();
+
+    // ChooseEvent.cpp
+    Choice refuse(Notice why);
+    void pickZone();
+    void notice();
+    /// Another date that would have made as good an event.
+    bool hasRival() const;
+
+    const Document &m_document;
+    const Expressions &m_found;
+    const Reference &m_reference;
+    Choice m_choice;
+    std::vector<Dated> m_dates;
+    int m_date = -1; ///< index of the chosen date, -1 for none
+    int m_time = -1; ///< index of the chosen time, -1 for none
+    bool m_twentyFour = false;
+    bool m_assumedToday = false;
+    bool m_assumedHalf = false;
+};
+
+} // namespace pindle::conversion

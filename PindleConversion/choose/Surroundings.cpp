@@ -1,0 +1,106 @@
+#include "PindleConversion/choose/Chooser.h"
+
+#include <algorithm>
+
+namespace pindle::conversion {
+
+const Field &Surroundings::fieldOf(std::uint32_t token) const {
+    return m_document.fields[m_document.tokens[token].field];
+}
+
+Role Surroundings::roleOf(std::uint32_t token) const {
+    const Field &field = fieldOf(token);
+    if (field.label == Label::Deadline)
+        return Role::Deadline;
+    if (field.label == Label::End)
+        return Role::End;
+    Role role = Role::None;
+    for (const RoleMention &mention : m_found.roles) {
+        if (mention.token >= token)
+            break;
+        if (m_document.sameSentence(mention.token, token) && !cutOff(mention.token, token))
+            role = mention.role;
+    }
+    return role;
+}
+
+bool Surroundings::cutOff(std::uint32_t from, std::uint32_t to) const {
+    constexpr std::uint32_t kReach = 9;
+    if (to - from > kReach)
+        return true;
+    for (std::uint32_t i = from + 1; i < to; ++i) {
+        const Token &token = m_document.tokens[i];
+        const bool mark = token.kind == TokenKind::Symbol &&
+                          (token.symbol == ',' || token.symbol == ';' || token.symbol == '(' ||
+                           token.symbol == ')' || (token.symbol == '-' && token.spaceBefore));
+        if (mark && !token.used)
+            return true;
+        if (token.used && !m_document.tokens[i + 1].used && i + 1 < to && joins(i + 1))
+            return true;
+    }
+    return false;
+}
+
+bool Surroundings::joins(std::uint32_t i) const {
+    return Reader(m_document, static_cast<std::uint32_t>(m_document.tokens.size()))
+        .has(i, Meaning::And);
+}
+
+bool Surroundings::sentenceHas(std::uint32_t token, Meaning meaning) const {
+    const Field &field = fieldOf(token);
+    const Reader reader(m_document, field.end);
+    constexpr std::uint32_t kReach = 40;
+    const std::uint32_t low = token > field.begin + kReach ? token - kReach : field.begin;
+    const std::uint32_t high = std::min(field.end, token + kReach);
+    for (std::uint32_t i = low; i < high; ++i)
+        if (m_document.sameSentence(i, token) && reader.has(i, meaning) &&
+            !m_document.tokens[i].used)
+            return true;
+    return false;
+}
+
+bool Surroundings::isPastVerb(const Reader &reader, std::uint32_t i) {
+    return reader.has(i, Meaning::PastVerb) &&
+           !(i > 0 && (reader.has(i - 1, Meaning::PresentVerb) || reader.has(i - 1, Meaning::The)));
+}
+
+bool Surroundings::toldInPast(const Field &field, std::uint32_t token) const {
+    constexpr std::uint32_t kReach = 30;
+    const Reader reader(m_document, field.end);
+    const std::uint32_t low = token > field.begin + kReach ? token - kReach : field.begin;
+    bool past = false;
+    for (std::uint32_t i = low; i < token; ++i) {
+        if (!m_document.sameSentence(i, token))
+            continue;
+        past = (past || isPastVerb(reader, i)) && !reader.has(i, Meaning::PresentVerb);
+    }
+    return past;
+}
+
+bool Surroundings::hasDateMarker(std::uint32_t token) const {
+    return token > 0 && Reader(m_document, static_cast<std::uint32_t>(m_document.tokens.size()))
+                            .has(token - 1, Meaning::DateMarker);
+}
+
+int Surroundings::distance(std::uint32_t a, std::uint32_t b) {
+    return static_cast<int>(a > b ? a - b : b - a);
+}
+
+int Surroundings::gap(TokenSpan a, TokenSpan b) {
+    return a.end <= b.begin ? static_cast<int>(b.begin - a.end)
+                            : static_cast<int>(a.begin) - static_cast<int>(b.end) + 1;
+}
+
+bool Surroundings::speaksOfPast(std::uint32_t token) const {
+    const Field &field = fieldOf(token);
+    const Reader reader(m_document, field.end);
+    constexpr std::uint32_t kReach = 40;
+    const std::uint32_t low = token > field.begin + kReach ? token - kReach : field.begin;
+    for (std::uint32_t i = low; i < std::min(field.end, token + kReach); ++i)
+        if (m_document.sameSentence(i, token) && isPastVerb(reader, i) &&
+            !m_document.tokens[i].used)
+            return true;
+    return false;
+}
+
+} // namespace pindle::conversion

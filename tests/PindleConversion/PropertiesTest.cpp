@@ -1,0 +1,192 @@
+#include <algorithm>
+#include <chrono>
+#include <ctime>
+#include <fstream>
+#include <sstream>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "tests/PindleConversion/Support.h"
+
+namespace pindle::conversion::test {
+
+namespace {
+
+using nlohmann::json;
+
+struct Given {
+    std::string text, date, zone;
+};
+
+std::vector<Given> givenTexts() {
+    std::vector<Given> all;
+    std::ifstream file(std::string(PINDLE_CONVERSION_CASES) + "/english.jsonl");
+    for (std::string line; std::getline(file, line);) {
+        const json each = json::parse(line);
+        all.push_back({each["text"], each["referenceDate"], each["referenceTimezone"]});
+    }
+    return all;
+}
+
+Draft withoutDescription(Reply reply) {
+    Draft draft = reply.draft.value_or(Draft{});
+    draft.description.clear();
+    return draft;
+}
+
+TEST(Conversion, blanksAroundTheTextDoNotChangeTheDraft) {
+    for (const Given &given : givenTexts()) {
+        const Draft plain = withoutDescription(convert({given.text, given.date, given.zone}));
+        for (const auto &[before, after] : {std::pair{"  \t", "\n\n"}, std::pair{"\n \n", "   "}}) {
+            const std::string padded = before + given.text + after;
+            EXPECT_EQ(withoutDescription(convert({padded, given.date, given.zone})), plain)
+                << given.text;
+        }
+    }
+}
+
+TEST(Conversion, quotesAroundTheTextDoNotChangeTheDraft) {
+    for (const Given &given : givenTexts()) {
+        if (given.text.find_first_of("\"'") != std::string::npos ||
+            given.text.find("\u201C") != std::string::npos)
+            continue;
+        const Draft plain = withoutDescription(convert({given.text, given.date, given.zone}));
+        for (const auto &[open, close] : {std::pair{"\"", "\""}, std::pair{"\u201C", "\u201D"},
+                                          std::pair{"\u00AB ", " \u00BB"}})
+            EXPECT_EQ(
+                withoutDescription(convert({open + given.text + close, given.date, given.zone})),
+                plain)
+                << given.text;
+    }
+}
+
+TEST(Conversion, aQuotedMailReadsLikeTheMail) {
+    EXPECT_EQ(draftOf("> Lunch with Ada\r\n> tomorrow at 12:30\r\n> Cafe Luna").location,
+              "Cafe Luna");
+    EXPECT_EQ(draftOf("> Lunch with Ada\r\n> tomorrow at 12:30").startTime, "12:30");
+}
+
+bool hasEvidence(const Reply &reply, Fact fact) {
+    return std::any_of(reply.evidence.begin(), reply.evidence.end(),
+                       [&](const Evidence &each) { return each.fact == fact; });
+}
+
+bool lastsOneDay(const Draft &draft) {
+    return draft.endDate.empty() || draft.endDate == draft.startDate;
+}
+
+TEST(Conversion, everyValueHasItsSpanInTheText) {
+    for (const Given &given : givenTexts()) {
+        const Reply reply = convert({given.text, given.date, given.zone});
+        if (!reply.draft)
+            continue;
+        for (const Evidence &each : reply.evidence) {
+            ASSERT_LT(each.begin, each.end) << given.text;
+            ASSERT_LE(each.end, reply.cleanText.size()) << given.text;
+        }
+        const Draft &draft = *reply.draft;
+        EXPECT_EQ(hasEvidence(reply, Fact::Title), !draft.title.empty()) << given.text;
+        EXPECT_EQ(hasEvidence(reply, Fact::Location), !draft.location.empty()) << given.text;
+        EXPECT_EQ(hasEvidence(reply, Fact::Time), !draft.startTime.empty()) << given.text;
+        EXPECT_EQ(hasEvidence(reply, Fact::End), !(draft.endTime.empty() && lastsOneDay(draft)))
+            << given.text;
+        EXPECT_EQ(hasEvidence(reply, Fact::Zone), !draft.timeZone.empty()) << given.text;
+        EXPECT_TRUE(hasEvidence(reply, Fact::Date) || draft.startDate == given.date) << given.text;
+    }
+}
+
+std::string onOneLine(const std::string &text) {
+    std::istringstream in(text);
+    std::string out;
+    for (std::string word; in >> word;)
+        out += (out.empty() ? "" : " ") + word;
+    return out;
+}
+
+TEST(Conversion, titleAndPlaceAreWordsOfTheText) {
+    for (const Given &given : givenTexts()) {
+        const Reply reply = convert({given.text, given.date, given.zone});
+        for (const Evidence &each : reply.evidence) {
+            if (each.fact != Fact::Title && each.fact != Fact::Location)
+                continue;
+            const auto &value =
+                each.fact == Fact::Title ? reply.draft->title : reply.draft->location;
+            const std::string words =
+                onOneLine(reply.cleanText.substr(each.begin, each.end - each.begin));
+            EXPECT_EQ(value, words) << given.text;
+        }
+    }
+}
+
+TEST(Conversion, noEndIsInvented) {
+    for (const char *text :
+         {"Dentist tomorrow at 9:30", "Party on Saturday", "Lunch 12:30 Friday"}) {
+        const Draft draft = draftOf(text);
+        EXPECT_FALSE(draft.startDate.empty()) << text;
+        EXPECT_EQ(draft.endTime, "") << text;
+        EXPECT_EQ(draft.endDate, "") << text;
+    }
+}
+
+std::string repeated(const std::string &unit, int count) {
+    std::string text;
+    for (int i = 0; i < count; ++i)
+        text += unit;
+    return text;
+}
+
+/// Processor time of this thread: what other programs do does not count.
+std::chrono::nanoseconds worked() {
+    timespec time{};
+    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
+    return std::chrono::seconds(time.tv_sec) + std::chrono::nanoseconds(time.tv_nsec);
+}
+
+std::chrono::nanoseconds fastest(const std::string &text) {
+    auto best = std::chrono::nanoseconds::max();
+    for (int i = 0; i < 3; ++i) {
+        const auto start = worked();
+        convertText(text);
+        best = std::min(best, worked() - start);
+    }
+    return best;
+}
+
+TEST(Conversion, theWorkGrowsNoFasterThanTheText) {
+    constexpr int kSmall = 1000;
+    constexpr int kTimesLonger = 16;
+    constexpr int kGenerous = 4; // quadratic work would take 16 times as long again
+    const std::vector<std::string> units{"Lunch on Friday at 5pm in the park, ",
+                                         "at ",
+                                         "1 2 3 ",
+                                         "(",
+                                         "((a",
+                                         "next ",
+                                         "a-b-c-",
+                                         "5/6/",
+                                         "in two weeks from ",
+                                         "Where: x\n",
+                                         "A: b\n",
+                                         "| cell ",
+                                         "forwarded message ",
+                                         "Fri ",
+                                         "5 - ",
+                                         "The Park, ",
+                                         "x@",
+                                         "http://",
+                                         "\"",
+                                         "*",
+                                         "the ",
+                                         "[1",
+                                         "end of "};
+    for (const std::string &unit : units) {
+        const auto small = fastest(repeated(unit, kSmall));
+        const auto large = fastest(repeated(unit, kSmall * kTimesLonger));
+        EXPECT_LT(large, kGenerous * kTimesLonger * small + std::chrono::milliseconds(5)) << unit;
+    }
+}
+
+} // namespace
+
+} // namespace pindle::conversion::test
