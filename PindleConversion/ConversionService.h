@@ -5,8 +5,8 @@
 
 namespace pindle::conversion {
 
-/// Largest request body that is read, in bytes.
-inline constexpr std::size_t kLargestBody = std::size_t{4} * 1024 * 1024;
+/// Largest request body that is read, in bytes; more text than that is no event, but a mishap.
+inline constexpr std::size_t kLargestBody = 1'000'000;
 
 /// Answers one request of the conversion service: "on-install" with a fresh key, and
 /// "text-conversion" with a reply object. Any bytes get one valid JSON object; bad input gets

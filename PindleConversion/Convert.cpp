@@ -32,11 +32,12 @@ void addEvidence(Reply &reply, const Document &document, Fact fact, TokenSpan sp
             {fact, document.tokens[span.begin].begin, document.tokens[span.end - 1].end});
 }
 
-/// Writes days, times and zone of the choice into the draft.
-void fillMoments(Draft &draft, const Choice &choice) {
+/// Writes days, times and zone of the choice into the draft; a text that names no zone means the
+/// user's own.
+void fillMoments(Draft &draft, const Choice &choice, std::string_view ownZone) {
     constexpr int kMinutesInDay = 24 * 60;
     draft.startDate = formatDay(choice.start);
-    draft.timeZone = choice.zone;
+    draft.timeZone = choice.zone.empty() ? std::string(ownZone) : choice.zone;
     if (choice.startMinute)
         draft.startTime = formatMinute(*choice.startMinute);
     std::optional<Day> last = choice.last;
@@ -83,7 +84,7 @@ Reply convert(const Request &request) {
     const TokenSpan place = findPlace(document, choice);
     const TokenSpan title = findTitle(document, choice);
     Draft draft;
-    fillMoments(draft, choice);
+    fillMoments(draft, choice, request.referenceTimezone);
     draft.location = spanText(document, place);
     draft.title = spanText(document, title);
     draft.description = describe(document, title, place);

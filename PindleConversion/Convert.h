@@ -45,7 +45,7 @@ struct Reply {
     std::string userMessage;        ///< one sentence when something was assumed, else ""
     std::string error;              ///< one sentence when there is no draft, else ""
     std::string cleanText;          ///< the text the evidence points into
-    std::vector<Evidence> evidence; ///< one entry or more for every value that is not ""
+    std::vector<Evidence> evidence; ///< for every value read; the user's own zone is a default
 };
 
 /// Reads one event out of a text. Never throws for any bytes, keeps no state, any thread.

@@ -4,9 +4,6 @@
 
 #include "PindleConversion/ConversionService.h"
 
-#ifndef PINDLE_VERSION
-#define PINDLE_VERSION "0.1.0"
-#endif
 
 namespace {
 

@@ -34,9 +34,8 @@ public:
     virtual std::optional<CGEventSource> CGEventSourceCreate(CGEventSourceStateID state) = 0;
 
     /// Absent when the key cannot be produced.
-    virtual std::optional<CGEvent> CGEventCreateKeyboardEvent(const CGEventSource &source,
-                                                              CGKeyCode virtualKey,
-                                                              bool keyDown) = 0;
+    virtual std::optional<CGEvent>
+    CGEventCreateKeyboardEvent(const CGEventSource &source, CGKeyCode virtualKey, bool keyDown) = 0;
 
     virtual void CGEventSetFlags(CGEvent &event, CGEventFlags flags) = 0;
 

@@ -15,8 +15,7 @@ inline constexpr quint32 cmdKey = 0x100;
 inline constexpr quint32 shiftKey = 0x200;
 
 /// Four characters as a big-endian 32-bit code.
-constexpr quint32 fourCharCode(const char (&c)[5])
-{
+constexpr quint32 fourCharCode(const char (&c)[5]) {
     return quint32(quint8(c[0])) << 24 | quint32(quint8(c[1])) << 16 | quint32(quint8(c[2])) << 8 |
            quint32(quint8(c[3]));
 }

@@ -8,13 +8,11 @@ namespace {
 Platform *installed = nullptr;
 }
 
-void Platform::install(Platform &platform)
-{
+void Platform::install(Platform &platform) {
     installed = &platform;
 }
 
-Platform &Platform::shared()
-{
+Platform &Platform::shared() {
     if (!installed)
         qFatal("no platform was handed over");
     return *installed;

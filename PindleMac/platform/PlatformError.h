@@ -10,8 +10,8 @@ namespace pindle {
 class PlatformError : public std::exception {
 public:
     explicit PlatformError(const QString &description)
-        : description_(description), utf8_(description.toUtf8())
-    {}
+        : description_(description)
+        , utf8_(description.toUtf8()) {}
     QString localizedDescription() const { return description_; }
     const char *what() const noexcept override { return utf8_.constData(); }
 

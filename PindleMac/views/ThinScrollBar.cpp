@@ -46,8 +46,8 @@ QRectF ThinScrollBar::thumb() const {
     const double range = maximum() - minimum();
     // The bar stood in for changes its page after its range, and tells nobody.
     const int page = source_ ? source_->pageStep() : pageStep();
-    const double length = std::clamp(track * page / (range + page),
-                                     std::min(smallestLength, track), track);
+    const double length =
+        std::clamp(track * page / (range + page), std::min(smallestLength, track), track);
     const double progress = range > 0 ? (value() - minimum()) / range : 0;
     return {width() - thickness - inset, inset + (track - length) * progress, thickness, length};
 }

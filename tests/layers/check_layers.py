@@ -47,11 +47,11 @@ RULES = {
                         qt={"QtCore", "QtGui", "QtWidgets", "QtSvg"}, other=None,
                         links={"PindleLogic", "Qt6::Widgets", "Qt6::Svg"}),
     "PindleLinux": dict(layers={"PindlePlatform", "PindleLinux"},
-                        qt={"QtCore", "QtGui", "QtWidgets", "QtNetwork", "QtDBus"},
+                        qt={"QtCore", "QtGui", "QtWidgets", "QtNetwork"},
                         other=r"^(xcb/.*|xkbcommon/.*|systemd/sd-bus\.h|libical/.*|nlohmann/.*|sys/.*"
                               r"|unistd\.h|fcntl\.h|dirent\.h|poll\.h|pthread\.h)$",
                         links={"PindlePlatform", "Qt6::Gui", "Qt6::Widgets", "Qt6::Network",
-                               "Qt6::DBus", "PkgConfig::XCB", "PkgConfig::SYSTEMD",
+                               "PkgConfig::XCB", "PkgConfig::SYSTEMD",
                                "PkgConfig::ICAL", "nlohmann_json::nlohmann_json",
                                "Threads::Threads"}),
     "PindleConversion": dict(layers={"PindleConversion"}, qt=set(),
@@ -138,6 +138,8 @@ def self_test(qt_headers):
 
 
 def main():
+    if not os.path.exists(os.path.join(sys.argv[2], "QtCore", "QString")):
+        sys.exit(f"there are no Qt headers in {sys.argv[2]}")
     if sys.argv[1] == "--self-test":
         self_test(sys.argv[2])
         return

@@ -87,8 +87,7 @@ TEST_F(Interleaving, aSecondPressResetsTheStateWhileTheFirstStillWaits) {
     EXPECT_EQ(model->eventDetails().title, QStringLiteral("Second"));
 }
 
-TEST_F(Interleaving, aFailureOfTheEarlierRunAfterTheLaterOnesSuccessIsShown)
-{
+TEST_F(Interleaving, aFailureOfTheEarlierRunAfterTheLaterOnesSuccessIsShown) {
     desktop.urlSession.reply = [this](const URLRequest &) {
         if (++replies == 1)
             return fake::FakeURLSession::failure(QStringLiteral("The request timed out."));

@@ -1,6 +1,8 @@
 #include "tests/PindleMac/logic/TestAccess.h"
 
+#include <algorithm>
 #include <nlohmann/json.hpp>
+#include <random>
 
 namespace pindle {
 
@@ -122,6 +124,32 @@ TEST(WireFormat, aDraftWritesAndReadsItsEightKeys) {
     const auto details = decodeCalendarEventDetails(fullDetails);
     EXPECT_EQ(parsed(encode(details)), parsed(fullDetails));
     EXPECT_EQ(details, decodeCalendarEventDetails(encode(details)));
+}
+
+TEST(WireFormat, anyBytesDecodeOrThrowADecodingError) {
+    std::mt19937 random(20261121); // always the same bytes
+    const QByteArray whole =
+        R"({"success":true,"user_message":"é","error":null,"details":)" + fullDetails + "}";
+    int decoded = 0;
+    int refused = 0;
+    for (int round = 0; round < 20'000; ++round) {
+        QByteArray body = whole;
+        for (auto change = random() % 4; change > 0; --change) {
+            const auto at = static_cast<qsizetype>(random() % static_cast<unsigned>(body.size()));
+            if (random() % 3 == 0)
+                body.truncate(std::max<qsizetype>(at, 1));
+            else
+                body[at] = static_cast<char>(random());
+        }
+        try {
+            decodeTextConversionResponse(body);
+            ++decoded;
+        } catch (const DecodingError &) {
+            ++refused;
+        }
+    }
+    EXPECT_GT(decoded, 1000);
+    EXPECT_GT(refused, 1000);
 }
 
 TEST(WireFormat, aDecodingErrorNeverRepeatsTheValue) {

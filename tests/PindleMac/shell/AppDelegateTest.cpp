@@ -3,7 +3,7 @@
 #include "tests/PindleMac/shell/ShellFixture.h"
 
 #include <QApplication>
-#include <QCoreApplication>
+#include <QScreen>
 
 namespace pindle {
 
@@ -21,6 +21,10 @@ struct Delegate : ::testing::Test {
                 return widget;
         }
         return nullptr;
+    }
+    /// The toolkit's corner of a panel whose bottom edge is this high above the screen's.
+    static QPoint corner(int left, int bottom) {
+        return {left, QGuiApplication::primaryScreen()->geometry().height() - bottom - 560};
     }
     void post(const QString &name, const std::any &object = {}) {
         shell.desktop.notificationCenter.post(name, object);
@@ -46,8 +50,7 @@ TEST_F(Delegate, livesOnWithoutAWindow) {
 TEST_F(Delegate, showsThePanelWhereTheRequestSays) {
     post(showPindlePopover, FloatingPanelRequest{{1000, 700}});
     ASSERT_TRUE(panel()->isVisible());
-    // 1080 high: a bottom-left corner at 120 is a top edge at 1080 - 120 - 560.
-    EXPECT_EQ(panel()->pos(), QPoint(790, 400));
+    EXPECT_EQ(panel()->pos(), corner(790, 120));
 }
 
 TEST_F(Delegate, showsThePanelAtThePointerWhenTheRequestIsMissingOrOfAnotherType) {
@@ -57,7 +60,7 @@ TEST_F(Delegate, showsThePanelAtThePointerWhenTheRequestIsMissingOrOfAnotherType
         EXPECT_FALSE(panel()->isVisible());
         post(showPindlePopover, object);
         ASSERT_TRUE(panel()->isVisible());
-        EXPECT_EQ(panel()->pos(), QPoint(790, 1080 - 320 - 560));
+        EXPECT_EQ(panel()->pos(), corner(790, 320));
     }
 }
 

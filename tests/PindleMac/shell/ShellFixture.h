@@ -51,8 +51,7 @@ struct TestAccess {
     }
 
 private:
-    template<class T>
-    static void set(AppViewModel &model, Property property, T &stored, T value) {
+    template<class T> static void set(AppViewModel &model, Property property, T &stored, T value) {
         Q_EMIT model.objectWillChange(property);
         stored = std::move(value);
     }

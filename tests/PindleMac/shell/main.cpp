@@ -18,6 +18,8 @@ void withoutRemarksOnThePlugin(QtMsgType type, const QMessageLogContext &context
 
 int main(int argc, char **argv) {
     testing::InitGoogleTest(&argc, argv);
+    // Views are rendered off screen, also where there is a display.
+    qputenv("QT_QPA_PLATFORM", "offscreen");
     standard = qInstallMessageHandler(withoutRemarksOnThePlugin);
     QApplication application(argc, argv);
     // The sizes the expectations speak of, whatever the machine's own font is.

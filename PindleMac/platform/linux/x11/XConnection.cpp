@@ -6,8 +6,7 @@
 
 namespace pindle {
 
-std::unique_ptr<XConnection> XConnection::open()
-{
+std::unique_ptr<XConnection> XConnection::open() {
     int screenNumber = 0;
     xcb_connection_t *connection = xcb_connect(nullptr, &screenNumber);
     if (xcb_connection_has_error(connection)) {
@@ -17,8 +16,8 @@ std::unique_ptr<XConnection> XConnection::open()
     return std::unique_ptr<XConnection>(new XConnection(connection, screenNumber));
 }
 
-XConnection::XConnection(xcb_connection_t *connection, int screenNumber) : connection_(connection)
-{
+XConnection::XConnection(xcb_connection_t *connection, int screenNumber)
+    : connection_(connection) {
     auto it = xcb_setup_roots_iterator(xcb_get_setup(connection_));
     for (; screenNumber > 0 && it.rem > 1; --screenNumber)
         xcb_screen_next(&it);
@@ -31,7 +30,8 @@ XConnection::XConnection(xcb_connection_t *connection, int screenNumber) : conne
                       events);
     xcb_flush(connection_);
 
-    notifier_ = new QSocketNotifier(xcb_get_file_descriptor(connection_), QSocketNotifier::Read, this);
+    notifier_ =
+        new QSocketNotifier(xcb_get_file_descriptor(connection_), QSocketNotifier::Read, this);
     connect(notifier_, &QSocketNotifier::activated, this, [this] { dispatch(); });
     // Waiting for a reply moves events from the socket into xcb's queue, where the notifier no
     // longer sees them; so the queue is looked at before each sleep of the event loop.
@@ -43,14 +43,12 @@ XConnection::XConnection(xcb_connection_t *connection, int screenNumber) : conne
     }
 }
 
-XConnection::~XConnection()
-{
+XConnection::~XConnection() {
     delete notifier_;
     xcb_disconnect(connection_);
 }
 
-xcb_atom_t XConnection::atom(const char *name)
-{
+xcb_atom_t XConnection::atom(const char *name) {
     const QByteArray key(name);
     if (const auto found = atoms_.constFind(key); found != atoms_.cend())
         return *found;
@@ -62,15 +60,13 @@ xcb_atom_t XConnection::atom(const char *name)
     return atom;
 }
 
-void XConnection::addHandler(Handler handler)
-{
+void XConnection::addHandler(Handler handler) {
     handlers_.push_back(std::move(handler));
 }
 
-xcb_window_t XConnection::activeWindow()
-{
-    const auto cookie = xcb_get_property(connection_, 0, root(), atom("_NET_ACTIVE_WINDOW"),
-                                         XCB_ATOM_WINDOW, 0, 1);
+xcb_window_t XConnection::activeWindow() {
+    const auto cookie =
+        xcb_get_property(connection_, 0, root(), atom("_NET_ACTIVE_WINDOW"), XCB_ATOM_WINDOW, 0, 1);
     const auto reply = xcbReply(xcb_get_property_reply(connection_, cookie, nullptr));
     if (!reply || xcb_get_property_value_length(reply.get()) < int(sizeof(xcb_window_t)))
         return XCB_NONE;
@@ -79,14 +75,12 @@ xcb_window_t XConnection::activeWindow()
     return window;
 }
 
-bool XConnection::sameClient(quint32 a, quint32 b) const
-{
+bool XConnection::sameClient(quint32 a, quint32 b) const {
     const uint32_t client = ~xcb_get_setup(connection_)->resource_id_mask;
     return a != XCB_NONE && b != XCB_NONE && (a & client) == (b & client);
 }
 
-void XConnection::dispatch()
-{
+void XConnection::dispatch() {
     while (const auto event = xcbReply(xcb_poll_for_event(connection_))) {
         // A handler may add handlers; those see the next event.
         const std::size_t count = handlers_.size();

@@ -54,8 +54,7 @@ private:
 
 /// Owner for what xcb's functions return and expect to be freed.
 template<class T> using XcbReply = std::unique_ptr<T, decltype(&std::free)>;
-template<class T> XcbReply<T> xcbReply(T *reply)
-{
+template<class T> XcbReply<T> xcbReply(T *reply) {
     return XcbReply<T>(reply, &std::free);
 }
 

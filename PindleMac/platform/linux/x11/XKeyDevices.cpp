@@ -19,7 +19,7 @@ constexpr std::string_view xtestSuffix = "XTEST keyboard";
 KeySet keySet(const uint8_t *bytes) {
     KeySet set;
     for (std::size_t key = 0; key < keymapBytes * bitsPerByte; ++key)
-        set[key] = (bytes[key / bitsPerByte] >> (key % bitsPerByte) & 1U) != 0;
+        set[key] = (unsigned{bytes[key / bitsPerByte]} >> (key % bitsPerByte) & 1U) != 0;
     return set;
 }
 
