@@ -4,7 +4,6 @@
 
 #include "PindleConversion/ConversionService.h"
 
-
 namespace {
 
 constexpr std::string_view kHelp =
