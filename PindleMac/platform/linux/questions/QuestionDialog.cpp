@@ -28,6 +28,18 @@ QLabel *plainLabel(const QString &text, QWidget *parent) {
     return label;
 }
 
+/// Where the keyboard goes after the answer. The click that led to the question may have been the
+/// first one in its window, which then does not have the keyboard yet.
+QWidget *windowToReturnTo() {
+    if (QWidget *active = QApplication::activeWindow())
+        return active;
+    for (QWidget *window : QApplication::topLevelWidgets()) {
+        if (window->isVisible() && window->windowType() != Qt::ToolTip)
+            return window;
+    }
+    return nullptr;
+}
+
 } // namespace
 
 QuestionDialog::QuestionDialog(const Question &question, SystemQuestions &questions,
@@ -90,7 +102,7 @@ void QuestionDialog::layOut(const Question &question) {
 }
 
 void QuestionDialog::present() {
-    activeBefore_ = QApplication::activeWindow();
+    activeBefore_ = windowToReturnTo();
     const QScreen *screen = QGuiApplication::screenAt(QCursor::pos());
     if (!screen)
         screen = QGuiApplication::primaryScreen();

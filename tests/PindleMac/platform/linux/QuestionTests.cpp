@@ -173,6 +173,18 @@ TEST_F(Questions, theKeyboardGoesBackToTheWindowThatHadIt) {
     EXPECT_TRUE(QTest::qWaitForWindowActive(&before));
 }
 
+TEST_F(Questions, theKeyboardGoesToTheProgramsWindowThatWasJustClicked) {
+    QLineEdit clicked;
+    clicked.setAttribute(Qt::WA_ShowWithoutActivating);
+    clicked.show();
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(&clicked));
+    ASSERT_FALSE(clicked.isActiveWindow());
+    QuestionDialog *dialog = shown();
+    QTest::mouseClick(dialog->acceptButton(), Qt::LeftButton);
+    expect(QuestionAnswer::accepted);
+    EXPECT_TRUE(QTest::qWaitForWindowActive(&clicked));
+}
+
 TEST_F(Questions, aQueueThatEndsTakesItsWindowAlong) {
     auto other = std::make_unique<QuestionQueue>(questions);
     other->ask(sample, [this](QuestionAnswer answer) { answers.append(answer); });
