@@ -100,16 +100,30 @@ void CursorPopoverPanel::orderOut() {
 }
 
 void CursorPopoverPanel::resignKeyWindow() {
-    if (windowServer_.systemQuestionShown() || QApplication::activePopupWidget()) {
-        // The keyboard is only lent; whether it came back is seen when it should have.
+    if (isKeyboardLent())
+        return awaitKeyboard();
+    orderOut();
+    Q_EMIT didResignKey();
+}
+
+bool CursorPopoverPanel::isKeyboardLent() const {
+    return windowServer_.systemQuestionShown() || QApplication::activePopupWidget();
+}
+
+void CursorPopoverPanel::awaitKeyboard() {
+    QTimer::singleShot(keyboardReturn, this, [this] {
+        if (!isVisible() || isActiveWindow())
+            return;
+        if (isKeyboardLent())
+            return awaitKeyboard();
+        // A window manager may give the keyboard to another program as the question closes. It is
+        // asked for once; where that is refused, the panel has lost it.
+        becomeKey();
         QTimer::singleShot(keyboardReturn, this, [this] {
             if (isVisible() && !isActiveWindow())
                 resignKeyWindow();
         });
-        return;
-    }
-    orderOut();
-    Q_EMIT didResignKey();
+    });
 }
 
 void CursorPopoverPanel::placeContent() {

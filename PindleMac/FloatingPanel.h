@@ -49,6 +49,8 @@ private:
     void createWindow();
     void placeContent();
     void becomeKey();
+    bool isKeyboardLent() const;
+    void awaitKeyboard();
 
     WindowServer &windowServer_;
     ContentView *content_;

@@ -140,13 +140,25 @@ TEST(FloatingPanel, losingTheKeyboardToAQuestionOfTheSystemKeepsIt) {
     EXPECT_FALSE(shown.controller.isShown()) << "once the question has gone";
 }
 
-TEST(FloatingPanel, aKeyboardThatDoesNotComeBackFromAQuestionHidesIt) {
+TEST(FloatingPanel, aKeyboardThatWentElsewhereAfterAQuestionIsAskedForAgain) {
     KeyPanel shown;
     shown.shell.desktop.windowServer.questionShown = true;
     shown.other.activateWindow();
     settle();
     ASSERT_TRUE(shown.controller.isShown());
     shown.shell.desktop.windowServer.questionShown = false;
+    EXPECT_TRUE(QTest::qWaitFor([&] { return shown.panel.isActiveWindow(); }, 3000));
+    EXPECT_TRUE(shown.controller.isShown());
+}
+
+TEST(FloatingPanel, aKeyboardThatIsTakenAgainAfterAQuestionHidesIt) {
+    KeyPanel shown;
+    shown.shell.desktop.windowServer.questionShown = true;
+    shown.other.activateWindow();
+    settle();
+    shown.shell.desktop.windowServer.questionShown = false;
+    ASSERT_TRUE(QTest::qWaitFor([&] { return shown.panel.isActiveWindow(); }, 3000));
+    shown.other.activateWindow();
     EXPECT_TRUE(QTest::qWaitFor([&] { return !shown.controller.isShown(); }, 3000));
 }
 
