@@ -261,9 +261,7 @@ private:
         m_pending = Label::None;
         if (from < end)
             addField(from, end, label, words);
-        else if (label != Label::None && mayStandAlone(label))
-            m_pending = label;
-        else if (label == Label::Title)
+        else if (label == Label::Title || (label != Label::None && mayStandAlone(label)))
             m_pending = label;
     }
 
