@@ -70,8 +70,13 @@ void Actor::chord(const std::vector<xcb_keycode_t> &keys) {
         release(*key);
 }
 
-void Actor::click(int x, int y) {
+void Actor::movePointer(int x, int y) {
     xcb_test_fake_input(connection_, XCB_MOTION_NOTIFY, 0, 0, root_, int16_t(x), int16_t(y), 0);
+    sync();
+}
+
+void Actor::click(int x, int y) {
+    movePointer(x, y);
     xcb_test_fake_input(connection_, XCB_BUTTON_PRESS, 1, 0, XCB_NONE, 0, 0, 0);
     xcb_test_fake_input(connection_, XCB_BUTTON_RELEASE, 1, 0, XCB_NONE, 0, 0, 0);
     sync();

@@ -12,7 +12,7 @@
 namespace pindle::test {
 
 // Positions of the ANSI keyboard as X key codes, and their kVK_ANSI_* codes where tests use them.
-inline constexpr xcb_keycode_t keyE = 26, keyK = 45, keyC = 54, keyD = 40;
+inline constexpr xcb_keycode_t keyE = 26, keyK = 45, keyC = 54, keyD = 40, keyA = 38;
 inline constexpr xcb_keycode_t keyShift = 50, keySuper = 133, keyControl = 37, keyAlt = 64;
 inline constexpr xcb_keycode_t keyCapsLock = 66, keyNumLock = 77, keyInsert = 118;
 inline constexpr quint32 ansiE = 14, ansiK = 40, ansiC = 8;
@@ -49,6 +49,7 @@ public:
     void tap(xcb_keycode_t key);
     /// Presses the keys in order, releases them in the opposite order.
     void chord(const std::vector<xcb_keycode_t> &keys);
+    void movePointer(int x, int y);
     void click(int x, int y);
 
     bool grabKey(uint16_t modifiers, xcb_keycode_t key);
