@@ -4,6 +4,7 @@
 #include "PindleConversion/clean/CleanText.h"
 #include "PindleConversion/compose/Compose.h"
 #include "PindleConversion/layout/Fields.h"
+#include "PindleConversion/tokens/Annotate.h"
 #include "PindleConversion/tokens/Tokenizer.h"
 
 namespace pindle::conversion {
@@ -20,10 +21,8 @@ bool isAmerican(std::string_view zone) {
     return zone == "Pacific/Honolulu";
 }
 
-Reference referenceOf(const Request &request, Day today, DayOrder order) {
-    const bool monthFirst = order == DayOrder::MonthFirst ||
-                            (order == DayOrder::ByZone && isAmerican(request.referenceTimezone));
-    return {today, request.referenceTimezone, monthFirst};
+Reference referenceOf(const Request &request, Day today) {
+    return {today, request.referenceTimezone, isAmerican(request.referenceTimezone)};
 }
 
 void addEvidence(Reply &reply, const Document &document, Fact fact, TokenSpan span) {
@@ -56,11 +55,11 @@ Reply refuse(std::string error) {
     return reply;
 }
 
-Document read(std::string_view text) {
+Document read(std::string_view text, std::string_view userZone) {
     Document document;
     document.text = cleanText(text);
-    document.tokens = tokenize(document.text);
-    annotate(document, lexiconIndex());
+    document.tokens = tokenize(document.text, lexiconVocabulary());
+    annotate(document, userZone);
     layOut(document);
     return document;
 }
@@ -71,12 +70,12 @@ Reply convert(const Request &request) {
     const auto today = parseDay(request.referenceDate);
     if (!today)
         return refuse("The reference date is not a valid date.");
-    Document document = read(request.text);
-    const Reference reference = referenceOf(request, *today, lexiconIndex().dayOrder());
+    Document document = read(request.text, request.referenceTimezone);
+    const Reference reference = referenceOf(request, *today);
     const Expressions expressions = findExpressions(document);
     const Choice choice = chooseEvent(document, expressions, reference);
     if (!choice.found) {
-        Reply reply = refuse(refusalText(choice.notice));
+        Reply reply = refuse(refusalText(document, choice.notice));
         reply.cleanText = std::move(document.text);
         return reply;
     }
@@ -95,7 +94,7 @@ Reply convert(const Request &request) {
     addEvidence(reply, document, Fact::End, choice.endSpan);
     addEvidence(reply, document, Fact::Zone, choice.zoneSpan);
     reply.draft = std::move(draft);
-    reply.userMessage = noticeText(choice);
+    reply.userMessage = noticeText(document, choice);
     reply.cleanText = std::move(document.text);
     return reply;
 }

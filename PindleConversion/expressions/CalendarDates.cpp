@@ -219,6 +219,7 @@ std::optional<DateMention> readNumeric(const Reader &reader, std::uint32_t i) {
     if (second > 12)
         result = mention(i, next, first, second, result.first.year);
     result.first.eitherOrder = first <= 12 && second <= 12 && !dotted;
+    result.first.order = reader.language(i).dayOrder;
     result.weak = !three;
     return result;
 }
@@ -257,7 +258,7 @@ std::optional<DateMention> readHoliday(const Reader &reader, std::uint32_t i) {
         return std::nullopt;
     DateMention result;
     result.span = {i, i + holiday->length};
-    if (!holiday->note.empty()) {
+    if (holiday->note != 0) {
         result.first.base = DateSpec::Base::Easter;
         result.first.days = holiday->value;
     } else {

@@ -8,9 +8,6 @@
 
 namespace pindle::conversion {
 
-/// Which of several like days is meant.
-enum class Which : std::uint8_t { Nearest, This, Next, Last, AfterNext };
-
 /// A day as the text gives it, before a reference date settles it.
 struct DateSpec {
     enum class Base : std::uint8_t {
@@ -34,6 +31,7 @@ struct DateSpec {
     int months = 0; ///< added after all else; with DayOnly and NthWeekday: from the current month
     bool monthGiven = false;  ///< `months` is meant: "this month", "next month"
     bool eitherOrder = false; ///< numeric: `month` and `day` may be swapped
+    DayOrder order = DayOrder::ByZone; ///< with `eitherOrder`: how the text's language reads it
 };
 
 struct DateMention {

@@ -65,7 +65,7 @@ std::uint32_t readCities(const Reader &reader, std::uint32_t i, TimeMention &men
         if (!reader.word(j) || !reader.at(j)->capital)
             break;
         if (city && city->value == 0 && !found) {
-            mention.zone = city->note;
+            mention.zone = noteOf(*city);
             mention.hasOffset = false;
             found = true;
         }
@@ -81,20 +81,20 @@ std::uint32_t readCities(const Reader &reader, std::uint32_t i, TimeMention &men
 std::uint32_t readNamed(const Reader &reader, std::uint32_t i, bool afterTime,
                         TimeMention &mention) {
     if (const Sense *zone = reader.sense(i, Meaning::Zone)) {
-        mention.zone = zone->note;
+        mention.zone = noteOf(*zone);
         mention.hasOffset = false;
         return i + zone->length;
     }
     const Sense *brief = afterTime ? reader.sense(i, Meaning::ZoneAfterTime) : nullptr;
     if (brief && !namesSomethingElse(reader, i, *brief)) {
-        mention.zone = brief->note;
+        mention.zone = noteOf(*brief);
         const Sense *word = reader.sense(i + brief->length, Meaning::ZoneWord);
         return i + brief->length + (word && word->value == 1 ? word->length : 0U);
     }
     const Sense *city = reader.sense(i, Meaning::ZoneWord);
     const Sense *time = city ? reader.sense(i + city->length, Meaning::ZoneWord) : nullptr;
     if (city && city->value == 0 && time && time->value == 1) {
-        mention.zone = city->note;
+        mention.zone = noteOf(*city);
         return i + city->length + time->length;
     }
     return i;

@@ -65,7 +65,9 @@ Written calendar(const DateSpec &spec, const Reference &reference, Day from) {
         if (fitsDayFirst != fitsMonthFirst)
             return {fitsDayFirst ? dayFirst : monthFirst, false};
     }
-    return {reference.monthFirst ? monthFirst : dayFirst, m != d};
+    const bool swapped = spec.order == DayOrder::MonthFirst ||
+                         (spec.order == DayOrder::ByZone && reference.monthFirst);
+    return {swapped ? monthFirst : dayFirst, m != d};
 }
 
 Day weekdayFrom(const DateSpec &spec, Day today) {

@@ -28,6 +28,8 @@ struct Token {
     bool capital = false;    ///< a Word whose first letter is upper case
     bool possessive = false; ///< a Word in the possessive form
     bool used = false;       ///< belongs to a value already read
+    bool unspaced = false;   ///< of a script without spaces between words
+    LanguageId language = kSharedWords; ///< of its line
 };
 
 /// A run of tokens, `end` excluded.
@@ -112,6 +114,10 @@ public:
     bool glued(std::uint32_t i) const {
         const Token *token = at(i);
         return token && !token->spaceBefore;
+    }
+    const LanguageInfo &language(std::uint32_t i) const {
+        const Token *token = at(i);
+        return languageInfo(token ? token->language : kSharedWords);
     }
     /// The position behind the phrase of that meaning at `i`, or `i` itself.
     std::uint32_t skip(std::uint32_t i, Meaning meaning) const {
