@@ -85,6 +85,22 @@ bool isLink(const Document &document, TokenSpan span) {
     return !span.empty() && document.tokens[span.begin].kind == TokenKind::Link;
 }
 
+/// A booking or visit is called by its place as well: "stay at The Gull Inn".
+TokenSpan titleWithPlace(const Document &document, TokenSpan title, TokenSpan place) {
+    constexpr std::uint32_t kLongestJoint = 3;
+    if (place.empty() || isLink(document, place))
+        return title;
+    if (title.empty())
+        return place;
+    const Reader reader(document, title.end);
+    const Sense *general = reader.sense(title.begin, Meaning::GeneralEvent);
+    const bool follows = place.begin >= title.end && place.begin <= title.end + kLongestJoint &&
+                         document.sameSentence(title.begin, place.begin);
+    if (general && title.begin + general->length == title.end && follows)
+        return {title.begin, place.end};
+    return title;
+}
+
 } // namespace
 
 Reply convert(const Request &request) {
@@ -104,7 +120,7 @@ Reply convert(const Request &request) {
     Reply reply;
     const TokenSpan place = findPlace(document, choice);
     const TokenSpan named = findTitle(document, choice);
-    const TokenSpan title = named.empty() && !isLink(document, place) ? place : named;
+    const TokenSpan title = titleWithPlace(document, named, place);
     Draft draft;
     fillMoments(draft, choice, request.referenceTimezone);
     draft.location = spanText(document, place);

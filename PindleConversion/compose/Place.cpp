@@ -186,7 +186,8 @@ private:
             reader.has(i - 1, Meaning::PlaceNoun))
             return true;
         const bool stopWord = reader.has(i, Meaning::PlaceStop) || reader.has(i, Meaning::Greeting);
-        return stopWord && !(current.capital && token(i - 1).capital);
+        return stopWord &&
+               !(current.capital && (token(i - 1).capital || reader.symbol(i - 1, ',')));
     }
 
     /// The name from `begin` up to what ends it; commas are passed when an address goes on.
@@ -215,7 +216,8 @@ private:
         const std::uint32_t limit = std::min(reader.end(), i + kLongestName);
         while (end < limit && !stops(reader, end, begin))
             ++end;
-        if (end == i || reader.has(i, Meaning::PlaceStop) || reader.has(i, Meaning::Greeting))
+        const bool stop = reader.has(i, Meaning::PlaceStop) && !token(i).capital;
+        if (end == i || stop || reader.has(i, Meaning::Greeting))
             return i;
         const Shape shape = shapeOf({i, end});
         if (shape.event && !shape.noun && !shape.street)
@@ -241,6 +243,8 @@ private:
         const std::uint32_t end = nameEnd(reader, begin);
         if (end == begin)
             return;
+        if (offerWholeLine(reader, i, end))
+            return;
         const Shape shape = shapeOf({begin, end});
         const bool article = reader.has(begin, Meaning::The);
         const bool named = shape.capital || token(begin).kind == TokenKind::Number;
@@ -257,6 +261,22 @@ private:
             offer({begin, end}, 24, i);
         else if (marker.value == 0 && isWeakPlace(reader, i, shape))
             offer({begin, end}, (shape.noun || shape.street ? 38 : 24) - headingPenalty(i), i);
+    }
+
+    /// "Pfarrkirche Sankt Veit im Moos" on a line below the date is one name.
+    bool offerWholeLine(const Reader &reader, std::uint32_t marker, std::uint32_t end) {
+        const Field &field = m_document.fields[token(marker).field];
+        if (token(marker).field <= m_anchorField || marker == field.begin || field.spoken ||
+            marker - field.begin > kLongestName)
+            return false;
+        const Shape before = shapeOf({field.begin, marker});
+        bool free = end == field.end;
+        for (std::uint32_t k = field.begin; k < marker && free; ++k)
+            free = !token(k).used && reader.word(k);
+        if (!free || !before.title || !before.noun || before.event)
+            return false;
+        offer({field.begin, end}, 54, marker);
+        return true;
     }
 
     /// "Astronomy in the Park" above the date is a name.
@@ -356,15 +376,21 @@ private:
         std::uint32_t begin = field.begin;
         const bool later = f > m_anchorField || (field.cell && f != 0);
         for (std::uint32_t i = field.begin; i <= field.end; ++i) {
-            const bool mark = i == field.end || token(i).used || isBreak(reader, i);
+            const bool spaced = i < field.end && i > begin && startsUnspaced(reader, i);
+            const bool mark = i == field.end || token(i).used || isBreak(reader, i) || spaced;
             if (!mark)
                 continue;
             if (i > begin && (later || begin > m_choice.anchor()))
                 begin = piece(reader, f, begin, i);
             if (i < begin)
                 continue;
-            begin = i + 1;
+            begin = spaced ? i : i + 1;
         }
+    }
+
+    /// Where words are not spaced, a space separates parts.
+    static bool startsUnspaced(const Reader &reader, std::uint32_t i) {
+        return reader.at(i)->unspaced && reader.at(i)->spaceBefore;
     }
 
     bool isBreak(const Reader &reader, std::uint32_t i) const {

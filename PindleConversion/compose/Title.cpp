@@ -47,7 +47,7 @@ private:
         const bool names = field.label == Label::Start || field.label == Label::Deadline;
         if (field.labelWords.empty() || !names || !contains(field.labelWords, Meaning::Event))
             return;
-        constexpr int kWeak = 42;
+        constexpr int kWeak = 5;
         if (kWeak > m_score) {
             m_score = kWeak;
             m_best = field.labelWords;
@@ -56,6 +56,7 @@ private:
 
     void offerRun(const Field &field, const Run &run, bool alone) {
         ++m_order;
+        m_first = !m_sawText;
         for (TokenSpan part : partsOf(run.span)) {
             TokenSpan trimmed = trim(part);
             const bool onlyFillers = trimmed.empty() || !hasLetters(trimmed);
@@ -84,7 +85,8 @@ private:
         std::uint32_t begin = run.begin;
         for (std::uint32_t i = run.begin; i < run.end; ++i) {
             const bool hard = isHardBreak(reader, i);
-            const bool soft = (wide || greeting) && isSoftBreak(reader, i);
+            const bool soft = (wide || greeting) && isSoftBreak(reader, i) &&
+                              !(reader.symbol(i, ':') && !greeting && columns(trimmed) <= kWidest);
             if (!(hard || soft))
                 continue;
             parts.push_back({begin, i});
@@ -219,9 +221,10 @@ private:
         int width = 0;
         for (std::size_t at = 0; at < text.size() && width <= 2 * kWidest;) {
             const CodePoint point = decodeAt(text, at);
+            const bool blank = point.value == ' ' && at > 0 && text[at - 1] == ' ';
             at = point.end;
             if (point.value < 0x1100) {
-                ++width;
+                width += blank ? 0 : 1;
                 continue;
             }
             const int wide = u_getIntPropertyValue(point.value, UCHAR_EAST_ASIAN_WIDTH);
@@ -284,7 +287,7 @@ private:
         int score = labelScore(field.label) - std::min(m_order, 20) + 20;
         const bool sameSentence = m_document.sameSentence(part.begin, anchor);
         const bool sameField = token(part.begin).field == token(anchor).field;
-        const bool first = !m_sawText && alone && !field.spoken;
+        const bool first = m_first && alone && !field.spoken;
         if (sameSentence)
             score += part.begin < anchor ? 40 : 28;
         else if (sameField)
@@ -323,6 +326,9 @@ private:
             score -= 40;
         if (begin < part.end && token(begin).symbol == '(')
             score -= 25;
+        // "保護者の皆様": whom the text speaks to.
+        if (token(part.end - 1).unspaced && reader.has(part.end - 1, Meaning::Person))
+            score -= 60;
         if (hasMoney(trimmed))
             score -= 30;
         if (contains(trimmed, Meaning::PastVerb))
@@ -332,9 +338,13 @@ private:
             score -= 40;
         if (trimmed.end - trimmed.begin == 1 && !contains(trimmed, Meaning::Event))
             score -= 6;
-        // "Webinar: Reading a Balance Sheet" is called by what follows.
-        if (trimmed.end - trimmed.begin <= 3 && trimmed.end < m_document.tokens.size() &&
-            token(trimmed.end).symbol == ':' && m_document.sameSentence(trimmed.begin, trimmed.end))
+        // "Webinar: Reading a Balance Sheet" is called by what follows; so is "Talk "Heat Pumps"".
+        const std::uint32_t next = trimmed.end + 1;
+        if (trimmed.end - trimmed.begin <= 3 && next < m_document.tokens.size() &&
+            contains(trimmed, Meaning::Event) && !token(next).used &&
+            token(next).kind == TokenKind::Word &&
+            (token(next - 1).symbol == ':' || token(next - 1).symbol == '"') &&
+            m_document.sameSentence(trimmed.begin, next))
             score -= 30;
         return score;
     }
@@ -352,6 +362,7 @@ private:
     int m_score = kNone;
     int m_order = 0;
     bool m_sawText = false;
+    bool m_first = true; ///< the run looked at is the text's first
 };
 
 } // namespace

@@ -128,7 +128,9 @@ std::optional<DateMention> readDayFirst(const Reader &reader, std::uint32_t i) {
         return std::nullopt;
     int second = 0;
     std::uint32_t j = day->next;
-    if (const std::uint32_t join = readDayJoin(reader, j); join != j) {
+    // "11-Sep-2027" is one day.
+    if (const std::uint32_t join = readDayJoin(reader, j);
+        join != j && !(reader.glued(j) && reader.has(join, Meaning::Month))) {
         const auto last = readDay(reader, reader.skip(join, Meaning::The));
         if (!last || last->day <= day->day)
             return std::nullopt;

@@ -52,6 +52,8 @@ bool readMinutes(const Reader &reader, std::uint32_t &i, ClockSpec &clock) {
     clock.minuteGiven = true;
     clock.sure = colon || hour;
     i += 2;
+    if (hour)
+        i = reader.skip(i, Meaning::MinuteMark);
     return true;
 }
 

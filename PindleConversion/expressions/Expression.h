@@ -95,7 +95,7 @@ struct Expressions {
 };
 
 /// Most expressions of one kind that are taken from a text; what follows is not looked at.
-inline constexpr std::size_t kMostExpressions = 128;
+inline constexpr std::size_t kMostExpressions = 64;
 
 /// Fourth step: finds the expressions and marks their tokens as used.
 Expressions findExpressions(Document &document);

@@ -370,6 +370,7 @@ std::optional<DateMention> readLedDay(const Reader &reader, std::uint32_t i) {
     next += ordinal ? 1 : 0;
     const bool time =
         reader.symbol(next, ':') || reader.has(next, Meaning::HourMark) ||
+        (ordinal && reader.glued(next) && reader.number(next, 0, 9999, 4)) ||
         (reader.symbol(next, '.') && reader.glued(next) && reader.number(next + 1, 0, 59));
     if (time || (reader.word(next) && !endsDayOnly(reader, next) &&
                  !reader.has(next, Meaning::Of) && !reader.has(next, Meaning::RangeTo)))

@@ -92,6 +92,7 @@ enum class Meaning : std::uint8_t {
     Daily,         ///< "daily", behind hours
     Cancelled,     ///< the event does not take place
     OnlineEvent,   ///< a kind of event that is usually held online
+    GeneralEvent,  ///< says too little alone: "stay", "booking"; the place completes it
     AsideLead,     ///< what follows is not the event itself: "followed by", "because of"
 };
 

@@ -91,6 +91,7 @@ constexpr TableKind kTableKinds[] = {
     {"daily", Meaning::Daily, Values::Number},
     {"cancelled", Meaning::Cancelled, Values::Number},
     {"online-event", Meaning::OnlineEvent, Values::Number},
+    {"general-event", Meaning::GeneralEvent, Values::Number},
     {"aside-lead", Meaning::AsideLead, Values::Number},
     {"zone-abbreviation", Meaning::ZoneAfterTime, Values::Note},
     {"zone-in-capitals", Meaning::ZoneAfterTime, Values::Note, 1},
