@@ -49,8 +49,16 @@ bool Chooser::endOnLaterDay() {
         return false;
     for (const Dated &dated : m_dates) {
         const std::uint32_t at = dated.mention->span.begin;
+        // "Labour Day: closed from Friday 1 to Sunday 3 May" names its first day twice.
+        if (!m_choice.startMinute && dated.date.last && dated.date.first == m_choice.start) {
+            m_choice.last = dated.date.last;
+            m_choice.endSpan = dated.mention->span;
+            return true;
+        }
+        const bool departure =
+            m_departure >= 0 && &dated == &m_dates[static_cast<std::size_t>(m_departure)];
         if (dated.date.first <= m_choice.start || dated.date.first > m_choice.start + kLongest ||
-            !tellsEnd(at))
+            !(departure || tellsEnd(at)))
             continue;
         const TimeMention *time = timeBeside(dated);
         m_choice.last = dated.date.first;

@@ -159,13 +159,25 @@ private:
                                 (shape.words > 0 && reader.has(i, Meaning::PlaceMarker));
             const bool inNumber = reader.glued(i) && i > span.begin;
             shape.noun = shape.noun || noun;
-            shape.street = shape.street || (reader.has(i, Meaning::StreetWord) && i > span.begin);
+            shape.street = shape.street || isStreet(reader, i, span.begin);
             shape.capital = shape.capital || token(i).capital;
             shape.title = shape.title && (token(i).capital || filler || inNumber);
             ++shape.words;
         }
         shape.title = shape.title && shape.words > 0 && shape.capital;
         return shape;
+    }
+
+    /// "Main Street", "via Oberdan", and "Wilgenstraat", whose end alone is known.
+    bool isStreet(const Reader &reader, std::uint32_t i, std::uint32_t begin) const {
+        const Sense *street = reader.sense(i, Meaning::StreetWord);
+        if (!street)
+            return false;
+        const bool named = reader.at(i + 1) && (token(i + 1).capital ||
+                                                token(i + 1).kind == TokenKind::Number ||
+                                                reader.has(i + 1, Meaning::Of) ||
+                                                reader.has(i + 1, Meaning::The));
+        return i > begin || (street->value == 1 && named) || token(i).word == 0;
     }
 
     bool stops(const Reader &reader, std::uint32_t i, std::uint32_t begin) const {
@@ -176,7 +188,7 @@ private:
         if (current.kind == TokenKind::Symbol)
             return !(current.symbol == '&' || current.symbol == '\'' || current.symbol == '#' ||
                      current.symbol == '.' || (current.symbol == '-' && reader.glued(i)) ||
-                     (current.symbol == '/' && reader.glued(i)));
+                     ((current.symbol == '/' || current.symbol == '+') && reader.glued(i)));
         if (i == begin)
             return false;
         const bool stopWord = reader.has(i, Meaning::PlaceStop) || reader.has(i, Meaning::Greeting);
@@ -238,10 +250,15 @@ private:
         const Shape shape = shapeOf({begin, end});
         const bool article = reader.has(begin, Meaning::The);
         const bool named = shape.capital || token(begin).kind == TokenKind::Number;
-        if (marker.value == 1 && i > 0 && token(i).word != 0 && isFrom(reader, i) && !shape.noun)
+        // "Abbazia di Santa Maria al Bosco", "Boekhandel Letterlust te Leuven" are one name.
+        if (const std::uint32_t head = nameHead(i); head < i && named)
+            return offer({head, end}, 58, head);
+        const bool behindTime = i > 0 && token(i - 1).used && shape.title;
+        if (marker.value == 1 && i > 0 && token(i).word != 0 && isFrom(reader, i) && !shape.noun &&
+            !behindTime)
             return;
         if (marker.value == 1 && (named || shape.noun || shape.street))
-            offer({begin, end}, 50 + (shape.noun || shape.street ? 8 : 0), i);
+            offer({begin, end}, 50 + (shape.noun || shape.street ? 8 : 0) - headingPenalty(i), i);
         else if (marker.value == 1 && token(begin).possessive && shape.words <= 3)
             offer({begin, end}, 40, i);
         else if (marker.value == 1 && article && shape.words <= 4 && shape.words > 1)
@@ -251,6 +268,28 @@ private:
             offer({begin, end}, 24, i);
         else if (marker.value == 0 && isWeakPlace(reader, i, shape))
             offer({begin, end}, (shape.noun || shape.street ? 38 : 24) - headingPenalty(i), i);
+    }
+
+    /// The kind of place that starts the name before token `i`, or `i`.
+    std::uint32_t nameHead(std::uint32_t i) const {
+        constexpr std::uint32_t kReach = 6;
+        const Field &field = m_document.fields[token(i).field];
+        const Reader reader(m_document, i);
+        std::uint32_t head = i;
+        if (i == field.begin || !token(i - 1).capital)
+            return i;
+        for (std::uint32_t k = i; k > field.begin && i - k < kReach; --k) {
+            const Token &before = token(k - 1);
+            const bool part = before.kind == TokenKind::Word && !before.used &&
+                              m_document.sameSentence(k - 1, i) &&
+                              (before.capital || reader.has(k - 1, Meaning::PlaceNoun) ||
+                               reader.has(k - 1, Meaning::Of) || reader.has(k - 1, Meaning::The));
+            if (!part)
+                break;
+            if (reader.has(k - 1, Meaning::PlaceNoun) && !reader.has(k - 1, Meaning::Event))
+                head = k - 1;
+        }
+        return isTitlePosition(field, head) ? i : head;
     }
 
     /// "Astronomy in the Park" above the date is a name.

@@ -304,8 +304,9 @@ private:
         std::uint32_t begin = part.begin;
         while (begin + 1 < part.end && isEdgeMark(token(begin)))
             ++begin;
+        // "guys pizza on Friday": the greeting is gone and a kind of event is left.
         if (reader.has(begin, Meaning::Greeting))
-            score -= 70;
+            score -= trimmed.begin > begin && contains(trimmed, Meaning::Event) ? 20 : 70;
         if (reader.has(begin, Meaning::Chatter) || reader.has(begin, Meaning::AsideLead))
             score -= 40;
         if (begin < part.end && token(begin).symbol == '(')

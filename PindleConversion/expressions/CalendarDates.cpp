@@ -6,6 +6,7 @@ namespace {
 
 constexpr std::uint32_t kFirstYear = 1900;
 constexpr std::uint32_t kLastYear = 2199;
+constexpr std::uint32_t kFirstOldYear = 1000;
 
 struct Day {
     int day;
@@ -22,6 +23,19 @@ bool spoilsDay(const Reader &reader, std::uint32_t next) {
            (hour && (hour->value == 1 || reader.glued(next)));
 }
 
+/// "ventisei giugno": a number word, where days come first.
+std::optional<Day> readDayInWords(const Reader &reader, std::uint32_t i) {
+    constexpr int kLastDay = 31;
+    const Sense *word = reader.sense(i, Meaning::Number);
+    if (!word || word->value < 2 || word->value > kLastDay ||
+        reader.language(i).dayOrder != DayOrder::DayFirst)
+        return std::nullopt;
+    const std::uint32_t next = i + word->length;
+    if (!reader.has(reader.skip(next, Meaning::Of), Meaning::Month))
+        return std::nullopt;
+    return Day{word->value, true, next};
+}
+
 std::optional<Day> readDay(const Reader &reader, std::uint32_t i) {
     if (reader.number(i, 1, 31)) {
         const bool ordinal = reader.has(i + 1, Meaning::OrdinalMark) && reader.glued(i + 1);
@@ -32,7 +46,7 @@ std::optional<Day> readDay(const Reader &reader, std::uint32_t i) {
     }
     if (const Sense *ordinal = reader.sense(i, Meaning::Ordinal); ordinal && ordinal->value > 0)
         return Day{ordinal->value, true, i + ordinal->length};
-    return std::nullopt;
+    return readDayInWords(reader, i);
 }
 
 bool isYear(const Reader &reader, std::uint32_t i) {
@@ -41,12 +55,26 @@ bool isYear(const Reader &reader, std::uint32_t i) {
            token->number >= kFirstYear && token->number <= kLastYear && !spoilsDay(reader, i + 1);
 }
 
-/// A year behind day and month: ", 2026", "2026", "'26".
+/// "9 May 1749": long ago, and no time such as "1745".
+bool isOldYear(const Reader &reader, std::uint32_t i) {
+    constexpr std::uint32_t kStep = 5;
+    const Token *token = reader.at(i);
+    return token && token->kind == TokenKind::Number && token->digits == 4 &&
+           token->number >= kFirstOldYear && token->number < kFirstYear &&
+           (token->number % 100 > 59 || token->number % kStep != 0) && !spoilsDay(reader, i + 1);
+}
+
+/// A year behind day and month: ", 2026", "2026", "'26", "duemilaventisei".
 std::uint32_t readYear(const Reader &reader, std::uint32_t i, int &year) {
     const std::uint32_t j = reader.skip(reader.skipSymbol(i, ','), Meaning::Of);
-    if (isYear(reader, j)) {
+    if (isYear(reader, j) || isOldYear(reader, j)) {
         year = static_cast<int>(reader.at(j)->number);
         return j + 1;
+    }
+    if (const Sense *word = reader.sense(j, Meaning::Number);
+        word && word->value >= static_cast<int>(kFirstYear)) {
+        year = word->value;
+        return j + word->length;
     }
     const Token *digits = reader.at(j + 1);
     if (reader.symbol(j, '\'') && digits && digits->digits == 2 && reader.glued(j + 1)) {
@@ -58,7 +86,7 @@ std::uint32_t readYear(const Reader &reader, std::uint32_t i, int &year) {
 
 /// "-" or "to" or "and" between two days of one month.
 std::uint32_t readDayJoin(const Reader &reader, std::uint32_t i) {
-    if (const Sense *to = reader.sense(i, Meaning::RangeTo))
+    if (const Sense *to = readDayRange(reader, i))
         return i + to->length;
     if (const Sense *both = reader.sense(i, Meaning::And))
         return i + both->length;
@@ -196,6 +224,18 @@ std::optional<DateMention> readCompactDate(const Reader &reader, std::uint32_t i
     return mention(i, i + 1, month, day, static_cast<int>(year));
 }
 
+/// "6-4 om 8.20": two numbers with a hyphen are a day only where a time is said of them.
+bool isHyphenDay(const Reader &reader, std::uint32_t i) {
+    const std::uint32_t next = i + 3;
+    const Sense *marker = reader.sense(next, Meaning::TimeMarker);
+    if (!reader.symbol(i + 1, '-') || !marker || reader.has(next, Meaning::RangeTo) ||
+        reader.language(i).dayOrder != DayOrder::DayFirst)
+        return false;
+    std::uint32_t behind = next;
+    const auto clock = readClock(reader, next + marker->length, behind);
+    return clock && (clock->minuteGiven || clock->sure);
+}
+
 /// "5/6", "5/6/26", "15.11.2026", "11-15-25".
 std::optional<DateMention> readNumeric(const Reader &reader, std::uint32_t i) {
     const Token *separator = reader.at(i + 1);
@@ -212,7 +252,7 @@ std::optional<DateMention> readNumeric(const Reader &reader, std::uint32_t i) {
     const bool dotted = !three && c == '.' && reader.symbol(i + 3, '.') && reader.glued(i + 3) &&
                         (reader.at(i + 2)->digits == 2 || reader.language(i).dottedDates) &&
                         !(reader.glued(i + 4) && reader.number(i + 4, 0, 9999, 4));
-    if (!three && !dotted && (c != '/' || reader.symbol(i + 3, '/')))
+    if (!three && !dotted && !isHyphenDay(reader, i) && (c != '/' || reader.symbol(i + 3, '/')))
         return std::nullopt;
     // A longer chain of numbers is a version, an address or a telephone number.
     const std::uint32_t next = i + (three ? 5U : dotted ? 4U : 3U);
@@ -260,6 +300,11 @@ std::optional<DateMention> readCalendarDate(const Reader &reader, std::uint32_t 
     if (auto date = readMonthFirst(reader, i))
         return date;
     return readDayFirst(reader, i);
+}
+
+const Sense *readDayRange(const Reader &reader, std::uint32_t i) {
+    const Sense *to = reader.sense(i, Meaning::RangeTo);
+    return to && to->value == 0 ? to : nullptr;
 }
 
 std::optional<DateMention> readHoliday(const Reader &reader, std::uint32_t i) {

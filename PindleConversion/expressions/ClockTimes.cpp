@@ -115,6 +115,12 @@ std::uint32_t readHourWord(const Reader &reader, std::uint32_t i, ClockSpec &clo
     return i + 1 + (mark ? mark->length : 0U);
 }
 
+/// "às 15 horas", but not "curso de 15 horas": the word for hours tells a time only there.
+bool isAnnounced(const Reader &reader, std::uint32_t i) {
+    return i > 0 &&
+           (reader.has(i - 1, Meaning::TimeMarker) || reader.has(i - 1, Meaning::RangeTo));
+}
+
 std::optional<ClockSpec> readDigits(const Reader &reader, std::uint32_t i, std::uint32_t &next) {
     if (!reader.number(i, 0, 24))
         return readCompact(reader, i, next);
@@ -128,6 +134,9 @@ std::optional<ClockSpec> readDigits(const Reader &reader, std::uint32_t i, std::
     const Sense *mark = clock.meridiem < 0 ? reader.sense(j, Meaning::HourMark) : nullptr;
     if (mark && mark->value == 1) {
         j = readHourWord(reader, j + mark->length, clock, minutes);
+    } else if (mark && mark->value == 2 && isAnnounced(reader, i)) {
+        clock.sure = clock.hourWord = true;
+        j += mark->length;
     } else if (mark && minutes) {
         clock.literal = true;
         j += mark->length;

@@ -24,6 +24,14 @@ Named readName(const Reader &reader, std::uint32_t i) {
     return {};
 }
 
+/// What follows is the day's time: "alle otto".
+bool isTimed(const Reader &reader, std::uint32_t i) {
+    const Sense *marker = reader.sense(i, Meaning::TimeMarker);
+    std::uint32_t next = i;
+    return marker && !readDayRange(reader, i) &&
+           readClock(reader, i + marker->length, next).has_value();
+}
+
 /// "the 14th" or "14" behind a weekday: a day of the month that falls on it.
 std::optional<DateMention> readDayBehindName(const Reader &reader, std::uint32_t i) {
     const std::uint32_t day = reader.skip(i, Meaning::The);
@@ -32,10 +40,10 @@ std::optional<DateMention> readDayBehindName(const Reader &reader, std::uint32_t
         return std::nullopt;
     const std::uint32_t number = reader.at(day)->number;
     const std::uint32_t next = day + (ordinal ? 2 : 1);
-    // "Fri 13" is a day, "Fri 7" a time.
-    if (!ordinal && (number <= 12 || reader.symbol(next, ':') || reader.symbol(next, '.') ||
+    // "Fri 13" is a day, "Fri 7" a time unless one follows.
+    if (!ordinal && ((number <= 12 && !isTimed(reader, next)) || reader.symbol(next, ':') || reader.symbol(next, '.') ||
                      reader.has(next, Meaning::HourMark) || reader.has(next, Meaning::UnitWord) ||
-                     reader.has(next, Meaning::RangeTo)))
+                     readDayRange(reader, next)))
         return std::nullopt;
     DateMention result;
     result.span = {i, next};
@@ -140,7 +148,7 @@ std::optional<DateMention> readRangeStart(const Reader &reader, std::uint32_t i)
     const bool ordinal =
         reader.has(name.next + 1, Meaning::OrdinalMark) && reader.glued(name.next + 1);
     const std::uint32_t next = name.next + (ordinal ? 2 : 1);
-    if (!reader.has(next, Meaning::RangeTo))
+    if (!readDayRange(reader, next))
         return std::nullopt;
     DateMention result;
     result.span = {i, next};
@@ -154,7 +162,7 @@ bool readRangeEnd(const Reader &reader, DateMention &date) {
     if (date.last || !canSpan(date.first) || date.repeated)
         return false;
     const std::uint32_t i = date.span.end;
-    const Sense *to = reader.sense(i, Meaning::RangeTo);
+    const Sense *to = readDayRange(reader, i);
     const Sense *both = reader.sense(i, Meaning::And);
     std::uint32_t next = to ? i + to->length : both ? i + both->length : i;
     if (next == i)

@@ -358,6 +358,12 @@ std::optional<DateMention> readLedDay(const Reader &reader, std::uint32_t i) {
     const std::uint32_t number = lead ? i + lead->length : i;
     if (!lead || !reader.number(number, 1, 31))
         return std::nullopt;
+    // "dia 31/10", "il giorno 2 set": the month is said as well.
+    if (auto date = readCalendarDate(reader, number)) {
+        date->span.begin = i;
+        date->weak = false;
+        return date;
+    }
     std::uint32_t next = number + 1;
     const bool ordinal = reader.has(next, Meaning::OrdinalMark) && reader.glued(next);
     if (lead->value == 1 && !ordinal)
@@ -367,7 +373,7 @@ std::optional<DateMention> readLedDay(const Reader &reader, std::uint32_t i) {
         reader.symbol(next, ':') || reader.has(next, Meaning::HourMark) ||
         (reader.symbol(next, '.') && reader.glued(next) && reader.number(next + 1, 0, 59));
     if (time || (reader.word(next) && !endsDayOnly(reader, next) &&
-                 !reader.has(next, Meaning::Of) && !reader.has(next, Meaning::RangeTo)))
+                 !reader.has(next, Meaning::Of) && !readDayRange(reader, next)))
         return std::nullopt;
     DateMention result = mention(i, next, Base::DayOnly);
     result.first.day = static_cast<int>(reader.at(number)->number);

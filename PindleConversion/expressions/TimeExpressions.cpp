@@ -129,7 +129,11 @@ bool isAccepted(const Reader &reader, const TimeMention &mention, std::uint32_t 
         return true;
     if (isDateLike(reader, next) && reader.has(next, Meaning::RelativeDay))
         return true;
-    return (marked || afterDate) && mayFollowBare(reader, next, marked);
+    // "ore 8.30 capannone C": minutes leave little doubt behind a word that announces a time.
+    const bool written = marked && start.minuteGiven && reader.word(next) && !reader.glued(next) &&
+                         !reader.has(next, Meaning::UnitWord) &&
+                         reader.language(next).clock24;
+    return written || ((marked || afterDate) && mayFollowBare(reader, next, marked));
 }
 
 } // namespace

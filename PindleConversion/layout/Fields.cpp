@@ -77,6 +77,12 @@ LabelMatch labelAt(const Reader &reader, std::uint32_t i, bool lineStart) {
     const bool picture = reader.at(i)->kind == TokenKind::Symbol && reader.at(i)->symbol > 0x2000;
     if (picture)
         return {label, j, end};
+    // "Check-in 14 Aug", "Saída 17 ago" on lines of their own.
+    constexpr std::uint32_t kShortestPlain = 4;
+    const Token &word = *reader.at(i);
+    if (lineStart && (label == Label::Start || label == Label::End) && word.capital &&
+        word.end - word.begin >= kShortestPlain && looksLikeMoment(reader, j))
+        return {label, j, end};
     if (lineStart && j == reader.end() && mayStandAlone(label))
         return {label, j, end};
     return {};

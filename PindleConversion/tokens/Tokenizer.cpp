@@ -239,11 +239,13 @@ private:
             return first.c < 0x80 ? first.c < 'a' : u_isupper(first.c) || u_istitle(first.c);
         }();
         std::uint32_t end = m_at;
+        bool elided = false;
         while (end < m_text.size()) {
             Point point = pointAt(m_text, end);
             if (isApostrophe(point.c) && end > m_at && point.end < m_text.size()) {
                 if (elides(point.end)) {
                     end = point.end;
+                    elided = true;
                     break;
                 }
                 point = pointAt(m_text, point.end);
@@ -254,6 +256,8 @@ private:
         }
         push(TokenKind::Word, end);
         m_tokens.back().capital = capital;
+        // "l'8 settembre": what follows an elided word stands apart from it.
+        m_space = elided;
     }
 
     /// "l'" of "l'apres-midi": the word up to `end` stands apart.
