@@ -85,26 +85,6 @@ void Chooser::pickDate() {
             m_date = static_cast<int>(i);
         }
     }
-    if (const int arrival = arrivalBefore(); arrival >= 0) {
-        m_departure = m_date;
-        m_date = arrival;
-    }
-}
-
-int Chooser::arrivalBefore() const {
-    if (m_date < 0)
-        return -1;
-    const Dated &departure = m_dates[static_cast<std::size_t>(m_date)];
-    const Label label = fieldOf(departure.mention->span.begin).label;
-    if (label != Label::When && label != Label::Start)
-        return -1;
-    for (std::size_t i = 0; i < m_dates.size(); ++i) {
-        const Dated &other = m_dates[i];
-        if (fieldOf(other.mention->span.begin).label == Label::End &&
-            other.date.first >= m_reference.today && other.date.first < departure.date.first)
-            return static_cast<int>(i);
-    }
-    return -1;
 }
 
 bool Chooser::isPast(const Dated &dated) const {

@@ -55,10 +55,8 @@ bool Chooser::endOnLaterDay() {
             m_choice.endSpan = dated.mention->span;
             return true;
         }
-        const bool departure =
-            m_departure >= 0 && &dated == &m_dates[static_cast<std::size_t>(m_departure)];
-        if (dated.date.first <= m_choice.start || dated.date.first > m_choice.start + kLongest ||
-            !(departure || tellsEnd(at)))
+        if (at < m_choice.dateSpan.end || dated.date.first <= m_choice.start || dated.date.first > m_choice.start + kLongest ||
+            !tellsEnd(at))
             continue;
         const TimeMention *time = timeBeside(dated);
         m_choice.last = dated.date.first;

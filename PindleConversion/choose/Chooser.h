@@ -58,8 +58,6 @@ private:
     // ChooseDate.cpp
     void resolveDates();
     bool hasTimeNear(std::uint32_t token) const;
-    /// "Arrival: 24 Dec / Departure: 27 Dec" of a stay: the arrival comes first, or -1.
-    int arrivalBefore() const;
     bool hasTimeBeside(TokenSpan span) const;
     int scoreDate(const Dated &dated, int index);
     void pickDate();
@@ -119,7 +117,6 @@ private:
     const Reference &m_reference;
     Choice m_choice;
     std::vector<Dated> m_dates;
-    int m_departure = -1; ///< the date that ends a stay, said as that of a departure
     int m_date = -1; ///< index of the chosen date, -1 for none
     int m_time = -1; ///< index of the chosen time, -1 for none
     bool m_twentyFour = false;
