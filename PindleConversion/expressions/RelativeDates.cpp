@@ -358,6 +358,10 @@ std::optional<DateMention> readLedDay(const Reader &reader, std::uint32_t i) {
     const std::uint32_t number = lead ? i + lead->length : i;
     if (!lead || !reader.number(number, 1, 31))
         return std::nullopt;
+    if (auto date = readCalendarDate(reader, number)) {
+        date->span.begin = i;
+        return date;
+    }
     std::uint32_t next = number + 1;
     const bool ordinal = reader.has(next, Meaning::OrdinalMark) && reader.glued(next);
     if (lead->value == 1 && !ordinal)
