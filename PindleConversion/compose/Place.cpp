@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <array>
+#include <optional>
 #include <string_view>
 
 #include "PindleConversion/compose/Compose.h"
@@ -9,12 +10,14 @@ namespace pindle::conversion {
 namespace {
 
 constexpr int kLeastScore = 20;
+constexpr int kAside = 35; ///< less for a place that something else happens at
 constexpr std::uint32_t kLongestName = 14; ///< tokens
+constexpr std::uint32_t kOnlineReach = 400; ///< tokens that are asked whether the event is online
 
 /// Hosts of meetings; a link to one is where the event is.
 constexpr std::array<std::string_view, 12> kMeetingHosts{
     "zoom.us",     "teams.microsoft", "teams.live",    "meet.google", "webex.com", "whereby.com",
-    "gotomeeting", "meet.jit.si",     "bluejeans.com", "skype.com",   "/join",     "meeting"};
+    "gotomeeting", "meet.jit.si",     "bluejeans.com", "skype.com",   "/join",     "meet"};
 
 struct Shape {
     bool noun = false;    ///< names a kind of place
@@ -30,7 +33,9 @@ public:
     PlaceFinder(const Document &document, const Choice &choice)
         : m_document(document)
         , m_choice(choice)
-        , m_anchorField(document.tokens[choice.anchor()].field) {}
+        , m_anchorField(document.tokens[choice.anchor()].field)
+        , m_momentLine(std::max(lineOf(choice.anchor()),
+                                choice.timeSpan.empty() ? 0 : lineOf(choice.timeSpan.begin))) {}
 
     TokenSpan run() {
         for (std::uint32_t f = 0; f < m_document.fields.size(); ++f)
@@ -40,6 +45,9 @@ public:
 
 private:
     const Token &token(std::uint32_t i) const { return m_document.tokens[i]; }
+    std::uint32_t lineOf(std::uint32_t i) const {
+        return m_document.fields[token(i).field].line;
+    }
 
     void consider(std::uint32_t f) {
         const Field &field = m_document.fields[f];
@@ -49,8 +57,11 @@ private:
         links(field);
         if (field.ignored || field.label == Label::Price || field.label == Label::Title)
             return;
+        bool quoted = false;
         for (std::uint32_t i = field.begin; i < field.end; ++i) {
-            if (token(i).used)
+            quoted = quoted != reader.symbol(i, '"');
+            // What stands in quotes is a name of something else.
+            if (token(i).used || quoted)
                 continue;
             if (const Sense *marker = reader.sense(i, Meaning::PlaceMarker))
                 marked(reader, i, *marker);
@@ -81,11 +92,24 @@ private:
             score += 12;
         else if (token(at).field == m_anchorField)
             score += 6;
+        if (isAside(at))
+            score -= kAside;
         const bool wider = score == m_score && span.end - span.begin > m_best.end - m_best.begin;
         if (score > m_score || wider) {
             m_score = score;
             m_best = span;
         }
+    }
+
+    /// "and afterwards at the hall": not where the event itself is.
+    bool isAside(std::uint32_t at) const {
+        constexpr std::uint32_t kReach = 5;
+        const std::uint32_t begin = m_document.fields[token(at).field].begin;
+        const Reader reader(m_document, at + 1);
+        for (std::uint32_t i = at; i > begin && at - i < kReach; --i)
+            if (m_document.sameSentence(i - 1, at) && reader.has(i - 1, Meaning::AsideLead))
+                return true;
+        return false;
     }
 
     void labelled(const Field &field) {
@@ -99,6 +123,7 @@ private:
         offer({field.begin, end}, field.label == Label::Place ? 1000 : 900, field.begin);
     }
 
+    /// A link is the place of a meeting that is held online.
     void links(const Field &field) {
         for (std::uint32_t i = field.begin; i < field.end; ++i) {
             if (token(i).kind != TokenKind::Link)
@@ -108,9 +133,20 @@ private:
                 std::any_of(kMeetingHosts.begin(), kMeetingHosts.end(), [&](std::string_view host) {
                     return text.find(host) != std::string_view::npos;
                 });
-            if (meeting)
-                offer({i, i + 1}, kLeastScore + 4, i);
+            if (meeting || field.label == Label::Link || heldOnline())
+                offer({i, i + 1}, kLeastScore + (meeting ? 4 : 2), m_choice.anchor());
         }
+    }
+
+    bool heldOnline() {
+        if (!m_online) {
+            const auto size = static_cast<std::uint32_t>(m_document.tokens.size());
+            const Reader reader(m_document, size);
+            m_online = false;
+            for (std::uint32_t i = 0; i < std::min(size, kOnlineReach) && !*m_online; ++i)
+                m_online = reader.has(i, Meaning::Online) || reader.has(i, Meaning::OnlineEvent);
+        }
+        return *m_online;
     }
 
     Shape shapeOf(TokenSpan span) const {
@@ -122,7 +158,8 @@ private:
                 continue;
             const bool noun = reader.has(i, Meaning::PlaceNoun);
             const bool filler = reader.has(i, Meaning::The) || reader.has(i, Meaning::Of) ||
-                                reader.has(i, Meaning::And);
+                                reader.has(i, Meaning::And) ||
+                                (shape.words > 0 && reader.has(i, Meaning::PlaceMarker));
             const bool inNumber = reader.glued(i) && i > span.begin;
             shape.noun = shape.noun || noun;
             shape.street = shape.street || (reader.has(i, Meaning::StreetWord) && i > span.begin);
@@ -145,6 +182,10 @@ private:
                      (current.symbol == '/' && reader.glued(i)));
         if (i == begin)
             return false;
+        // Where words are not spaced, a space ends a name.
+        if (current.unspaced && current.spaceBefore && token(i - 1).unspaced &&
+            reader.has(i - 1, Meaning::PlaceNoun))
+            return true;
         const bool stopWord = reader.has(i, Meaning::PlaceStop) || reader.has(i, Meaning::Greeting);
         return stopWord && !(current.capital && token(i - 1).capital);
     }
@@ -251,8 +292,9 @@ private:
             return true;
         if (current.kind == TokenKind::Symbol)
             return current.symbol == '#' || current.symbol == '&';
+        const bool joined = current.unspaced && !reader.has(i, Meaning::TitleLead);
         return current.kind == TokenKind::Word &&
-               (current.capital || reader.has(i, Meaning::PlaceNoun)) &&
+               (current.capital || joined || reader.has(i, Meaning::PlaceNoun)) &&
                !reader.has(i, Meaning::Event);
     }
 
@@ -340,18 +382,24 @@ private:
         constexpr int kMostWords = 7;
         const Field &field = m_document.fields[f];
         const bool refused =
-            reader.has(begin, Meaning::Person) || reader.has(begin, Meaning::PlaceMarker) ||
-            reader.has(begin, Meaning::Chatter) || reader.has(begin, Meaning::Greeting) ||
+            reader.has(begin, Meaning::Person) ||
+            (reader.has(begin, Meaning::PlaceMarker) && !token(begin).capital) ||
+            reader.has(begin, Meaning::Chatter) ||
             (reader.has(begin, Meaning::PlaceStop) && !token(begin).capital) ||
             token(begin).kind == TokenKind::Link;
         const Shape shape = shapeOf({begin, end});
-        if (refused || shape.words == 0 || shape.words > kMostWords || shape.event)
+        const bool greets = reader.has(begin, Meaning::Greeting) && !(shape.noun && shape.title);
+        if (refused || greets || shape.words == 0 || shape.words > kMostWords || shape.event)
             return end;
         const bool number = token(begin).kind == TokenKind::Number;
         const bool address = shape.street && (number || shape.title || shape.capital);
-        const bool kind = shape.noun && (shape.title || shape.words <= 4);
-        const bool sameLine = field.line == m_document.fields[m_anchorField].line;
-        const bool nextLine = field.line == m_document.fields[m_anchorField].line + 1;
+        const bool kind = shape.noun && (shape.title || shape.words <= 4 ||
+                                         reader.has(begin, Meaning::PlaceNoun));
+        const bool sameLine = field.line == m_document.fields[m_anchorField].line &&
+                              (field.cell || m_document.sameSentence(begin, m_choice.anchor()) ||
+                               (!m_choice.timeSpan.empty() &&
+                                m_document.sameSentence(begin, m_choice.timeSpan.begin)));
+        const bool nextLine = field.line == m_momentLine + 1;
         const std::uint32_t whole = std::max(end, nameEnd(reader, begin));
         const Shape all = shapeOf({begin, whole});
         const bool known = address || kind || (shape.title && (all.noun || all.street));
@@ -369,6 +417,8 @@ private:
     const Document &m_document;
     const Choice &m_choice;
     std::uint32_t m_anchorField;
+    std::uint32_t m_momentLine; ///< the last line that says when
+    std::optional<bool> m_online;
     TokenSpan m_best;
     int m_score = 0;
 };

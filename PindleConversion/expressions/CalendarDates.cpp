@@ -182,7 +182,12 @@ std::optional<DateMention> readDayFirst(const Reader &reader, std::uint32_t i) {
     if (reader.symbol(j, '.') && isYear(reader, j + 1))
         ++j;
     DateMention result = mention(i, j, month->value, day->day, 0);
-    result.span.end = readYear(reader, j, result.first.year);
+    // "02MAR26", as on tickets.
+    const bool ticket = reader.glued(i + 1) && reader.word(i + 1) && reader.glued(j) &&
+                        reader.number(j, 0, 99) && reader.at(j)->digits == 2;
+    if (ticket)
+        result.first.year = 2000 + static_cast<int>(reader.at(j)->number);
+    result.span.end = ticket ? j + 1 : readYear(reader, j, result.first.year);
     if (second > 0) {
         result.last = result.first;
         result.last->day = second;
@@ -247,6 +252,11 @@ std::optional<DateMention> readNumeric(const Reader &reader, std::uint32_t i) {
     if (three && reader.symbol(next, c) && reader.glued(next) &&
         reader.number(next + 1, 0, 9999, 4))
         return std::nullopt;
+    // Where years come first, "25/12/08" is 2025.
+    if (three && year->digits == 2 && reader.language(i).script != Script::Latin &&
+        reader.number(i + 2, 1, 12) && reader.number(i + 4, 1, 31))
+        return mention(i, next, static_cast<int>(reader.at(i + 2)->number),
+                       static_cast<int>(year->number), fullYear(*reader.at(i)));
     const int first = static_cast<int>(reader.at(i)->number);
     const int second = static_cast<int>(reader.at(i + 2)->number);
     if ((first > 12 || dotted) && second > 12)

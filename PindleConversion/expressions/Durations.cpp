@@ -60,6 +60,12 @@ std::optional<Part> readPart(const Reader &reader, std::uint32_t i) {
 
 /// "and a half", "30 min", "30" behind hours.
 void readRest(const Reader &reader, Part &part) {
+    if (const Sense *half = reader.sense(part.next, Meaning::MinutesBehind);
+        half && half->value > 0) {
+        part.minutes += half->value;
+        part.next += half->length;
+        return;
+    }
     std::uint32_t j = reader.skip(part.next, Meaning::And);
     const std::uint32_t half = reader.skip(j, Meaning::Number);
     if (j != part.next && reader.has(half, Meaning::HalfBare)) {
@@ -91,7 +97,11 @@ std::optional<DurationMention> readDuration(const Reader &reader, std::uint32_t 
         readRest(reader, *part);
     const bool bracket =
         i > 0 && reader.document().tokens[i - 1].symbol == '(' && reader.symbol(part->next, ')');
-    if (!marked && !bracket && !part->hyphen)
+    constexpr int kShortest = 15;
+    const bool told = part->minutes >= kShortest && (reader.has(part->next, Meaning::Event) ||
+                                                     reader.has(part->next, Meaning::Person) ||
+                                                     reader.has(part->next, Meaning::DurationTail));
+    if (!marked && !bracket && !part->hyphen && !told)
         return std::nullopt;
     if (reader.has(part->next, Meaning::NoDuration) || (part->days > 0 && !marked))
         return std::nullopt;

@@ -13,6 +13,10 @@ public:
         for (const Field &field : m_document.fields)
             if (!field.ignored)
                 scan(field);
+        if (m_found.dates.empty() && m_found.times.empty())
+            for (const Field &field : m_document.fields)
+                if (field.label == Label::Sender)
+                    scan(field);
         return std::move(m_found);
     }
 
@@ -145,7 +149,7 @@ private:
         if (const Sense *length = reader.sense(i, Meaning::DurationMark)) {
             m_length = i + length->length;
             next = std::max(next, m_length);
-        } else if (m_length == i && isPassage(reader, i)) {
+        } else if (m_length == i && (isPassage(reader, i) || reader.symbol(i, ')'))) {
             m_length = i + 1;
         }
         if (m_afterDate == i &&

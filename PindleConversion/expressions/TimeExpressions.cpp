@@ -95,7 +95,13 @@ bool lacksEnd(const Reader &reader, std::uint32_t i, const TimeMention &mention)
 
 /// ", 10 to 2" beside a date: the comma stands for "from".
 bool isListedRange(const Reader &reader, std::uint32_t i, std::uint32_t next) {
-    return i > 0 && reader.symbol(i - 1, ',') && !reader.word(next);
+    if (i == 0 || !reader.symbol(i - 1, ',') || reader.word(next))
+        return false;
+    // "6-4, 3-6, 7-5" are results of games.
+    const bool listBehind = reader.symbol(next, ',') && reader.number(next + 1, 0, 999, 3);
+    const bool listBefore = i > 2 && reader.number(i - 2, 0, 999, 3) &&
+                            (reader.symbol(i - 3, '-') || reader.symbol(i - 3, ':'));
+    return !listBehind && !listBefore;
 }
 
 /// "2026-08-06T14:05": the T, and an offset glued to the time.
@@ -149,7 +155,13 @@ std::optional<TimeMention> readTime(const Reader &reader, std::uint32_t i, bool 
         mention.start.sure = true;
         next = readStampZone(reader, next, mention);
     }
-    const bool sure = start->sure || marked || afterDate || stamp;
+    // "2 March 0820"
+    if (afterDate && start->literal && reader.at(i)->digits == 4)
+        mention.start.sure = true;
+    const bool namesZone = !start->sure && reader.has(next, Meaning::ZoneAfterTime) &&
+                        reader.at(next)->capital && !reader.glued(next);
+    mention.start.sure = mention.start.sure || namesZone;
+    const bool sure = mention.start.sure || marked || afterDate || stamp;
     std::uint32_t zoned = sure ? readZone(reader, next, true, mention) : next;
     zoned = readPartBehind(reader, zoned, mention);
     if (const auto end = readEnd(reader, zoned, rangeWordBefore(reader, i) != nullptr)) {
@@ -161,6 +173,11 @@ std::optional<TimeMention> readTime(const Reader &reader, std::uint32_t i, bool 
     // "10時から11時まで": the word behind the end belongs to the range.
     if (const Sense *until = mention.end ? reader.sense(zoned, Meaning::RoleBehind) : nullptr)
         zoned += until->length;
+    // "Sunday roast, mine, 1.30": only a time is written so at the end of a list.
+    const bool last = start->minuteGiven && !start->sure && start->hour <= 12 &&
+                      start->minute % 5 == 0 && i > 0 && reader.symbol(i - 1, ',') &&
+                      !reader.at(zoned);
+    mention.start.sure = mention.start.sure || last;
     const bool listed = mention.end && isListedRange(reader, i, zoned);
     if (lacksEnd(reader, i, mention) ||
         !isAccepted(reader, mention, zoned, marked, afterDate || listed))
