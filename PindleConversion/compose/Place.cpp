@@ -235,7 +235,7 @@ private:
             return i;
         const bool number = token(i).kind == TokenKind::Number;
         const bool address = number && (shape.street || shape.capital || shape.words == 0);
-        const bool fits = address || shape.title || shape.noun;
+        const bool fits = address || shape.title || shape.noun || shape.street;
         return fits && shape.words <= 5 ? end : i;
     }
 

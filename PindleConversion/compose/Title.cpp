@@ -132,7 +132,8 @@ private:
         const std::uint32_t next = span.begin + lead->length;
         // "Invitation: ..." loses its prefix, "Invitation design" keeps its first word.
         if (lead->value == 1 && !reader.symbol(next, ':') && !reader.symbol(next, '-') &&
-            !reader.symbol(next, '!') && !reader.symbol(next, ']') && next != span.end)
+            !reader.symbol(next, '!') && !reader.symbol(next, ']') &&
+            (next != span.end || isKindAlone(span)))
             return span;
         // "Book festival", "Call the bank": only "book a table" loses its verb.
         if (lead->value == 3 && !reader.has(next, Meaning::Number))
@@ -140,6 +141,12 @@ private:
         const bool name = token(span.begin).capital && next < span.end && token(next).capital &&
                           lead->length == 1 && span.begin != next && isArticle(reader, span.begin);
         return name ? span : TokenSpan{next, span.end};
+    }
+
+    /// "Appointment" that nothing follows names the event itself.
+    bool isKindAlone(TokenSpan span) const {
+        return contains(span, Meaning::Event) && span.end < m_document.tokens.size() &&
+               token(span.end).used;
     }
 
     /// "On call", "Book fair": the filler's word belongs to a kind of event.
@@ -306,7 +313,7 @@ private:
             ++begin;
         // "guys pizza on Friday": the greeting is gone and a kind of event is left.
         if (reader.has(begin, Meaning::Greeting))
-            score -= trimmed.begin > begin && contains(trimmed, Meaning::Event) ? 20 : 70;
+            score -= trimmed.begin > begin && contains(trimmed, Meaning::Event) ? 8 : 70;
         if (reader.has(begin, Meaning::Chatter) || reader.has(begin, Meaning::AsideLead))
             score -= 40;
         if (begin < part.end && token(begin).symbol == '(')
@@ -320,11 +327,25 @@ private:
             score -= 40;
         if (trimmed.end - trimmed.begin == 1 && !contains(trimmed, Meaning::Event))
             score -= 6;
-        // "Webinar: Reading a Balance Sheet" is called by what follows.
-        if (trimmed.end - trimmed.begin <= 3 && trimmed.end < m_document.tokens.size() &&
-            token(trimmed.end).symbol == ':' && m_document.sameSentence(trimmed.begin, trimmed.end))
+        if (isCalledByNext(trimmed))
             score -= 30;
         return score;
+    }
+
+    /// "Webinar: Reading a Balance Sheet", "Webinar | Reading a Balance Sheet": the kind stands
+    /// before the name.
+    bool isCalledByNext(TokenSpan trimmed) const {
+        constexpr std::uint32_t kLongestKind = 3;
+        constexpr char32_t kBullet = 0x2022;
+        const std::uint32_t size = trimmed.end - trimmed.begin;
+        const std::uint32_t next = trimmed.end + 1;
+        if (size > kLongestKind || next >= m_document.tokens.size())
+            return false;
+        const char32_t mark = token(trimmed.end).symbol;
+        if (mark == ':')
+            return m_document.sameSentence(trimmed.begin, trimmed.end);
+        return size == 1 && (mark == '|' || mark == kBullet) && !token(next).used &&
+               token(next).kind == TokenKind::Word && contains(trimmed, Meaning::Event);
     }
 
     /// A short line without a sentence's full stop.

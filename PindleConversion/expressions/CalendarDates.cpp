@@ -23,19 +23,6 @@ bool spoilsDay(const Reader &reader, std::uint32_t next) {
            (hour && (hour->value == 1 || reader.glued(next)));
 }
 
-/// "ventisei giugno": a number word, where days come first.
-std::optional<Day> readDayInWords(const Reader &reader, std::uint32_t i) {
-    constexpr int kLastDay = 31;
-    const Sense *word = reader.sense(i, Meaning::Number);
-    if (!word || word->value < 2 || word->value > kLastDay ||
-        reader.language(i).dayOrder != DayOrder::DayFirst)
-        return std::nullopt;
-    const std::uint32_t next = i + word->length;
-    if (!reader.has(reader.skip(next, Meaning::Of), Meaning::Month))
-        return std::nullopt;
-    return Day{word->value, true, next};
-}
-
 std::optional<Day> readDay(const Reader &reader, std::uint32_t i) {
     if (reader.number(i, 1, 31)) {
         const bool ordinal = reader.has(i + 1, Meaning::OrdinalMark) && reader.glued(i + 1);
@@ -46,7 +33,7 @@ std::optional<Day> readDay(const Reader &reader, std::uint32_t i) {
     }
     if (const Sense *ordinal = reader.sense(i, Meaning::Ordinal); ordinal && ordinal->value > 0)
         return Day{ordinal->value, true, i + ordinal->length};
-    return readDayInWords(reader, i);
+    return std::nullopt;
 }
 
 bool isYear(const Reader &reader, std::uint32_t i) {
@@ -71,10 +58,10 @@ std::uint32_t readYear(const Reader &reader, std::uint32_t i, int &year) {
         year = static_cast<int>(reader.at(j)->number);
         return j + 1;
     }
-    if (const Sense *word = reader.sense(j, Meaning::Number);
-        word && word->value >= static_cast<int>(kFirstYear)) {
-        year = word->value;
-        return j + word->length;
+    if (const Sense *words = reader.sense(j, Meaning::Number);
+        words && words->value >= static_cast<int>(kFirstYear)) {
+        year = words->value;
+        return j + words->length;
     }
     const Token *digits = reader.at(j + 1);
     if (reader.symbol(j, '\'') && digits && digits->digits == 2 && reader.glued(j + 1)) {
@@ -149,16 +136,44 @@ std::optional<DateMention> readMonthFirst(const Reader &reader, std::uint32_t i)
     return result;
 }
 
+/// A day before its month; in words, too, where they count days: "dix-huit mai".
+std::optional<Day> readLeadingDay(const Reader &reader, std::uint32_t i) {
+    if (auto day = readDay(reader, i))
+        return day;
+    constexpr std::uint32_t kShortestNumber = 3; ///< bytes; "un" is an article first
+    const Sense *word = reader.sense(i, Meaning::Number);
+    if (!word || word->value < 1 || word->value > 31 ||
+        reader.language(i).dayOrder != DayOrder::DayFirst ||
+        reader.at(i)->end - reader.at(i)->begin < kShortestNumber)
+        return std::nullopt;
+    return Day{word->value, false, i + word->length};
+}
+
+/// The days between the first and the last of "5, 6 and 7 December".
+std::uint32_t readListedDays(const Reader &reader, std::uint32_t i, int &last) {
+    while (reader.symbol(i, ',')) {
+        const auto day = readDay(reader, i + 1);
+        if (!day || day->day <= last)
+            break;
+        last = day->day;
+        i = day->next;
+    }
+    return i;
+}
+
 /// "5 June", "5th of June 2026", "4-11 July", "4 to 11 July".
 std::optional<DateMention> readDayFirst(const Reader &reader, std::uint32_t i) {
-    const auto day = readDay(reader, i);
+    const auto day = readLeadingDay(reader, i);
     if (!day)
         return std::nullopt;
     int second = 0;
-    std::uint32_t j = day->next;
+    int listed = day->day;
+    std::uint32_t j = readListedDays(reader, day->next, listed);
+    if (j != day->next)
+        second = listed;
     if (const std::uint32_t join = readDayJoin(reader, j); join != j) {
-        const auto last = readDay(reader, reader.skip(join, Meaning::The));
-        if (!last || last->day <= day->day)
+        const auto last = readLeadingDay(reader, reader.skip(join, Meaning::The));
+        if (!last || last->day <= listed)
             return std::nullopt;
         second = last->day;
         j = last->next;

@@ -131,7 +131,9 @@ std::optional<ClockSpec> readDigits(const Reader &reader, std::uint32_t i, std::
     const bool minutes = readMinutes(reader, j, clock);
     const std::uint32_t seconds = minutes ? skipSeconds(reader, j) : j;
     j = readMeridiem(reader, seconds, clock);
-    const Sense *mark = clock.meridiem < 0 ? reader.sense(j, Meaning::HourMark) : nullptr;
+    // "14:40 heure de Paris": the word belongs to the zone.
+    const bool zone = minutes && reader.has(j, Meaning::ZoneWord);
+    const Sense *mark = clock.meridiem < 0 && !zone ? reader.sense(j, Meaning::HourMark) : nullptr;
     if (mark && mark->value == 1) {
         j = readHourWord(reader, j + mark->length, clock, minutes);
     } else if (mark && mark->value == 2 && isAnnounced(reader, i)) {

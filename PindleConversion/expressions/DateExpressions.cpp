@@ -24,27 +24,36 @@ Named readName(const Reader &reader, std::uint32_t i) {
     return {};
 }
 
-/// What follows is the day's time: "alle otto".
-bool isTimed(const Reader &reader, std::uint32_t i) {
-    const Sense *marker = reader.sense(i, Meaning::TimeMarker);
-    std::uint32_t next = i;
-    return marker && !readDayRange(reader, i) &&
-           readClock(reader, i + marker->length, next).has_value();
+/// Digits behind a weekday that can be no time: "Fri 13", and "vendredi 7" where a time would
+/// be "vendredi 7h".
+bool isDayNumber(const Reader &reader, std::uint32_t at) {
+    const std::uint32_t next = at + 1;
+    const std::uint32_t time = reader.skip(next, Meaning::TimeMarker);
+    if (reader.symbol(next, ':') || reader.symbol(next, '.') ||
+        reader.has(next, Meaning::HourMark) || reader.has(next, Meaning::UnitWord) ||
+        reader.has(next, Meaning::Meridiem) || (readDayRange(reader, next) && time == next))
+        return false;
+    constexpr std::uint32_t kLastHour = 12;
+    if (reader.at(at)->number > kLastHour)
+        return true;
+    const bool timed =
+        time != next && (reader.number(time, 0, 24) || reader.has(time, Meaning::ClockWord) ||
+                         reader.has(time, Meaning::Number));
+    if (timed && !readDayRange(reader, next))
+        return true;
+    return reader.language(at).clock24 && !reader.at(at)->unspaced &&
+           (timed || !reader.word(next) || reader.has(next, Meaning::Connector) ||
+            reader.has(next, Meaning::PartOfDay));
 }
 
 /// "the 14th" or "14" behind a weekday: a day of the month that falls on it.
 std::optional<DateMention> readDayBehindName(const Reader &reader, std::uint32_t i) {
     const std::uint32_t day = reader.skip(i, Meaning::The);
     const bool ordinal = reader.has(day + 1, Meaning::OrdinalMark) && reader.glued(day + 1);
-    if (!reader.number(day, 1, 31))
+    if (!reader.number(day, 1, 31) || !(ordinal || isDayNumber(reader, day)))
         return std::nullopt;
     const std::uint32_t number = reader.at(day)->number;
     const std::uint32_t next = day + (ordinal ? 2 : 1);
-    // "Fri 13" is a day, "Fri 7" a time unless one follows.
-    if (!ordinal && ((number <= 12 && !isTimed(reader, next)) || reader.symbol(next, ':') || reader.symbol(next, '.') ||
-                     reader.has(next, Meaning::HourMark) || reader.has(next, Meaning::UnitWord) ||
-                     readDayRange(reader, next)))
-        return std::nullopt;
     DateMention result;
     result.span = {i, next};
     result.first.base = Base::DayOnly;

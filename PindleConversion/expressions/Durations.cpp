@@ -99,7 +99,9 @@ std::optional<DurationMention> readDuration(const Reader &reader, std::uint32_t 
     const bool bracket =
         i > 0 && reader.document().tokens[i - 1].symbol == '(' && reader.symbol(part->next, ')');
     constexpr int kShortest = 15;
-    const bool told = part->minutes >= kShortest && (reader.has(part->next, Meaning::Event) ||
+    // "om twaalf uur lunch" tells the hour.
+    const bool announced = i > 0 && reader.has(i - 1, Meaning::TimeMarker);
+    const bool told = part->minutes >= kShortest && !announced && (reader.has(part->next, Meaning::Event) ||
                                                      reader.has(part->next, Meaning::Person) ||
                                                      reader.has(part->next, Meaning::DurationTail));
     if (!marked && !bracket && !part->hyphen && !told)

@@ -24,6 +24,9 @@ bool mayFollowBare(const Reader &reader, std::uint32_t i, bool marked) {
     const Token *token = reader.at(i);
     if (!token)
         return true;
+    // "2.º": an ordinal, or the number of a paragraph.
+    if (token->symbol == '.' && reader.glued(i) && reader.word(i + 1) && reader.glued(i + 1))
+        return false;
     if (token->kind == TokenKind::Symbol)
         return !(reader.glued(i) &&
                  (token->symbol == '-' || token->symbol == '/' || token->symbol == '%' ||
@@ -70,20 +73,23 @@ std::optional<End> readEnd(const Reader &reader, std::uint32_t i, bool between) 
     if (!to)
         return std::nullopt;
     End end;
-    const auto clock = readClock(reader, i + to->length, end.next);
+    const std::uint32_t at = reader.skip(i + to->length, Meaning::The);
+    const auto clock = readClock(reader, at, end.next);
     if (!clock || (!clock->sure && !mayFollowBare(reader, end.next, true)))
         return std::nullopt;
     end.clock = *clock;
     return end;
 }
 
-bool followsRangeWord(const Reader &reader, std::uint32_t i) {
-    return i > 0 && reader.has(i - 1, Meaning::RangeFrom);
+/// "between 5", "entre las 5".
+const Sense *rangeWordBefore(const Reader &reader, std::uint32_t i) {
+    const std::uint32_t at = i > 1 && reader.has(i - 1, Meaning::The) ? i - 1 : i;
+    return at > 0 ? reader.sense(at - 1, Meaning::RangeFrom) : nullptr;
 }
 
 /// "between 5" without its other end is no time.
 bool lacksEnd(const Reader &reader, std::uint32_t i, const TimeMention &mention) {
-    const Sense *from = i > 0 ? reader.sense(i - 1, Meaning::RangeFrom) : nullptr;
+    const Sense *from = rangeWordBefore(reader, i);
     return from && from->value == 1 && !mention.end && !mention.start.sure;
 }
 
@@ -162,7 +168,7 @@ std::optional<TimeMention> readTime(const Reader &reader, std::uint32_t i, bool 
     const bool sure = mention.start.sure || marked || afterDate || stamp;
     std::uint32_t zoned = sure ? readZone(reader, next, true, mention) : next;
     zoned = readPartBehind(reader, zoned, mention);
-    if (const auto end = readEnd(reader, zoned, followsRangeWord(reader, i))) {
+    if (const auto end = readEnd(reader, zoned, rangeWordBefore(reader, i) != nullptr)) {
         mention.end = end->clock;
         next = end->next;
         zoned = readZone(reader, next, true, mention);
@@ -175,7 +181,11 @@ std::optional<TimeMention> readTime(const Reader &reader, std::uint32_t i, bool 
     const bool last = start->minuteGiven && !start->sure && start->hour <= 12 &&
                       start->minute % 5 == 0 && i > 0 && reader.symbol(i - 1, ',') &&
                       !reader.at(zoned);
-    mention.start.sure = mention.start.sure || last;
+    // "..., 19.45 verzamelen": so are hours past twelve where they are counted on.
+    const bool late = start->minuteGiven && start->literal && start->hour > 12 &&
+                      start->minute % 5 == 0 && mention.start.clock24 && i > 0 &&
+                      reader.symbol(i - 1, ',') && reader.has(zoned, Meaning::Connector);
+    mention.start.sure = mention.start.sure || last || late;
     const bool listed = mention.end && isListedRange(reader, i, zoned);
     if (lacksEnd(reader, i, mention) ||
         !isAccepted(reader, mention, zoned, marked, afterDate || listed))

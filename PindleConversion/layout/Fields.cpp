@@ -107,6 +107,7 @@ public:
             ++m_line;
         }
         settleMailHeads();
+        settleStays();
         numberSentences();
     }
 
@@ -353,6 +354,26 @@ private:
                 if (fields[k].label == Label::Date)
                     fields[k].ignored = true;
             i = std::max(end, i + 1);
+        }
+    }
+
+    bool mayBe(const Field &field, Label label) const {
+        if (field.labelWords.empty())
+            return false;
+        const Token &token = m_document.tokens[field.labelWords.begin];
+        const auto senses = m_document.senses.begin() + token.firstSense;
+        return std::any_of(senses, senses + token.senses, [&](const Sense &sense) {
+            return sense.meaning == Meaning::LabelWord && sense.value == static_cast<int>(label);
+        });
+    }
+
+    /// Arrival and departure: who stays arrives first, who travels departs first.
+    void settleStays() {
+        bool started = false;
+        for (Field &field : m_document.fields) {
+            if (mayBe(field, Label::Start) && mayBe(field, Label::End))
+                field.label = started ? Label::End : Label::Start;
+            started = started || field.label == Label::Start;
         }
     }
 

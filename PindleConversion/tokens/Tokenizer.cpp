@@ -242,12 +242,14 @@ private:
         bool elided = false;
         while (end < m_text.size()) {
             Point point = pointAt(m_text, end);
-            if (isApostrophe(point.c) && end > m_at && point.end < m_text.size()) {
+            if (isApostrophe(point.c) && end > m_at) {
                 if (elides(point.end)) {
                     end = point.end;
                     elided = true;
                     break;
                 }
+                if (point.end == m_text.size())
+                    break;
                 point = pointAt(m_text, point.end);
             }
             if (!isLetter(point.c) || unspacedScript(point.c) != Unspaced::None)
