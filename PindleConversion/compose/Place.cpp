@@ -10,8 +10,8 @@ namespace pindle::conversion {
 namespace {
 
 constexpr int kLeastScore = 20;
-constexpr int kAside = 35; ///< less for a place that something else happens at
-constexpr std::uint32_t kLongestName = 14; ///< tokens
+constexpr int kAside = 35;                  ///< less for a place that something else happens at
+constexpr std::uint32_t kLongestName = 14;  ///< tokens
 constexpr std::uint32_t kOnlineReach = 400; ///< tokens that are asked whether the event is online
 
 /// Hosts of meetings; a link to one is where the event is.
@@ -39,15 +39,14 @@ public:
 
     TokenSpan run() {
         for (std::uint32_t f = 0; f < m_document.fields.size(); ++f)
-            consider(f);
+            if (isInReach(f, m_anchorField))
+                consider(f);
         return m_score >= kLeastScore ? m_best : TokenSpan{};
     }
 
 private:
     const Token &token(std::uint32_t i) const { return m_document.tokens[i]; }
-    std::uint32_t lineOf(std::uint32_t i) const {
-        return m_document.fields[token(i).field].line;
-    }
+    std::uint32_t lineOf(std::uint32_t i) const { return m_document.fields[token(i).field].line; }
 
     void consider(std::uint32_t f) {
         const Field &field = m_document.fields[f];
@@ -420,12 +419,11 @@ private:
                         std::uint32_t end) {
         constexpr int kMostWords = 7;
         const Field &field = m_document.fields[f];
-        const bool refused =
-            reader.has(begin, Meaning::Person) ||
-            (reader.has(begin, Meaning::PlaceMarker) && !token(begin).capital) ||
-            reader.has(begin, Meaning::Chatter) ||
-            (reader.has(begin, Meaning::PlaceStop) && !token(begin).capital) ||
-            token(begin).kind == TokenKind::Link;
+        const bool refused = reader.has(begin, Meaning::Person) ||
+                             (reader.has(begin, Meaning::PlaceMarker) && !token(begin).capital) ||
+                             reader.has(begin, Meaning::Chatter) ||
+                             (reader.has(begin, Meaning::PlaceStop) && !token(begin).capital) ||
+                             token(begin).kind == TokenKind::Link;
         const Shape shape = shapeOf({begin, end});
         const bool greets = reader.has(begin, Meaning::Greeting) && !(shape.noun && shape.title);
         if (refused || greets || shape.words == 0 || shape.words > kMostWords || shape.event)
