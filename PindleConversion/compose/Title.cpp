@@ -72,6 +72,10 @@ private:
         for (std::uint32_t i = run.begin; i < run.end; ++i) {
             const bool hard = isHardBreak(reader, i);
             const bool soft = (wide || greeting) && isSoftBreak(reader, i);
+            if (i > begin && announces(reader, i)) {
+                parts.push_back({begin, i});
+                begin = i;
+            }
             if (!(hard || soft))
                 continue;
             parts.push_back({begin, i});
@@ -79,6 +83,13 @@ private:
         }
         parts.push_back({begin, run.end});
         return parts;
+    }
+
+    /// "The Smiths are happy to invite you to": the event is what follows.
+    static bool announces(const Reader &reader, std::uint32_t i) {
+        constexpr std::uint8_t kLongPhrase = 3;
+        const Sense *lead = reader.sense(i, Meaning::TitleLead);
+        return lead && lead->value == 0 && lead->length >= kLongPhrase;
     }
 
     bool isHardBreak(const Reader &reader, std::uint32_t i) const {
