@@ -46,7 +46,8 @@ public:
 
     TokenSpan run() {
         for (std::uint32_t f = 0; f < m_document.fields.size(); ++f)
-            consider(f);
+            if (isInReach(f, m_anchorField))
+                consider(f);
         return m_score >= kLeastScore ? m_best : TokenSpan{};
     }
 

@@ -22,8 +22,10 @@ public:
         , m_choice(choice) {}
 
     TokenSpan run() {
+        const std::uint32_t anchorField = token(m_choice.anchor()).field;
         for (std::uint32_t f = 0; f < m_document.fields.size(); ++f)
-            consider(f);
+            if (isInReach(f, anchorField))
+                consider(f);
         return m_best;
     }
 
@@ -37,8 +39,19 @@ private:
         const auto runs = runsOf(m_document, field);
         for (const Run &run : runs)
             offerRun(field, run, runs.size() == 1 && !run.afterUsed && !run.beforeUsed);
-        if (!field.labelWords.empty() && field.label != Label::Title)
+        offerLabel(field);
+    }
+
+    /// "Check-in: ..." may be all that the event is called.
+    void offerLabel(const Field &field) {
+        const bool names = field.label == Label::Start || field.label == Label::Deadline;
+        if (field.labelWords.empty() || !names || !contains(field.labelWords, Meaning::Event))
             return;
+        constexpr int kWeak = 42;
+        if (kWeak > m_score) {
+            m_score = kWeak;
+            m_best = field.labelWords;
+        }
     }
 
     void offerRun(const Field &field, const Run &run, bool alone) {
