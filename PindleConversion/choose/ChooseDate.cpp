@@ -25,9 +25,11 @@ bool Chooser::hasTimeNear(std::uint32_t token) const {
 
 bool Chooser::hasTimeBeside(TokenSpan span) const {
     constexpr int kBeside = 3;
+    const Reader reader(m_document, static_cast<std::uint32_t>(m_document.tokens.size()));
+    const std::uint32_t next = reader.skip(span.end, Meaning::TimeMarker);
     return std::any_of(m_found.times.begin(), m_found.times.end(), [&](const auto &time) {
         return m_document.sameSentence(time.span.begin, span.begin) &&
-               gap(span, time.span) < kBeside;
+               (gap(span, time.span) < kBeside || time.span.begin == next);
     });
 }
 

@@ -31,10 +31,9 @@ const TimeMention *Chooser::timeBeside(const Dated &dated) const {
     int nearest = kReach;
     for (const TimeMention &time : m_found.times) {
         const int away = gap(dated.mention->span, time.span);
-        const bool together =
-            m_document.sameSentence(time.span.begin, dated.mention->span.begin) ||
-            m_document.tokens[time.span.begin].field ==
-                m_document.tokens[dated.mention->span.begin].field;
+        const bool together = m_document.sameSentence(time.span.begin, dated.mention->span.begin) ||
+                              m_document.tokens[time.span.begin].field ==
+                                  m_document.tokens[dated.mention->span.begin].field;
         if (together && away < nearest) {
             nearest = away;
             best = &time;
@@ -47,6 +46,7 @@ bool Chooser::endOnLaterDay() {
     constexpr auto kLongest = std::chrono::days(100);
     if (m_date < 0 || m_choice.last || m_choice.endMinute)
         return false;
+    const bool stay = roleOf(m_choice.dateSpan.begin) == Role::End;
     for (const Dated &dated : m_dates) {
         const std::uint32_t at = dated.mention->span.begin;
         // "Labour Day: closed from Friday 1 to Sunday 3 May" names its first day twice.
@@ -55,8 +55,8 @@ bool Chooser::endOnLaterDay() {
             m_choice.endSpan = dated.mention->span;
             return true;
         }
-        if (at < m_choice.dateSpan.end || dated.date.first <= m_choice.start || dated.date.first > m_choice.start + kLongest ||
-            !tellsEnd(at))
+        if (at < m_choice.dateSpan.end || dated.date.first <= m_choice.start ||
+            dated.date.first > m_choice.start + kLongest || !(stay || tellsEnd(at)))
             continue;
         const TimeMention *time = timeBeside(dated);
         m_choice.last = dated.date.first;

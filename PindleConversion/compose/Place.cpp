@@ -11,6 +11,7 @@ namespace {
 
 constexpr int kLeastScore = 20;
 constexpr int kAside = 35;                  ///< less for a place that something else happens at
+constexpr int kAsked = 16;                  ///< less for a place that a speaker only asks about
 constexpr std::uint32_t kLongestName = 14;  ///< tokens
 constexpr std::uint32_t kOnlineReach = 400; ///< tokens that are asked whether the event is online
 
@@ -36,6 +37,12 @@ public:
         , m_anchorField(document.tokens[choice.anchor()].field)
         , m_momentLine(std::max(lineOf(choice.anchor()),
                                 choice.timeSpan.empty() ? 0 : lineOf(choice.timeSpan.begin))) {}
+
+    /// The place is the event's name as well.
+    bool isName(TokenSpan place) const {
+        return isStay() &&
+               isTitlePosition(m_document.fields[token(place.begin).field], place.begin);
+    }
 
     TokenSpan run() {
         for (std::uint32_t f = 0; f < m_document.fields.size(); ++f)
@@ -93,6 +100,8 @@ private:
             score += 6;
         if (isAside(at))
             score -= kAside;
+        if (isAsked(at))
+            score -= kAsked;
         const bool wider = score == m_score && span.end - span.begin > m_best.end - m_best.begin;
         if (score > m_score || wider) {
             m_score = score;
@@ -108,6 +117,18 @@ private:
         for (std::uint32_t i = at; i > begin && at - i < kReach; --i)
             if (m_document.sameSentence(i - 1, at) && reader.has(i - 1, Meaning::AsideLead))
                 return true;
+        return false;
+    }
+
+    /// "At yours?" in a conversation.
+    bool isAsked(std::uint32_t at) const {
+        constexpr std::uint32_t kReach = 12;
+        const Field &field = m_document.fields[token(at).field];
+        if (!field.spoken)
+            return false;
+        for (std::uint32_t i = at; i < std::min(field.end, at + kReach); ++i)
+            if (token(i).symbol == '?')
+                return m_document.sameSentence(i, at);
         return false;
     }
 
@@ -170,16 +191,15 @@ private:
         return shape;
     }
 
-    /// "Main Street", "via Oberdan", and "Wilgenstraat", whose end alone is known.
+    /// "Main Street", "rue Haute", "calle de Alcalá", and "Wilgenstraat", whose end alone is known.
     bool isStreet(const Reader &reader, std::uint32_t i, std::uint32_t begin) const {
         const Sense *street = reader.sense(i, Meaning::StreetWord);
         if (!street)
             return false;
-        const bool named = reader.at(i + 1) && (token(i + 1).capital ||
-                                                token(i + 1).kind == TokenKind::Number ||
-                                                reader.has(i + 1, Meaning::Of) ||
-                                                reader.has(i + 1, Meaning::The));
-        return i > begin || (street->value == 1 && named) || token(i).word == 0;
+        const Token *next = reader.at(i + 1);
+        const bool numbered = next && street->value == 1 && next->kind == TokenKind::Number;
+        return i > begin || token(i).word == 0 || numbered ||
+               (next && (next->capital || reader.has(i + 1, Meaning::Of)));
     }
 
     bool stops(const Reader &reader, std::uint32_t i, std::uint32_t begin) const {
@@ -263,8 +283,9 @@ private:
         if (marker.value == 1 && i > 0 && token(i).word != 0 && isFrom(reader, i) && !shape.noun &&
             !behindTime)
             return;
-        if (marker.value == 1 && (named || shape.noun || shape.street))
-            offer({begin, end}, 50 + (shape.noun || shape.street ? 8 : 0) - headingPenalty(i), i);
+        const bool known = shape.noun || shape.street;
+        if (marker.value == 1 && (named || known))
+            offer({begin, end}, known ? 58 - headingPenalty(i) : 50 - 2 * headingPenalty(i), i);
         else if (marker.value == 1 && token(begin).possessive && shape.words <= 3)
             offer({begin, end}, 40, i);
         else if (marker.value == 1 && article && shape.words <= 4 && shape.words > 1)
@@ -272,8 +293,9 @@ private:
         else if (marker.value == 0 && article && shape.words <= 3 && i > 0 && token(i - 1).used &&
                  reader.has(i, Meaning::In))
             offer({begin, end}, 24, i);
-        else if (marker.value == 0 && isWeakPlace(reader, i, shape))
-            offer({begin, end}, (shape.noun || shape.street ? 38 : 24) - headingPenalty(i), i);
+        else if (marker.value == 0 && isWeakPlace(reader, i, marker, shape))
+            offer({begin, end}, (known ? 38 : 24) - headingPenalty(i) + addressBonus({begin, end}),
+                  i);
     }
 
     /// The kind of place that starts the name before token `i`, or `i`.
@@ -305,15 +327,26 @@ private:
         return token(i).field < m_anchorField && token(field.begin).capital ? kPenalty : 0;
     }
 
+    /// A street with its number is certain.
+    int addressBonus(TokenSpan span) const {
+        constexpr int kBonus = 16;
+        const bool number = std::any_of(
+            m_document.tokens.begin() + span.begin, m_document.tokens.begin() + span.end,
+            [](const Token &each) { return each.kind == TokenKind::Number; });
+        return number && shapeOf(span).street ? kBonus : 0;
+    }
+
     /// "from" tells where something starts, but also who sends it.
     bool isFrom(const Reader &reader, std::uint32_t i) const {
         return reader.has(i, Meaning::RangeFrom);
     }
 
     /// "in Paris" and "in the gym" are places, "to Lyon" and "on Projects" need a kind of place.
-    bool isWeakPlace(const Reader &reader, std::uint32_t i, const Shape &shape) const {
-        if (reader.has(i, Meaning::RangeTo) || reader.has(i, Meaning::TimeMarker))
-            return false;
+    bool isWeakPlace(const Reader &reader, std::uint32_t i, const Sense &marker,
+                     const Shape &shape) const {
+        const bool ofTime = reader.has(i, Meaning::RangeTo) || reader.has(i, Meaning::TimeMarker);
+        if (ofTime)
+            return marker.length > 1 && shape.noun;
         const bool inside = reader.has(i, Meaning::In);
         if (!inside)
             return reader.has(i, Meaning::DateMarker)
@@ -329,7 +362,10 @@ private:
         if (current.kind == TokenKind::Number)
             return true;
         if (current.kind == TokenKind::Symbol)
-            return current.symbol == '#' || current.symbol == '&';
+            return current.symbol == '#' || current.symbol == '&' ||
+                   (current.symbol == '-' && reader.glued(i) && reader.glued(i + 1));
+        if (i > 0 && token(i - 1).symbol == '-' && reader.glued(i))
+            return true;
         const bool joined = current.unspaced && !reader.has(i, Meaning::TitleLead);
         return current.kind == TokenKind::Word &&
                (current.capital || joined || reader.has(i, Meaning::PlaceNoun)) &&
@@ -340,17 +376,38 @@ private:
     void compound(const Reader &reader, const Field &field, std::uint32_t i) {
         std::uint32_t begin = i;
         std::uint32_t end = i + 1;
-        while (end < field.end && end < i + 5 && joinsName(reader, end, i))
-            ++end;
+        constexpr std::uint32_t kMost = 9;
+        while (end < field.end && end < i + kMost) {
+            const std::uint32_t next = reader.skip(reader.skip(end, Meaning::Of), Meaning::The);
+            if (next >= field.end || !joinsName(reader, next, i))
+                break;
+            end = next + 1;
+        }
         while (begin > field.begin && begin + 5 > i && joinsName(reader, begin - 1, i) &&
                token(begin - 1).kind == TokenKind::Word)
             --begin;
         const bool numbered =
             end > i + 1 && (token(i + 1).kind == TokenKind::Number || token(i + 1).capital);
-        if (end - begin < 2 || isTitlePosition(field, begin))
+        if (end - begin < 2 || isSeat(reader, i))
             return;
+        if (isTitlePosition(field, begin)) {
+            if (isStay() && shapeOf({begin, end}).title)
+                offer({begin, end}, kLeastScore - 12, i);
+            return;
+        }
         offer({begin, end}, numbered ? 26 : 14, i);
     }
+
+    /// "Plaza 7", "Seat 22A" on a ticket.
+    static bool isSeat(const Reader &reader, std::uint32_t i) {
+        const Sense *label = reader.sense(i, Meaning::LabelWord);
+        return label && label->value == static_cast<int>(Label::Sender) &&
+               reader.number(i + 1, 0, 9999, 4);
+    }
+
+    /// From one day to another that the text names apart: where one stays is the event's name
+    /// and its place.
+    bool isStay() const { return m_choice.last && m_choice.endSpan.begin >= m_choice.dateSpan.end; }
 
     /// The first words of a line are the title's sooner than the place's.
     bool isTitlePosition(const Field &field, std::uint32_t begin) const {
@@ -426,7 +483,12 @@ private:
                              token(begin).kind == TokenKind::Link;
         const Shape shape = shapeOf({begin, end});
         const bool greets = reader.has(begin, Meaning::Greeting) && !(shape.noun && shape.title);
-        if (refused || greets || shape.words == 0 || shape.words > kMostWords || shape.event)
+        // "place du Marché" is no market.
+        const bool placeFirst =
+            (reader.has(begin, Meaning::PlaceNoun) || reader.has(begin, Meaning::StreetWord)) &&
+            reader.has(begin + 1, Meaning::Of);
+        if (refused || greets || shape.words == 0 || shape.words > kMostWords ||
+            (shape.event && !placeFirst))
             return end;
         const bool number = token(begin).kind == TokenKind::Number;
         const bool address = shape.street && (number || shape.title || shape.capital);
@@ -463,8 +525,9 @@ private:
 } // namespace
 
 TokenSpan findPlace(Document &document, const Choice &choice) {
-    const TokenSpan place = PlaceFinder(document, choice).run();
-    if (place.empty())
+    PlaceFinder finder(document, choice);
+    const TokenSpan place = finder.run();
+    if (place.empty() || finder.isName(place))
         return place;
     std::uint32_t begin = place.begin;
     const Reader reader(document, static_cast<std::uint32_t>(document.tokens.size()));

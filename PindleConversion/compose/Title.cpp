@@ -85,6 +85,10 @@ private:
         for (std::uint32_t i = run.begin; i < run.end; ++i) {
             const bool hard = isHardBreak(reader, i);
             const bool soft = (wide || greeting) && isSoftBreak(reader, i);
+            if (i > begin && announces(reader, i)) {
+                parts.push_back({begin, i});
+                begin = i;
+            }
             if (!(hard || soft))
                 continue;
             parts.push_back({begin, i});
@@ -92,6 +96,13 @@ private:
         }
         parts.push_back({begin, run.end});
         return parts;
+    }
+
+    /// "The Smiths are happy to invite you to": the event is what follows.
+    static bool announces(const Reader &reader, std::uint32_t i) {
+        constexpr std::uint8_t kLongPhrase = 3;
+        const Sense *lead = reader.sense(i, Meaning::TitleLead);
+        return lead && lead->value == 0 && lead->length >= kLongPhrase;
     }
 
     bool isHardBreak(const Reader &reader, std::uint32_t i) const {
@@ -159,7 +170,7 @@ private:
     /// "Appointment" that nothing follows names the event itself.
     bool isKindAlone(TokenSpan span) const {
         return contains(span, Meaning::Event) && span.end < m_document.tokens.size() &&
-               token(span.end).used;
+               token(span.end).symbol != ':' && token(span.end).symbol != '-';
     }
 
     /// "On call", "Book fair": the filler's word belongs to a kind of event.
@@ -298,7 +309,8 @@ private:
             score += 8;
         if (field.cell && &field == &m_document.fields.front())
             score += 20;
-        if (first && isHeading(part))
+        const bool kind = isCalledByNext(trimmed);
+        if (first && isHeading(part) && !kind)
             score += 48;
         if (contains(trimmed, Meaning::Event))
             score += 16;
@@ -307,7 +319,7 @@ private:
         if (run.beforeUsed && sameSentence && part.end == run.span.end)
             score += 4;
         score += penalties(reader, part, trimmed);
-        if (!reader.has(part.begin, Meaning::Greeting))
+        if (!reader.has(part.begin, Meaning::Greeting) && !kind)
             m_sawText = true;
         return score;
     }

@@ -86,9 +86,10 @@ bool spoiled(const Reader &reader, std::uint32_t begin, std::uint32_t next) {
     if (reader.symbol(next, '%') || reader.symbol(next, '$') || reader.symbol(next, U'€') ||
         reader.symbol(next, U'£') || reader.symbol(next, '/'))
         return !(reader.symbol(next, '/') && reader.at(next)->spaceBefore);
-    // "4,377" is an amount.
+    // "4,377" is an amount, "24,95" as well where the comma is the decimal mark.
     if (reader.symbol(next, ',') && reader.glued(next) && reader.glued(next + 1) &&
-        reader.number(next + 1, 0, 999, 3) && reader.at(next + 1)->digits == 3)
+        reader.number(next + 1, 0, 999, 3) &&
+        (reader.at(next + 1)->digits == 3 || reader.language(begin).clock24))
         return true;
     const bool more = (reader.symbol(next, '.') || reader.symbol(next, ':')) &&
                       reader.glued(next) && reader.glued(next + 1) &&

@@ -41,7 +41,7 @@ bool isDayNumber(const Reader &reader, std::uint32_t at) {
                          reader.has(time, Meaning::Number));
     if (timed && !readDayRange(reader, next))
         return true;
-    return reader.language(at).clock24 && !reader.at(at)->unspaced &&
+    return reader.language(at).dayOrder == DayOrder::DayFirst && !reader.at(at)->unspaced &&
            (timed || !reader.word(next) || reader.has(next, Meaning::Connector) ||
             reader.has(next, Meaning::PartOfDay));
 }

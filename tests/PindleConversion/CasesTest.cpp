@@ -1,4 +1,6 @@
+#include <algorithm>
 #include <cctype>
+#include <filesystem>
 #include <fstream>
 #include <vector>
 
@@ -67,9 +69,23 @@ bool hasKeywords(const json &keywords, const std::string &title) {
     return true;
 }
 
-class EnglishCase : public testing::TestWithParam<json> {};
+/// Every case of every language.
+std::vector<json> allCases() {
+    std::vector<std::filesystem::path> files;
+    for (const auto &file : std::filesystem::directory_iterator(PINDLE_CONVERSION_CASES))
+        if (file.path().extension() == ".jsonl")
+            files.push_back(file.path().filename());
+    std::sort(files.begin(), files.end());
+    std::vector<json> cases;
+    for (const auto &file : files)
+        for (json &each : readCases(file.string()))
+            cases.push_back(std::move(each));
+    return cases;
+}
 
-TEST_P(EnglishCase, givesTheEventACarefulPersonWouldEnter) {
+class GivenCase : public testing::TestWithParam<json> {};
+
+TEST_P(GivenCase, givesTheEventACarefulPersonWouldEnter) {
     const json &given = GetParam();
     const json &expect = given["expect"];
     const auto text = given["text"].get<std::string>();
@@ -92,10 +108,10 @@ TEST_P(EnglishCase, givesTheEventACarefulPersonWouldEnter) {
                                                                        << draft.title;
 }
 
-INSTANTIATE_TEST_SUITE_P(Cases, EnglishCase, testing::ValuesIn(readCases("english.jsonl")),
+INSTANTIATE_TEST_SUITE_P(Cases, GivenCase, testing::ValuesIn(allCases()),
                          [](const testing::TestParamInfo<json> &info) {
                              auto name = info.param["id"].get<std::string>();
-                             name[name.find('-')] = '_';
+                             std::replace(name.begin(), name.end(), '-', '_');
                              return name;
                          });
 
