@@ -471,6 +471,12 @@ private:
                 token(i + 1).sentence != token(i).sentence);
     }
 
+    /// "2-persoonskamer": a kind of room, not a room.
+    static bool isCounted(const Reader &reader, std::uint32_t i) {
+        return reader.number(i, 0, 99) && reader.symbol(i + 1, '-') && reader.glued(i + 1) &&
+               reader.glued(i + 2) && reader.word(i + 2);
+    }
+
     /// Weighs one part; returns where to go on.
     std::uint32_t piece(const Reader &reader, std::uint32_t f, std::uint32_t begin,
                         std::uint32_t end) {
@@ -480,13 +486,13 @@ private:
                              (reader.has(begin, Meaning::PlaceMarker) && !token(begin).capital) ||
                              reader.has(begin, Meaning::Chatter) ||
                              (reader.has(begin, Meaning::PlaceStop) && !token(begin).capital) ||
-                             token(begin).kind == TokenKind::Link;
+                             token(begin).kind == TokenKind::Link || isCounted(reader, begin);
         const Shape shape = shapeOf({begin, end});
         const bool greets = reader.has(begin, Meaning::Greeting) && !(shape.noun && shape.title);
         // "place du Marché" is no market.
         const bool placeFirst =
             (reader.has(begin, Meaning::PlaceNoun) || reader.has(begin, Meaning::StreetWord)) &&
-            reader.has(begin + 1, Meaning::Of);
+            (reader.has(begin + 1, Meaning::Of) || reader.has(begin + 1, Meaning::The));
         if (refused || greets || shape.words == 0 || shape.words > kMostWords ||
             (shape.event && !placeFirst))
             return end;

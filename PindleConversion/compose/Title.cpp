@@ -364,12 +364,12 @@ private:
         constexpr char32_t kBullet = 0x2022;
         const std::uint32_t size = trimmed.end - trimmed.begin;
         const std::uint32_t next = trimmed.end + 1;
-        if (size > kLongestKind || next >= m_document.tokens.size())
+        if (size > kLongestKind || next >= m_document.tokens.size() || token(next).used)
             return false;
         const char32_t mark = token(trimmed.end).symbol;
         if (mark == ':')
             return m_document.sameSentence(trimmed.begin, trimmed.end);
-        return size == 1 && (mark == '|' || mark == kBullet) && !token(next).used &&
+        return size == 1 && (mark == '|' || mark == kBullet) &&
                token(next).kind == TokenKind::Word && contains(trimmed, Meaning::Event);
     }
 

@@ -118,8 +118,7 @@ std::uint32_t readHourWord(const Reader &reader, std::uint32_t i, ClockSpec &clo
 
 /// "às 15 horas", but not "curso de 15 horas": the word for hours tells a time only there.
 bool isAnnounced(const Reader &reader, std::uint32_t i) {
-    return i > 0 &&
-           (reader.has(i - 1, Meaning::TimeMarker) || reader.has(i - 1, Meaning::RangeTo));
+    return i > 0 && (reader.has(i - 1, Meaning::TimeMarker) || reader.has(i - 1, Meaning::RangeTo));
 }
 
 std::optional<ClockSpec> readDigits(const Reader &reader, std::uint32_t i, std::uint32_t &next) {

@@ -71,8 +71,8 @@ std::optional<ClockSpec> readWords(const Reader &reader, std::uint32_t i, std::u
     const Sense *word = reader.sense(i, Meaning::Number);
     const SmallNumber hour = readSmall(reader, i, 24);
     const Sense *hours = reader.sense(hour.next, Meaning::HourMark);
-    const bool announced = i > 0 && (reader.has(i - 1, Meaning::TimeMarker) ||
-                                     reader.has(i - 1, Meaning::RangeTo));
+    const bool announced =
+        i > 0 && (reader.has(i - 1, Meaning::TimeMarker) || reader.has(i - 1, Meaning::RangeTo));
     constexpr int kLastOnDial = 12;
     if (!word || hour.value == 0 ||
         (hour.value > kLastOnDial && !announced && !(hours && hours->value > 0)))

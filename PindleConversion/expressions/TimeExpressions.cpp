@@ -66,6 +66,21 @@ struct End {
     std::uint32_t next = 0;
 };
 
+/// "0635 - LIS 0830": the code of the airport before the second time on a ticket.
+std::uint32_t skipAirport(const Reader &reader, std::uint32_t i, std::uint32_t range) {
+    constexpr std::uint32_t kCode = 3;
+    constexpr int kCompact = 4;
+    const auto isCompact = [&](std::uint32_t at) {
+        const Token *token = reader.at(at);
+        return token && token->kind == TokenKind::Number && token->digits == kCompact;
+    };
+    const Token *code = reader.at(i);
+    const bool ticket = code && range > 0 && isCompact(range - 1) && isCompact(i + 1) &&
+                        code->kind == TokenKind::Word && code->capital &&
+                        code->end - code->begin == kCode;
+    return ticket ? i + 1 : i;
+}
+
 std::optional<End> readEnd(const Reader &reader, std::uint32_t i, bool between) {
     const Sense *to = reader.sense(i, Meaning::RangeTo);
     if (!to && between)
@@ -73,7 +88,7 @@ std::optional<End> readEnd(const Reader &reader, std::uint32_t i, bool between) 
     if (!to)
         return std::nullopt;
     End end;
-    const std::uint32_t at = reader.skip(i + to->length, Meaning::The);
+    const std::uint32_t at = skipAirport(reader, reader.skip(i + to->length, Meaning::The), i);
     const auto clock = readClock(reader, at, end.next);
     if (!clock || (!clock->sure && !mayFollowBare(reader, end.next, true)))
         return std::nullopt;
@@ -137,8 +152,7 @@ bool isAccepted(const Reader &reader, const TimeMention &mention, std::uint32_t 
         return true;
     // "ore 8.30 capannone C": minutes leave little doubt behind a word that announces a time.
     const bool written = marked && start.minuteGiven && reader.word(next) && !reader.glued(next) &&
-                         !reader.has(next, Meaning::UnitWord) &&
-                         reader.language(next).clock24;
+                         !reader.has(next, Meaning::UnitWord) && reader.language(next).clock24;
     return written || ((marked || afterDate) && mayFollowBare(reader, next, marked));
 }
 
@@ -163,7 +177,7 @@ std::optional<TimeMention> readTime(const Reader &reader, std::uint32_t i, bool 
     if (afterDate && start->literal && reader.at(i)->digits == 4)
         mention.start.sure = true;
     const bool namesZone = !start->sure && reader.has(next, Meaning::ZoneAfterTime) &&
-                        reader.at(next)->capital && !reader.glued(next);
+                           reader.at(next)->capital && !reader.glued(next);
     mention.start.sure = mention.start.sure || namesZone;
     const bool sure = mention.start.sure || marked || afterDate || stamp;
     std::uint32_t zoned = sure ? readZone(reader, next, true, mention) : next;

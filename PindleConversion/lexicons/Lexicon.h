@@ -54,7 +54,8 @@ enum class Meaning : std::uint8_t {
     Approximate,   ///< directly behind a time (0), or between day and time (1)
     OClock,        ///< behind a full hour
     Meridiem,      ///< value 0: before noon, 1: after noon
-    HourMark,      ///< "h" behind a 24-hour time; value 1: makes any hour a time, 2: where one is announced
+    HourMark,      ///< "h" behind a 24-hour time; value 1: makes any hour a time, 2: where one is
+                   ///< announced
     MinuteMark,    ///< behind the minutes of a time
     ClockWord,     ///< value: minute of the day
     PartOfDay,     ///< value: a `DayPart`

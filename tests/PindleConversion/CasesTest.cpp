@@ -88,6 +88,8 @@ class GivenCase : public testing::TestWithParam<json> {};
 TEST_P(GivenCase, givesTheEventACarefulPersonWouldEnter) {
     const json &given = GetParam();
     const json &expect = given["expect"];
+    if (given.contains("open"))
+        GTEST_SKIP() << given["open"];
     const auto text = given["text"].get<std::string>();
     const Reply reply = convert({text, given["referenceDate"].get_ref<const std::string &>(),
                                  given["referenceTimezone"].get_ref<const std::string &>()});
