@@ -218,7 +218,7 @@ private:
             reader.has(i - 1, Meaning::PlaceNoun))
             return true;
         const bool stopWord = reader.has(i, Meaning::PlaceStop) || reader.has(i, Meaning::Greeting);
-        return stopWord && !(current.capital && token(i - 1).capital);
+        return stopWord && !(current.capital && (token(i - 1).capital || reader.symbol(i - 1, ',')));
     }
 
     /// The name from `begin` up to what ends it; commas are passed when an address goes on.
@@ -247,7 +247,8 @@ private:
         const std::uint32_t limit = std::min(reader.end(), i + kLongestName);
         while (end < limit && !stops(reader, end, begin))
             ++end;
-        if (end == i || reader.has(i, Meaning::PlaceStop) || reader.has(i, Meaning::Greeting))
+        const bool stop = reader.has(i, Meaning::PlaceStop) && !token(i).capital;
+        if (end == i || stop || reader.has(i, Meaning::Greeting))
             return i;
         const Shape shape = shapeOf({i, end});
         if (shape.event && !shape.noun && !shape.street)
@@ -266,7 +267,10 @@ private:
     }
 
     void marked(const Reader &reader, std::uint32_t i, const Sense &marker) {
-        const std::uint32_t begin = i + marker.length;
+        std::uint32_t begin = i + marker.length;
+        // "bij De Zwarte Ruiter": the capital makes the article part of the name.
+        if (marker.length > 1 && token(begin - 1).capital && !token(i).capital)
+            --begin;
         if (!reader.at(begin) || reader.has(begin, Meaning::NotAPlace) ||
             reader.has(begin, Meaning::Greeting) || token(begin).used)
             return;

@@ -57,9 +57,9 @@ TEST(Notices, aTextWithoutAnEventIsRefusedInItsLanguage) {
 }
 
 TEST(Notices, aTimeThatTheClockChangeSkipsIsSaid) {
-    EXPECT_TRUE(has(noticeOf("Turno domenica 29 marzo 2026 alle 2:30", "Europe/Rome"),
+    EXPECT_TRUE(has(noticeOf("Turno domenica 29 marzo 2026 alle ore 02:30", "Europe/Rome"),
                     "cambio dell'ora"));
-    EXPECT_TRUE(has(noticeOf("Nachtwandeling zondag 29 maart 2026 om 2.30 uur", "Europe/Amsterdam"),
+    EXPECT_TRUE(has(noticeOf("Nachtwandeling zondag 29 maart 2026 om 02.30 uur", "Europe/Amsterdam"),
                     "zomertijd"));
 }
 
