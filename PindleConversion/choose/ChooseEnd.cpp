@@ -135,10 +135,21 @@ bool Chooser::isJoined(const TimeMention &first, const TimeMention &second) cons
         roleOf(second.span.begin) != Role::None)
         return false;
     const Reader reader(m_document, second.span.begin);
-    for (std::uint32_t k = first.span.end; k < second.span.begin; ++k)
-        if (reader.has(k, Meaning::RangeTo) && !m_document.tokens[k].used)
-            return true;
-    return false;
+    bool range = false;
+    for (std::uint32_t k = first.span.end; k < second.span.begin; ++k) {
+        // "à 14h et à 16h" are two times.
+        if (reader.has(k, Meaning::And))
+            return false;
+        range = range || (reader.has(k, Meaning::RangeTo) && !m_document.tokens[k].used);
+    }
+    return range;
+}
+
+bool Chooser::isArrival(const TimeMention &start, const TimeMention &next) const {
+    return m_choice.kind == EventKind::Travel && !start.end && !next.end && next.start.sure &&
+           next.start.minuteGiven && roleOf(next.span.begin) == Role::None &&
+           fieldOf(next.span.begin).line == fieldOf(start.span.begin).line + 1 &&
+           next.start.hour * 60 + next.start.minute > start.start.hour * 60 + start.start.minute;
 }
 
 bool Chooser::travelEnd() {
@@ -147,7 +158,7 @@ bool Chooser::travelEnd() {
         return false;
     const TimeMention &start = m_found.times[i];
     const TimeMention &next = m_found.times[i + 1];
-    if (!isJoined(start, next))
+    if (!isJoined(start, next) && !isArrival(start, next))
         return false;
     m_choice.endMinute = endAfter(next.start, start.start);
     m_choice.endSpan = next.span;

@@ -104,6 +104,8 @@ private:
     bool isJoined(const TimeMention &first, const TimeMention &second) const;
     /// The second time of a journey is its end.
     bool travelEnd();
+    /// On a ticket the line behind the departure tells the arrival.
+    bool isArrival(const TimeMention &start, const TimeMention &next) const;
     bool nearStart(std::uint32_t token) const;
     void endFromLength();
     /// "for three days".

@@ -10,7 +10,8 @@ namespace pindle::conversion {
 namespace {
 
 constexpr int kLeastScore = 20;
-constexpr int kAside = 35;                  ///< less for a place that something else happens at
+constexpr int kAside = 35; ///< less for a place that something else happens at
+constexpr int kNamedStay = 30;
 constexpr int kAsked = 16;                  ///< less for a place that a speaker only asks about
 constexpr std::uint32_t kLongestName = 14;  ///< tokens
 constexpr std::uint32_t kOnlineReach = 400; ///< tokens that are asked whether the event is online
@@ -218,7 +219,11 @@ private:
             reader.has(i - 1, Meaning::PlaceNoun))
             return true;
         const bool stopWord = reader.has(i, Meaning::PlaceStop) || reader.has(i, Meaning::Greeting);
-        return stopWord && !(current.capital && (token(i - 1).capital || reader.symbol(i - 1, ',')));
+        // "amphi A"
+        const bool letter =
+            current.end - current.begin == 1 && reader.has(i - 1, Meaning::PlaceNoun);
+        const bool goesOn = token(i - 1).capital || reader.symbol(i - 1, ',') || letter;
+        return stopWord && !(current.capital && goesOn);
     }
 
     /// The name from `begin` up to what ends it; commas are passed when an address goes on.
@@ -243,18 +248,20 @@ private:
     }
 
     std::uint32_t addressGoesOn(const Reader &reader, std::uint32_t i, std::uint32_t begin) const {
-        std::uint32_t end = i;
+        const bool name = token(i).capital && reader.at(i + 1) && reader.at(i + 1)->capital;
+        std::uint32_t end = name ? i + 1 : i;
         const std::uint32_t limit = std::min(reader.end(), i + kLongestName);
         while (end < limit && !stops(reader, end, begin))
             ++end;
-        const bool stop = reader.has(i, Meaning::PlaceStop) && !token(i).capital;
-        if (end == i || stop || reader.has(i, Meaning::Greeting))
+        if (end == i || (reader.has(i, Meaning::PlaceStop) && !name) ||
+            reader.has(i, Meaning::Greeting))
             return i;
         const Shape shape = shapeOf({i, end});
         if (shape.event && !shape.noun && !shape.street)
             return i;
         const bool number = token(i).kind == TokenKind::Number;
-        const bool address = number && (shape.street || shape.capital || shape.words == 0);
+        const bool address = (number && (shape.street || shape.capital || shape.words == 0)) ||
+                             (shape.street && shape.capital);
         const bool fits = address || shape.title || shape.noun || shape.street;
         return fits && shape.words <= 5 ? end : i;
     }
@@ -267,10 +274,11 @@ private:
     }
 
     void marked(const Reader &reader, std::uint32_t i, const Sense &marker) {
-        std::uint32_t begin = i + marker.length;
-        // "bij De Zwarte Ruiter": the capital makes the article part of the name.
-        if (marker.length > 1 && token(begin - 1).capital && !token(i).capital)
-            --begin;
+        // "à La Rochelle": a capital article belongs to the name.
+        const std::uint32_t last = i + marker.length - 1;
+        const bool article =
+            marker.length > 1 && token(last).capital && reader.has(last, Meaning::The);
+        const std::uint32_t begin = article ? last : last + 1;
         if (!reader.at(begin) || reader.has(begin, Meaning::NotAPlace) ||
             reader.has(begin, Meaning::Greeting) || token(begin).used)
             return;
@@ -278,7 +286,7 @@ private:
         if (end == begin)
             return;
         const Shape shape = shapeOf({begin, end});
-        const bool article = reader.has(begin, Meaning::The);
+        const bool determined = reader.has(begin, Meaning::The);
         const bool named = shape.capital || token(begin).kind == TokenKind::Number;
         // "Abbazia di Santa Maria al Bosco", "Boekhandel Letterlust te Leuven" are one name.
         if (const std::uint32_t head = nameHead(i); head < i && named)
@@ -292,10 +300,10 @@ private:
             offer({begin, end}, known ? 58 - headingPenalty(i) : 50 - 2 * headingPenalty(i), i);
         else if (marker.value == 1 && token(begin).possessive && shape.words <= 3)
             offer({begin, end}, 40, i);
-        else if (marker.value == 1 && article && shape.words <= 4 && shape.words > 1)
+        else if (marker.value == 1 && determined && shape.words <= 4 && shape.words > 1)
             offer({begin, end}, 30, i);
-        else if (marker.value == 0 && article && shape.words <= 3 && i > 0 && token(i - 1).used &&
-                 reader.has(i, Meaning::In))
+        else if (marker.value == 0 && determined && shape.words <= 3 && i > 0 &&
+                 token(i - 1).used && reader.has(i, Meaning::In))
             offer({begin, end}, 24, i);
         else if (marker.value == 0 && isWeakPlace(reader, i, marker, shape))
             offer({begin, end}, (known ? 38 : 24) - headingPenalty(i) + addressBonus({begin, end}),
@@ -392,11 +400,12 @@ private:
             --begin;
         const bool numbered =
             end > i + 1 && (token(i + 1).kind == TokenKind::Number || token(i + 1).capital);
-        if (end - begin < 2 || isSeat(reader, i))
+        if (end - begin < 2 || isSeat(reader, i) ||
+            (!numbered && begin == i && reader.has(i, Meaning::Event)))
             return;
         if (isTitlePosition(field, begin)) {
             if (isStay() && shapeOf({begin, end}).title)
-                offer({begin, end}, kLeastScore - 12, i);
+                offer({begin, end}, kNamedStay, i);
             return;
         }
         offer({begin, end}, numbered ? 26 : 14, i);
@@ -490,11 +499,12 @@ private:
                              (reader.has(begin, Meaning::PlaceMarker) && !token(begin).capital) ||
                              reader.has(begin, Meaning::Chatter) ||
                              (reader.has(begin, Meaning::PlaceStop) && !token(begin).capital) ||
-                             token(begin).kind == TokenKind::Link || isCounted(reader, begin);
+                             token(begin).kind == TokenKind::Link || isSeat(reader, begin);
         const Shape shape = shapeOf({begin, end});
         const bool greets = reader.has(begin, Meaning::Greeting) && !(shape.noun && shape.title);
         // "place du Marché" is no market.
         const bool placeFirst =
+            !reader.has(begin, Meaning::Event) &&
             (reader.has(begin, Meaning::PlaceNoun) || reader.has(begin, Meaning::StreetWord)) &&
             (reader.has(begin + 1, Meaning::Of) || reader.has(begin + 1, Meaning::The));
         if (refused || greets || shape.words == 0 || shape.words > kMostWords ||
@@ -541,9 +551,14 @@ TokenSpan findPlace(Document &document, const Choice &choice) {
         return place;
     std::uint32_t begin = place.begin;
     const Reader reader(document, static_cast<std::uint32_t>(document.tokens.size()));
-    if (begin > 0 && reader.has(begin - 1, Meaning::PlaceMarker) &&
-        document.sameSentence(begin - 1, begin))
-        --begin;
+    constexpr std::uint32_t kLongestMarker = 4;
+    for (std::uint32_t length = std::min(kLongestMarker, begin); length > 0; --length) {
+        const Sense *marker = reader.sense(begin - length, Meaning::PlaceMarker);
+        if (!marker || marker->length != length || !document.sameSentence(begin - length, begin))
+            continue;
+        begin -= length;
+        break;
+    }
     const std::uint32_t end = reader.skip(place.end, Meaning::PlaceBehind);
     for (std::uint32_t i = begin; i < end; ++i)
         document.tokens[i].used = true;

@@ -61,11 +61,16 @@ private:
             const bool onlyFillers = trimmed.empty() || !hasLetters(trimmed);
             if (onlyFillers)
                 trimmed = trimMarks(part);
-            const bool bare = onlyFillers && trimmed.end - trimmed.begin < 2;
+            const TokenSpan kind = eventIn(trimmed);
+            const bool event = onlyFillers && !kind.empty();
+            if (event)
+                trimmed = kind;
+            const bool bare =
+                onlyFillers && !event && (trimmed.end - trimmed.begin < 2 || !says(trimmed));
             if (trimmed.empty() || !hasLetters(trimmed) || bare)
                 continue;
-            const int score =
-                scoreOf(field, run, part, trimmed, alone) - (onlyFillers ? kOnlyFillers : 0);
+            const int score = scoreOf(field, run, part, trimmed, alone) -
+                              (onlyFillers && !event ? kOnlyFillers : 0);
             if (score > m_score) {
                 m_score = score;
                 m_best = shorten(trimmed);
@@ -120,6 +125,19 @@ private:
     bool hasLetters(TokenSpan span) const {
         for (std::uint32_t i = span.begin; i < span.end; ++i)
             if (token(i).kind == TokenKind::Word && token(i).end - token(i).begin > 1)
+                return true;
+        return false;
+    }
+
+    /// More than the words around a time or place: "a las", "in the".
+    bool says(TokenSpan span) const {
+        constexpr Meaning kAround[] = {Meaning::TimeMarker, Meaning::DateMarker, Meaning::The,
+                                       Meaning::Of,         Meaning::RangeTo,    Meaning::And,
+                                       Meaning::In,         Meaning::PlaceMarker};
+        const Reader reader(m_document, span.end);
+        for (std::uint32_t i = span.begin; i < span.end; ++i)
+            if (reader.word(i) && std::none_of(std::begin(kAround), std::end(kAround),
+                                               [&](Meaning each) { return reader.has(i, each); }))
                 return true;
         return false;
     }
@@ -269,6 +287,26 @@ private:
         return false;
     }
 
+    /// The words that name a kind of event.
+    TokenSpan eventIn(TokenSpan span) const {
+        const Reader reader(m_document, span.end);
+        for (std::uint32_t i = span.begin; i < span.end; ++i)
+            if (const Sense *event = reader.sense(i, Meaning::Event))
+                return {i, std::min(i + event->length, span.end)};
+        return {};
+    }
+
+    /// "VL8K2P"
+    bool isCode(TokenSpan span) const {
+        int numbers = 0;
+        for (std::uint32_t i = span.begin; i < span.end; ++i) {
+            if (i > span.begin && token(i).spaceBefore)
+                return false;
+            numbers += token(i).kind == TokenKind::Number ? 1 : 0;
+        }
+        return numbers > 1;
+    }
+
     bool hasMoney(TokenSpan span) const {
         for (std::uint32_t i = span.begin; i < span.end; ++i) {
             const char32_t c = token(i).symbol;
@@ -345,6 +383,8 @@ private:
             score -= 25;
         if (hasMoney(trimmed))
             score -= 30;
+        if (isCode(trimmed))
+            score -= 60;
         if (contains(trimmed, Meaning::PastVerb))
             score -= 8;
         const Sense *role = reader.sense(trimmed.begin, Meaning::RoleWord);

@@ -72,7 +72,11 @@ std::optional<DateMention> readNamedDate(const Reader &reader, std::uint32_t i) 
         return std::nullopt;
     std::uint32_t j = skipComma(reader, name.next);
     j = reader.symbol(j, '(') || reader.symbol(j, '-') ? j + 1 : j;
-    const std::uint32_t on = reader.skip(j, Meaning::DateMarker);
+    const Sense *before = reader.sense(j, Meaning::DateMarker);
+    const Sense *hours = reader.sense(j, Meaning::TimeMarker);
+    // "lunes antes de las 12": the longer word announces a time.
+    const bool timed = before && hours && hours->length > before->length;
+    const std::uint32_t on = timed ? j : reader.skip(j, Meaning::DateMarker);
     const std::uint32_t core = reader.skip(on, Meaning::The);
     std::optional<DateMention> date = readCalendarDate(reader, core);
     if (!date)

@@ -37,8 +37,7 @@ TEST(Notices, aWeekdayThatDisagreesIsSaidInTheTextsLanguage) {
 TEST(Notices, theOrdinaryCaseHasNone) {
     EXPECT_EQ(noticeOf("Riunione giovedì 12 marzo 2026 alle 10", "Europe/Rome"), "");
     EXPECT_EQ(noticeOf("Reunião quinta-feira, 12 de março de 2026, às 10h", "Europe/Lisbon"), "");
-    EXPECT_EQ(noticeOf("Vergadering donderdag 12 maart 2026 om 10.00 uur", "Europe/Amsterdam"),
-              "");
+    EXPECT_EQ(noticeOf("Vergadering donderdag 12 maart 2026 om 10.00 uur", "Europe/Amsterdam"), "");
 }
 
 TEST(Notices, aMissingDayIsSaidToBeToday) {
@@ -50,8 +49,8 @@ TEST(Notices, aMissingDayIsSaidToBeToday) {
 TEST(Notices, aTextWithoutAnEventIsRefusedInItsLanguage) {
     EXPECT_TRUE(has(errorOf("Grazie mille per il regalo, è bellissimo!", "Europe/Rome"),
                     "Nel testo selezionato"));
-    EXPECT_TRUE(has(errorOf("Obrigado pela ajuda com as malas!", "Europe/Lisbon"),
-                    "O texto selecionado"));
+    EXPECT_TRUE(
+        has(errorOf("Obrigado pela ajuda com as malas!", "Europe/Lisbon"), "O texto selecionado"));
     EXPECT_TRUE(has(errorOf("Bedankt voor de bloemen, ze zijn prachtig!", "Europe/Amsterdam"),
                     "de geselecteerde tekst"));
 }
@@ -59,8 +58,9 @@ TEST(Notices, aTextWithoutAnEventIsRefusedInItsLanguage) {
 TEST(Notices, aTimeThatTheClockChangeSkipsIsSaid) {
     EXPECT_TRUE(has(noticeOf("Turno domenica 29 marzo 2026 alle ore 02:30", "Europe/Rome"),
                     "cambio dell'ora"));
-    EXPECT_TRUE(has(noticeOf("Nachtwandeling zondag 29 maart 2026 om 02.30 uur", "Europe/Amsterdam"),
-                    "zomertijd"));
+    EXPECT_TRUE(
+        has(noticeOf("Nachtwandeling zondag 29 maart 2026 om 02.30 uur", "Europe/Amsterdam"),
+            "zomertijd"));
 }
 
 } // namespace pindle::conversion::test
