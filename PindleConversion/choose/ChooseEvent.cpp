@@ -84,7 +84,8 @@ bool Chooser::hasRival() const {
     const Dated &mine = m_dates[static_cast<std::size_t>(m_date)];
     return std::any_of(m_dates.begin(), m_dates.end(), [&](const Dated &other) {
         return other.mention != mine.mention && other.date.first != mine.date.first &&
-               !other.mention->weak && !isPast(other) && mine.score - other.score < kClose;
+               other.date.first != m_choice.last && !other.mention->weak && !isPast(other) &&
+               mine.score - other.score < kClose;
     });
 }
 

@@ -60,6 +60,10 @@ private:
     bool hasTimeNear(std::uint32_t token) const;
     bool hasTimeBeside(TokenSpan span) const;
     int scoreDate(const Dated &dated, int index);
+    /// "Arrival 3 April, departure 10 April": who stays arrives first.
+    bool opensStay(const Dated &dated) const;
+    /// "Delivered on 16 October", said some days later.
+    bool isLongPast(const Dated &dated) const;
     void pickDate();
     bool isPast(const Dated &dated) const;
     /// A written, dated appointment stays one when its day is over; a report of the past is none.
@@ -100,6 +104,8 @@ private:
     bool isJoined(const TimeMention &first, const TimeMention &second) const;
     /// The second time of a journey is its end.
     bool travelEnd();
+    /// On a ticket the line behind the departure tells the arrival.
+    bool isArrival(const TimeMention &start, const TimeMention &next) const;
     bool nearStart(std::uint32_t token) const;
     void endFromLength();
     /// "for three days".

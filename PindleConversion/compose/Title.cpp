@@ -62,11 +62,16 @@ private:
             const bool onlyFillers = trimmed.empty() || !hasLetters(trimmed);
             if (onlyFillers)
                 trimmed = trimMarks(part);
-            const bool bare = onlyFillers && trimmed.end - trimmed.begin < 2;
+            const TokenSpan kind = eventIn(trimmed);
+            const bool event = onlyFillers && !kind.empty();
+            if (event)
+                trimmed = kind;
+            const bool bare =
+                onlyFillers && !event && (trimmed.end - trimmed.begin < 2 || !says(trimmed));
             if (trimmed.empty() || !hasLetters(trimmed) || bare)
                 continue;
-            const int score =
-                scoreOf(field, run, part, trimmed, alone) - (onlyFillers ? kOnlyFillers : 0);
+            const int score = scoreOf(field, run, part, trimmed, alone) -
+                              (onlyFillers && !event ? kOnlyFillers : 0);
             if (score > m_score) {
                 m_score = score;
                 m_best = shorten(trimmed);
@@ -87,6 +92,10 @@ private:
             const bool hard = isHardBreak(reader, i);
             const bool soft = (wide || greeting) && isSoftBreak(reader, i) &&
                               !(reader.symbol(i, ':') && !greeting && columns(trimmed) <= kWidest);
+            if (i > begin && announces(reader, i)) {
+                parts.push_back({begin, i});
+                begin = i;
+            }
             if (!(hard || soft))
                 continue;
             parts.push_back({begin, i});
@@ -94,6 +103,13 @@ private:
         }
         parts.push_back({begin, run.end});
         return parts;
+    }
+
+    /// "The Smiths are happy to invite you to": the event is what follows.
+    static bool announces(const Reader &reader, std::uint32_t i) {
+        constexpr std::uint8_t kLongPhrase = 3;
+        const Sense *lead = reader.sense(i, Meaning::TitleLead);
+        return lead && lead->value == 0 && lead->length >= kLongPhrase;
     }
 
     bool isHardBreak(const Reader &reader, std::uint32_t i) const {
@@ -111,6 +127,19 @@ private:
     bool hasLetters(TokenSpan span) const {
         for (std::uint32_t i = span.begin; i < span.end; ++i)
             if (token(i).kind == TokenKind::Word && token(i).end - token(i).begin > 1)
+                return true;
+        return false;
+    }
+
+    /// More than the words around a time or place: "a las", "in the".
+    bool says(TokenSpan span) const {
+        constexpr Meaning kAround[] = {Meaning::TimeMarker, Meaning::DateMarker, Meaning::The,
+                                       Meaning::Of,         Meaning::RangeTo,    Meaning::And,
+                                       Meaning::In,         Meaning::PlaceMarker};
+        const Reader reader(m_document, span.end);
+        for (std::uint32_t i = span.begin; i < span.end; ++i)
+            if (reader.word(i) && std::none_of(std::begin(kAround), std::end(kAround),
+                                               [&](Meaning each) { return reader.has(i, each); }))
                 return true;
         return false;
     }
@@ -147,7 +176,8 @@ private:
         const std::uint32_t next = span.begin + lead->length;
         // "Invitation: ..." loses its prefix, "Invitation design" keeps its first word.
         if (lead->value == 1 && !reader.symbol(next, ':') && !reader.symbol(next, '-') &&
-            !reader.symbol(next, '!') && !reader.symbol(next, ']') && next != span.end)
+            !reader.symbol(next, '!') && !reader.symbol(next, ']') &&
+            (next != span.end || isKindAlone(span)))
             return span;
         // "Book festival", "Call the bank": only "book a table" loses its verb.
         if (lead->value == 3 && !reader.has(next, Meaning::Number))
@@ -155,6 +185,12 @@ private:
         const bool name = token(span.begin).capital && next < span.end && token(next).capital &&
                           lead->length == 1 && span.begin != next && isArticle(reader, span.begin);
         return name ? span : TokenSpan{next, span.end};
+    }
+
+    /// "Appointment" that nothing follows names the event itself.
+    bool isKindAlone(TokenSpan span) const {
+        return contains(span, Meaning::Event) && span.end < m_document.tokens.size() &&
+               token(span.end).symbol != ':' && token(span.end).symbol != '-';
     }
 
     /// "On call", "Book fair": the filler's word belongs to a kind of event.
@@ -254,6 +290,26 @@ private:
         return false;
     }
 
+    /// The words that name a kind of event.
+    TokenSpan eventIn(TokenSpan span) const {
+        const Reader reader(m_document, span.end);
+        for (std::uint32_t i = span.begin; i < span.end; ++i)
+            if (const Sense *event = reader.sense(i, Meaning::Event))
+                return {i, std::min(i + event->length, span.end)};
+        return {};
+    }
+
+    /// "VL8K2P"
+    bool isCode(TokenSpan span) const {
+        int numbers = 0;
+        for (std::uint32_t i = span.begin; i < span.end; ++i) {
+            if (i > span.begin && token(i).spaceBefore)
+                return false;
+            numbers += token(i).kind == TokenKind::Number ? 1 : 0;
+        }
+        return numbers > 1;
+    }
+
     bool hasMoney(TokenSpan span) const {
         for (std::uint32_t i = span.begin; i < span.end; ++i) {
             const char32_t c = token(i).symbol;
@@ -294,7 +350,8 @@ private:
             score += 8;
         if (field.cell && &field == &m_document.fields.front())
             score += 20;
-        if (first && isHeading(part))
+        const bool kind = isCalledByNext(trimmed);
+        if (first && isHeading(part) && !kind)
             score += 48;
         if (contains(trimmed, Meaning::Event))
             score += 16;
@@ -303,7 +360,7 @@ private:
         if (run.beforeUsed && sameSentence && part.end == run.span.end)
             score += 4;
         score += penalties(reader, part, trimmed);
-        if (!reader.has(part.begin, Meaning::Greeting))
+        if (!reader.has(part.begin, Meaning::Greeting) && !kind)
             m_sawText = true;
         return score;
     }
@@ -320,8 +377,9 @@ private:
         std::uint32_t begin = part.begin;
         while (begin + 1 < part.end && isEdgeMark(token(begin)))
             ++begin;
+        // "guys pizza on Friday": the greeting is gone and a kind of event is left.
         if (reader.has(begin, Meaning::Greeting))
-            score -= 70;
+            score -= trimmed.begin > begin && contains(trimmed, Meaning::Event) ? 8 : 70;
         if (reader.has(begin, Meaning::Chatter) || reader.has(begin, Meaning::AsideLead))
             score -= 40;
         if (begin < part.end && token(begin).symbol == '(')
@@ -331,6 +389,8 @@ private:
             score -= 60;
         if (hasMoney(trimmed))
             score -= 30;
+        if (isCode(trimmed))
+            score -= 60;
         if (contains(trimmed, Meaning::PastVerb))
             score -= 8;
         const Sense *role = reader.sense(trimmed.begin, Meaning::RoleWord);
@@ -345,8 +405,28 @@ private:
             token(next).kind == TokenKind::Word &&
             (token(next - 1).symbol == ':' || token(next - 1).symbol == '"') &&
             m_document.sameSentence(trimmed.begin, next))
+            if (i > begin && announces(reader, i)) {
+                parts.push_back({begin, i});
+                begin = i;
+            }
             score -= 30;
         return score;
+    }
+
+    /// "Webinar: Reading a Balance Sheet", "Webinar | Reading a Balance Sheet": the kind stands
+    /// before the name.
+    bool isCalledByNext(TokenSpan trimmed) const {
+        constexpr std::uint32_t kLongestKind = 3;
+        constexpr char32_t kBullet = 0x2022;
+        const std::uint32_t size = trimmed.end - trimmed.begin;
+        const std::uint32_t next = trimmed.end + 1;
+        if (size > kLongestKind || next >= m_document.tokens.size() || token(next).used)
+            return false;
+        const char32_t mark = token(trimmed.end).symbol;
+        if (mark == ':')
+            return m_document.sameSentence(trimmed.begin, trimmed.end);
+        return size == 1 && (mark == '|' || mark == kBullet) &&
+               token(next).kind == TokenKind::Word && contains(trimmed, Meaning::Event);
     }
 
     /// A short line without a sentence's full stop.

@@ -6,6 +6,7 @@ namespace {
 
 constexpr std::uint32_t kFirstYear = 1900;
 constexpr std::uint32_t kLastYear = 2199;
+constexpr std::uint32_t kFirstOldYear = 1000;
 
 struct Day {
     int day;
@@ -41,12 +42,26 @@ bool isYear(const Reader &reader, std::uint32_t i) {
            token->number >= kFirstYear && token->number <= kLastYear && !spoilsDay(reader, i + 1);
 }
 
-/// A year behind day and month: ", 2026", "2026", "'26".
+/// "9 May 1749": long ago, and no time such as "1745".
+bool isOldYear(const Reader &reader, std::uint32_t i) {
+    constexpr std::uint32_t kStep = 5;
+    const Token *token = reader.at(i);
+    return token && token->kind == TokenKind::Number && token->digits == 4 &&
+           token->number >= kFirstOldYear && token->number < kFirstYear &&
+           (token->number % 100 > 59 || token->number % kStep != 0) && !spoilsDay(reader, i + 1);
+}
+
+/// A year behind day and month: ", 2026", "2026", "'26", "duemilaventisei".
 std::uint32_t readYear(const Reader &reader, std::uint32_t i, int &year) {
     const std::uint32_t j = reader.skip(reader.skipSymbol(i, ','), Meaning::Of);
-    if (isYear(reader, j)) {
+    if (isYear(reader, j) || isOldYear(reader, j)) {
         year = static_cast<int>(reader.at(j)->number);
         return j + 1;
+    }
+    if (const Sense *words = reader.sense(j, Meaning::Number);
+        words && words->value >= static_cast<int>(kFirstYear)) {
+        year = words->value;
+        return j + words->length;
     }
     const Token *digits = reader.at(j + 1);
     if (reader.symbol(j, '\'') && digits && digits->digits == 2 && reader.glued(j + 1)) {
@@ -58,7 +73,7 @@ std::uint32_t readYear(const Reader &reader, std::uint32_t i, int &year) {
 
 /// "-" or "to" or "and" between two days of one month.
 std::uint32_t readDayJoin(const Reader &reader, std::uint32_t i) {
-    if (const Sense *to = reader.sense(i, Meaning::RangeTo))
+    if (const Sense *to = readDayRange(reader, i))
         return i + to->length;
     if (const Sense *both = reader.sense(i, Meaning::And))
         return i + both->length;
@@ -121,18 +136,46 @@ std::optional<DateMention> readMonthFirst(const Reader &reader, std::uint32_t i)
     return result;
 }
 
+/// A day before its month; in words, too, where they count days: "dix-huit mai".
+std::optional<Day> readLeadingDay(const Reader &reader, std::uint32_t i) {
+    if (auto day = readDay(reader, i))
+        return day;
+    constexpr std::uint32_t kShortestNumber = 3; ///< bytes; "un" is an article first
+    const Sense *word = reader.sense(i, Meaning::Number);
+    if (!word || word->value < 1 || word->value > 31 ||
+        reader.language(i).dayOrder != DayOrder::DayFirst ||
+        reader.at(i)->end - reader.at(i)->begin < kShortestNumber)
+        return std::nullopt;
+    return Day{word->value, false, i + word->length};
+}
+
+/// The days between the first and the last of "5, 6 and 7 December".
+std::uint32_t readListedDays(const Reader &reader, std::uint32_t i, int &last) {
+    while (reader.symbol(i, ',')) {
+        const auto day = readDay(reader, i + 1);
+        if (!day || day->day <= last)
+            break;
+        last = day->day;
+        i = day->next;
+    }
+    return i;
+}
+
 /// "5 June", "5th of June 2026", "4-11 July", "4 to 11 July".
 std::optional<DateMention> readDayFirst(const Reader &reader, std::uint32_t i) {
-    const auto day = readDay(reader, i);
+    const auto day = readLeadingDay(reader, i);
     if (!day)
         return std::nullopt;
     int second = 0;
-    std::uint32_t j = day->next;
+    int listed = day->day;
+    std::uint32_t j = readListedDays(reader, day->next, listed);
+    if (j != day->next)
+        second = listed;
     // "11-Sep-2027" is one day.
     if (const std::uint32_t join = readDayJoin(reader, j);
         join != j && !(reader.glued(j) && reader.has(join, Meaning::Month))) {
-        const auto last = readDay(reader, reader.skip(join, Meaning::The));
-        if (!last || last->day <= day->day)
+        const auto last = readLeadingDay(reader, reader.skip(join, Meaning::The));
+        if (!last || last->day <= listed)
             return std::nullopt;
         second = last->day;
         j = last->next;
@@ -198,6 +241,18 @@ std::optional<DateMention> readCompactDate(const Reader &reader, std::uint32_t i
     return mention(i, i + 1, month, day, static_cast<int>(year));
 }
 
+/// "6-4 om 8.20": two numbers with a hyphen are a day only where a time is said of them.
+bool isHyphenDay(const Reader &reader, std::uint32_t i) {
+    const std::uint32_t next = i + 3;
+    const Sense *marker = reader.sense(next, Meaning::TimeMarker);
+    if (!reader.symbol(i + 1, '-') || !marker || reader.has(next, Meaning::RangeTo) ||
+        reader.language(i).dayOrder != DayOrder::DayFirst)
+        return false;
+    std::uint32_t behind = next;
+    const auto clock = readClock(reader, next + marker->length, behind);
+    return clock && (clock->minuteGiven || clock->sure);
+}
+
 /// "5/6", "5/6/26", "15.11.2026", "11-15-25".
 std::optional<DateMention> readNumeric(const Reader &reader, std::uint32_t i) {
     const Token *separator = reader.at(i + 1);
@@ -214,7 +269,7 @@ std::optional<DateMention> readNumeric(const Reader &reader, std::uint32_t i) {
     const bool dotted = !three && c == '.' && reader.symbol(i + 3, '.') && reader.glued(i + 3) &&
                         (reader.at(i + 2)->digits == 2 || reader.language(i).dottedDates) &&
                         !(reader.glued(i + 4) && reader.number(i + 4, 0, 9999, 4));
-    if (!three && !dotted && (c != '/' || reader.symbol(i + 3, '/')))
+    if (!three && !dotted && !isHyphenDay(reader, i) && (c != '/' || reader.symbol(i + 3, '/')))
         return std::nullopt;
     // A longer chain of numbers is a version, an address or a telephone number.
     const std::uint32_t next = i + (three ? 5U : dotted ? 4U : 3U);
@@ -267,6 +322,11 @@ std::optional<DateMention> readCalendarDate(const Reader &reader, std::uint32_t 
     if (auto date = readMonthFirst(reader, i))
         return date;
     return readDayFirst(reader, i);
+}
+
+const Sense *readDayRange(const Reader &reader, std::uint32_t i) {
+    const Sense *to = reader.sense(i, Meaning::RangeTo);
+    return to && to->value == 0 ? to : nullptr;
 }
 
 std::optional<DateMention> readHoliday(const Reader &reader, std::uint32_t i) {

@@ -88,9 +88,10 @@ bool spoiled(const Reader &reader, std::uint32_t begin, std::uint32_t next) {
     if (reader.symbol(next, '%') || reader.symbol(next, '$') || reader.symbol(next, U'€') ||
         reader.symbol(next, U'£') || reader.symbol(next, '/'))
         return !(reader.symbol(next, '/') && reader.at(next)->spaceBefore);
-    // "4,377" is an amount.
+    // "4,377" is an amount, "24,95" as well where the comma is the decimal mark.
     if (reader.symbol(next, ',') && reader.glued(next) && reader.glued(next + 1) &&
-        reader.number(next + 1, 0, 999, 3) && reader.at(next + 1)->digits == 3)
+        reader.number(next + 1, 0, 999, 3) &&
+        (reader.at(next + 1)->digits == 3 || reader.language(begin).clock24))
         return true;
     const bool more = (reader.symbol(next, '.') || reader.symbol(next, ':')) &&
                       reader.glued(next) && reader.glued(next + 1) &&
@@ -117,6 +118,11 @@ std::uint32_t readHourWord(const Reader &reader, std::uint32_t i, ClockSpec &clo
     return i + 1 + (mark ? mark->length : 0U);
 }
 
+/// "às 15 horas", but not "curso de 15 horas": the word for hours tells a time only there.
+bool isAnnounced(const Reader &reader, std::uint32_t i) {
+    return i > 0 && (reader.has(i - 1, Meaning::TimeMarker) || reader.has(i - 1, Meaning::RangeTo));
+}
+
 std::optional<ClockSpec> readDigits(const Reader &reader, std::uint32_t i, std::uint32_t &next) {
     if (!reader.number(i, 0, 24))
         return readCompact(reader, i, next);
@@ -127,9 +133,14 @@ std::optional<ClockSpec> readDigits(const Reader &reader, std::uint32_t i, std::
     const bool minutes = readMinutes(reader, j, clock);
     const std::uint32_t seconds = minutes ? skipSeconds(reader, j) : j;
     j = readMeridiem(reader, seconds, clock);
-    const Sense *mark = clock.meridiem < 0 ? reader.sense(j, Meaning::HourMark) : nullptr;
+    // "14:40 heure de Paris": the word belongs to the zone.
+    const bool zone = minutes && reader.has(j, Meaning::ZoneWord);
+    const Sense *mark = clock.meridiem < 0 && !zone ? reader.sense(j, Meaning::HourMark) : nullptr;
     if (mark && mark->value == 1) {
         j = readHourWord(reader, j + mark->length, clock, minutes);
+    } else if (mark && mark->value == 2 && isAnnounced(reader, i)) {
+        clock.sure = clock.hourWord = true;
+        j += mark->length;
     } else if (mark && minutes) {
         clock.literal = true;
         j += mark->length;

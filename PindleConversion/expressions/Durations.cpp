@@ -36,7 +36,8 @@ std::optional<Part> readPart(const Reader &reader, std::uint32_t i) {
     if (!count)
         return std::nullopt;
     int tenths = 0;
-    if (reader.symbol(j, '.') && reader.glued(j) && reader.number(j + 1, 0, 9, 1)) {
+    if ((reader.symbol(j, '.') || reader.symbol(j, ',')) && reader.glued(j) &&
+        reader.glued(j + 1) && reader.number(j + 1, 0, 9, 1)) {
         tenths = static_cast<int>(reader.at(j + 1)->number);
         j += 2;
     }
@@ -85,6 +86,13 @@ void readRest(const Reader &reader, Part &part) {
     }
 }
 
+/// "18h" in a language that writes clock times so.
+bool isHour(const Reader &reader, std::uint32_t i, const Part &part) {
+    constexpr int kLongestTold = 6 * 60;
+    const Sense *mark = reader.sense(i + 1, Meaning::HourMark);
+    return mark && mark->value == 1 && part.minutes > kLongestTold;
+}
+
 } // namespace
 
 std::optional<DurationMention> readDuration(const Reader &reader, std::uint32_t i, bool marked) {
@@ -95,12 +103,16 @@ std::optional<DurationMention> readDuration(const Reader &reader, std::uint32_t 
         return std::nullopt;
     if (part->minutes >= 60 && part->minutes % 60 == 0)
         readRest(reader, *part);
-    const bool bracket =
-        i > 0 && reader.document().tokens[i - 1].symbol == '(' && reader.symbol(part->next, ')');
+    const bool bracket = !isHour(reader, i, *part) && i > 0 &&
+                         reader.document().tokens[i - 1].symbol == '(' &&
+                         reader.symbol(part->next, ')');
     constexpr int kShortest = 15;
-    const bool told = part->minutes >= kShortest && (reader.has(part->next, Meaning::Event) ||
-                                                     reader.has(part->next, Meaning::Person) ||
-                                                     reader.has(part->next, Meaning::DurationTail));
+    // "om twaalf uur lunch" tells the hour.
+    const bool announced = i > 0 && reader.has(i - 1, Meaning::TimeMarker);
+    const bool told =
+        part->minutes >= kShortest && !announced && !isHour(reader, i, *part) &&
+        (reader.has(part->next, Meaning::Event) || reader.has(part->next, Meaning::Person) ||
+         reader.has(part->next, Meaning::DurationTail));
     if (!marked && !bracket && !part->hyphen && !told)
         return std::nullopt;
     if (reader.has(part->next, Meaning::NoDuration) || (part->days > 0 && !marked))

@@ -108,6 +108,8 @@ std::optional<DateMention> readCalendarDate(const Reader &reader, std::uint32_t 
 std::optional<DateMention> readRelativeDate(const Reader &reader, std::uint32_t i);
 /// A day by words that count its parts: "2026年6月5日".
 std::optional<DateMention> readCountedDate(const Reader &reader, std::uint32_t i);
+/// A word that stands between two days of a range, or null. Some stand only between times.
+const Sense *readDayRange(const Reader &reader, std::uint32_t i);
 /// A holiday by its name. Weak: it may as well name the event.
 std::optional<DateMention> readHoliday(const Reader &reader, std::uint32_t i);
 

@@ -298,7 +298,8 @@ std::uint32_t readMonthBehind(const Reader &reader, std::uint32_t i, DateSpec &s
     const Qualifier qualifier = readQualifier(reader, j);
     const std::uint32_t word = qualifier.next != j ? qualifier.next : reader.skip(j, Meaning::The);
     const Sense *month = unit(reader, word, Unit::Month);
-    if (!month || word == j || qualifier.which == Which::Last)
+    // "of the month", "do mês", "del mese", but no bare "month".
+    if (!month || (word == j && j == i) || qualifier.which == Which::Last)
         return i;
     spec.monthGiven = true;
     spec.months = qualifier.which == Which::Next ? 1 : 0;
@@ -363,17 +364,33 @@ std::optional<DateMention> readLedDay(const Reader &reader, std::uint32_t i) {
     const std::uint32_t number = lead ? i + lead->length : i;
     if (!lead || !reader.number(number, 1, 31))
         return std::nullopt;
+    // "dia 31/10", "il giorno 2 set": the month is said as well.
+    if (auto date = readCalendarDate(reader, number)) {
+        date->span.begin = i;
+        date->weak = false;
+        return date;
+    }
     std::uint32_t next = number + 1;
     const bool ordinal = reader.has(next, Meaning::OrdinalMark) && reader.glued(next);
     if (lead->value == 1 && !ordinal)
         return std::nullopt;
     next += ordinal ? 1 : 0;
+    // "al 14' e al 78'": the minutes of a game.
+    if (const Token *behind = reader.at(next);
+        behind && behind->kind == TokenKind::Symbol && !behind->spaceBefore &&
+        (behind->symbol == '\'' || behind->symbol == '"' || behind->symbol == '%'))
+        return std::nullopt;
+    // "de 12e en 77e minuut": such a row counts something else.
+    constexpr std::uint32_t kLastDay = 31;
+    const std::uint32_t second = reader.skip(next, Meaning::And);
+    if (second != next && reader.number(second, kLastDay + 1, 9999, 4))
+        return std::nullopt;
     const bool time =
         reader.symbol(next, ':') || reader.has(next, Meaning::HourMark) ||
         (ordinal && reader.glued(next) && reader.number(next, 0, 9999, 4)) ||
         (reader.symbol(next, '.') && reader.glued(next) && reader.number(next + 1, 0, 59));
     if (time || (reader.word(next) && !endsDayOnly(reader, next) &&
-                 !reader.has(next, Meaning::Of) && !reader.has(next, Meaning::RangeTo)))
+                 !reader.has(next, Meaning::Of) && !readDayRange(reader, next)))
         return std::nullopt;
     DateMention result = mention(i, next, Base::DayOnly);
     result.first.day = static_cast<int>(reader.at(number)->number);

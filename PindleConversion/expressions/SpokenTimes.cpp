@@ -69,11 +69,17 @@ std::optional<ClockSpec> readFraction(const Reader &reader, std::uint32_t i, std
 /// "seven thirty", "seven o'clock", "seven pm", "seven".
 std::optional<ClockSpec> readWords(const Reader &reader, std::uint32_t i, std::uint32_t &next) {
     const Sense *word = reader.sense(i, Meaning::Number);
-    const SmallNumber hour = readSmall(reader, i, 12);
-    if (!word || hour.value == 0)
+    const SmallNumber hour = readSmall(reader, i, 24);
+    const Sense *hours = reader.sense(hour.next, Meaning::HourMark);
+    const bool announced =
+        i > 0 && (reader.has(i - 1, Meaning::TimeMarker) || reader.has(i - 1, Meaning::RangeTo));
+    constexpr int kLastOnDial = 12;
+    if (!word || hour.value == 0 ||
+        (hour.value > kLastOnDial && !announced && !(hours && hours->value > 0)))
         return std::nullopt;
     ClockSpec clock;
-    clock.hour = hour.value;
+    clock.hour = hour.value % 24;
+    clock.literal = hour.value > kLastOnDial;
     std::uint32_t j = hour.next;
     const Sense *minutes = reader.sense(j, Meaning::Number);
     if (minutes && minutes->value >= 5 && minutes->value < 60 && minutes->value % 5 == 0 &&
@@ -82,7 +88,7 @@ std::optional<ClockSpec> readWords(const Reader &reader, std::uint32_t i, std::u
         clock.minuteGiven = clock.sure = true;
         j += minutes->length;
     }
-    if (const Sense *mark = reader.sense(j, Meaning::HourMark); mark && mark->value == 1) {
+    if (const Sense *mark = reader.sense(j, Meaning::HourMark); mark && mark->value > 0) {
         clock.sure = clock.hourWord = true;
         j += mark->length;
     }

@@ -78,6 +78,13 @@ std::uint32_t readCities(const Reader &reader, std::uint32_t i, TimeMention &men
     return found ? end : i;
 }
 
+/// "Data: 19 mag 2026, 11:00 Roma": nothing but a zone can end a field that says when.
+bool endsMoment(const Reader &reader, std::uint32_t i, std::uint32_t length) {
+    const Label label = reader.document().fields[reader.at(i)->field].label;
+    return i + length == reader.end() &&
+           (label == Label::When || label == Label::Date || label == Label::Time);
+}
+
 std::uint32_t readNamed(const Reader &reader, std::uint32_t i, bool afterTime,
                         TimeMention &mention) {
     if (const Sense *zone = reader.sense(i, Meaning::Zone)) {
@@ -100,6 +107,10 @@ std::uint32_t readNamed(const Reader &reader, std::uint32_t i, bool afterTime,
             mention.zone = noteOf(*of);
             return name + of->length;
         }
+    }
+    if (city && city->value == 0 && afterTime && endsMoment(reader, i, city->length)) {
+        mention.zone = noteOf(*city);
+        return i + city->length;
     }
     const Sense *time = city ? reader.sense(i + city->length, Meaning::ZoneWord) : nullptr;
     if (city && city->value == 0 && time && time->value == 1) {
@@ -169,6 +180,12 @@ std::uint32_t readZone(const Reader &reader, std::uint32_t i, bool afterTime,
     }
     if (end == begin)
         return i;
+    // "(Central European Time, CET)": the same zone once more.
+    if (const Sense *again = reader.symbol(end, ',') && !reader.symbol(end + 2, ',')
+                                 ? reader.sense(end + 1, Meaning::ZoneAfterTime)
+                                 : nullptr;
+        again && allCapitals(reader.document().slice(*reader.at(end + 1))))
+        end += 1 + again->length;
     mention.zoneSpan = {begin, end};
     return begin != i ? reader.skipSymbol(end, ')') : end;
 }

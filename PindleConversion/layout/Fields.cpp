@@ -77,6 +77,12 @@ LabelMatch labelAt(const Reader &reader, std::uint32_t i, bool lineStart) {
     const bool picture = reader.at(i)->kind == TokenKind::Symbol && reader.at(i)->symbol > 0x2000;
     if (picture)
         return {label, j, end};
+    // "Check-in 14 Aug", "Saída 17 ago" on lines of their own.
+    constexpr std::uint32_t kShortestPlain = 4;
+    const Token &word = *reader.at(i);
+    if (lineStart && (label == Label::Start || label == Label::End) && word.capital &&
+        word.end - word.begin >= kShortestPlain && looksLikeMoment(reader, j))
+        return {label, j, end};
     if (lineStart && j == reader.end() && mayStandAlone(label))
         return {label, j, end};
     return {};
@@ -101,6 +107,7 @@ public:
             ++m_line;
         }
         settleMailHeads();
+        settleStays();
         numberSentences();
     }
 
@@ -347,6 +354,26 @@ private:
                 if (fields[k].label == Label::Date)
                     fields[k].ignored = true;
             i = std::max(end, i + 1);
+        }
+    }
+
+    bool mayBe(const Field &field, Label label) const {
+        if (field.labelWords.empty())
+            return false;
+        const Token &token = m_document.tokens[field.labelWords.begin];
+        const auto senses = m_document.senses.begin() + token.firstSense;
+        return std::any_of(senses, senses + token.senses, [&](const Sense &sense) {
+            return sense.meaning == Meaning::LabelWord && sense.value == static_cast<int>(label);
+        });
+    }
+
+    /// Arrival and departure: who stays arrives first, who travels departs first.
+    void settleStays() {
+        bool started = false;
+        for (Field &field : m_document.fields) {
+            if (mayBe(field, Label::Start) && mayBe(field, Label::End))
+                field.label = started ? Label::End : Label::Start;
+            started = started || field.label == Label::Start;
         }
     }
 

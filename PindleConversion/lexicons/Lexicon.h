@@ -54,11 +54,12 @@ enum class Meaning : std::uint8_t {
     Approximate,   ///< directly behind a time (0), or between day and time (1)
     OClock,        ///< behind a full hour
     Meridiem,      ///< value 0: before noon, 1: after noon
-    HourMark,      ///< "h" behind a 24-hour time; value 1: makes any hour a time
+    HourMark,      ///< "h" behind a 24-hour time; value 1: makes any hour a time, 2: where one is
+                   ///< announced
     MinuteMark,    ///< behind the minutes of a time
     ClockWord,     ///< value: minute of the day
     PartOfDay,     ///< value: a `DayPart`
-    RangeTo,       ///< between start and end
+    RangeTo,       ///< between start and end; value 1: of times only
     RangeFrom,     ///< before start and end
     And,           ///< joins two things
     Connector,     ///< may follow a bare hour
@@ -70,7 +71,7 @@ enum class Meaning : std::uint8_t {
     PlaceMarker,   ///< value 1: strong ("at"), 0: weak ("in")
     PlaceBehind,   ///< behind a place
     PlaceNoun,     ///< a kind of place
-    StreetWord,    ///< a kind of street
+    StreetWord,    ///< a kind of street; value 1: before its name
     PlaceStop,     ///< a word that ends a place
     NotAPlace,     ///< what follows "at" or "in" without being a place
     Online,        ///< a way to meet without a place

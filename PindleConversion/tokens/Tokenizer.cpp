@@ -243,17 +243,21 @@ private:
             return first.c < 0x80 ? first.c < 'a' : u_isupper(first.c) || u_istitle(first.c);
         }();
         std::uint32_t end = m_at;
+        bool elided = false;
         while (end < m_text.size()) {
             if (isAsciiLetter(m_text[end])) {
                 ++end;
                 continue;
             }
             Point point = pointAt(m_text, end);
-            if (isApostrophe(point.c) && end > m_at && point.end < m_text.size()) {
+            if (isApostrophe(point.c) && end > m_at) {
                 if (elides(point.end)) {
                     end = point.end;
+                    elided = true;
                     break;
                 }
+                if (point.end == m_text.size())
+                    break;
                 point = pointAt(m_text, point.end);
             }
             if (!isLetter(point.c) || unspacedScript(point.c) != Unspaced::None)
@@ -262,6 +266,8 @@ private:
         }
         push(TokenKind::Word, end);
         m_tokens.back().capital = capital;
+        // "l'8 settembre": what follows an elided word stands apart from it.
+        m_space = elided;
     }
 
     /// "l'" of "l'apres-midi": the word up to `end` stands apart.

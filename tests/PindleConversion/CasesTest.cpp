@@ -130,6 +130,8 @@ bool isEmptyWanted(const json &wanted) {
 
 Verdict judge(const json &given) {
     const json &expect = given["expect"];
+    if (given.contains("open"))
+        GTEST_SKIP() << given["open"];
     const auto text = given["text"].get<std::string>();
     const Reply reply = convert({text, given["referenceDate"].get_ref<const std::string &>(),
                                  given["referenceTimezone"].get_ref<const std::string &>()});

@@ -10,6 +10,16 @@ std::string noticeOf(std::string_view text, std::string_view zone = "Europe/Lond
     return convertText(text, zone).userMessage;
 }
 
+std::string errorOf(std::string_view text, std::string_view zone) {
+    const Reply reply = convertText(text, zone);
+    EXPECT_FALSE(reply.draft) << text;
+    return reply.error;
+}
+
+bool has(const std::string &sentence, std::string_view part) {
+    return sentence.find(part) != std::string::npos;
+}
+
 TEST(Notices, anOrdinaryTextGetsNone) {
     for (const char *text :
          {"Dentist tomorrow at 9:30", "Zahnarzt am 14.3.2026 um 9:30 Uhr", "明日の15時から会議",
@@ -58,6 +68,44 @@ TEST(Notices, furtherEventsAreCounted) {
 TEST(Notices, aTitleInCapitalsIsSoftened) {
     EXPECT_EQ(draftOf("BOOK FAIR OF THE YEAR\nMarch 20, 3pm").title, "Book Fair of the Year");
     EXPECT_EQ(draftOf("NASA talk\nMarch 20, 3pm").title, "NASA talk");
+}
+
+TEST(Notices, aWeekdayThatDisagreesIsSaidInTheTextsLanguage) {
+    EXPECT_TRUE(has(noticeOf("Riunione martedì 12 marzo 2026 alle 10", "Europe/Rome"),
+                    "Il giorno della settimana nel testo"));
+    EXPECT_TRUE(has(noticeOf("Reunião terça-feira, 12 de março de 2026, às 10h", "Europe/Lisbon"),
+                    "O dia da semana no texto"));
+    EXPECT_TRUE(has(noticeOf("Vergadering dinsdag 12 maart 2026 om 10.00 uur", "Europe/Amsterdam"),
+                    "De weekdag in de tekst"));
+}
+
+TEST(Notices, theOrdinaryCaseHasNone) {
+    EXPECT_EQ(noticeOf("Riunione giovedì 12 marzo 2026 alle 10", "Europe/Rome"), "");
+    EXPECT_EQ(noticeOf("Reunião quinta-feira, 12 de março de 2026, às 10h", "Europe/Lisbon"), "");
+    EXPECT_EQ(noticeOf("Vergadering donderdag 12 maart 2026 om 10.00 uur", "Europe/Amsterdam"), "");
+}
+
+TEST(Notices, aMissingDayIsSaidToBeToday) {
+    EXPECT_TRUE(has(noticeOf("Cena alle 20:30 da Mario", "Europe/Rome"), "oggi"));
+    EXPECT_TRUE(has(noticeOf("Jantar às 20h30 no Moinho", "Europe/Lisbon"), "hoje"));
+    EXPECT_TRUE(has(noticeOf("Borrel om 17.30 uur bij Kees", "Europe/Amsterdam"), "vandaag"));
+}
+
+TEST(Notices, aTextWithoutAnEventIsRefusedInItsLanguage) {
+    EXPECT_TRUE(has(errorOf("Grazie mille per il regalo, è bellissimo!", "Europe/Rome"),
+                    "Nel testo selezionato"));
+    EXPECT_TRUE(
+        has(errorOf("Obrigado pela ajuda com as malas!", "Europe/Lisbon"), "O texto selecionado"));
+    EXPECT_TRUE(has(errorOf("Bedankt voor de bloemen, ze zijn prachtig!", "Europe/Amsterdam"),
+                    "de geselecteerde tekst"));
+}
+
+TEST(Notices, aTimeThatTheClockChangeSkipsIsSaid) {
+    EXPECT_TRUE(has(noticeOf("Turno domenica 29 marzo 2026 alle ore 02:30", "Europe/Rome"),
+                    "cambio dell'ora"));
+    EXPECT_TRUE(
+        has(noticeOf("Nachtwandeling zondag 29 maart 2026 om 02.30 uur", "Europe/Amsterdam"),
+            "zomertijd"));
 }
 
 } // namespace

@@ -62,6 +62,9 @@ TableBuilder::TableBuilder(std::vector<LexiconFile> lexicons)
 }
 
 void TableBuilder::addLexicon(LanguageId language, const LexiconFile &lexicon) {
+    m_spelled.clear();
+    for (const LexiconEntry &entry : lexicon.entries)
+        m_spelled.insert(entry.phrases.begin(), entry.phrases.end());
     for (const LexiconEntry &entry : lexicon.entries)
         addEntry(language, entry);
     addCompounds(language, lexicon);
@@ -70,8 +73,10 @@ void TableBuilder::addLexicon(LanguageId language, const LexiconFile &lexicon) {
 void TableBuilder::addEntry(LanguageId language, const LexiconEntry &entry) {
     for (const std::string &phrase : entry.phrases) {
         addPhrase(language, phrase, entry);
+        // "des" is another word than "dès".
         for (const std::string &plain : plainSpellings(phrase))
-            addPhrase(language, plain, entry);
+            if (m_spelled.count(plain) == 0)
+                addPhrase(language, plain, entry);
     }
 }
 
@@ -91,9 +96,9 @@ void TableBuilder::addPhrase(LanguageId language, const std::string &phrase,
         m_words[words[0]].flags |= kCounter;
     if (entry.meaning == Meaning::Common)
         return;
-    addWords(words, Sense{entry.meaning, static_cast<std::uint8_t>(words.size()),
-                          static_cast<std::int16_t>(entry.value), noteNumber(entry.note),
-                          language});
+    addWords(words,
+             Sense{entry.meaning, static_cast<std::uint8_t>(words.size()),
+                   static_cast<std::int16_t>(entry.value), noteNumber(entry.note), language});
 }
 
 void TableBuilder::addWords(const std::vector<std::string> &words, const Sense &sense) {
@@ -149,10 +154,13 @@ void TableBuilder::place() {
     m_slots.assign(size, nullptr);
     std::uint32_t phrases = 0;
     for (auto &[text, word] : m_words) {
-        std::stable_sort(word.phrases.begin(), word.phrases.end(),
-                         [](const Built &a, const Built &b) {
-                             return a.sense.length > b.sense.length;
-                         });
+        // What a language says of a word comes before what all share.
+        std::stable_sort(
+            word.phrases.begin(), word.phrases.end(), [](const Built &a, const Built &b) {
+                if (a.sense.length != b.sense.length)
+                    return a.sense.length > b.sense.length;
+                return a.sense.language != kSharedWords && b.sense.language == kSharedWords;
+            });
         std::size_t at = hashWord(text) & (size - 1);
         while (m_slots[at])
             at = (at + 1) & (size - 1);
@@ -231,14 +239,13 @@ void TableBuilder::writeLanguages(std::string &out) const {
         out += "{" + quoted(lexicon.code) + ",static_cast<DayOrder>(" +
                std::to_string(static_cast<int>(lexicon.dayOrder)) + "),static_cast<Script>(" +
                std::to_string(static_cast<int>(lexicon.script)) + ")," +
-               (lexicon.clock24 ? "true," : "false,") +
-               (lexicon.dottedDates ? "true," : "false,") + quoted(lexicon.zones) + "," +
-               (lexicon.tails.empty() ? "false" : "true") + ",{";
+               (lexicon.clock24 ? "true," : "false,") + (lexicon.dottedDates ? "true," : "false,") +
+               quoted(lexicon.zones) + "," + (lexicon.tails.empty() ? "false" : "true") + ",{";
         for (std::size_t i = 0; i < kMeanings; ++i)
-            out += std::count(lexicon.tails.begin(), lexicon.tails.end(),
-                              static_cast<Meaning>(i)) > 0
-                       ? "true,"
-                       : "false,";
+            out +=
+                std::count(lexicon.tails.begin(), lexicon.tails.end(), static_cast<Meaning>(i)) > 0
+                    ? "true,"
+                    : "false,";
         out += "},{\n";
         for (const std::string &message : lexicon.messages)
             out += quoted(message) + ",\n";

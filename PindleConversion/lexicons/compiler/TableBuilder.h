@@ -47,6 +47,7 @@ private:
 
     std::vector<LexiconFile> m_lexicons;
     std::set<std::string> m_elisions;
+    std::set<std::string> m_spelled; ///< the phrases of the lexicon at hand
     std::map<std::string, Word> m_words;
     std::vector<std::string> m_notes{""};
     std::vector<const std::string *> m_slots; ///< null for a free one
