@@ -25,6 +25,8 @@ public:
     bool speaksOfPast(std::uint32_t token) const;
 
 private:
+    /// Nothing but the expression at `token` stands between it and the role word.
+    bool standsBehind(std::uint32_t role, std::uint32_t token) const;
     /// A comma, dash or another date or time ends what a role word says.
     bool cutOff(std::uint32_t from, std::uint32_t to) const;
     bool joins(std::uint32_t i) const;

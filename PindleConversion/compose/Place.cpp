@@ -54,6 +54,8 @@ private:
                 continue;
             if (const Sense *marker = reader.sense(i, Meaning::PlaceMarker))
                 marked(reader, i, *marker);
+            if (reader.has(i, Meaning::PlaceBehind))
+                before(reader, field, i);
             if (reader.has(i, Meaning::PlaceNoun))
                 compound(reader, field, i);
             if (reader.symbol(i, '('))
@@ -275,6 +277,27 @@ private:
         return begin == field.begin && !field.cell && field.begin <= m_choice.anchor();
     }
 
+    /// "新宿クリニックにて": the name before the word.
+    void before(const Reader &reader, const Field &field, std::uint32_t i) {
+        std::uint32_t begin = i;
+        while (begin > field.begin && i - begin < kLongestName && joinsBefore(reader, begin - 1, i))
+            --begin;
+        const Shape shape = shapeOf({begin, i});
+        if (begin != i && !(shape.event && !shape.noun))
+            offer({begin, i}, shape.noun ? 52 : 44, i);
+    }
+
+    bool joinsBefore(const Reader &reader, std::uint32_t at, std::uint32_t i) const {
+        const Token &current = token(at);
+        if (current.used || current.sentence != token(i).sentence ||
+            current.kind == TokenKind::Link || current.kind == TokenKind::Mail)
+            return false;
+        if (current.kind == TokenKind::Symbol)
+            return current.symbol == '-' || current.symbol == '&' || current.symbol == 0x30FB;
+        return !(reader.has(at, Meaning::PlaceStop) || reader.has(at, Meaning::TitleLead) ||
+                 reader.has(at, Meaning::And) || reader.has(at, Meaning::RangeTo));
+    }
+
     void bracketed(const Reader &reader, std::uint32_t open) {
         const std::uint32_t close = closing(reader, open);
         if (close == open)
@@ -361,7 +384,8 @@ TokenSpan findPlace(Document &document, const Choice &choice) {
     if (begin > 0 && reader.has(begin - 1, Meaning::PlaceMarker) &&
         document.sameSentence(begin - 1, begin))
         --begin;
-    for (std::uint32_t i = begin; i < place.end; ++i)
+    const std::uint32_t end = reader.skip(place.end, Meaning::PlaceBehind);
+    for (std::uint32_t i = begin; i < end; ++i)
         document.tokens[i].used = true;
     return place;
 }

@@ -17,7 +17,9 @@ struct Day {
 bool spoilsDay(const Reader &reader, std::uint32_t next) {
     if (reader.symbol(next, ':') && reader.glued(next) && reader.number(next + 1, 0, 59))
         return true;
-    return reader.symbol(next, '%') || reader.has(next, Meaning::Meridiem);
+    const Sense *hour = reader.sense(next, Meaning::HourMark);
+    return reader.symbol(next, '%') || reader.has(next, Meaning::Meridiem) ||
+           (hour && (hour->value == 1 || reader.glued(next)));
 }
 
 std::optional<Day> readDay(const Reader &reader, std::uint32_t i) {
@@ -41,7 +43,7 @@ bool isYear(const Reader &reader, std::uint32_t i) {
 
 /// A year behind day and month: ", 2026", "2026", "'26".
 std::uint32_t readYear(const Reader &reader, std::uint32_t i, int &year) {
-    const std::uint32_t j = reader.skipSymbol(i, ',');
+    const std::uint32_t j = reader.skip(reader.skipSymbol(i, ','), Meaning::Of);
     if (isYear(reader, j)) {
         year = static_cast<int>(reader.at(j)->number);
         return j + 1;
@@ -203,7 +205,8 @@ std::optional<DateMention> readNumeric(const Reader &reader, std::uint32_t i) {
                        reader.glued(i + 4) && (year->digits == 2 || isYear(reader, i + 4));
     // "14.03." with its second full stop is a date, "14.03" may be anything.
     const bool dotted = !three && c == '.' && reader.symbol(i + 3, '.') && reader.glued(i + 3) &&
-                        reader.at(i + 2)->digits == 2 && !reader.glued(i + 4);
+                        (reader.at(i + 2)->digits == 2 || reader.language(i).dottedDates) &&
+                        !(reader.glued(i + 4) && reader.number(i + 4, 0, 9999, 4));
     if (!three && !dotted && (c != '/' || reader.symbol(i + 3, '/')))
         return std::nullopt;
     // A longer chain of numbers is a version, an address or a telephone number.
@@ -228,7 +231,7 @@ bool continuesNumber(const Reader &reader, std::uint32_t i) {
     if (i == 0 || !reader.glued(i))
         return false;
     const Token &before = reader.document().tokens[i - 1];
-    if (before.kind == TokenKind::Word)
+    if (before.kind == TokenKind::Word && !before.unspaced)
         return before.end == reader.at(i)->begin && reader.at(i)->kind == TokenKind::Number;
     const bool chain = before.kind == TokenKind::Symbol &&
                        (before.symbol == '.' || before.symbol == '$' || before.symbol == '#' ||
@@ -246,6 +249,8 @@ std::optional<DateMention> readCalendarDate(const Reader &reader, std::uint32_t 
     if (auto date = readCompactDate(reader, i))
         return date;
     if (auto date = readNumeric(reader, i))
+        return date;
+    if (auto date = readCountedDate(reader, i))
         return date;
     if (auto date = readMonthFirst(reader, i))
         return date;

@@ -34,7 +34,8 @@ std::optional<DateMention> readDayBehindName(const Reader &reader, std::uint32_t
     const std::uint32_t next = day + (ordinal ? 2 : 1);
     // "Fri 13" is a day, "Fri 7" a time.
     if (!ordinal && (number <= 12 || reader.symbol(next, ':') || reader.symbol(next, '.') ||
-                     reader.has(next, Meaning::HourMark) || reader.has(next, Meaning::RangeTo)))
+                     reader.has(next, Meaning::HourMark) || reader.has(next, Meaning::UnitWord) ||
+                     reader.has(next, Meaning::RangeTo)))
         return std::nullopt;
     DateMention result;
     result.span = {i, next};

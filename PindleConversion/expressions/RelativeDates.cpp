@@ -25,6 +25,8 @@ Qualifier readQualifier(const Reader &reader, std::uint32_t i) {
         return {Which::This, i + sense->length};
     if (const Sense *sense = reader.sense(i, Meaning::Last))
         return {Which::Last, i + sense->length};
+    if (const Sense *sense = reader.sense(i, Meaning::AfterNext))
+        return {Which::AfterNext, i + sense->length};
     return {Which::Nearest, i};
 }
 
@@ -62,26 +64,54 @@ DayName readDayName(const Reader &reader, std::uint32_t i, bool qualified) {
     return {};
 }
 
+struct Period {
+    Which which = Which::Nearest;
+    Unit unit = Unit::Day; ///< Day: there is none
+    std::uint32_t next = 0;
+};
+
+/// "next week", "la semaine prochaine", "来週".
+Period readPeriodWord(const Reader &reader, std::uint32_t i) {
+    if (const Sense *period = reader.sense(i, Meaning::Period))
+        return {static_cast<Which>(period->value / 16), static_cast<Unit>(period->value % 16),
+                i + period->length};
+    const std::uint32_t article = reader.skip(i, Meaning::The);
+    const Qualifier qualifier = readQualifier(reader, i);
+    const bool qualified = qualifier.next != i;
+    const Sense *sense = reader.sense(qualified ? qualifier.next : article, Meaning::UnitWord);
+    if (!sense)
+        return {};
+    const auto kind = static_cast<Unit>(sense->value);
+    const std::uint32_t next = (qualified ? qualifier.next : article) + sense->length;
+    if (qualified)
+        return {qualifier.which, kind, next};
+    if (const Sense *behind = reader.sense(next, Meaning::Behind))
+        return {static_cast<Which>(behind->value), kind, next + behind->length};
+    if (article != i && kind == Unit::Weekend)
+        return {Which::This, kind, next};
+    return {};
+}
+
 /// "next week", "of next week", "week" (British: a week later), "after next" behind a weekday.
 std::uint32_t readWeekBehind(const Reader &reader, std::uint32_t i, DateSpec &spec) {
     if (const Sense *sense = reader.sense(i, Meaning::AfterNext)) {
         spec.which = Which::AfterNext;
         return i + sense->length;
     }
+    if (const Sense *behind = reader.sense(i, Meaning::Behind)) {
+        spec.which = static_cast<Which>(behind->value);
+        return i + behind->length;
+    }
+    const Period of = readPeriodWord(reader, reader.skip(reader.skipSymbol(i, ','), Meaning::Of));
+    if (of.unit == Unit::Week && of.which != Which::Last) {
+        spec.which = of.which;
+        return of.next;
+    }
     if (const Sense *week = unit(reader, i, Unit::Week)) {
         spec.days += 7;
         return i + week->length;
     }
-    std::uint32_t j = reader.skipSymbol(i, ',');
-    j = reader.skip(j, Meaning::Of);
-    const Qualifier qualifier = readQualifier(reader, j);
-    if (qualifier.next == j || qualifier.which == Which::Last)
-        return i;
-    const Sense *week = unit(reader, qualifier.next, Unit::Week);
-    if (!week)
-        return i;
-    spec.which = qualifier.which == Which::Next ? Which::Next : Which::This;
-    return qualifier.next + week->length;
+    return i;
 }
 
 std::optional<DateMention> readWeekday(const Reader &reader, std::uint32_t i) {
@@ -97,34 +127,50 @@ std::optional<DateMention> readWeekday(const Reader &reader, std::uint32_t i) {
     return result;
 }
 
-/// "next week Tuesday", "next week on Tuesday", "this weekend", "next month".
+/// A day of the month without its month: "3日", and with `lead` "le 3".
+std::uint32_t readBareDay(const Reader &reader, std::uint32_t i, int &day) {
+    if (!reader.number(i, 1, 31))
+        return i;
+    const Sense *mark = reader.sense(i + 1, Meaning::DayMark);
+    if (!mark)
+        return i;
+    day = static_cast<int>(reader.at(i)->number);
+    return i + 1 + mark->length;
+}
+
+/// "next week Tuesday", "next week on Tuesday", "this weekend", "next month", "来月の3日".
 std::optional<DateMention> readPeriod(const Reader &reader, std::uint32_t i) {
-    Qualifier qualifier = readQualifier(reader, i);
-    if (qualifier.next == i) {
-        const std::uint32_t article = reader.skip(i, Meaning::The);
-        if (article == i || !unit(reader, article, Unit::Weekend))
-            return std::nullopt;
-        qualifier = {Which::This, article};
-    }
-    const Sense *sense = reader.sense(qualifier.next, Meaning::UnitWord);
-    if (!sense)
-        return std::nullopt;
-    const auto period = static_cast<Unit>(sense->value);
-    std::uint32_t next = qualifier.next + sense->length;
-    if (period == Unit::Weekend) {
-        DateMention result = mention(i, next, Base::Weekend);
-        result.first.which = qualifier.which;
+    const Period period = readPeriodWord(reader, i);
+    if (period.unit == Unit::Weekend) {
+        DateMention result = mention(i, period.next, Base::Weekend);
+        result.first.which = period.which;
         return result;
     }
-    if (period != Unit::Week && period != Unit::Month)
+    if (period.unit != Unit::Week && period.unit != Unit::Month)
         return std::nullopt;
-    DateMention result = mention(i, next, Base::Week);
-    result.first.which = qualifier.which;
-    if (period == Unit::Month)
-        result.first.months = qualifier.which == Which::Next ? 1 : 0;
+    DateMention result = mention(i, period.next, Base::Week);
+    result.first.which = period.which;
+    if (period.unit == Unit::Month)
+        result.first.months = period.which == Which::Next        ? 1
+                              : period.which == Which::AfterNext ? 2
+                                                                 : 0;
     result.weak = true;
-    next = reader.skip(reader.skipSymbol(next, ','), Meaning::DateMarker);
-    const DayName day = period == Unit::Week ? readDayName(reader, next, true) : DayName{};
+    std::uint32_t next = reader.skip(reader.skipSymbol(period.next, ','), Meaning::DateMarker);
+    next = reader.skip(next, Meaning::Of);
+    next = reader.skip(next, Meaning::The);
+    if (period.unit == Unit::Month) {
+        int day = 0;
+        const std::uint32_t end = readBareDay(reader, next, day);
+        if (end == next)
+            return result;
+        result.first.base = Base::DayOnly;
+        result.first.day = day;
+        result.first.monthGiven = true;
+        result.weak = false;
+        result.span.end = end;
+        return result;
+    }
+    const DayName day = readDayName(reader, next, true);
     if (day.weekday > 0) {
         result.weak = false;
         result.first.base = Base::Weekday;
@@ -238,6 +284,12 @@ std::uint32_t readMonthBehind(const Reader &reader, std::uint32_t i, DateSpec &s
         spec.year = static_cast<int>(reader.at(year)->number);
         return year + 1;
     }
+    if (const Period period = readPeriodWord(reader, j);
+        period.unit == Unit::Month && period.which != Which::Last) {
+        spec.monthGiven = true;
+        spec.months = period.which == Which::Next ? 1 : 0;
+        return period.next;
+    }
     const Qualifier qualifier = readQualifier(reader, j);
     const std::uint32_t word = qualifier.next != j ? qualifier.next : reader.skip(j, Meaning::The);
     const Sense *month = unit(reader, word, Unit::Month);
@@ -300,8 +352,40 @@ bool endsDayOnly(const Reader &reader, std::uint32_t next) {
            reader.has(next, Meaning::TimeMarker);
 }
 
+/// "le 14", "el día 14", "am 14.": a bare day behind a word that leads to one.
+std::optional<DateMention> readLedDay(const Reader &reader, std::uint32_t i) {
+    const Sense *lead = reader.sense(i, Meaning::DayLead);
+    const std::uint32_t number = lead ? i + lead->length : i;
+    if (!lead || !reader.number(number, 1, 31))
+        return std::nullopt;
+    std::uint32_t next = number + 1;
+    const bool ordinal = reader.has(next, Meaning::OrdinalMark) && reader.glued(next);
+    if (lead->value == 1 && !ordinal)
+        return std::nullopt;
+    next += ordinal ? 1 : 0;
+    const bool time =
+        reader.symbol(next, ':') || reader.has(next, Meaning::HourMark) ||
+        (reader.symbol(next, '.') && reader.glued(next) && reader.number(next + 1, 0, 59));
+    if (time || (reader.word(next) && !endsDayOnly(reader, next) &&
+                 !reader.has(next, Meaning::Of) && !reader.has(next, Meaning::RangeTo)))
+        return std::nullopt;
+    DateMention result = mention(i, next, Base::DayOnly);
+    result.first.day = static_cast<int>(reader.at(number)->number);
+    result.span.end = readMonthBehind(reader, next, result.first);
+    return result;
+}
+
 /// "the 14th", "the 14th of next month", "Friday the 13th" without its weekday.
 std::optional<DateMention> readDayOnly(const Reader &reader, std::uint32_t i) {
+    int bare = 0;
+    if (const std::uint32_t end = readBareDay(reader, i, bare); end != i) {
+        DateMention counted = mention(i, end, Base::DayOnly);
+        counted.first.day = bare;
+        counted.weak = true;
+        return counted;
+    }
+    if (const auto led = readLedDay(reader, i))
+        return led;
     const std::uint32_t begin = reader.skip(i, Meaning::The);
     const Rank rank = readRank(reader, begin);
     if (rank.nth < 1)

@@ -36,6 +36,8 @@ private:
             return i + greeting->length;
         if (const Sense *role = reader.sense(i, Meaning::RoleWord))
             take(m_found.roles, RoleMention{i, static_cast<Role>(role->value)});
+        if (const Sense *role = reader.sense(i, Meaning::RoleBehind))
+            take(m_found.roles, RoleMention{i, static_cast<Role>(role->value), true});
         if (auto date = readDate(reader, i))
             return takeDate(reader, *date);
         if (const auto next = duration(reader, i); next != i)

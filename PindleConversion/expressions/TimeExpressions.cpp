@@ -136,6 +136,7 @@ std::optional<TimeMention> readTime(const Reader &reader, std::uint32_t i, bool 
         return std::nullopt;
     TimeMention mention;
     mention.start = *start;
+    mention.start.clock24 = reader.language(i).clock24;
     mention.marked = marked;
     const bool stamp = isTimestamp(reader, i);
     if (stamp) {
@@ -151,6 +152,9 @@ std::optional<TimeMention> readTime(const Reader &reader, std::uint32_t i, bool 
         zoned = readZone(reader, next, true, mention);
         zoned = readPartBehind(reader, zoned, mention);
     }
+    // "10時から11時まで": the word behind the end belongs to the range.
+    if (const Sense *until = mention.end ? reader.sense(zoned, Meaning::RoleBehind) : nullptr)
+        zoned += until->length;
     const bool listed = mention.end && isListedRange(reader, i, zoned);
     if (lacksEnd(reader, i, mention) ||
         !isAccepted(reader, mention, zoned, marked, afterDate || listed))

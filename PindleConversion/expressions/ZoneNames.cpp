@@ -92,6 +92,15 @@ std::uint32_t readNamed(const Reader &reader, std::uint32_t i, bool afterTime,
         return i + brief->length + (word && word->value == 1 ? word->length : 0U);
     }
     const Sense *city = reader.sense(i, Meaning::ZoneWord);
+    if (city && city->value == 2) {
+        const std::uint32_t name =
+            reader.skip(reader.skip(i + city->length, Meaning::Of), Meaning::The);
+        const Sense *of = reader.sense(name, Meaning::ZoneWord);
+        if (of && of->value == 0) {
+            mention.zone = noteOf(*of);
+            return name + of->length;
+        }
+    }
     const Sense *time = city ? reader.sense(i + city->length, Meaning::ZoneWord) : nullptr;
     if (city && city->value == 0 && time && time->value == 1) {
         mention.zone = noteOf(*city);

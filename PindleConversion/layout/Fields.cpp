@@ -71,6 +71,9 @@ LabelMatch labelAt(const Reader &reader, std::uint32_t i, bool lineStart) {
     if (lineStart && reader.symbol(j, '-') && !reader.glued(j) && !reader.glued(j + 1) &&
         (isMoment(label) || label == Label::Place))
         return {label, j + 1, end};
+    // Where words are not spaced, a space behind the label is enough.
+    if (lineStart && reader.at(i)->unspaced && reader.at(j) && reader.at(j)->spaceBefore)
+        return {label, j, end};
     const bool picture = reader.at(i)->kind == TokenKind::Symbol && reader.at(i)->symbol > 0x2000;
     if (picture)
         return {label, j, end};
@@ -314,17 +317,25 @@ private:
     }
 
     bool endsSentence(const Reader &reader, std::uint32_t begin, std::uint32_t i) const {
-        if (reader.symbol(i, '!') || reader.symbol(i, '?'))
+        constexpr char32_t kIdeographicStop = 0x3002;
+        if (reader.symbol(i, '!') || reader.symbol(i, '?') || reader.symbol(i, kIdeographicStop))
             return true;
         if (!reader.symbol(i, '.') || reader.glued(i + 1) || i == begin)
             return false;
         const Token &before = m_document.tokens[i - 1];
         if (before.kind != TokenKind::Word)
-            return true;
+            return !isOrdinal(reader, i);
         if (before.end - before.begin == 1)
             return i > begin + 1 && reader.symbol(i - 2, '.') && reader.at(i + 1) &&
                    reader.at(i + 1)->capital;
         return !reader.has(i - 1, Meaning::Abbreviation);
+    }
+
+    /// "6. November", "vom 3. bis 5.": the full stop makes an ordinal.
+    static bool isOrdinal(const Reader &reader, std::uint32_t i) {
+        return reader.has(i, Meaning::OrdinalMark) &&
+               (reader.has(i + 1, Meaning::Month) || reader.has(i + 1, Meaning::Weekday) ||
+                (reader.word(i + 1) && !reader.at(i + 1)->capital));
     }
 
     static constexpr std::size_t kMostColumns = 32;

@@ -74,6 +74,9 @@ int settleStart(const ClockSpec &clock, const TimeContext &context, bool &assume
         return withMeridiem(clock, byPart(context.part, clock.hour).meridiem);
     if (context.twentyFour && clock.minuteGiven)
         return minutes(clock);
+    if (clock.clock24 && !clock.spoken && clock.hour > 5 && (clock.minuteGiven || clock.hourWord) &&
+        context.kind != EventKind::Evening)
+        return minutes(clock);
     const Guess guess = byKind(context.kind, clock);
     assumed = guess.assumed;
     return withMeridiem(clock, guess.meridiem);

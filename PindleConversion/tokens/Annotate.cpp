@@ -13,12 +13,13 @@ namespace pindle::conversion {
 
 namespace {
 
-constexpr std::size_t kLongestWord = 64;        ///< bytes of a word that is looked up
+constexpr std::size_t kLongestWord = 64;         ///< bytes of a word that is looked up
 constexpr std::size_t kLongestUnspacedWord = 10; ///< letters of one in a script without spaces
-constexpr std::size_t kShortestTail = 4;        ///< bytes of a compound's last part
+constexpr std::size_t kShortestTail = 4;         ///< bytes of a compound's last part
 constexpr std::size_t kLongestTail = 16;
 /// Another language of the text counts when it has this share of the first one's evidence.
 constexpr int kSecondaryShare = 4;
+constexpr int kSecondaryLeast = 200; ///< more than one word tells
 /// A line is in the text's language unless another one has so much more evidence there.
 constexpr int kDocumentShare = 6;
 
@@ -148,9 +149,11 @@ private:
     void chooseLanguages() {
         const std::uint32_t all = (1U << kTables.languages.size()) - 2U;
         m_main = m_total.best(all, englishLanguage());
-        for (std::size_t i = 1; i < kTables.languages.size(); ++i)
-            if (m_total.of(static_cast<LanguageId>(i)) * kSecondaryShare >= m_total.of(m_main))
+        for (std::size_t i = 1; i < kTables.languages.size(); ++i) {
+            const int score = m_total.of(static_cast<LanguageId>(i));
+            if (score >= kSecondaryLeast && score * kSecondaryShare >= m_total.of(m_main))
                 m_active |= 1U << i;
+        }
         m_active |= 1U << m_main;
     }
 
@@ -161,8 +164,7 @@ private:
             const auto language = static_cast<LanguageId>(i);
             if ((m_active >> i & 1U) == 0 || language == m_main)
                 continue;
-            const int score =
-                m_scores[line].of(language) + m_total.of(language) / kDocumentShare;
+            const int score = m_scores[line].of(language) + m_total.of(language) / kDocumentShare;
             if (score > most) {
                 most = score;
                 best = language;
@@ -180,8 +182,7 @@ private:
                 noteSenses(i, wordSlot(token.word), language);
             if (token.kind == TokenKind::Word && !token.unspaced)
                 noteTail(token, language);
-            token.senses =
-                static_cast<std::uint16_t>(m_document.senses.size() - token.firstSense);
+            token.senses = static_cast<std::uint16_t>(m_document.senses.size() - token.firstSense);
         }
     }
 

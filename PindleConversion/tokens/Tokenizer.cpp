@@ -43,8 +43,6 @@ char32_t plainIdeographic(UChar32 c) {
     switch (c) {
     case 0x3001:
         return U',';
-    case 0x3002:
-        return U'.';
     case 0x300C:
     case 0x300D:
     case 0x300E:
