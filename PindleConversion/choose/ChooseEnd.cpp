@@ -11,12 +11,55 @@ constexpr int kMinutesInDay = 24 * 60;
 } // namespace
 
 void Chooser::pickEnd() {
+    if (endOnLaterDay())
+        return;
     if (!m_choice.startMinute || m_choice.endMinute) {
         lengthInDays();
         return;
     }
     if (!endFromSecondDay() && !endFromTime())
         endFromLength();
+}
+
+bool Chooser::tellsEnd(std::uint32_t token) const {
+    return fieldOf(token).label == Label::End || roleOf(token) == Role::End;
+}
+
+const TimeMention *Chooser::timeBeside(const Dated &dated) const {
+    constexpr int kReach = 6;
+    const TimeMention *best = nullptr;
+    int nearest = kReach;
+    for (const TimeMention &time : m_found.times) {
+        const int away = gap(dated.mention->span, time.span);
+        const bool together =
+            m_document.sameSentence(time.span.begin, dated.mention->span.begin) ||
+            m_document.tokens[time.span.begin].field ==
+                m_document.tokens[dated.mention->span.begin].field;
+        if (together && away < nearest) {
+            nearest = away;
+            best = &time;
+        }
+    }
+    return best;
+}
+
+bool Chooser::endOnLaterDay() {
+    constexpr auto kLongest = std::chrono::days(100);
+    if (m_date < 0 || m_choice.last || m_choice.endMinute)
+        return false;
+    for (const Dated &dated : m_dates) {
+        const std::uint32_t at = dated.mention->span.begin;
+        if (dated.date.first <= m_choice.start || dated.date.first > m_choice.start + kLongest ||
+            !tellsEnd(at))
+            continue;
+        const TimeMention *time = timeBeside(dated);
+        m_choice.last = dated.date.first;
+        m_choice.endSpan = dated.mention->span;
+        if (time && m_choice.startMinute)
+            m_choice.endMinute = resolveTime(*time, contextOf(*time)).start;
+        return true;
+    }
+    return false;
 }
 
 bool Chooser::endFromSecondDay() {

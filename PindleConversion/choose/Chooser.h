@@ -88,6 +88,10 @@ private:
 
     // ChooseEnd.cpp
     void pickEnd();
+    /// "Check-out: Sunday 20 July, 11:00": a later day that ends the event.
+    bool endOnLaterDay();
+    bool tellsEnd(std::uint32_t token) const;
+    const TimeMention *timeBeside(const Dated &dated) const;
     /// "17 April 18:00 - 19 April 16:00".
     bool endFromSecondDay();
     bool endFromTime();

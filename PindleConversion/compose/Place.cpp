@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <array>
+#include <optional>
 #include <string_view>
 
 #include "PindleConversion/compose/Compose.h"
@@ -9,12 +10,14 @@ namespace pindle::conversion {
 namespace {
 
 constexpr int kLeastScore = 20;
+constexpr int kAside = 35; ///< less for a place that something else happens at
 constexpr std::uint32_t kLongestName = 14; ///< tokens
+constexpr std::uint32_t kOnlineReach = 400; ///< tokens that are asked whether the event is online
 
 /// Hosts of meetings; a link to one is where the event is.
 constexpr std::array<std::string_view, 12> kMeetingHosts{
     "zoom.us",     "teams.microsoft", "teams.live",    "meet.google", "webex.com", "whereby.com",
-    "gotomeeting", "meet.jit.si",     "bluejeans.com", "skype.com",   "/join",     "meeting"};
+    "gotomeeting", "meet.jit.si",     "bluejeans.com", "skype.com",   "/join",     "meet"};
 
 struct Shape {
     bool noun = false;    ///< names a kind of place
@@ -30,7 +33,9 @@ public:
     PlaceFinder(const Document &document, const Choice &choice)
         : m_document(document)
         , m_choice(choice)
-        , m_anchorField(document.tokens[choice.anchor()].field) {}
+        , m_anchorField(document.tokens[choice.anchor()].field)
+        , m_momentLine(std::max(lineOf(choice.anchor()),
+                                choice.timeSpan.empty() ? 0 : lineOf(choice.timeSpan.begin))) {}
 
     TokenSpan run() {
         for (std::uint32_t f = 0; f < m_document.fields.size(); ++f)
@@ -40,6 +45,9 @@ public:
 
 private:
     const Token &token(std::uint32_t i) const { return m_document.tokens[i]; }
+    std::uint32_t lineOf(std::uint32_t i) const {
+        return m_document.fields[token(i).field].line;
+    }
 
     void consider(std::uint32_t f) {
         const Field &field = m_document.fields[f];
@@ -81,11 +89,24 @@ private:
             score += 12;
         else if (token(at).field == m_anchorField)
             score += 6;
+        if (isAside(at))
+            score -= kAside;
         const bool wider = score == m_score && span.end - span.begin > m_best.end - m_best.begin;
         if (score > m_score || wider) {
             m_score = score;
             m_best = span;
         }
+    }
+
+    /// "and afterwards at the hall": not where the event itself is.
+    bool isAside(std::uint32_t at) const {
+        constexpr std::uint32_t kReach = 5;
+        const std::uint32_t begin = m_document.fields[token(at).field].begin;
+        const Reader reader(m_document, at + 1);
+        for (std::uint32_t i = at; i > begin && at - i < kReach; --i)
+            if (m_document.sameSentence(i - 1, at) && reader.has(i - 1, Meaning::AsideLead))
+                return true;
+        return false;
     }
 
     void labelled(const Field &field) {
@@ -99,6 +120,7 @@ private:
         offer({field.begin, end}, field.label == Label::Place ? 1000 : 900, field.begin);
     }
 
+    /// A link is the place of a meeting that is held online.
     void links(const Field &field) {
         for (std::uint32_t i = field.begin; i < field.end; ++i) {
             if (token(i).kind != TokenKind::Link)
@@ -108,9 +130,20 @@ private:
                 std::any_of(kMeetingHosts.begin(), kMeetingHosts.end(), [&](std::string_view host) {
                     return text.find(host) != std::string_view::npos;
                 });
-            if (meeting)
-                offer({i, i + 1}, kLeastScore + 4, i);
+            if (meeting || field.label == Label::Link || heldOnline())
+                offer({i, i + 1}, kLeastScore + (meeting ? 4 : 2), m_choice.anchor());
         }
+    }
+
+    bool heldOnline() {
+        if (!m_online) {
+            const auto size = static_cast<std::uint32_t>(m_document.tokens.size());
+            const Reader reader(m_document, size);
+            m_online = false;
+            for (std::uint32_t i = 0; i < std::min(size, kOnlineReach) && !*m_online; ++i)
+                m_online = reader.has(i, Meaning::Online) || reader.has(i, Meaning::OnlineEvent);
+        }
+        return *m_online;
     }
 
     Shape shapeOf(TokenSpan span) const {
@@ -122,7 +155,8 @@ private:
                 continue;
             const bool noun = reader.has(i, Meaning::PlaceNoun);
             const bool filler = reader.has(i, Meaning::The) || reader.has(i, Meaning::Of) ||
-                                reader.has(i, Meaning::And);
+                                reader.has(i, Meaning::And) ||
+                                (shape.words > 0 && reader.has(i, Meaning::PlaceMarker));
             const bool inNumber = reader.glued(i) && i > span.begin;
             shape.noun = shape.noun || noun;
             shape.street = shape.street || (reader.has(i, Meaning::StreetWord) && i > span.begin);
@@ -351,7 +385,7 @@ private:
         const bool address = shape.street && (number || shape.title || shape.capital);
         const bool kind = shape.noun && (shape.title || shape.words <= 4);
         const bool sameLine = field.line == m_document.fields[m_anchorField].line;
-        const bool nextLine = field.line == m_document.fields[m_anchorField].line + 1;
+        const bool nextLine = field.line == m_momentLine + 1;
         const std::uint32_t whole = std::max(end, nameEnd(reader, begin));
         const Shape all = shapeOf({begin, whole});
         const bool known = address || kind || (shape.title && (all.noun || all.street));
@@ -369,6 +403,8 @@ private:
     const Document &m_document;
     const Choice &m_choice;
     std::uint32_t m_anchorField;
+    std::uint32_t m_momentLine; ///< the last line that says when
+    std::optional<bool> m_online;
     TokenSpan m_best;
     int m_score = 0;
 };

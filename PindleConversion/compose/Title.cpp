@@ -282,12 +282,21 @@ private:
             score += 48;
         if (contains(trimmed, Meaning::Event))
             score += 16;
+        if (isQuoted(part))
+            score += 30;
         if (run.beforeUsed && sameSentence && part.end == run.span.end)
             score += 4;
         score += penalties(reader, part, trimmed);
         if (!reader.has(part.begin, Meaning::Greeting))
             m_sawText = true;
         return score;
+    }
+
+    /// A name in quotes, of some words.
+    bool isQuoted(TokenSpan part) const {
+        return part.begin > 0 && token(part.begin - 1).symbol == '"' &&
+               part.end < m_document.tokens.size() && token(part.end).symbol == '"' &&
+               (part.end - part.begin > 1 || token(part.begin).unspaced);
     }
 
     int penalties(const Reader &reader, TokenSpan part, TokenSpan trimmed) const {
@@ -297,7 +306,7 @@ private:
             ++begin;
         if (reader.has(begin, Meaning::Greeting))
             score -= 70;
-        if (reader.has(begin, Meaning::Chatter))
+        if (reader.has(begin, Meaning::Chatter) || reader.has(begin, Meaning::AsideLead))
             score -= 40;
         if (begin < part.end && token(begin).symbol == '(')
             score -= 25;

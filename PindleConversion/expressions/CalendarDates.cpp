@@ -149,7 +149,12 @@ std::optional<DateMention> readDayFirst(const Reader &reader, std::uint32_t i) {
     if (reader.symbol(j, '.') && isYear(reader, j + 1))
         ++j;
     DateMention result = mention(i, j, month->value, day->day, 0);
-    result.span.end = readYear(reader, j, result.first.year);
+    // "02MAR26", as on tickets.
+    const bool ticket = reader.glued(i + 1) && reader.word(i + 1) && reader.glued(j) &&
+                        reader.number(j, 0, 99) && reader.at(j)->digits == 2;
+    if (ticket)
+        result.first.year = 2000 + static_cast<int>(reader.at(j)->number);
+    result.span.end = ticket ? j + 1 : readYear(reader, j, result.first.year);
     if (second > 0) {
         result.last = result.first;
         result.last->day = second;

@@ -86,6 +86,10 @@ bool spoiled(const Reader &reader, std::uint32_t begin, std::uint32_t next) {
     if (reader.symbol(next, '%') || reader.symbol(next, '$') || reader.symbol(next, U'€') ||
         reader.symbol(next, U'£') || reader.symbol(next, '/'))
         return !(reader.symbol(next, '/') && reader.at(next)->spaceBefore);
+    // "4,377" is an amount.
+    if (reader.symbol(next, ',') && reader.glued(next) && reader.glued(next + 1) &&
+        reader.number(next + 1, 0, 999, 3) && reader.at(next + 1)->digits == 3)
+        return true;
     const bool more = (reader.symbol(next, '.') || reader.symbol(next, ':')) &&
                       reader.glued(next) && reader.glued(next + 1) &&
                       reader.number(next + 1, 0, 99999999, 99);

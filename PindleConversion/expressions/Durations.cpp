@@ -91,7 +91,11 @@ std::optional<DurationMention> readDuration(const Reader &reader, std::uint32_t 
         readRest(reader, *part);
     const bool bracket =
         i > 0 && reader.document().tokens[i - 1].symbol == '(' && reader.symbol(part->next, ')');
-    if (!marked && !bracket && !part->hyphen)
+    constexpr int kShortest = 15;
+    const bool told = part->minutes >= kShortest && (reader.has(part->next, Meaning::Event) ||
+                                                     reader.has(part->next, Meaning::Person) ||
+                                                     reader.has(part->next, Meaning::DurationTail));
+    if (!marked && !bracket && !part->hyphen && !told)
         return std::nullopt;
     if (reader.has(part->next, Meaning::NoDuration) || (part->days > 0 && !marked))
         return std::nullopt;

@@ -44,7 +44,7 @@ bool isCertainWeekday(const Reader &reader, std::uint32_t i, std::uint32_t next)
     if (announced || timed || reader.has(next, Meaning::PartOfDay) ||
         reader.has(next, Meaning::Month))
         return true;
-    return reader.at(i)->capital && !reader.word(next);
+    return (reader.at(i)->capital && !reader.word(next)) || reader.symbol(next, '?');
 }
 
 struct DayName {

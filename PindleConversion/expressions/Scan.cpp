@@ -145,7 +145,7 @@ private:
         if (const Sense *length = reader.sense(i, Meaning::DurationMark)) {
             m_length = i + length->length;
             next = std::max(next, m_length);
-        } else if (m_length == i && isPassage(reader, i)) {
+        } else if (m_length == i && (isPassage(reader, i) || reader.symbol(i, ')'))) {
             m_length = i + 1;
         }
         if (m_afterDate == i &&

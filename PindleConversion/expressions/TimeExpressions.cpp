@@ -89,7 +89,13 @@ bool lacksEnd(const Reader &reader, std::uint32_t i, const TimeMention &mention)
 
 /// ", 10 to 2" beside a date: the comma stands for "from".
 bool isListedRange(const Reader &reader, std::uint32_t i, std::uint32_t next) {
-    return i > 0 && reader.symbol(i - 1, ',') && !reader.word(next);
+    if (i == 0 || !reader.symbol(i - 1, ',') || reader.word(next))
+        return false;
+    // "6-4, 3-6, 7-5" are results of games.
+    const bool listBehind = reader.symbol(next, ',') && reader.number(next + 1, 0, 999, 3);
+    const bool listBefore = i > 2 && reader.number(i - 2, 0, 999, 3) &&
+                            (reader.symbol(i - 3, '-') || reader.symbol(i - 3, ':'));
+    return !listBehind && !listBefore;
 }
 
 /// "2026-08-06T14:05": the T, and an offset glued to the time.
@@ -143,7 +149,10 @@ std::optional<TimeMention> readTime(const Reader &reader, std::uint32_t i, bool 
         mention.start.sure = true;
         next = readStampZone(reader, next, mention);
     }
-    const bool sure = start->sure || marked || afterDate || stamp;
+    const bool namesZone = !start->sure && reader.has(next, Meaning::ZoneAfterTime) &&
+                        reader.at(next)->capital && !reader.glued(next);
+    mention.start.sure = mention.start.sure || namesZone;
+    const bool sure = mention.start.sure || marked || afterDate || stamp;
     std::uint32_t zoned = sure ? readZone(reader, next, true, mention) : next;
     zoned = readPartBehind(reader, zoned, mention);
     if (const auto end = readEnd(reader, zoned, followsRangeWord(reader, i))) {

@@ -202,6 +202,7 @@ private:
     void cells(std::uint32_t begin, std::uint32_t end) {
         const Reader reader(m_document, end);
         const auto firstField = m_document.fields.size();
+        const std::uint32_t lineBegin = begin;
         std::vector<Label> header;
         bool allLabels = true;
         std::size_t column = 0;
@@ -211,8 +212,11 @@ private:
                 continue;
             }
             if (i > begin) {
-                const Label inherited = column < m_header.size() ? m_header[column] : Label::None;
+                Label inherited = column < m_header.size() ? m_header[column] : Label::None;
                 const Label own = wholeLabel(begin, i);
+                // "Where | Room 5": the first cell labels the second.
+                if (column == 1 && header.size() == 1 && header[0] != Label::None)
+                    inherited = header[0];
                 allLabels = allLabels && own != Label::None;
                 if (header.size() < kMostColumns)
                     header.push_back(own);
@@ -222,12 +226,40 @@ private:
             begin = i += i < end && isDoubleSlash(reader, i) ? 2U : 1U;
         }
         const bool table = column > 1;
+        if (table && !allLabels && header[0] != Label::None && header[1] == Label::None &&
+            m_header.empty())
+            m_document.fields[firstField].ignored = true;
+        if (isRule(lineBegin, end))
+            ignoreHeaderAbove();
         for (auto f = firstField; f < m_document.fields.size(); ++f)
             m_document.fields[f].cell = table;
         m_header.clear();
         if (table && allLabels) {
             m_header = header;
             ignoreLine();
+        }
+    }
+
+    /// "|-----|-----|" under the heads of columns.
+    bool isRule(std::uint32_t begin, std::uint32_t end) const {
+        constexpr std::uint32_t kShortest = 3;
+        std::uint32_t dashes = 0;
+        for (std::uint32_t i = begin; i < end; ++i) {
+            const char32_t c = m_document.tokens[i].symbol;
+            if (c != '-' && c != '|' && c != ':' && c != '+' && c != '=')
+                return false;
+            dashes += c == '-' || c == '=' ? 1U : 0U;
+        }
+        return dashes >= kShortest;
+    }
+
+    void ignoreHeaderAbove() {
+        for (auto field = m_document.fields.rbegin(); field != m_document.fields.rend(); ++field) {
+            if (field->line == m_line)
+                continue;
+            if (field->line + 1 < m_line || !field->cell)
+                return;
+            field->ignored = true;
         }
     }
 
@@ -325,6 +357,10 @@ private:
         const Token &before = m_document.tokens[i - 1];
         if (before.kind != TokenKind::Word)
             return !isOrdinal(reader, i);
+        // "Hall C." is no abbreviation.
+        if (before.end - before.begin == 1 && i > begin + 1 && reader.at(i - 1)->capital &&
+            reader.has(i - 2, Meaning::PlaceNoun))
+            return true;
         if (before.end - before.begin == 1)
             return i > begin + 1 && reader.symbol(i - 2, '.') && reader.at(i + 1) &&
                    reader.at(i + 1)->capital;

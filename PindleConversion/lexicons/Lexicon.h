@@ -91,9 +91,11 @@ enum class Meaning : std::uint8_t {
     Wrote,         ///< ends the line that introduces a quoted mail; value 1: alone does
     Daily,         ///< "daily", behind hours
     Cancelled,     ///< the event does not take place
+    OnlineEvent,   ///< a kind of event that is usually held online
+    AsideLead,     ///< what follows is not the event itself: "followed by", "because of"
 };
 
-inline constexpr std::size_t kMeanings = static_cast<std::size_t>(Meaning::Cancelled) + 1;
+inline constexpr std::size_t kMeanings = static_cast<std::size_t>(Meaning::AsideLead) + 1;
 
 enum class Unit : std::uint8_t { Minute, Hour, Day, Week, Fortnight, Month, Year, Weekend };
 enum class DayPart : std::uint8_t { None, Morning, Noon, Afternoon, Evening, Night };

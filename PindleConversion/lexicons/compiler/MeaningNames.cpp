@@ -90,6 +90,8 @@ constexpr TableKind kTableKinds[] = {
     {"wrote", Meaning::Wrote, Values::Number},
     {"daily", Meaning::Daily, Values::Number},
     {"cancelled", Meaning::Cancelled, Values::Number},
+    {"online-event", Meaning::OnlineEvent, Values::Number},
+    {"aside-lead", Meaning::AsideLead, Values::Number},
     {"zone-abbreviation", Meaning::ZoneAfterTime, Values::Note},
     {"zone-in-capitals", Meaning::ZoneAfterTime, Values::Note, 1},
     {"zone-city", Meaning::ZoneWord, Values::Note},
