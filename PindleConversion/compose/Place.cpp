@@ -79,7 +79,7 @@ private:
         const Reader reader(m_document, span.end);
         while (!span.empty() &&
                (isEdgeMark(token(span.end - 1)) ||
-                (reader.has(span.end - 1, Meaning::PlaceStop) && !token(span.end - 1).capital)))
+                (reader.has(span.end - 1, Meaning::PlaceStop) && !token(span.end - 1).upper())))
             --span.end;
         while (!span.empty() && isEdgeMark(token(span.begin)))
             ++span.begin;
@@ -180,7 +180,7 @@ private:
         if (i == begin)
             return false;
         const bool stopWord = reader.has(i, Meaning::PlaceStop) || reader.has(i, Meaning::Greeting);
-        return stopWord && !(current.capital && token(i - 1).capital);
+        return stopWord && !(current.upper() && token(i - 1).capital);
     }
 
     /// The name from `begin` up to what ends it; commas are passed when an address goes on.
@@ -235,13 +235,15 @@ private:
         const std::uint32_t end = nameEnd(reader, begin);
         if (end == begin)
             return;
+        if (token(begin).kind == TokenKind::Number && reader.has(begin + 1, Meaning::UnitWord))
+            return;
         const Shape shape = shapeOf({begin, end});
         const bool article = reader.has(begin, Meaning::The);
         const bool named = shape.capital || token(begin).kind == TokenKind::Number;
         if (marker.value == 1 && i > 0 && token(i).word != 0 && isFrom(reader, i) && !shape.noun)
             return;
         if (marker.value == 1 && (named || shape.noun || shape.street))
-            offer({begin, end}, 50 + (shape.noun || shape.street ? 8 : 0), i);
+            offer({nounBefore(reader, i, begin), end}, 50 + (shape.noun || shape.street ? 8 : 0), i);
         else if (marker.value == 1 && token(begin).possessive && shape.words <= 3)
             offer({begin, end}, 40, i);
         else if (marker.value == 1 && article && shape.words <= 4 && shape.words > 1)
@@ -250,7 +252,24 @@ private:
                  reader.has(i, Meaning::In))
             offer({begin, end}, 24, i);
         else if (marker.value == 0 && isWeakPlace(reader, i, shape))
-            offer({begin, end}, (shape.noun || shape.street ? 38 : 24) - headingPenalty(i), i);
+            offer({nounBefore(reader, i, begin), end},
+                  (shape.noun || shape.street ? 38 : 24) - headingPenalty(i), i);
+    }
+
+    /// "kaplica na Wzgórzu": the kind of place that a marker goes on from, else `begin`.
+    std::uint32_t nounBefore(const Reader &reader, std::uint32_t marker, std::uint32_t begin) const {
+        constexpr std::uint32_t kReach = 3;
+        const std::uint32_t low = m_document.fields[token(marker).field].begin;
+        for (std::uint32_t i = marker; i > low && marker - i < kReach; --i) {
+            const Token &before = token(i - 1);
+            if (before.used || before.kind != TokenKind::Word || before.unspaced ||
+                !m_document.sameSentence(i - 1, marker) || reader.has(i - 1, Meaning::PlaceStop) ||
+                reader.has(i - 1, Meaning::Event))
+                return begin;
+            if (reader.has(i - 1, Meaning::PlaceNoun))
+                return i - 1;
+        }
+        return begin;
     }
 
     /// "Astronomy in the Park" above the date is a name.
@@ -376,7 +395,7 @@ private:
         const bool refused =
             reader.has(begin, Meaning::Person) || reader.has(begin, Meaning::PlaceMarker) ||
             reader.has(begin, Meaning::Chatter) || reader.has(begin, Meaning::Greeting) ||
-            (reader.has(begin, Meaning::PlaceStop) && !token(begin).capital) ||
+            (reader.has(begin, Meaning::PlaceStop) && !token(begin).upper()) ||
             token(begin).kind == TokenKind::Link;
         const Shape shape = shapeOf({begin, end});
         if (refused || shape.words == 0 || shape.words > kMostWords || shape.event)
@@ -391,7 +410,10 @@ private:
         const bool known = address || kind || (shape.title && (all.noun || all.street));
         // "23:59 AoE": one unknown word glued to a time is no place.
         const bool loose = begin > field.begin && token(begin - 1).used && shape.words == 1;
-        if (!known && (loose || !(shape.title && (sameLine || nextLine || field.spoken))))
+        // Without capitals only a line of its own is a name.
+        const bool named = shape.title && (!token(begin).unspaced ||
+                                           (begin == field.begin && end == field.end));
+        if (!known && (loose || !(named && (sameLine || nextLine || field.spoken))))
             return end;
         int score = known ? 34 : 22;
         if (!sameLine && !nextLine && !(field.spoken && end == field.end))

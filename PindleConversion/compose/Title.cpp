@@ -137,7 +137,7 @@ private:
         // "Book festival", "Call the bank": only "book a table" loses its verb.
         if (lead->value == 3 && !reader.has(next, Meaning::Number))
             return span;
-        const bool name = token(span.begin).capital && next < span.end && token(next).capital &&
+        const bool name = token(span.begin).upper() && next < span.end && token(next).capital &&
                           lead->length == 1 && span.begin != next && isArticle(reader, span.begin);
         return name ? span : TokenSpan{next, span.end};
     }
@@ -169,7 +169,7 @@ private:
                  ++s) {
                 const Sense &sense = m_document.senses[s];
                 if (sense.meaning == Meaning::TitleTail && i + sense.length == span.end &&
-                    !(token(last).capital && isName(span, last)))
+                    !(token(last).upper() && isName(span, last)))
                     return {span.begin, i};
             }
         return span;

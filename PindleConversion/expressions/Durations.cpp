@@ -27,7 +27,7 @@ std::optional<Part> readHalf(const Reader &reader, std::uint32_t i) {
     const Sense *unit = reader.sense(j, Meaning::UnitWord);
     if (!unit || unitMinutes(static_cast<Unit>(unit->value)) != 60)
         return std::nullopt;
-    return Part{30, 0, j + unit->length, false};
+    return Part{half->value, 0, j + unit->length, false};
 }
 
 std::optional<Part> readPart(const Reader &reader, std::uint32_t i) {
@@ -36,9 +36,14 @@ std::optional<Part> readPart(const Reader &reader, std::uint32_t i) {
     if (!count)
         return std::nullopt;
     int tenths = 0;
-    if (reader.symbol(j, '.') && reader.glued(j) && reader.number(j + 1, 0, 9, 1)) {
+    if ((reader.symbol(j, '.') || reader.symbol(j, ',')) && reader.glued(j) && reader.glued(j + 1) &&
+        reader.number(j + 1, 0, 9, 1)) {
         tenths = static_cast<int>(reader.at(j + 1)->number);
         j += 2;
+    } else if (const Sense *half = reader.sense(j, Meaning::HalfBare); half && reader.glued(j)) {
+        // "一个半小时"
+        tenths = 5;
+        j += half->length;
     }
     Part part;
     part.hyphen = reader.symbol(j, '-');
