@@ -64,6 +64,10 @@ Document read(std::string_view text, std::string_view userZone) {
     return document;
 }
 
+bool isLink(const Document &document, TokenSpan span) {
+    return !span.empty() && document.tokens[span.begin].kind == TokenKind::Link;
+}
+
 } // namespace
 
 Reply convert(const Request &request) {
@@ -81,7 +85,8 @@ Reply convert(const Request &request) {
     }
     Reply reply;
     const TokenSpan place = findPlace(document, choice);
-    const TokenSpan title = findTitle(document, choice);
+    const TokenSpan named = findTitle(document, choice);
+    const TokenSpan title = named.empty() && !isLink(document, place) ? place : named;
     Draft draft;
     fillMoments(draft, choice, request.referenceTimezone);
     draft.location = spanText(document, place);

@@ -49,7 +49,7 @@ bool Chooser::endOnLaterDay() {
         return false;
     for (const Dated &dated : m_dates) {
         const std::uint32_t at = dated.mention->span.begin;
-        if (dated.date.first <= m_choice.start || dated.date.first > m_choice.start + kLongest ||
+        if (at < m_choice.dateSpan.end || dated.date.first <= m_choice.start || dated.date.first > m_choice.start + kLongest ||
             !tellsEnd(at))
             continue;
         const TimeMention *time = timeBeside(dated);

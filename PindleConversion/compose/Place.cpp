@@ -57,8 +57,11 @@ private:
         links(field);
         if (field.ignored || field.label == Label::Price || field.label == Label::Title)
             return;
+        bool quoted = false;
         for (std::uint32_t i = field.begin; i < field.end; ++i) {
-            if (token(i).used)
+            quoted = quoted != reader.symbol(i, '"');
+            // What stands in quotes is a name of something else.
+            if (token(i).used || quoted)
                 continue;
             if (const Sense *marker = reader.sense(i, Meaning::PlaceMarker))
                 marked(reader, i, *marker);
@@ -179,6 +182,10 @@ private:
                      (current.symbol == '/' && reader.glued(i)));
         if (i == begin)
             return false;
+        // Where words are not spaced, a space ends a name.
+        if (current.unspaced && current.spaceBefore && token(i - 1).unspaced &&
+            reader.has(i - 1, Meaning::PlaceNoun))
+            return true;
         const bool stopWord = reader.has(i, Meaning::PlaceStop) || reader.has(i, Meaning::Greeting);
         return stopWord && !(current.upper() && token(i - 1).capital);
     }
@@ -304,8 +311,9 @@ private:
             return true;
         if (current.kind == TokenKind::Symbol)
             return current.symbol == '#' || current.symbol == '&';
+        const bool joined = current.unspaced && !reader.has(i, Meaning::TitleLead);
         return current.kind == TokenKind::Word &&
-               (current.capital || reader.has(i, Meaning::PlaceNoun)) &&
+               (current.capital || joined || reader.has(i, Meaning::PlaceNoun)) &&
                !reader.has(i, Meaning::Event);
     }
 
@@ -393,17 +401,23 @@ private:
         constexpr int kMostWords = 7;
         const Field &field = m_document.fields[f];
         const bool refused =
-            reader.has(begin, Meaning::Person) || reader.has(begin, Meaning::PlaceMarker) ||
-            reader.has(begin, Meaning::Chatter) || reader.has(begin, Meaning::Greeting) ||
+            reader.has(begin, Meaning::Person) ||
+            (reader.has(begin, Meaning::PlaceMarker) && !token(begin).upper()) ||
+            reader.has(begin, Meaning::Chatter) ||
             (reader.has(begin, Meaning::PlaceStop) && !token(begin).upper()) ||
             token(begin).kind == TokenKind::Link;
         const Shape shape = shapeOf({begin, end});
-        if (refused || shape.words == 0 || shape.words > kMostWords || shape.event)
+        const bool greets = reader.has(begin, Meaning::Greeting) && !(shape.noun && shape.title);
+        if (refused || greets || shape.words == 0 || shape.words > kMostWords || shape.event)
             return end;
         const bool number = token(begin).kind == TokenKind::Number;
         const bool address = shape.street && (number || shape.title || shape.capital);
-        const bool kind = shape.noun && (shape.title || shape.words <= 4);
-        const bool sameLine = field.line == m_document.fields[m_anchorField].line;
+        const bool kind = shape.noun && (shape.title || shape.words <= 4 ||
+                                         reader.has(begin, Meaning::PlaceNoun));
+        const bool sameLine = field.line == m_document.fields[m_anchorField].line &&
+                              (field.cell || m_document.sameSentence(begin, m_choice.anchor()) ||
+                               (!m_choice.timeSpan.empty() &&
+                                m_document.sameSentence(begin, m_choice.timeSpan.begin)));
         const bool nextLine = field.line == m_momentLine + 1;
         const std::uint32_t whole = std::max(end, nameEnd(reader, begin));
         const Shape all = shapeOf({begin, whole});

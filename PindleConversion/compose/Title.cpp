@@ -319,6 +319,10 @@ private:
             score -= 40;
         if (trimmed.end - trimmed.begin == 1 && !contains(trimmed, Meaning::Event))
             score -= 6;
+        // "Webinar: Reading a Balance Sheet" is called by what follows.
+        if (trimmed.end - trimmed.begin <= 3 && trimmed.end < m_document.tokens.size() &&
+            token(trimmed.end).symbol == ':' && m_document.sameSentence(trimmed.begin, trimmed.end))
+            score -= 30;
         return score;
     }
 

@@ -258,11 +258,20 @@ std::optional<DateMention> readNumeric(const Reader &reader, std::uint32_t i) {
     if (three && reader.symbol(next, c) && reader.glued(next) &&
         reader.number(next + 1, 0, 9999, 4))
         return std::nullopt;
+    // Where years come first, "25/12/08" is 2025.
+    if (three && year->digits == 2 && reader.language(i).script != Script::Latin &&
+        reader.number(i + 2, 1, 12) && reader.number(i + 4, 1, 31))
+        return mention(i, next, static_cast<int>(reader.at(i + 2)->number),
+                       static_cast<int>(year->number), fullYear(*reader.at(i)));
     const int first = static_cast<int>(reader.at(i)->number);
     const int second = static_cast<int>(reader.at(i + 2)->number);
     if ((first > 12 || dotted || (bare && reader.language(i).dayOrder == DayOrder::DayFirst)) &&
         second > 12)
         return std::nullopt;
+    // Where the month comes first, the year does too: "25/12/08".
+    if (three && year->digits == 2 && reader.language(i).dayOrder == DayOrder::MonthFirst &&
+        first > 12 && reader.number(i + 2, 1, 12) && reader.number(i + 4, 1, 31))
+        return mention(i, next, second, static_cast<int>(year->number), 2000 + first);
     DateMention result = mention(i, next, second, first, three ? fullYear(*year) : 0);
     if (second > 12)
         result = mention(i, next, first, second, result.first.year);

@@ -51,7 +51,7 @@ bool readMinutes(const Reader &reader, std::uint32_t &i, ClockSpec &clock) {
     clock.minute = static_cast<int>(minutes->number);
     clock.minuteGiven = true;
     clock.sure = colon || hour;
-    i += 2;
+    i = hour ? reader.skip(i + 2, Meaning::MinuteMark) : i + 2;
     return true;
 }
 

@@ -35,7 +35,7 @@ Year readYear(const Reader &reader, std::uint32_t i) {
     if (era)
         return {era->value + year.value, year.next};
     constexpr int kCentury = 100;
-    constexpr int kFirstYear = 1900;
+    constexpr int kFirstYear = 1000;
     if (year.value < kCentury)
         return {2000 + year.value, year.next};
     return year.value < kFirstYear ? Year{0, i} : Year{year.value, year.next};
@@ -68,6 +68,8 @@ std::uint32_t readWeekday(const Reader &reader, std::uint32_t i, int &weekday) {
 /// The second day of a range in the same month: "5日〜7日".
 std::uint32_t readLastDay(const Reader &reader, std::uint32_t i, DateMention &date) {
     const Sense *to = reader.sense(i, Meaning::RangeTo);
+    if (!to)
+        to = reader.sense(i, Meaning::And);
     if (!to)
         return i;
     const Counted day = readCounted(reader, i + to->length, 31, 2, Meaning::DayMark);

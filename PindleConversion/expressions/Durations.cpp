@@ -65,6 +65,12 @@ std::optional<Part> readPart(const Reader &reader, std::uint32_t i) {
 
 /// "and a half", "30 min", "30" behind hours.
 void readRest(const Reader &reader, Part &part) {
+    if (const Sense *half = reader.sense(part.next, Meaning::MinutesBehind);
+        half && half->value > 0) {
+        part.minutes += half->value;
+        part.next += half->length;
+        return;
+    }
     std::uint32_t j = reader.skip(part.next, Meaning::And);
     const std::uint32_t half = reader.skip(j, Meaning::Number);
     if (j != part.next && reader.has(half, Meaning::HalfBare)) {

@@ -37,6 +37,11 @@ const Sense *unit(const Reader &reader, std::uint32_t i, Unit wanted) {
 
 /// A weekday word that is also an everyday word needs company.
 bool isCertainWeekday(const Reader &reader, std::uint32_t i, std::uint32_t next) {
+    // "so" is a Sunday in "So 14.6.", but hardly in "so gegen sechs".
+    constexpr std::uint32_t kShort = 2;
+    const Token &word = *reader.at(i);
+    if (word.end - word.begin <= kShort && !word.capital && !word.unspaced)
+        return reader.number(reader.skipSymbol(next, '.'), 1, 31);
     const bool announced = i > 0 && reader.has(i - 1, Meaning::DateMarker);
     const std::uint32_t time = reader.skip(next, Meaning::TimeMarker);
     const bool timed = reader.number(time, 0, 31) || reader.has(time, Meaning::ClockWord) ||

@@ -13,6 +13,10 @@ public:
         for (const Field &field : m_document.fields)
             if (!field.ignored)
                 scan(field);
+        if (m_found.dates.empty() && m_found.times.empty())
+            for (const Field &field : m_document.fields)
+                if (field.label == Label::Sender)
+                    scan(field);
         return std::move(m_found);
     }
 

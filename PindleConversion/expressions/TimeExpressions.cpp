@@ -149,6 +149,9 @@ std::optional<TimeMention> readTime(const Reader &reader, std::uint32_t i, bool 
         mention.start.sure = true;
         next = readStampZone(reader, next, mention);
     }
+    // "2 March 0820"
+    if (afterDate && start->literal && reader.at(i)->digits == 4)
+        mention.start.sure = true;
     const bool namesZone = !start->sure && reader.has(next, Meaning::ZoneAfterTime) &&
                         reader.at(next)->capital && !reader.glued(next);
     mention.start.sure = mention.start.sure || namesZone;
@@ -164,6 +167,11 @@ std::optional<TimeMention> readTime(const Reader &reader, std::uint32_t i, bool 
     // "10時から11時まで": the word behind the end belongs to the range.
     if (const Sense *until = mention.end ? reader.sense(zoned, Meaning::RoleBehind) : nullptr)
         zoned += until->length;
+    // "Sunday roast, mine, 1.30": only a time is written so at the end of a list.
+    const bool last = start->minuteGiven && !start->sure && start->hour <= 12 &&
+                      start->minute % 5 == 0 && i > 0 && reader.symbol(i - 1, ',') &&
+                      !reader.at(zoned);
+    mention.start.sure = mention.start.sure || last;
     const bool listed = mention.end && isListedRange(reader, i, zoned);
     if (lacksEnd(reader, i, mention) ||
         !isAccepted(reader, mention, zoned, marked, afterDate || listed))

@@ -161,11 +161,25 @@ private:
         }
         cells(begin, end);
         m_spoken = false;
+        if (introducesQuote(reader, begin))
+            ignoreLine();
         for (std::uint32_t i = begin; i < end; ++i)
             if (reader.has(i, Meaning::Wrote) && ignoresLine(reader, i)) {
                 ignoreLine();
                 break;
             }
+    }
+
+    /// "On 6 May 2026 at 9:15, Ada <ada@...>:" in any language.
+    static bool introducesQuote(const Reader &reader, std::uint32_t begin) {
+        constexpr std::uint32_t kReach = 4;
+        const std::uint32_t end = reader.end();
+        if (end < begin + kReach || !reader.symbol(end - 1, ':'))
+            return false;
+        for (std::uint32_t i = end - kReach; i < end; ++i)
+            if (reader.at(i)->kind == TokenKind::Mail)
+                return true;
+        return false;
     }
 
     bool ignoresLine(const Reader &reader, std::uint32_t i) const {
@@ -203,6 +217,7 @@ private:
         const Reader reader(m_document, end);
         const auto firstField = m_document.fields.size();
         const std::uint32_t lineBegin = begin;
+        std::uint32_t firstCellEnd = begin;
         std::vector<Label> header;
         bool allLabels = true;
         std::size_t column = 0;
@@ -217,6 +232,8 @@ private:
                 // "Where | Room 5": the first cell labels the second.
                 if (column == 1 && header.size() == 1 && header[0] != Label::None)
                     inherited = header[0];
+                if (column == 0)
+                    firstCellEnd = i;
                 allLabels = allLabels && own != Label::None;
                 if (header.size() < kMostColumns)
                     header.push_back(own);
@@ -226,8 +243,8 @@ private:
             begin = i += i < end && isDoubleSlash(reader, i) ? 2U : 1U;
         }
         const bool table = column > 1;
-        if (table && !allLabels && header[0] != Label::None && header[1] == Label::None &&
-            m_header.empty())
+        if (table && column == 2 && !allLabels && header[0] != Label::None &&
+            m_document.fields[firstField].end <= firstCellEnd)
             m_document.fields[firstField].ignored = true;
         if (isRule(lineBegin, end))
             ignoreHeaderAbove();
