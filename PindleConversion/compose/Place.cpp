@@ -10,8 +10,8 @@ namespace pindle::conversion {
 namespace {
 
 constexpr int kLeastScore = 20;
-constexpr int kAside = 35; ///< less for a place that something else happens at
-constexpr std::uint32_t kLongestName = 14; ///< tokens
+constexpr int kAside = 35;                  ///< less for a place that something else happens at
+constexpr std::uint32_t kLongestName = 14;  ///< tokens
 constexpr std::uint32_t kOnlineReach = 400; ///< tokens that are asked whether the event is online
 
 /// Hosts of meetings; a link to one is where the event is.
@@ -45,9 +45,7 @@ public:
 
 private:
     const Token &token(std::uint32_t i) const { return m_document.tokens[i]; }
-    std::uint32_t lineOf(std::uint32_t i) const {
-        return m_document.fields[token(i).field].line;
-    }
+    std::uint32_t lineOf(std::uint32_t i) const { return m_document.fields[token(i).field].line; }
 
     void consider(std::uint32_t f) {
         const Field &field = m_document.fields[f];
@@ -250,7 +248,8 @@ private:
         if (marker.value == 1 && i > 0 && token(i).word != 0 && isFrom(reader, i) && !shape.noun)
             return;
         if (marker.value == 1 && (named || shape.noun || shape.street))
-            offer({nounBefore(reader, i, begin), end}, 50 + (shape.noun || shape.street ? 8 : 0), i);
+            offer({nounBefore(reader, i, begin), end}, 50 + (shape.noun || shape.street ? 8 : 0),
+                  i);
         else if (marker.value == 1 && token(begin).possessive && shape.words <= 3)
             offer({begin, end}, 40, i);
         else if (marker.value == 1 && article && shape.words <= 4 && shape.words > 1)
@@ -264,11 +263,14 @@ private:
     }
 
     /// "kaplica na Wzgórzu": the kind of place that a marker goes on from, else `begin`.
-    std::uint32_t nounBefore(const Reader &reader, std::uint32_t marker, std::uint32_t begin) const {
-        constexpr std::uint32_t kReach = 3;
+    std::uint32_t nounBefore(const Reader &reader, std::uint32_t marker,
+                             std::uint32_t begin) const {
+        constexpr std::uint32_t kReach = 5;
         const std::uint32_t low = m_document.fields[token(marker).field].begin;
         for (std::uint32_t i = marker; i > low && marker - i < kReach; --i) {
             const Token &before = token(i - 1);
+            if (reader.symbol(i - 1, '.') && !before.used)
+                continue;
             if (before.used || before.kind != TokenKind::Word || before.unspaced ||
                 !m_document.sameSentence(i - 1, marker) || reader.has(i - 1, Meaning::PlaceStop) ||
                 reader.has(i - 1, Meaning::Event))
@@ -400,12 +402,14 @@ private:
                         std::uint32_t end) {
         constexpr int kMostWords = 7;
         const Field &field = m_document.fields[f];
-        const bool refused =
-            reader.has(begin, Meaning::Person) ||
-            (reader.has(begin, Meaning::PlaceMarker) && !token(begin).upper()) ||
-            reader.has(begin, Meaning::Chatter) ||
-            (reader.has(begin, Meaning::PlaceStop) && !token(begin).upper()) ||
-            token(begin).kind == TokenKind::Link;
+        const bool refused = reader.has(begin, Meaning::Person) ||
+                             (reader.has(begin, Meaning::PlaceMarker) && !token(begin).upper()) ||
+                             reader.has(begin, Meaning::Chatter) ||
+                             (reader.has(begin, Meaning::PlaceStop) && !token(begin).upper()) ||
+                             token(begin).kind == TokenKind::Link || reader.symbol(end, ':');
+        // Without spaces the name ends where the sentence goes on.
+        if (token(begin).unspaced)
+            end = std::clamp(nameEnd(reader, begin), begin + 1, end);
         const Shape shape = shapeOf({begin, end});
         const bool greets = reader.has(begin, Meaning::Greeting) && !(shape.noun && shape.title);
         if (refused || greets || shape.words == 0 || shape.words > kMostWords || shape.event)
@@ -425,8 +429,8 @@ private:
         // "23:59 AoE": one unknown word glued to a time is no place.
         const bool loose = begin > field.begin && token(begin - 1).used && shape.words == 1;
         // Without capitals only a line of its own is a name.
-        const bool named = shape.title && (!token(begin).unspaced ||
-                                           (begin == field.begin && end == field.end));
+        const bool named =
+            shape.title && (!token(begin).unspaced || (begin == field.begin && end == field.end));
         if (!known && (loose || !(named && (sameLine || nextLine || field.spoken))))
             return end;
         int score = known ? 34 : 22;

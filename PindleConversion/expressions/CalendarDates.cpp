@@ -217,6 +217,10 @@ bool isDatedBeside(const Reader &reader, std::uint32_t i) {
         return true;
     if (i > 0 && day && reader.has(i - 1, Meaning::Weekday))
         return true;
+    constexpr std::uint32_t kFirstOfRange = 4;
+    if (i >= kFirstOfRange && day && reader.has(i - 1, Meaning::RangeTo) &&
+        isDotted(reader, i - kFirstOfRange))
+        return true;
     const std::uint32_t next = reader.skipSymbol(i + 3, ',');
     const std::uint32_t name = reader.skipSymbol(next, '(');
     if (reader.has(name, Meaning::Weekday) ||
