@@ -49,6 +49,23 @@ void fillMoments(Draft &draft, const Choice &choice, std::string_view ownZone) {
         draft.endDate = formatDay(*last);
 }
 
+/// A clock change matters more than what else was assumed.
+void noteClockChange(Choice &choice, std::string_view ownZone) {
+    if (!choice.startMinute || choice.notice == Notice::WeekdayConflict)
+        return;
+    const std::string zone = choice.zone.empty() ? std::string(ownZone) : choice.zone;
+    switch (clockChangeAt(choice.start, *choice.startMinute, zone)) {
+    case ClockChange::Skipped:
+        choice.notice = Notice::ClockSkipped;
+        return;
+    case ClockChange::Repeated:
+        choice.notice = Notice::ClockRepeated;
+        return;
+    case ClockChange::None:
+        return;
+    }
+}
+
 Reply refuse(std::string error) {
     Reply reply;
     reply.error = std::move(error);
@@ -77,12 +94,13 @@ Reply convert(const Request &request) {
     Document document = read(request.text, request.referenceTimezone);
     const Reference reference = referenceOf(request, *today);
     const Expressions expressions = findExpressions(document);
-    const Choice choice = chooseEvent(document, expressions, reference);
+    Choice choice = chooseEvent(document, expressions, reference);
     if (!choice.found) {
         Reply reply = refuse(refusalText(document, choice.notice));
         reply.cleanText = std::move(document.text);
         return reply;
     }
+    noteClockChange(choice, request.referenceTimezone);
     Reply reply;
     const TokenSpan place = findPlace(document, choice);
     const TokenSpan named = findTitle(document, choice);
@@ -90,7 +108,7 @@ Reply convert(const Request &request) {
     Draft draft;
     fillMoments(draft, choice, request.referenceTimezone);
     draft.location = spanText(document, place);
-    draft.title = spanText(document, title);
+    draft.title = softened(spanText(document, title));
     draft.description = describe(document, title, place);
     addEvidence(reply, document, Fact::Title, title);
     addEvidence(reply, document, Fact::Location, place);

@@ -31,11 +31,11 @@ const TimeMention *Chooser::timeBeside(const Dated &dated) const {
     int nearest = kReach;
     for (const TimeMention &time : m_found.times) {
         const int away = gap(dated.mention->span, time.span);
-        const bool together =
-            m_document.sameSentence(time.span.begin, dated.mention->span.begin) ||
-            m_document.tokens[time.span.begin].field ==
-                m_document.tokens[dated.mention->span.begin].field;
-        if (together && away < nearest) {
+        const bool together = m_document.sameSentence(time.span.begin, dated.mention->span.begin) ||
+                              m_document.tokens[time.span.begin].field ==
+                                  m_document.tokens[dated.mention->span.begin].field;
+        const bool start = m_time >= 0 && &time == &m_found.times[static_cast<std::size_t>(m_time)];
+        if (together && !start && away < nearest) {
             nearest = away;
             best = &time;
         }
@@ -49,8 +49,8 @@ bool Chooser::endOnLaterDay() {
         return false;
     for (const Dated &dated : m_dates) {
         const std::uint32_t at = dated.mention->span.begin;
-        if (at < m_choice.dateSpan.end || dated.date.first <= m_choice.start || dated.date.first > m_choice.start + kLongest ||
-            !tellsEnd(at))
+        if (at < m_choice.dateSpan.end || dated.date.first <= m_choice.start ||
+            dated.date.first > m_choice.start + kLongest || !tellsEnd(at))
             continue;
         const TimeMention *time = timeBeside(dated);
         m_choice.last = dated.date.first;

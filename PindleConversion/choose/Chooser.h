@@ -111,6 +111,8 @@ private:
     Choice refuse(Notice why);
     void pickZone();
     void notice();
+    /// How many further days of the text have an event of their own.
+    int otherEvents() const;
     /// Another date that would have made as good an event.
     bool hasRival() const;
 

@@ -39,7 +39,8 @@ public:
 
     TokenSpan run() {
         for (std::uint32_t f = 0; f < m_document.fields.size(); ++f)
-            consider(f);
+            if (isInReach(f, m_anchorField))
+                consider(f);
         return m_score >= kLeastScore ? m_best : TokenSpan{};
     }
 
@@ -160,7 +161,9 @@ private:
                                 (shape.words > 0 && reader.has(i, Meaning::PlaceMarker));
             const bool inNumber = reader.glued(i) && i > span.begin;
             shape.noun = shape.noun || noun;
-            shape.street = shape.street || (reader.has(i, Meaning::StreetWord) && i > span.begin);
+            const Sense *street = reader.sense(i, Meaning::StreetWord);
+            shape.street = shape.street ||
+                           (street && (i > span.begin || (street->value == 1 && i + 1 < span.end)));
             shape.capital = shape.capital || token(i).capital;
             shape.title = shape.title && (token(i).capital || filler || inNumber);
             ++shape.words;
@@ -180,6 +183,10 @@ private:
                      (current.symbol == '/' && reader.glued(i)));
         if (i == begin)
             return false;
+        // "在信義威秀看電影": what happens there follows its name.
+        if (current.unspaced && reader.has(i, Meaning::Event) &&
+            !reader.has(i, Meaning::PlaceNoun) && !reader.has(i + 1, Meaning::PlaceNoun))
+            return true;
         // Where words are not spaced, a space ends a name.
         if (current.unspaced && current.spaceBefore && token(i - 1).unspaced &&
             reader.has(i - 1, Meaning::PlaceNoun))
@@ -221,7 +228,8 @@ private:
             return i;
         const bool number = token(i).kind == TokenKind::Number;
         const bool address = number && (shape.street || shape.capital || shape.words == 0);
-        const bool fits = address || shape.title || shape.noun;
+        const Sense *street = reader.sense(i, Meaning::StreetWord);
+        const bool fits = address || shape.title || shape.noun || (street && street->value == 1);
         return fits && shape.words <= 5 ? end : i;
     }
 
@@ -378,6 +386,12 @@ private:
         std::uint32_t begin = field.begin;
         const bool later = f > m_anchorField || (field.cell && f != 0);
         for (std::uint32_t i = field.begin; i <= field.end; ++i) {
+            const bool space = i < field.end && i > begin && token(i).unspaced &&
+                               token(i).spaceBefore && token(i - 1).unspaced;
+            if (space && !token(i).used && (later || begin > m_choice.anchor())) {
+                begin = std::max(piece(reader, f, begin, i), i);
+                continue;
+            }
             const bool mark = i == field.end || token(i).used || isBreak(reader, i);
             if (!mark)
                 continue;
@@ -423,7 +437,8 @@ private:
                                (!m_choice.timeSpan.empty() &&
                                 m_document.sameSentence(begin, m_choice.timeSpan.begin)));
         const bool nextLine = field.line == m_momentLine + 1;
-        const std::uint32_t whole = std::max(end, nameEnd(reader, begin));
+        const std::uint32_t whole =
+            token(begin).unspaced ? end : std::max(end, nameEnd(reader, begin));
         const Shape all = shapeOf({begin, whole});
         const bool known = address || kind || (shape.title && (all.noun || all.street));
         // "23:59 AoE": one unknown word glued to a time is no place.

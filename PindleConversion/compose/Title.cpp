@@ -22,8 +22,10 @@ public:
         , m_choice(choice) {}
 
     TokenSpan run() {
+        const std::uint32_t anchorField = token(m_choice.anchor()).field;
         for (std::uint32_t f = 0; f < m_document.fields.size(); ++f)
-            consider(f);
+            if (isInReach(f, anchorField))
+                consider(f);
         return m_best;
     }
 
@@ -37,8 +39,19 @@ private:
         const auto runs = runsOf(m_document, field);
         for (const Run &run : runs)
             offerRun(field, run, runs.size() == 1 && !run.afterUsed && !run.beforeUsed);
-        if (!field.labelWords.empty() && field.label != Label::Title)
+        offerLabel(field);
+    }
+
+    /// "Check-in: ..." may be all that the event is called.
+    void offerLabel(const Field &field) {
+        const bool names = field.label == Label::Start || field.label == Label::Deadline;
+        if (field.labelWords.empty() || !names || !contains(field.labelWords, Meaning::Event))
             return;
+        constexpr int kWeak = 42;
+        if (kWeak > m_score) {
+            m_score = kWeak;
+            m_best = field.labelWords;
+        }
     }
 
     void offerRun(const Field &field, const Run &run, bool alone) {
@@ -130,6 +143,8 @@ private:
         if (!lead || namesEvent(reader, span.begin, *lead))
             return span;
         const std::uint32_t next = span.begin + lead->length;
+        if (startsLongerWord(span, next))
+            return span;
         // "Invitation: ..." loses its prefix, "Invitation design" keeps its first word.
         if (lead->value == 1 && !reader.symbol(next, ':') && !reader.symbol(next, '-') &&
             !reader.symbol(next, '!') && !reader.symbol(next, ']') && next != span.end)
@@ -140,6 +155,15 @@ private:
         const bool name = token(span.begin).upper() && next < span.end && token(next).capital &&
                           lead->length == 1 && span.begin != next && isArticle(reader, span.begin);
         return name ? span : TokenSpan{next, span.end};
+    }
+
+    /// A sign before letters that no lexicon knows is the first of a longer word.
+    bool startsLongerWord(TokenSpan span, std::uint32_t next) const {
+        constexpr std::uint32_t kOneSign = 3; ///< bytes
+        const Token &first = token(span.begin);
+        return first.unspaced && first.end - first.begin <= kOneSign && next < span.end &&
+               next == span.begin + 1 && token(next).unspaced && !token(next).spaceBefore &&
+               token(next).word == 0;
     }
 
     /// "On call", "Book fair": the filler's word belongs to a kind of event.
@@ -238,6 +262,13 @@ private:
         return false;
     }
 
+    /// "ul. Krótka 5": a kind of street, a name and a number.
+    bool isAddress(TokenSpan span) const {
+        const Reader reader(m_document, span.end);
+        const Sense *street = reader.sense(span.begin, Meaning::StreetWord);
+        return street && street->value == 1 && token(span.end - 1).kind == TokenKind::Number;
+    }
+
     bool hasMoney(TokenSpan span) const {
         for (std::uint32_t i = span.begin; i < span.end; ++i) {
             const char32_t c = token(i).symbol;
@@ -312,6 +343,8 @@ private:
             score -= 25;
         if (hasMoney(trimmed))
             score -= 30;
+        if (isAddress(trimmed))
+            score -= 24;
         if (contains(trimmed, Meaning::PastVerb))
             score -= 8;
         const Sense *role = reader.sense(trimmed.begin, Meaning::RoleWord);

@@ -279,7 +279,9 @@ std::optional<DateMention> readNumeric(const Reader &reader, std::uint32_t i) {
     DateMention result = mention(i, next, second, first, three ? fullYear(*year) : 0);
     if (second > 12)
         result = mention(i, next, first, second, result.first.year);
-    const bool settled = dotted || (bare && reader.language(i).dayOrder == DayOrder::DayFirst);
+    const bool habit = c == '.' && reader.language(i).dottedDates;
+    const bool settled = dotted || (habit && reader.language(i).dayOrder == DayOrder::DayFirst) ||
+                         (bare && reader.language(i).dayOrder == DayOrder::DayFirst);
     result.first.eitherOrder = first <= 12 && second <= 12 && !settled;
     result.first.order = reader.language(i).dayOrder;
     result.weak = !three;

@@ -74,7 +74,8 @@ bool spoiled(const Reader &reader, std::uint32_t begin, std::uint32_t next) {
         if (before.kind == TokenKind::Symbol &&
             (before.symbol == '$' || before.symbol == U'€' || before.symbol == U'£' ||
              before.symbol == U'¥' || before.symbol == '#' || (close && before.symbol == '.') ||
-             (close && before.symbol == ':')))
+             (close && before.symbol == ':' && begin > 1 &&
+              reader.document().tokens[begin - 2].kind == TokenKind::Number)))
             return true;
         if (before.unspaced)
             return false;

@@ -36,8 +36,8 @@ std::optional<Part> readPart(const Reader &reader, std::uint32_t i) {
     if (!count)
         return std::nullopt;
     int tenths = 0;
-    if ((reader.symbol(j, '.') || reader.symbol(j, ',')) && reader.glued(j) && reader.glued(j + 1) &&
-        reader.number(j + 1, 0, 9, 1)) {
+    if ((reader.symbol(j, '.') || reader.symbol(j, ',')) && reader.glued(j) &&
+        reader.glued(j + 1) && reader.number(j + 1, 0, 9, 1)) {
         tenths = static_cast<int>(reader.at(j + 1)->number);
         j += 2;
     } else if (const Sense *half = reader.sense(j, Meaning::HalfBare); half && reader.glued(j)) {

@@ -408,6 +408,9 @@ std::optional<DateMention> readLedDay(const Reader &reader, std::uint32_t i) {
     if (lead->value == 1 && !ordinal)
         return std::nullopt;
     next += ordinal ? 1 : 0;
+    // "do 13.04" goes on.
+    if (ordinal && reader.glued(next) && reader.number(next, 0, 9999, 4))
+        return std::nullopt;
     const bool time =
         reader.symbol(next, ':') || reader.has(next, Meaning::HourMark) ||
         (reader.symbol(next, '.') && reader.glued(next) && reader.number(next + 1, 0, 59));

@@ -35,6 +35,8 @@ private:
 
     /// Reads what starts at `i` and returns the token to go on with.
     std::uint32_t step(const Reader &reader, std::uint32_t i, const Field &field) {
+        if (isPlain(reader, i))
+            return i + 1;
         if (const Sense *greeting = reader.sense(i, Meaning::Greeting);
             greeting && greeting->length > 1)
             return i + greeting->length;
@@ -63,6 +65,12 @@ private:
             return i + part->length;
         }
         return marker(reader, i);
+    }
+
+    /// A word without a meaning starts nothing, unless it is the area of a zone's identifier or
+    /// the letter of a time stamp.
+    static bool isPlain(const Reader &reader, std::uint32_t i) {
+        return reader.word(i) && reader.at(i)->senses == 0 && !reader.symbol(i + 1, '/');
     }
 
     std::uint32_t takeDate(const Reader &reader, const DateMention &date) {

@@ -153,7 +153,7 @@ std::optional<TimeMention> readTime(const Reader &reader, std::uint32_t i, bool 
     if (afterDate && start->literal && reader.at(i)->digits == 4)
         mention.start.sure = true;
     const bool namesZone = !start->sure && reader.has(next, Meaning::ZoneAfterTime) &&
-                        reader.at(next)->capital && !reader.glued(next);
+                           reader.at(next)->capital && !reader.glued(next);
     mention.start.sure = mention.start.sure || namesZone;
     const bool sure = mention.start.sure || marked || afterDate || stamp;
     std::uint32_t zoned = sure ? readZone(reader, next, true, mention) : next;

@@ -67,7 +67,7 @@ Written calendar(const DateSpec &spec, const Reference &reference, Day from) {
     }
     const bool swapped = spec.order == DayOrder::MonthFirst ||
                          (spec.order == DayOrder::ByZone && reference.monthFirst);
-    return {swapped ? monthFirst : dayFirst, m != d};
+    return {swapped ? monthFirst : dayFirst, m != d && spec.order == DayOrder::ByZone};
 }
 
 Day weekdayFrom(const DateSpec &spec, Day today) {

@@ -1,6 +1,7 @@
 #include "PindleConversion/tokens/Annotate.h"
 
 #include <algorithm>
+#include <array>
 #include <string>
 #include <vector>
 
@@ -131,6 +132,28 @@ private:
     }
 
     void lookUpWord(Token &token, std::string_view text) {
+        if (!foldPlain(text, token))
+            return lookUpLetters(token, text);
+    }
+
+    /// The common case: a word of unaccented letters. Folds and hashes at once.
+    static bool foldPlain(std::string_view text, Token &token) {
+        std::array<char, kLongestWord> folded;
+        std::uint32_t hash = kHashStart;
+        for (std::size_t i = 0; i < text.size(); ++i) {
+            char c = text[i];
+            if (c >= 'A' && c <= 'Z')
+                c = static_cast<char>(c + ('a' - 'A'));
+            else if (c < 'a' || c > 'z')
+                return false;
+            folded[i] = c;
+            hash = hashByte(hash, c);
+        }
+        token.word = findWord({folded.data(), text.size()}, hash);
+        return true;
+    }
+
+    void lookUpLetters(Token &token, std::string_view text) {
         foldWord(text, m_folded);
         token.word = findWord(m_folded);
         if (token.word != 0 || m_folded.size() <= 2 || !m_folded.ends_with("'s"))
@@ -193,6 +216,8 @@ private:
             if (token.kind == TokenKind::Word && !token.unspaced)
                 noteTail(token, language);
             token.senses = static_cast<std::uint16_t>(m_document.senses.size() - token.firstSense);
+            for (std::size_t s = token.firstSense; s < m_document.senses.size(); ++s)
+                token.meanings.add(m_document.senses[s].meaning);
         }
     }
 

@@ -39,7 +39,7 @@ void LanguageScores::addScript(Script script) {
 }
 
 void LanguageScores::add(const LanguageScores &other) {
-    for (std::size_t i = 0; i < m_scores.size(); ++i)
+    for (std::size_t i = 0; i < kTables.languages.size(); ++i)
         m_scores[i] += other.m_scores[i];
 }
 

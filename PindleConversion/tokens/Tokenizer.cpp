@@ -86,6 +86,10 @@ bool isAsciiAlnum(char c) {
            (c >= 'A' && c <= 'Z');
 }
 
+bool isAsciiLetter(char c) {
+    return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
+}
+
 bool isMailByte(char c) {
     return isAsciiAlnum(c) || c == '.' || c == '_' || c == '+' || c == '-';
 }
@@ -240,6 +244,10 @@ private:
         }();
         std::uint32_t end = m_at;
         while (end < m_text.size()) {
+            if (isAsciiLetter(m_text[end])) {
+                ++end;
+                continue;
+            }
             Point point = pointAt(m_text, end);
             if (isApostrophe(point.c) && end > m_at && point.end < m_text.size()) {
                 if (elides(point.end)) {
