@@ -422,7 +422,7 @@ private:
                              (reader.has(begin, Meaning::PlaceStop) && !token(begin).upper()) ||
                              token(begin).kind == TokenKind::Link || reader.symbol(end, ':');
         // Without spaces the name ends where the sentence goes on.
-        if (token(begin).unspaced)
+        if (token(begin).unspaced && !reader.has(end - 1, Meaning::PlaceNoun))
             end = std::clamp(nameEnd(reader, begin), begin + 1, end);
         const Shape shape = shapeOf({begin, end});
         const bool greets = reader.has(begin, Meaning::Greeting) && !(shape.noun && shape.title);
