@@ -34,7 +34,8 @@ const TimeMention *Chooser::timeBeside(const Dated &dated) const {
         const bool together = m_document.sameSentence(time.span.begin, dated.mention->span.begin) ||
                               m_document.tokens[time.span.begin].field ==
                                   m_document.tokens[dated.mention->span.begin].field;
-        if (together && away < nearest) {
+        const bool start = m_time >= 0 && &time == &m_found.times[static_cast<std::size_t>(m_time)];
+        if (together && !start && away < nearest) {
             nearest = away;
             best = &time;
         }

@@ -25,6 +25,8 @@ public:
     bool speaksOfPast(std::uint32_t token) const;
 
 private:
+    /// "moved from Tuesday to Thursday": a date at `token`, another one since `from`.
+    bool isSecondDate(std::uint32_t from, std::uint32_t token) const;
     /// Nothing but the expression at `token` stands between it and the role word.
     bool standsBehind(std::uint32_t role, std::uint32_t token) const;
     /// A comma, dash or another date or time ends what a role word says.

@@ -21,9 +21,21 @@ Role Surroundings::roleOf(std::uint32_t token) const {
         if (mention.token >= token || mention.behind)
             continue;
         if (m_document.sameSentence(mention.token, token) && !cutOff(mention.token, token))
-            role = mention.role;
+            role = mention.role == Role::MovedFrom && isSecondDate(mention.token, token)
+                       ? Role::MovedTo
+                       : mention.role;
     }
     return role;
+}
+
+bool Surroundings::isSecondDate(std::uint32_t from, std::uint32_t token) const {
+    bool first = false;
+    bool second = false;
+    for (const DateMention &date : m_found.dates) {
+        first = first || (date.span.begin > from && date.span.end <= token);
+        second = second || date.span.begin == token;
+    }
+    return first && second;
 }
 
 bool Surroundings::standsBehind(std::uint32_t role, std::uint32_t token) const {

@@ -89,7 +89,7 @@ private:
         const Reader reader(m_document, span.end);
         while (!span.empty() &&
                (isEdgeMark(token(span.end - 1)) ||
-                (reader.has(span.end - 1, Meaning::PlaceStop) && !token(span.end - 1).capital)))
+                (reader.has(span.end - 1, Meaning::PlaceStop) && !token(span.end - 1).upper())))
             --span.end;
         while (!span.empty() && isEdgeMark(token(span.begin)))
             ++span.begin;
@@ -214,6 +214,10 @@ private:
                      ((current.symbol == '/' || current.symbol == '+') && reader.glued(i)));
         if (i == begin)
             return false;
+        // "在信義威秀看電影": what happens there follows its name.
+        if (current.unspaced && reader.has(i, Meaning::Event) &&
+            !reader.has(i, Meaning::PlaceNoun) && !reader.has(i + 1, Meaning::PlaceNoun))
+            return true;
         // Where words are not spaced, a space ends a name.
         if (current.unspaced && current.spaceBefore && token(i - 1).unspaced &&
             reader.has(i - 1, Meaning::PlaceNoun))
@@ -285,6 +289,8 @@ private:
         const std::uint32_t end = nameEnd(reader, begin);
         if (end == begin)
             return;
+        if (token(begin).kind == TokenKind::Number && reader.has(begin + 1, Meaning::UnitWord))
+            return;
         if (offerWholeLine(reader, i, end))
             return;
         const Shape shape = shapeOf({begin, end});
@@ -299,7 +305,8 @@ private:
             return;
         const bool known = shape.noun || shape.street;
         if (marker.value == 1 && (named || known))
-            offer({begin, end}, known ? 58 - headingPenalty(i) : 50 - 2 * headingPenalty(i), i);
+            offer({nounBefore(reader, i, begin), end},
+                  known ? 58 - headingPenalty(i) : 50 - 2 * headingPenalty(i), i);
         else if (marker.value == 1 && token(begin).possessive && shape.words <= 3)
             offer({begin, end}, 40, i);
         else if (marker.value == 1 && determined && shape.words <= 4 && shape.words > 1)
@@ -308,8 +315,8 @@ private:
                  token(i - 1).used && reader.has(i, Meaning::In))
             offer({begin, end}, 24, i);
         else if (marker.value == 0 && isWeakPlace(reader, i, marker, shape))
-            offer({begin, end}, (known ? 38 : 24) - headingPenalty(i) + addressBonus({begin, end}),
-                  i);
+            offer({nounBefore(reader, i, begin), end},
+                  (known ? 38 : 24) - headingPenalty(i) + addressBonus({begin, end}), i);
     }
 
     /// The kind of place that starts the name before token `i`, or `i`.
@@ -348,6 +355,24 @@ private:
             return false;
         offer({field.begin, end}, 54, marker);
         return true;
+    }
+    /// "kaplica na Wzgórzu": the kind of place that a marker goes on from, else `begin`.
+    std::uint32_t nounBefore(const Reader &reader, std::uint32_t marker,
+                             std::uint32_t begin) const {
+        constexpr std::uint32_t kReach = 5;
+        const std::uint32_t low = m_document.fields[token(marker).field].begin;
+        for (std::uint32_t i = marker; i > low && marker - i < kReach; --i) {
+            const Token &before = token(i - 1);
+            if (reader.symbol(i - 1, '.') && !before.used)
+                continue;
+            if (before.used || before.kind != TokenKind::Word || before.unspaced ||
+                !m_document.sameSentence(i - 1, marker) || reader.has(i - 1, Meaning::PlaceStop) ||
+                reader.has(i - 1, Meaning::Event))
+                return begin;
+            if (reader.has(i - 1, Meaning::PlaceNoun))
+                return i - 1;
+        }
+        return begin;
     }
 
     /// "Astronomy in the Park" above the date is a name.
@@ -483,8 +508,12 @@ private:
         std::uint32_t begin = field.begin;
         const bool later = f > m_anchorField || (field.cell && f != 0);
         for (std::uint32_t i = field.begin; i <= field.end; ++i) {
-            const bool spaced = i < field.end && i > begin && startsUnspaced(reader, i);
-            const bool mark = i == field.end || token(i).used || isBreak(reader, i) || spaced;
+            const bool space = i < field.end && i > begin && startsUnspaced(reader, i);
+            if (space && !token(i).used && (later || begin > m_choice.anchor())) {
+                begin = std::max(piece(reader, f, begin, i), i);
+                continue;
+            }
+            const bool mark = i == field.end || token(i).used || isBreak(reader, i) || space;
             if (!mark)
                 continue;
             if (i > begin && (later || begin > m_choice.anchor()))
@@ -520,10 +549,14 @@ private:
         constexpr int kMostWords = 7;
         const Field &field = m_document.fields[f];
         const bool refused = reader.has(begin, Meaning::Person) ||
-                             (reader.has(begin, Meaning::PlaceMarker) && !token(begin).capital) ||
+                             (reader.has(begin, Meaning::PlaceMarker) && !token(begin).upper()) ||
                              reader.has(begin, Meaning::Chatter) ||
-                             (reader.has(begin, Meaning::PlaceStop) && !token(begin).capital) ||
-                             token(begin).kind == TokenKind::Link || isSeat(reader, begin);
+                             (reader.has(begin, Meaning::PlaceStop) && !token(begin).upper()) ||
+                             token(begin).kind == TokenKind::Link || isSeat(reader, begin) ||
+                             reader.symbol(end, ':');
+        // Without spaces the name ends where the sentence goes on.
+        if (token(begin).unspaced && !reader.has(end - 1, Meaning::PlaceNoun))
+            end = std::clamp(nameEnd(reader, begin), begin + 1, end);
         const Shape shape = shapeOf({begin, end});
         const bool greets = reader.has(begin, Meaning::Greeting) && !(shape.noun && shape.title);
         // "place du Marché" is no market.
@@ -543,12 +576,16 @@ private:
                                (!m_choice.timeSpan.empty() &&
                                 m_document.sameSentence(begin, m_choice.timeSpan.begin)));
         const bool nextLine = field.line == m_momentLine + 1;
-        const std::uint32_t whole = std::max(end, nameEnd(reader, begin));
+        const std::uint32_t whole =
+            token(begin).unspaced ? end : std::max(end, nameEnd(reader, begin));
         const Shape all = shapeOf({begin, whole});
         const bool known = address || kind || (shape.title && (all.noun || all.street));
         // "23:59 AoE": one unknown word glued to a time is no place.
         const bool loose = begin > field.begin && token(begin - 1).used && shape.words == 1;
-        if (!known && (loose || !(shape.title && (sameLine || nextLine || field.spoken))))
+        // Without capitals only a line of its own is a name.
+        const bool named =
+            shape.title && (!token(begin).unspaced || (begin == field.begin && end == field.end));
+        if (!known && (loose || !(named && (sameLine || nextLine || field.spoken))))
             return end;
         int score = known ? 34 : 22;
         if (!sameLine && !nextLine && !(field.spoken && end == field.end))

@@ -174,6 +174,8 @@ private:
         if (!lead || namesEvent(reader, span.begin, *lead))
             return span;
         const std::uint32_t next = span.begin + lead->length;
+        if (startsLongerWord(span, next))
+            return span;
         // "Invitation: ..." loses its prefix, "Invitation design" keeps its first word.
         if (lead->value == 1 && !reader.symbol(next, ':') && !reader.symbol(next, '-') &&
             !reader.symbol(next, '!') && !reader.symbol(next, ']') &&
@@ -182,7 +184,7 @@ private:
         // "Book festival", "Call the bank": only "book a table" loses its verb.
         if (lead->value == 3 && !reader.has(next, Meaning::Number))
             return span;
-        const bool name = token(span.begin).capital && next < span.end && token(next).capital &&
+        const bool name = token(span.begin).upper() && next < span.end && token(next).capital &&
                           lead->length == 1 && span.begin != next && isArticle(reader, span.begin);
         return name ? span : TokenSpan{next, span.end};
     }
@@ -191,6 +193,15 @@ private:
     bool isKindAlone(TokenSpan span) const {
         return contains(span, Meaning::Event) && span.end < m_document.tokens.size() &&
                token(span.end).symbol != ':' && token(span.end).symbol != '-';
+    }
+
+    /// A sign before letters that no lexicon knows is the first of a longer word.
+    bool startsLongerWord(TokenSpan span, std::uint32_t next) const {
+        constexpr std::uint32_t kOneSign = 3; ///< bytes
+        const Token &first = token(span.begin);
+        return first.unspaced && first.end - first.begin <= kOneSign && next < span.end &&
+               next == span.begin + 1 && token(next).unspaced && !token(next).spaceBefore &&
+               token(next).word == 0;
     }
 
     /// "On call", "Book fair": the filler's word belongs to a kind of event.
@@ -220,7 +231,7 @@ private:
                  ++s) {
                 const Sense &sense = m_document.senses[s];
                 if (sense.meaning == Meaning::TitleTail && i + sense.length == span.end &&
-                    !(token(last).capital && isName(span, last)))
+                    !(token(last).upper() && isName(span, last)))
                     return {span.begin, i};
             }
         return span;
@@ -310,6 +321,13 @@ private:
         return numbers > 1;
     }
 
+    /// "ul. Krótka 5": a kind of street, a name and a number.
+    bool isAddress(TokenSpan span) const {
+        const Reader reader(m_document, span.end);
+        const Sense *street = reader.sense(span.begin, Meaning::StreetWord);
+        return street && street->value == 1 && token(span.end - 1).kind == TokenKind::Number;
+    }
+
     bool hasMoney(TokenSpan span) const {
         for (std::uint32_t i = span.begin; i < span.end; ++i) {
             const char32_t c = token(i).symbol;
@@ -391,6 +409,8 @@ private:
             score -= 30;
         if (isCode(trimmed))
             score -= 60;
+        if (isAddress(trimmed))
+            score -= 24;
         if (contains(trimmed, Meaning::PastVerb))
             score -= 8;
         const Sense *role = reader.sense(trimmed.begin, Meaning::RoleWord);

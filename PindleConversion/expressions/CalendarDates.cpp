@@ -56,13 +56,20 @@ std::uint32_t readYear(const Reader &reader, std::uint32_t i, int &year) {
     const std::uint32_t j = reader.skip(reader.skipSymbol(i, ','), Meaning::Of);
     if (isYear(reader, j) || isOldYear(reader, j)) {
         year = static_cast<int>(reader.at(j)->number);
-        return j + 1;
+        return reader.skip(j + 1, Meaning::YearMark);
     }
     if (const Sense *words = reader.sense(j, Meaning::Number);
         words && words->value >= static_cast<int>(kFirstYear)) {
         year = words->value;
-        return j + words->length;
+        return reader.skip(j + words->length, Meaning::YearMark);
     }
+    if (const Sense *words = reader.sense(j, Meaning::YearWord)) {
+        year = words->value;
+        return reader.skip(j + words->length, Meaning::YearMark);
+    }
+    const Sense *thisYear = reader.sense(i, Meaning::YearMark);
+    if (thisYear && thisYear->value == 1)
+        return i + thisYear->length;
     const Token *digits = reader.at(j + 1);
     if (reader.symbol(j, '\'') && digits && digits->digits == 2 && reader.glued(j + 1)) {
         year = 2000 + static_cast<int>(digits->number);
@@ -253,6 +260,39 @@ bool isHyphenDay(const Reader &reader, std::uint32_t i) {
     return clock && (clock->minuteGiven || clock->sure);
 }
 
+bool isDotted(const Reader &reader, std::uint32_t i) {
+    return reader.number(i, 1, 31) && reader.symbol(i + 1, '.') && reader.glued(i + 1) &&
+           reader.number(i + 2, 1, 31) && reader.glued(i + 2);
+}
+
+/// "6.3" may be anything, but a weekday or a time beside it, or another such number behind
+/// "to", tells a date.
+bool isDatedBeside(const Reader &reader, std::uint32_t i) {
+    constexpr std::uint32_t kLastHour = 24;
+    const bool day = reader.number(i, kLastHour + 1, 31) || reader.number(i + 2, kLastHour + 1, 31);
+    if (i > 0 && reader.has(i - 1, Meaning::DateMarker) && !reader.has(i - 1, Meaning::TimeMarker))
+        return true;
+    if (i > 0 && day && reader.has(i - 1, Meaning::Weekday))
+        return true;
+    constexpr std::uint32_t kFirstOfRange = 4;
+    if (i >= kFirstOfRange && day && reader.has(i - 1, Meaning::RangeTo) &&
+        isDotted(reader, i - kFirstOfRange))
+        return true;
+    const std::uint32_t next = reader.skipSymbol(i + 3, ',');
+    const std::uint32_t name = reader.skipSymbol(next, '(');
+    if (reader.has(name, Meaning::Weekday) ||
+        (name != next && reader.has(name, Meaning::WeakWeekday)))
+        return true;
+    if (const Sense *to = reader.sense(next, Meaning::RangeTo);
+        to && isDotted(reader, next + to->length))
+        return day || reader.number(next + to->length, kLastHour + 1, 31);
+    const std::uint32_t time = reader.skip(next, Meaning::PartOfDay);
+    const std::uint32_t clock = reader.skip(time, Meaning::TimeMarker);
+    if (!reader.number(clock, 0, kLastHour))
+        return false;
+    return clock != next || reader.symbol(clock + 1, ':');
+}
+
 /// "5/6", "5/6/26", "15.11.2026", "11-15-25".
 std::optional<DateMention> readNumeric(const Reader &reader, std::uint32_t i) {
     const Token *separator = reader.at(i + 1);
@@ -269,7 +309,11 @@ std::optional<DateMention> readNumeric(const Reader &reader, std::uint32_t i) {
     const bool dotted = !three && c == '.' && reader.symbol(i + 3, '.') && reader.glued(i + 3) &&
                         (reader.at(i + 2)->digits == 2 || reader.language(i).dottedDates) &&
                         !(reader.glued(i + 4) && reader.number(i + 4, 0, 9999, 4));
-    if (!three && !dotted && !isHyphenDay(reader, i) && (c != '/' || reader.symbol(i + 3, '/')))
+    const bool bare = !three && !dotted && c == '.' && reader.language(i).dottedDates &&
+                      !(reader.symbol(i + 3, '.') && reader.glued(i + 3)) &&
+                      isDatedBeside(reader, i);
+    if (!three && !dotted && !bare && !isHyphenDay(reader, i) &&
+        (c != '/' || reader.symbol(i + 3, '/')))
         return std::nullopt;
     // A longer chain of numbers is a version, an address or a telephone number.
     const std::uint32_t next = i + (three ? 5U : dotted ? 4U : 3U);
@@ -283,12 +327,20 @@ std::optional<DateMention> readNumeric(const Reader &reader, std::uint32_t i) {
                        static_cast<int>(year->number), fullYear(*reader.at(i)));
     const int first = static_cast<int>(reader.at(i)->number);
     const int second = static_cast<int>(reader.at(i + 2)->number);
-    if ((first > 12 || dotted) && second > 12)
+    if ((first > 12 || dotted || (bare && reader.language(i).dayOrder == DayOrder::DayFirst)) &&
+        second > 12)
         return std::nullopt;
+    // Where the month comes first, the year does too: "25/12/08".
+    if (three && year->digits == 2 && reader.language(i).dayOrder == DayOrder::MonthFirst &&
+        first > 12 && reader.number(i + 2, 1, 12) && reader.number(i + 4, 1, 31))
+        return mention(i, next, second, static_cast<int>(year->number), 2000 + first);
     DateMention result = mention(i, next, second, first, three ? fullYear(*year) : 0);
     if (second > 12)
         result = mention(i, next, first, second, result.first.year);
-    result.first.eitherOrder = first <= 12 && second <= 12 && !dotted;
+    const bool habit = c == '.' && reader.language(i).dottedDates;
+    const bool settled = dotted || (habit && reader.language(i).dayOrder == DayOrder::DayFirst) ||
+                         (bare && reader.language(i).dayOrder == DayOrder::DayFirst);
+    result.first.eitherOrder = first <= 12 && second <= 12 && !settled;
     result.first.order = reader.language(i).dayOrder;
     result.weak = !three;
     return result;

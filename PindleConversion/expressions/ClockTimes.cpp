@@ -51,9 +51,7 @@ bool readMinutes(const Reader &reader, std::uint32_t &i, ClockSpec &clock) {
     clock.minute = static_cast<int>(minutes->number);
     clock.minuteGiven = true;
     clock.sure = colon || hour;
-    i += 2;
-    if (hour)
-        i = reader.skip(i, Meaning::MinuteMark);
+    i = hour ? reader.skip(i + 2, Meaning::MinuteMark) : i + 2;
     return true;
 }
 
@@ -76,7 +74,8 @@ bool spoiled(const Reader &reader, std::uint32_t begin, std::uint32_t next) {
         if (before.kind == TokenKind::Symbol &&
             (before.symbol == '$' || before.symbol == U'€' || before.symbol == U'£' ||
              before.symbol == U'¥' || before.symbol == '#' || (close && before.symbol == '.') ||
-             (close && before.symbol == ':')))
+             (close && before.symbol == ':' && begin > 1 &&
+              reader.document().tokens[begin - 2].kind == TokenKind::Number)))
             return true;
         if (before.unspaced)
             return false;

@@ -19,8 +19,12 @@ struct Named {
 Named readName(const Reader &reader, std::uint32_t i) {
     if (const Sense *sense = reader.sense(i, Meaning::Weekday))
         return {sense->value, i + sense->length};
-    if (const Sense *sense = reader.sense(i, Meaning::WeakWeekday))
-        return {sense->value, i + sense->length};
+    // In unspaced scripts a lone sign is a weekday only in brackets.
+    const bool lone = reader.at(i) && reader.at(i)->unspaced &&
+                      !(i > 0 && (reader.symbol(i - 1, '(') || reader.symbol(i - 1, '[')));
+    const Sense *weak = lone ? nullptr : reader.sense(i, Meaning::WeakWeekday);
+    if (weak)
+        return {weak->value, i + weak->length};
     return {};
 }
 
@@ -80,7 +84,7 @@ std::optional<DateMention> readNamedDate(const Reader &reader, std::uint32_t i) 
     const std::uint32_t core = reader.skip(on, Meaning::The);
     std::optional<DateMention> date = readCalendarDate(reader, core);
     if (!date)
-        date = readDayBehindName(reader, on);
+        date = readDayBehindName(reader, reader.has(j, Meaning::TimeMarker) ? j : on);
     if (!date)
         return std::nullopt;
     date->span.begin = i;

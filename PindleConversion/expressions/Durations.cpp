@@ -27,7 +27,7 @@ std::optional<Part> readHalf(const Reader &reader, std::uint32_t i) {
     const Sense *unit = reader.sense(j, Meaning::UnitWord);
     if (!unit || unitMinutes(static_cast<Unit>(unit->value)) != 60)
         return std::nullopt;
-    return Part{30, 0, j + unit->length, false};
+    return Part{half->value, 0, j + unit->length, false};
 }
 
 std::optional<Part> readPart(const Reader &reader, std::uint32_t i) {
@@ -40,6 +40,10 @@ std::optional<Part> readPart(const Reader &reader, std::uint32_t i) {
         reader.glued(j + 1) && reader.number(j + 1, 0, 9, 1)) {
         tenths = static_cast<int>(reader.at(j + 1)->number);
         j += 2;
+    } else if (const Sense *half = reader.sense(j, Meaning::HalfBare); half && reader.glued(j)) {
+        // "一个半小时"
+        tenths = 5;
+        j += half->length;
     }
     Part part;
     part.hyphen = reader.symbol(j, '-');

@@ -64,7 +64,9 @@ DayName readDayName(const Reader &reader, std::uint32_t i, bool qualified) {
     if (const Sense *sense = reader.sense(i, Meaning::Weekday))
         return {sense->value, i + sense->length};
     const Sense *weak = reader.sense(i, Meaning::WeakWeekday);
-    if (weak && (qualified || isCertainWeekday(reader, i, i + weak->length)))
+    // A lone sign for a weekday counts only in brackets, which dates read themselves.
+    if (weak && !reader.at(i)->unspaced &&
+        (qualified || isCertainWeekday(reader, i, i + weak->length)))
         return {weak->value, i + weak->length};
     return {};
 }
@@ -137,10 +139,54 @@ std::uint32_t readBareDay(const Reader &reader, std::uint32_t i, int &day) {
     if (!reader.number(i, 1, 31))
         return i;
     const Sense *mark = reader.sense(i + 1, Meaning::DayMark);
-    if (!mark)
+    // "永和路18號" is a house number.
+    const bool house = i > 0 && reader.glued(i) && reader.has(i - 1, Meaning::StreetWord);
+    if (!mark || house)
         return i;
     day = static_cast<int>(reader.at(i)->number);
     return i + 1 + mark->length;
+}
+
+struct Rank {
+    int nth = 0;
+    std::uint32_t next = 0;
+};
+
+Rank readRank(const Reader &reader, std::uint32_t i) {
+    if (const Sense *ordinal = reader.sense(i, Meaning::Ordinal))
+        return {ordinal->value, i + ordinal->length};
+    if (reader.number(i, 1, 31) && reader.has(i + 1, Meaning::OrdinalMark) && reader.glued(i + 1))
+        return {static_cast<int>(reader.at(i)->number), i + 2};
+    return {};
+}
+
+/// "second Saturday", "last day": the position behind it, or `i`.
+std::uint32_t readNthDay(const Reader &reader, std::uint32_t i, DateSpec &spec) {
+    const Rank rank = readRank(reader, i);
+    if (rank.nth == 0 || rank.nth > 5)
+        return i;
+    const DayName day = readDayName(reader, rank.next, true);
+    const std::uint32_t next =
+        day.weekday > 0 ? day.next : reader.skip(rank.next, Meaning::DayWord);
+    if (next == rank.next)
+        return i;
+    spec.base = Base::NthWeekday;
+    spec.nth = rank.nth;
+    spec.weekday = day.weekday;
+    return next;
+}
+
+/// "6月の第2土曜日": the month stands first.
+std::optional<DateMention> readNthInMonth(const Reader &reader, std::uint32_t i) {
+    const Sense *month = reader.sense(i, Meaning::Month);
+    const Sense *mark = reader.number(i, 1, 12) ? reader.sense(i + 1, Meaning::MonthMark) : nullptr;
+    if (!month && !mark)
+        return std::nullopt;
+    const std::uint32_t behind = mark ? i + 1 + mark->length : i + month->length;
+    DateMention result = mention(i, behind, Base::NthWeekday);
+    result.span.end = readNthDay(reader, reader.skip(behind, Meaning::Of), result.first);
+    result.first.month = mark ? static_cast<int>(reader.at(i)->number) : month->value;
+    return result.first.nth != 0 ? std::optional(result) : std::nullopt;
 }
 
 /// "next week Tuesday", "next week on Tuesday", "this weekend", "next month", "来月の3日".
@@ -164,6 +210,11 @@ std::optional<DateMention> readPeriod(const Reader &reader, std::uint32_t i) {
     next = reader.skip(next, Meaning::Of);
     next = reader.skip(next, Meaning::The);
     if (period.unit == Unit::Month) {
+        if (const std::uint32_t nth = readNthDay(reader, next, result.first); nth != next) {
+            result.weak = false;
+            result.span.end = nth;
+            return result;
+        }
         int day = 0;
         const std::uint32_t end = readBareDay(reader, next, day);
         if (end == next)
@@ -191,32 +242,27 @@ struct Amount {
     std::uint32_t next = 0;
 };
 
-std::optional<Amount> readAmount(const Reader &reader, std::uint32_t i) {
-    constexpr int kMostUnits = 1000;
-    std::uint32_t next = i;
-    const auto count = readCount(reader, i, next);
-    if (!count || *count > kMostUnits)
-        return std::nullopt;
-    const Sense *sense = reader.sense(next, Meaning::UnitWord);
+std::optional<Amount> unitsOf(const Reader &reader, std::uint32_t i, int count) {
+    const Sense *sense = reader.sense(i, Meaning::UnitWord);
     if (!sense)
         return std::nullopt;
     Amount amount;
-    amount.next = next + sense->length;
+    amount.next = i + sense->length;
     switch (static_cast<Unit>(sense->value)) {
     case Unit::Day:
-        amount.days = *count;
+        amount.days = count;
         return amount;
     case Unit::Week:
-        amount.days = 7 * *count;
+        amount.days = 7 * count;
         return amount;
     case Unit::Fortnight:
-        amount.days = 14 * *count;
+        amount.days = 14 * count;
         return amount;
     case Unit::Month:
-        amount.months = *count;
+        amount.months = count;
         return amount;
     case Unit::Year:
-        amount.months = 12 * *count;
+        amount.months = 12 * count;
         return amount;
     case Unit::Minute:
     case Unit::Hour:
@@ -224,6 +270,16 @@ std::optional<Amount> readAmount(const Reader &reader, std::uint32_t i) {
         break;
     }
     return std::nullopt;
+}
+
+/// "two weeks", "3 days".
+std::optional<Amount> readAmount(const Reader &reader, std::uint32_t i) {
+    constexpr int kMostUnits = 1000;
+    std::uint32_t next = i;
+    const auto count = readCount(reader, i, next);
+    if (!count || *count > kMostUnits)
+        return std::nullopt;
+    return unitsOf(reader, next, *count);
 }
 
 void shift(DateSpec &spec, const Amount &amount, int sign) {
@@ -249,9 +305,12 @@ std::optional<DateMention> fromAmount(const Reader &reader, std::uint32_t i, con
 
 /// "in two weeks", "two weeks from Friday", "3 days ago", "a week tomorrow".
 std::optional<DateMention> readDistance(const Reader &reader, std::uint32_t i) {
-    const std::uint32_t in = reader.skip(i, Meaning::In);
-    const auto amount = readAmount(reader, in);
-    if (!amount)
+    const Sense *ahead = reader.sense(i, Meaning::In);
+    const std::uint32_t in = ahead ? i + ahead->length : i;
+    auto amount = readAmount(reader, in);
+    if (!amount && ahead && ahead->value == 1)
+        amount = unitsOf(reader, in, 1);
+    if (!amount || reader.has(i, Meaning::Period))
         return std::nullopt;
     std::uint32_t next = amount->next;
     if (const Sense *ago = reader.sense(next, Meaning::Ago))
@@ -306,19 +365,6 @@ std::uint32_t readMonthBehind(const Reader &reader, std::uint32_t i, DateSpec &s
     return word + month->length;
 }
 
-struct Rank {
-    int nth = 0;
-    std::uint32_t next = 0;
-};
-
-Rank readRank(const Reader &reader, std::uint32_t i) {
-    if (const Sense *ordinal = reader.sense(i, Meaning::Ordinal))
-        return {ordinal->value, i + ordinal->length};
-    if (reader.number(i, 1, 31) && reader.has(i + 1, Meaning::OrdinalMark) && reader.glued(i + 1))
-        return {static_cast<int>(reader.at(i)->number), i + 2};
-    return {};
-}
-
 /// "the last Thursday of the month", "first Monday in June", "last day of May", "end of June".
 std::optional<DateMention> readNthWeekday(const Reader &reader, std::uint32_t i) {
     const std::uint32_t begin = reader.skip(i, Meaning::The);
@@ -333,14 +379,8 @@ std::optional<DateMention> readNthWeekday(const Reader &reader, std::uint32_t i)
             return result;
         }
     } else {
-        const Rank rank = readRank(reader, begin);
-        if (rank.nth == 0 || rank.nth > 5)
-            return std::nullopt;
-        result.first.nth = rank.nth;
-        const DayName day = readDayName(reader, rank.next, true);
-        result.first.weekday = day.weekday;
-        next = day.weekday > 0 ? day.next : reader.skip(rank.next, Meaning::DayWord);
-        if (next == rank.next)
+        next = readNthDay(reader, begin, result.first);
+        if (next == begin)
             return std::nullopt;
     }
     result.span.end = readMonthBehind(reader, next, result.first);
@@ -384,6 +424,9 @@ std::optional<DateMention> readLedDay(const Reader &reader, std::uint32_t i) {
     constexpr std::uint32_t kLastDay = 31;
     const std::uint32_t second = reader.skip(next, Meaning::And);
     if (second != next && reader.number(second, kLastDay + 1, 9999, 4))
+        return std::nullopt;
+    // "do 13.04" goes on.
+    if (ordinal && reader.glued(next) && reader.number(next, 0, 9999, 4))
         return std::nullopt;
     const bool time =
         reader.symbol(next, ':') || reader.has(next, Meaning::HourMark) ||
@@ -458,6 +501,8 @@ std::optional<DateMention> readRelativeDate(const Reader &reader, std::uint32_t 
         return result;
     }
     if (auto date = readNthWeekday(reader, i))
+        return date;
+    if (auto date = readNthInMonth(reader, i))
         return date;
     if (auto date = readDistance(reader, i))
         return date;

@@ -89,6 +89,10 @@ private:
 
     /// A holiday's name stays free for the title while it may be the event's.
     std::uint32_t takeHoliday(const Reader &reader, const DateMention &date) {
+        // "4 czerwca, Boże Ciało": the day is known, the name may be the event's.
+        if (m_afterDate == date.span.begin &&
+            m_found.dates.back().first.base == DateSpec::Base::Calendar)
+            return date.span.end;
         if (!date.weak)
             return takeDate(reader, date);
         take(m_found.dates, date);

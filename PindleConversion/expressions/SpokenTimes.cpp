@@ -20,9 +20,13 @@ SmallNumber readSmall(const Reader &reader, std::uint32_t i, int most) {
     return {word->value, i + word->length};
 }
 
+int mostHours(const Reader &reader, std::uint32_t i) {
+    return reader.language(i).clock24 ? 24 : 12;
+}
+
 std::optional<ClockSpec> finishWords(const Reader &reader, std::uint32_t hourAt, int minute,
                                      bool down, std::uint32_t &next) {
-    const SmallNumber hour = readSmall(reader, hourAt, 12);
+    const SmallNumber hour = readSmall(reader, hourAt, mostHours(reader, hourAt));
     if (hour.value == 0 || (reader.symbol(hour.next, ':') && reader.glued(hour.next)))
         return std::nullopt;
     ClockSpec clock;
@@ -32,6 +36,8 @@ std::optional<ClockSpec> finishWords(const Reader &reader, std::uint32_t hourAt,
         clock.hour = hour.value == 1 ? 12 : hour.value - 1;
         clock.minute = 60 - minute;
     }
+    clock.hour %= 24;
+    clock.literal = hour.value > 12;
     clock.minuteGiven = clock.sure = true;
     next = readClockTail(reader, readMeridiem(reader, hour.next, clock), clock);
     return clock;
@@ -69,12 +75,13 @@ std::optional<ClockSpec> readFraction(const Reader &reader, std::uint32_t i, std
 /// "seven thirty", "seven o'clock", "seven pm", "seven".
 std::optional<ClockSpec> readWords(const Reader &reader, std::uint32_t i, std::uint32_t &next) {
     const Sense *word = reader.sense(i, Meaning::Number);
-    const SmallNumber hour = readSmall(reader, i, 24);
+    const SmallNumber hour = readSmall(reader, i, mostHours(reader, i));
     const Sense *hours = reader.sense(hour.next, Meaning::HourMark);
     const bool announced =
         i > 0 && (reader.has(i - 1, Meaning::TimeMarker) || reader.has(i - 1, Meaning::RangeTo));
     constexpr int kLastOnDial = 12;
-    if (!word || hour.value == 0 ||
+    // Numerals in unspaced scripts are numbers already when they count hours.
+    if (!word || hour.value == 0 || reader.at(i)->unspaced ||
         (hour.value > kLastOnDial && !announced && !(hours && hours->value > 0)))
         return std::nullopt;
     ClockSpec clock;
@@ -112,12 +119,14 @@ std::optional<ClockSpec> readTowards(const Reader &reader, std::uint32_t i, std:
     const Sense *towards = reader.sense(j, Meaning::TowardsHour);
     if (!towards)
         return std::nullopt;
-    const SmallNumber hour = readSmall(reader, j + towards->length, 12);
+    const SmallNumber hour = readSmall(reader, j + towards->length, mostHours(reader, j));
     if (hour.value == 0 || (reader.symbol(hour.next, ':') && reader.glued(hour.next)))
         return std::nullopt;
     ClockSpec clock;
-    const int minute = (hour.value * 60 - 60 + towards->value + shift + 720) % 720;
-    clock.hour = minute < 60 ? 12 : minute / 60;
+    const int total = hour.value * 60 - 60 + towards->value + shift;
+    const int minute = (total + 720) % 720;
+    clock.literal = hour.value > 12;
+    clock.hour = clock.literal ? total / 60 : minute < 60 ? 12 : minute / 60;
     clock.minute = minute % 60;
     clock.minuteGiven = clock.sure = clock.spoken = true;
     next = readClockTail(reader, readMeridiem(reader, hour.next, clock), clock);

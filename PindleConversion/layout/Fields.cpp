@@ -304,7 +304,10 @@ private:
         std::uint32_t from = begin;
         for (std::uint32_t i = begin; i < end;) {
             const bool start = i == begin;
-            const bool mayStart = start || (reader.at(i)->spaceBefore && reader.at(i)->capital) ||
+            const bool behindMark =
+                reader.at(i)->unspaced && !start && reader.at(i - 1)->kind == TokenKind::Symbol;
+            const bool mayStart = start || behindMark ||
+                                  (reader.at(i)->spaceBefore && reader.at(i)->capital) ||
                                   reader.at(i)->kind == TokenKind::Symbol;
             const LabelMatch match = mayStart ? labelAt(reader, i, start) : LabelMatch{};
             if (match.label == Label::None) {

@@ -35,7 +35,8 @@ enum class Meaning : std::uint8_t {
     DayLead,       ///< a word that a bare day of the month may follow: "le 14"
     MonthEnd,      ///< "end of", before a month; value 1: the end of this month
     DayWord,       ///< "day", in "last day of June"
-    YearMark,      ///< behind the digits of a year
+    YearMark,      ///< behind the digits of a year; value 1: alone, for this year
+    YearWord,      ///< a year in words; value
     MonthMark,     ///< behind the digits of a month
     DayMark,       ///< behind the digits of a day
     Era,           ///< before the year of an era; value: the year before its first

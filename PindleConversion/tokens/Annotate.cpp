@@ -174,10 +174,20 @@ private:
         m_main = m_total.best(all, englishLanguage());
         for (std::size_t i = 1; i < kTables.languages.size(); ++i) {
             const int score = m_total.of(static_cast<LanguageId>(i));
-            if (score >= kSecondaryLeast && score * kSecondaryShare >= m_total.of(m_main))
+            if (score >= kSecondaryLeast && score * kSecondaryShare >= m_total.of(m_main) &&
+                hasOwnLine(static_cast<LanguageId>(i)))
                 m_active |= 1U << i;
         }
         m_active |= 1U << m_main;
+    }
+
+    /// Languages that share their letters lend each other no words within a line.
+    bool hasOwnLine(LanguageId language) const {
+        if (languageInfo(language).script == Script::Latin)
+            return true;
+        return std::any_of(m_scores.begin(), m_scores.end(), [&](const LanguageScores &line) {
+            return line.of(language) > line.of(m_main);
+        });
     }
 
     LanguageId languageOf(std::size_t line) const {

@@ -46,6 +46,9 @@ struct Token {
     bool used = false;                  ///< belongs to a value already read
     bool unspaced = false;              ///< of a script without spaces between words
     LanguageId language = kSharedWords; ///< of its line
+
+    /// Written like a name; scripts without spaces have no capitals.
+    bool upper() const { return capital && !unspaced; }
 };
 
 /// A run of tokens, `end` excluded.

@@ -108,7 +108,8 @@ Unspaced unspacedScript(std::int32_t c) {
         return Unspaced::None;
     if (c >= 0x3041 && c <= 0x309F)
         return Unspaced::Hiragana;
-    if ((c >= 0x30A1 && c <= 0x30FA) || (c >= 0x30FC && c <= 0x30FF) || (c >= 0xFF66 && c <= 0xFF9F))
+    if ((c >= 0x30A1 && c <= 0x30FA) || (c >= 0x30FC && c <= 0x30FF) ||
+        (c >= 0xFF66 && c <= 0xFF9F))
         return Unspaced::Katakana;
     const bool ideograph = (c >= 0x4E00 && c <= 0x9FFF) || (c >= 0x3400 && c <= 0x4DBF) ||
                            (c >= 0xF900 && c <= 0xFAFF) || (c >= 0x20000 && c <= 0x3FFFF) ||
@@ -128,8 +129,7 @@ UnspacedPiece cutUnspaced(std::string_view text, std::uint32_t at, Before before
     UnspacedPiece piece{at, false, false, 0, 0};
     for (std::uint32_t letters = 0; letters < kLongestUnknown; ++letters) {
         piece.end = static_cast<std::uint32_t>(decodeAt(text, piece.end).end);
-        if (piece.end >= text.size() ||
-            unspacedScript(decodeAt(text, piece.end).value) != script)
+        if (piece.end >= text.size() || unspacedScript(decodeAt(text, piece.end).value) != script)
             break;
         const Vocabulary::Match next = vocabulary.longest(text, piece.end);
         if (next.bytes > 0 && mayBeWord(text, piece.end, next, script, Before::Unknown))

@@ -37,6 +37,7 @@ constexpr TableKind kTableKinds[] = {
     {"month-end", Meaning::MonthEnd, Values::Number},
     {"day-word", Meaning::DayWord, Values::Number},
     {"year-mark", Meaning::YearMark, Values::Number},
+    {"year", Meaning::YearWord, Values::Number},
     {"month-mark", Meaning::MonthMark, Values::Number},
     {"day-mark", Meaning::DayMark, Values::Number},
     {"era", Meaning::Era, Values::Number},
