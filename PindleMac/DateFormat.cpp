@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <map>
 #include <memory>
 #include <string_view>
 #include <unicode/basictz.h>
@@ -39,6 +40,21 @@ std::unique_ptr<icu::SimpleDateFormat> makeFormatter(const TimeZone &zone, const
     return formatter;
 }
 
+/// The formatter of that zone and pattern, or null. Making one takes a hundred times as long as
+/// using it, and every key stroke in the form uses several; a thread keeps the few it needs.
+icu::SimpleDateFormat *formatterFor(const TimeZone &zone, const QString &pattern) {
+    using Formatters =
+        std::map<std::pair<QString, QString>, std::unique_ptr<icu::SimpleDateFormat>>;
+    constexpr std::size_t mostKept = 16;
+    thread_local Formatters formatters;
+    const std::pair key(zone.identifier, pattern);
+    if (const auto found = formatters.find(key); found != formatters.end())
+        return found->second.get();
+    if (formatters.size() >= mostKept)
+        formatters.clear();
+    return formatters.emplace(key, makeFormatter(zone, pattern)).first->second.get();
+}
+
 /// Milliseconds the zone is ahead of UTC at a wall-clock time; in a gap and in an overlap the
 /// offset before the change.
 double offsetAtWallClock(UDate wallClock, const TimeZone &zone) {
@@ -70,7 +86,7 @@ bool isKnownTimeZone(const QString &identifier) {
 }
 
 QString formatDate(std::chrono::sys_seconds instant, const TimeZone &zone, const QString &pattern) {
-    const auto formatter = makeFormatter(zone, pattern);
+    const auto *formatter = formatterFor(zone, pattern);
     if (!formatter)
         return QString();
     icu::UnicodeString text;
@@ -83,7 +99,7 @@ std::optional<std::chrono::sys_seconds> parseDate(const QString &text, const Tim
                                                   const QString &pattern) {
     // Read as a wall clock first: in a zone, the strict reader refuses the times that a change to
     // daylight saving skips.
-    const auto formatter = makeFormatter({QStringLiteral("UTC")}, pattern);
+    const auto *formatter = formatterFor({QStringLiteral("UTC")}, pattern);
     if (!formatter)
         return std::nullopt;
     const icu::UnicodeString source = toIcu(text);

@@ -153,4 +153,31 @@ TEST_F(Dates, theEarlierOfTwoRepeatedWallClockTimesIsMeant) {
     EXPECT_EQ(range.startDate, utc(2025, 11, 2, 5, 30));
 }
 
+TEST_F(Dates, readingOneTextLeavesNoTraceOnTheNext) {
+    const CalendarEventDetails good = draft(day, QStringLiteral("10:00"));
+    expectInvalid(draft(QStringLiteral("2025-02-30"), QStringLiteral("23:59")));
+    EXPECT_EQ(resolve(good).startDate, utc(2025, 3, 14, 14, 0));
+    expectInvalid(draft(day, QStringLiteral("10")));
+    EXPECT_EQ(resolve(good).startDate, utc(2025, 3, 14, 14, 0));
+}
+
+TEST_F(Dates, zonesUsedInTurnAreKeptApart) {
+    const auto instant = utc(2025, 3, 14, 14, 0);
+    const QString pattern = QStringLiteral("HH:mmXXX");
+    // More than are remembered, and twice around.
+    for (int round = 0; round < 2; ++round) {
+        for (int hour = 1; hour <= 12; ++hour) {
+            const TimeZone west{QStringLiteral("Etc/GMT+%1").arg(hour)};
+            const TimeZone east{QStringLiteral("Etc/GMT-%1").arg(hour)};
+            const QLatin1Char zero('0');
+            EXPECT_EQ(
+                formatDate(instant, west, pattern),
+                QStringLiteral("%1:00-%2:00").arg(14 - hour, 2, 10, zero).arg(hour, 2, 10, zero));
+            EXPECT_EQ(formatDate(instant, east, pattern), QStringLiteral("%1:00+%2:00")
+                                                              .arg((14 + hour) % 24, 2, 10, zero)
+                                                              .arg(hour, 2, 10, zero));
+        }
+    }
+}
+
 } // namespace pindle
