@@ -3,6 +3,7 @@
 #include "PindleMac/views/FieldLabel.h"
 #include "PindleMac/views/Theme.h"
 
+#include <QEvent>
 #include <QPainter>
 #include <QVBoxLayout>
 #include <limits>
