@@ -36,8 +36,8 @@ def run(*command, **environment):
     return done.returncode, done.stdout
 
 
-def install(prefix, root):
-    code, output = run("cmake", "--install", BUILD, "--prefix", prefix, "--component", "pindle",
+def install(prefix, root, component="pindle"):
+    code, output = run("cmake", "--install", BUILD, "--prefix", prefix, "--component", component,
                        DESTDIR=root)
     if code:
         raise RuntimeError(output)
@@ -85,6 +85,16 @@ class Conventions(unittest.TestCase):
                 mode = os.stat(path).st_mode & 0o777
                 self.assertEqual(mode, 0o755 if "/bin/" in path else 0o644, path)
         self.assertEqual(found, FILES)
+
+    def test_the_plugin_for_the_desktops_calendar_is_installed_apart(self):
+        with tempfile.TemporaryDirectory() as folder:
+            install("/usr", folder, "evolution")
+            found = {os.path.relpath(os.path.join(place, name), os.path.join(folder, "usr"))
+                     for place, _, names in os.walk(folder) for name in names}
+        plugins = {path for path in found if path.endswith("/pindle/libpindle-evolution.so")}
+        self.assertEqual(len(plugins), 1)
+        self.assertEqual(found - plugins, {"share/doc/pindle-evolution/copyright",
+                                           "share/doc/pindle-evolution/changelog.Debian.gz"})
 
     def test_the_menu_entry_is_valid(self):
         self.quiet("desktop-file-validate", self.path(f"share/applications/{ID}.desktop"))
