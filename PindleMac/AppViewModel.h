@@ -64,6 +64,9 @@ public:
     /// Where the close button posts `closePindlePopover`.
     NotificationCenter &notificationCenter() const { return platform_.notificationCenter; }
 
+    /// What brings the program's windows to the front.
+    WindowServer &windowServer() const { return platform_.windowServer; }
+
     /// Once per process: first registration with the service, binding of the shortcut.
     void bootstrap();
     /// Starts a task: reads the selection and converts it into a draft.

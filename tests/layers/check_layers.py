@@ -12,8 +12,9 @@ import tempfile
 INCLUDE = re.compile(r'^\s*#\s*include\s*([<"])([^>"]+)[>"]', re.M)
 QT_MODULES = ("QtCore", "QtGui", "QtWidgets", "QtNetwork", "QtDBus", "QtSvg")
 LOGIC = re.compile(r"^PindleMac/(APIClient|AppServices|AppSettingsStore|AppViewModel|Async|DateFormat"
-                   r"|GlobalHotKeyManager|Models|Text|WireFormat)[^/]*\.(h|cpp)$")
-SHELL = re.compile(r"^PindleMac/(ContentView|FloatingPanel|PanelPlacement|PindleMacApp)[^/]*\.(h|cpp)$"
+                   r"|GlobalHotKeyManager|HelpDiagnosticsModel|Models|Text|WireFormat)[^/]*\.(h|cpp)$")
+SHELL = re.compile(r"^PindleMac/(ContentView|FloatingPanel|HelpView|HelpWindow|PanelPlacement|PindleMacApp"
+                   r"|Settings)[^/]*\.(h|cpp)$"
                    r"|^PindleMac/views/.*\.(h|cpp)$")
 COMPOSITION = re.compile(r"^PindleMac/(main\.cpp|Program\.(h|cpp))$")
 

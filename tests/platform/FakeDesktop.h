@@ -68,6 +68,8 @@ public:
                                        Completion completion) override;
     bool AXIsProcessTrusted() override { return trusted; }
     bool AXIsProcessTrustedWithOptions(bool prompt) override;
+    void observeTrust(std::function<void()> changed) override { trustChanged = std::move(changed); }
+    std::function<void()> trustChanged;
 
 private:
     CallLog &log_;
@@ -253,8 +255,9 @@ private:
 class FakeBundle final : public Bundle {
 public:
     QVariant version = QStringLiteral("3.2.1");
+    QString identifier = QStringLiteral("app.pindle.Pindle");
     QVariant objectForInfoDictionaryKey(const QString &key) override;
-    QString bundleIdentifier() override { return QStringLiteral("app.pindle.Pindle"); }
+    QString bundleIdentifier() override { return identifier; }
     QString bundlePath() override { return QStringLiteral("/opt/pindle"); }
 };
 
@@ -292,8 +295,10 @@ public:
     bool compositing = true;
     bool questionShown = false;
     int floated = 0;
+    QList<quintptr> activated;
     std::function<void()> compositingChanged;
     void floatOnAllSpaces(quintptr) override { ++floated; }
+    void activateIgnoringOtherApps(quintptr window) override { activated.append(window); }
     bool compositingActive() override { return compositing; }
     void observeCompositing(std::function<void()> changed) override {
         compositingChanged = std::move(changed);

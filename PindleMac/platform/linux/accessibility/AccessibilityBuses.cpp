@@ -95,12 +95,12 @@ bool AccessibilityBuses::readStatus(Deadline deadline) {
                           .value_or(false);
 }
 
-void AccessibilityBuses::switchOn() {
+void AccessibilityBuses::setSwitchedOn(bool on) {
     const Deadline deadline = after(kBusStartTimeout);
     try {
         if (BusConnection *session = sessionBus(deadline)) {
             auto call = session->method(kService, kPath, "org.freedesktop.DBus.Properties", "Set");
-            sd_bus_message_append(call.get(), "ssv", kStatus, "IsEnabled", "b", 1);
+            sd_bus_message_append(call.get(), "ssv", kStatus, "IsEnabled", "b", on ? 1 : 0);
             session->call(std::move(call), deadline, kBusStartTimeout);
         }
     } catch (const std::exception &) {
