@@ -108,6 +108,12 @@ class Conventions(unittest.TestCase):
                              f"pindle --action {name}")
             self.assertIn(f".It Ic {name}\n", manual)
 
+    def test_the_menu_entry_offers_just_the_programs_actions(self):
+        code, usage = run(self.path("bin/pindle"), "--help", DISPLAY="")
+        self.assertEqual(code, 0, usage)
+        self.assertEqual(re.search(r"does one of: (.*)$", usage, re.M).group(1).split(", "),
+                         self.actions())
+
     def test_the_menu_entrys_icon_is_installed(self):
         icon = self.entry["Desktop Entry"]["Icon"]
         self.assertIn(f"share/icons/hicolor/scalable/apps/{icon}.svg", FILES)
