@@ -1,11 +1,14 @@
 #include "PindleMac/platform/linux/LinuxPlatform.h"
 
+#include "PindleMac/platform/Application.h"
 #include "PindleMac/platform/linux/SystemQuestions.h"
 #include "PindleMac/platform/linux/accessibility/AtspiAccessibility.h"
+#include "PindleMac/platform/linux/application/TerminationSignals.h"
 #include "PindleMac/platform/linux/bundle/ExecutableBundle.h"
 #include "PindleMac/platform/linux/clock/SystemClock.h"
 #include "PindleMac/platform/linux/eventposting/X11EventPosting.h"
-#include "PindleMac/platform/linux/eventstore/IcsFolderEventStore.h"
+#include "PindleMac/platform/linux/eventstore/DesktopEventStore.h"
+#include "PindleMac/platform/linux/eventstore/EvolutionBackend.h"
 #include "PindleMac/platform/linux/hotkeys/X11HotKeys.h"
 #include "PindleMac/platform/linux/loginitem/AutostartLoginItem.h"
 #include "PindleMac/platform/linux/notificationcenter/LocalNotificationCenter.h"
@@ -47,8 +50,10 @@ bool isPrivacyPage(const QUrl &url, QLatin1String page) {
 } // namespace
 
 struct LinuxPlatform::Facilities {
-    Facilities(std::unique_ptr<XConnection> opened, std::unique_ptr<URLSession> session)
-        : connection(std::move(opened))
+    Facilities(std::unique_ptr<XConnection> opened, std::unique_ptr<URLSession> session,
+               const Surroundings &around)
+        : surroundings(around)
+        , connection(std::move(opened))
         , urlSession(std::move(session)) {}
 
     AskQuestion asker() {
@@ -83,8 +88,10 @@ struct LinuxPlatform::Facilities {
         };
     }
 
+    Surroundings surroundings;
     std::unique_ptr<XConnection> connection;
     std::unique_ptr<URLSession> urlSession;
+    TerminationSignals signals{[this] { surroundings.application.terminate(); }};
     XKeyboard keyboard{*connection};
     SystemQuestions shownQuestions;
     QuestionQueue questions{shownQuestions};
@@ -94,28 +101,42 @@ struct LinuxPlatform::Facilities {
     ExecutableBundle bundle;
     SystemClock clock;
     X11EventPosting eventPosting{*connection, keyboard};
-    IcsFolderEventStore eventStore{decisions, asker()};
+    DesktopEventStore eventStore{decisions, asker(), loadEvolutionBackend};
     X11HotKeys hotKeys{*connection, keyboard};
     AutostartLoginItem loginItem{QCoreApplication::applicationFilePath()};
     LocalNotificationCenter notificationCenter;
     X11Pasteboard pasteboard{*connection};
     QtScreens screens{connection.get()};
+    LinuxStatusBar statusBar{*connection, surroundings.bus, surroundings.symbols};
     JsonUserDefaults userDefaults;
     X11WindowServer windowServer{*connection, shownQuestions};
     DesktopWorkspace workspace{[this](const QUrl &url) { return openSettings(url); }};
 
-    Platform platform{accessibility, bundle,   clock,       eventPosting,
-                      eventStore,    hotKeys,  loginItem,   notificationCenter,
-                      pasteboard,    screens,  *urlSession, userDefaults,
-                      windowServer,  workspace};
+    Platform platform{accessibility,
+                      surroundings.application,
+                      bundle,
+                      clock,
+                      eventPosting,
+                      eventStore,
+                      hotKeys,
+                      loginItem,
+                      notificationCenter,
+                      pasteboard,
+                      screens,
+                      statusBar,
+                      *urlSession,
+                      userDefaults,
+                      windowServer,
+                      workspace};
 };
 
-std::unique_ptr<LinuxPlatform> LinuxPlatform::create(std::unique_ptr<URLSession> urlSession) {
+std::unique_ptr<LinuxPlatform> LinuxPlatform::create(std::unique_ptr<URLSession> urlSession,
+                                                     const Surroundings &surroundings) {
     auto connection = XConnection::open();
     if (!connection)
         return nullptr;
     return std::unique_ptr<LinuxPlatform>(new LinuxPlatform(
-        std::make_unique<Facilities>(std::move(connection), std::move(urlSession))));
+        std::make_unique<Facilities>(std::move(connection), std::move(urlSession), surroundings)));
 }
 
 LinuxPlatform::LinuxPlatform(std::unique_ptr<Facilities> facilities)
