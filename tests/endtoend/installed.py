@@ -169,11 +169,12 @@ class Installed(unittest.TestCase):
                         "--height", "28"])
         self.addCleanup(tray.end)
         desktop.wait_for(lambda: desktop.window_with_class("trayer"), "the tray")
-        pindle = self.start_from_menu()
+        self.start_from_menu()
 
         def icon():
             left, top, width, height = desktop.geometry(desktop.window_with_class("trayer"))
-            for window in desktop.windows_of(pindle.pid):
+            for window in desktop.xdotool("search", "--onlyvisible", "--classname",
+                                          "^pindle$").split():
                 x, y, across, down = desktop.geometry(window)
                 if across <= 32 and down <= 32 and left <= x < left + width and \
                         top <= y < top + height:

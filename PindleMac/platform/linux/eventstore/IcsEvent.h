@@ -31,7 +31,7 @@ enum class IcsTimes {
     ownZone,     ///< in its zone, with a definition exact for this event
     lastingZone, ///< in its zone, with the same definition for every event, exact for the years
                  ///< from 2020 to 2044; an event in another year is written in UTC
-    universal, ///< in UTC
+    universal,   ///< in UTC
 };
 
 /// The event as an iCalendar file of its own (RFC 5545). Its instants are exact: an end whose wall

@@ -33,6 +33,7 @@ ServerCalendar::ServerCalendar(CalendarWorker::MakeBackend make)
     , connection_(failed(QStringLiteral("The calendar is not open yet.")))
     , worker_(std::move(make)) {
     deadline_.setSingleShot(true);
+    deadline_.setTimerType(Qt::PreciseTimer);
     QObject::connect(&deadline_, &QTimer::timeout, &deadline_, [this] {
         worker_.giveUp(connecting_);
         connectionEnded(connecting_, failed(silent));
@@ -103,7 +104,7 @@ ServerCalendar::Attempt &ServerCalendar::attemptFor(const QByteArray &content) {
         return *found;
     if (attempts_.size() == rememberedAttempts)
         attempts_.erase(attempts_.begin());
-    return attempts_.emplace_back(Attempt{content, newEventIdentifier(), nullptr});
+    return attempts_.emplace_back(Attempt{content, newEventIdentifier(), {}, nullptr});
 }
 
 void ServerCalendar::start(Attempt &attempt, const IcsEvent &event) {
@@ -115,6 +116,7 @@ void ServerCalendar::start(Attempt &attempt, const IcsEvent &event) {
     const auto text = [&](IcsTimes times) {
         return icsText(event, attempt.uid, now, times).value_or(QByteArray()).toStdString();
     };
+    attempt.calendarName = QString::fromStdString(connection_.name);
     attempt.call = std::make_shared<SaveCall>(BackendEvent{
         attempt.uid.toStdString(), text(IcsTimes::lastingZone), text(IcsTimes::universal),
         event.start.time_since_epoch().count(), event.end.time_since_epoch().count()});
@@ -129,7 +131,7 @@ void ServerCalendar::finish(const Attempt &attempt) {
         throw PlatformError(
             QStringLiteral("“%1” has not confirmed the event yet. It may still appear there; "
                            "saving it again does not add it twice.")
-                .arg(QString::fromStdString(connection_.name)));
+                .arg(attempt.calendarName));
     case SaveCall::Step::done:
         break;
     }

@@ -40,13 +40,13 @@ private:
     struct Attempt {
         QByteArray content;
         QByteArray uid;
+        QString calendarName;
         std::shared_ptr<SaveCall> call;
     };
     void connectionEnded(int number, BackendConnection connection);
     Attempt &attemptFor(const QByteArray &content);
     void start(Attempt &attempt, const IcsEvent &event);
     void finish(const Attempt &attempt);
-    QString unconfirmed() const;
 
     std::shared_ptr<ServerCalendar *> self_; ///< what arrives later asks it whether this still is
     BackendConnection connection_;

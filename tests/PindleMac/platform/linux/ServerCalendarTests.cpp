@@ -221,6 +221,18 @@ TEST_F(AServerCalendar, aConnectionThatHangsIsGivenUpAfterFiveSeconds) {
     EXPECT_EQ(store->interruptions(), 1);
 }
 
+TEST_F(AServerCalendar, aSaveUnderWayIsToldByItsNameEvenWhenTheConnectionIsGivenUp) {
+    connect();
+    store->hang(ScriptedStore::Hang::deaf);
+    const QString first = save();
+    bool done = false;
+    calendar->connect([&] { done = true; }); // behind the save that hangs
+    ASSERT_TRUE(waitUntil([&] { return done; }, 8s));
+    EXPECT_EQ(save(), first);
+    EXPECT_EQ(store->saves(), 1);
+    EXPECT_EQ(store->interruptions(), 0) << "the save goes on";
+}
+
 TEST_F(AServerCalendar, connectionsAskedForMeanwhileShareOne) {
     store->hang(ScriptedStore::Hang::deaf);
     int done = 0;

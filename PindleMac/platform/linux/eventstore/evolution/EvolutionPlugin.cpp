@@ -10,6 +10,9 @@ namespace {
 /// Connects without waiting until the calendar is online as well.
 constexpr guint32 noWaitForOnline = static_cast<guint32>(-1);
 
+constexpr int registryAttempts = 3; ///< to find one that is not about to end
+constexpr char registryName[] = "org.gnome.evolution.dataserver.Sources5";
+
 struct Unref {
     void operator()(void *object) const { g_object_unref(object); }
 };
@@ -74,6 +77,8 @@ public:
 
 private:
     void useOwnContext();
+    std::string startRegistry(GDBusConnection *bus);
+    BackendConnection connectByRegistry();
     bool takesZone(ICalComponent *calendar, const BackendEvent &event);
     Ref<ICalTimezone> zoneAsRead(ICalComponent *definition);
     BackendConnection connectTo(ESource *source);
@@ -112,6 +117,39 @@ BackendConnection EvolutionBackend::connect() {
     // The end of the session's bus is no reason to end the program.
     g_dbus_connection_set_exit_on_close(bus.get(), FALSE);
 
+    // A registry that has just died leaves an empty list behind, not an error. Only one that runs
+    // and still lists nothing has no calendars.
+    BackendConnection connection;
+    for (int i = 0; i < registryAttempts && !client_; ++i) {
+        if (const std::string error = startRegistry(bus.get()); !error.empty())
+            return failed(error);
+        connection = connectByRegistry();
+    }
+    return connection;
+}
+
+/// What it fails with; empty once the registry runs and answers.
+std::string EvolutionBackend::startRegistry(GDBusConnection *bus) {
+    std::string error;
+    for (int i = 0; i < registryAttempts; ++i) {
+        Failure failure;
+        GVariant *answer = g_dbus_connection_call_sync(
+            bus, registryName, "/", "org.freedesktop.DBus.Peer", "Ping", nullptr, nullptr,
+            G_DBUS_CALL_FLAGS_NONE, -1, cancellable_.get(), failure.out());
+        if (answer) {
+            g_variant_unref(answer);
+            return {};
+        }
+        error = failure.text();
+        if (!failure.is(G_DBUS_ERROR,
+                        G_DBUS_ERROR_NO_REPLY)) // one that died on the way is replaced
+            break;
+    }
+    return error;
+}
+
+BackendConnection EvolutionBackend::connectByRegistry() {
+    Failure failure;
     const Ref<ESourceRegistry> registry(
         e_source_registry_new_sync(cancellable_.get(), failure.out()));
     if (!registry)
