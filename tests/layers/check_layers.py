@@ -13,8 +13,8 @@ INCLUDE = re.compile(r'^\s*#\s*include\s*([<"])([^>"]+)[>"]', re.M)
 QT_MODULES = ("QtCore", "QtGui", "QtWidgets", "QtNetwork", "QtDBus", "QtSvg")
 LOGIC = re.compile(r"^PindleMac/(APIClient|AppServices|AppSettingsStore|AppViewModel|Async|DateFormat"
                    r"|GlobalHotKeyManager|HelpDiagnosticsModel|Models|Text|WireFormat)[^/]*\.(h|cpp)$")
-SHELL = re.compile(r"^PindleMac/(ContentView|FloatingPanel|HelpView|HelpWindow|PanelPlacement|PindleMacApp"
-                   r"|Settings)[^/]*\.(h|cpp)$"
+SHELL = re.compile(r"^PindleMac/(CommandLine|ContentView|FloatingPanel|HelpView|HelpWindow"
+                   r"|PanelPlacement|PindleMacApp|Settings|StatusItemController)[^/]*\.(h|cpp)$"
                    r"|^PindleMac/views/.*\.(h|cpp)$")
 COMPOSITION = re.compile(r"^PindleMac/(main\.cpp|Program\.(h|cpp))$")
 
@@ -48,10 +48,10 @@ RULES = {
                         qt={"QtCore", "QtGui", "QtWidgets", "QtSvg"}, other=None,
                         links={"PindleLogic", "Qt6::Widgets", "Qt6::Svg"}),
     "PindleLinux": dict(layers={"PindlePlatform", "PindleLinux"},
-                        qt={"QtCore", "QtGui", "QtWidgets", "QtNetwork"},
+                        qt={"QtCore", "QtGui", "QtWidgets", "QtNetwork", "QtSvg"},
                         other=r"^(xcb/.*|xkbcommon/.*|systemd/sd-bus\.h|libical/.*|nlohmann/.*|sys/.*"
                               r"|unistd\.h|fcntl\.h|dirent\.h|poll\.h|pthread\.h)$",
-                        links={"PindlePlatform", "Qt6::Gui", "Qt6::Widgets", "Qt6::Network",
+                        links={"PindlePlatform", "Qt6::Gui", "Qt6::Widgets", "Qt6::Network", "Qt6::Svg",
                                "PkgConfig::XCB", "PkgConfig::SYSTEMD",
                                "PkgConfig::ICAL", "nlohmann_json::nlohmann_json",
                                "Threads::Threads"}),

@@ -1,7 +1,9 @@
 #include "PindleMac/platform/linux/LinuxPlatform.h"
 
+#include "PindleMac/platform/Application.h"
 #include "PindleMac/platform/linux/SystemQuestions.h"
 #include "PindleMac/platform/linux/accessibility/AtspiAccessibility.h"
+#include "PindleMac/platform/linux/application/TerminationSignals.h"
 #include "PindleMac/platform/linux/bundle/ExecutableBundle.h"
 #include "PindleMac/platform/linux/clock/SystemClock.h"
 #include "PindleMac/platform/linux/eventposting/X11EventPosting.h"
@@ -37,8 +39,10 @@ Question accessibilityQuestion() {
 } // namespace
 
 struct LinuxPlatform::Facilities {
-    Facilities(std::unique_ptr<XConnection> opened, std::unique_ptr<URLSession> session)
-        : connection(std::move(opened))
+    Facilities(std::unique_ptr<XConnection> opened, std::unique_ptr<URLSession> session,
+               const Surroundings &around)
+        : surroundings(around)
+        , connection(std::move(opened))
         , urlSession(std::move(session)) {}
 
     AskQuestion asker() {
@@ -69,8 +73,10 @@ struct LinuxPlatform::Facilities {
         };
     }
 
+    Surroundings surroundings;
     std::unique_ptr<XConnection> connection;
     std::unique_ptr<URLSession> urlSession;
+    TerminationSignals signals{[this] { surroundings.application.terminate(); }};
     XKeyboard keyboard{*connection};
     SystemQuestions shownQuestions;
     QuestionQueue questions{shownQuestions};
@@ -86,24 +92,38 @@ struct LinuxPlatform::Facilities {
     LocalNotificationCenter notificationCenter;
     X11Pasteboard pasteboard{*connection};
     QtScreens screens{connection.get()};
+    LinuxStatusBar statusBar{*connection, surroundings.bus, surroundings.symbols};
     JsonUserDefaults userDefaults;
     X11WindowServer windowServer{*connection, shownQuestions};
     DesktopWorkspace workspace{[this](const QUrl &url) { return openSettings(url); }};
 
     std::unique_ptr<PrivacyWindow> privacy; ///< made when first asked for
 
-    Platform platform{accessibility, bundle,   clock,       eventPosting,
-                      eventStore,    hotKeys,  loginItem,   notificationCenter,
-                      pasteboard,    screens,  *urlSession, userDefaults,
-                      windowServer,  workspace};
+    Platform platform{accessibility,
+                      surroundings.application,
+                      bundle,
+                      clock,
+                      eventPosting,
+                      eventStore,
+                      hotKeys,
+                      loginItem,
+                      notificationCenter,
+                      pasteboard,
+                      screens,
+                      statusBar,
+                      *urlSession,
+                      userDefaults,
+                      windowServer,
+                      workspace};
 };
 
-std::unique_ptr<LinuxPlatform> LinuxPlatform::create(std::unique_ptr<URLSession> urlSession) {
+std::unique_ptr<LinuxPlatform> LinuxPlatform::create(std::unique_ptr<URLSession> urlSession,
+                                                     const Surroundings &surroundings) {
     auto connection = XConnection::open();
     if (!connection)
         return nullptr;
     return std::unique_ptr<LinuxPlatform>(new LinuxPlatform(
-        std::make_unique<Facilities>(std::move(connection), std::move(urlSession))));
+        std::make_unique<Facilities>(std::move(connection), std::move(urlSession), surroundings)));
 }
 
 LinuxPlatform::LinuxPlatform(std::unique_ptr<Facilities> facilities)

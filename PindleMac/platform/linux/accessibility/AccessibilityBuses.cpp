@@ -2,8 +2,6 @@
 
 #include "PindleMac/platform/linux/accessibility/Atspi.h"
 
-#include <cstdlib>
-
 namespace pindle {
 
 namespace {
@@ -14,14 +12,6 @@ constexpr char kStatus[] = "org.a11y.Status";
 
 Deadline after(std::chrono::milliseconds time) {
     return std::chrono::steady_clock::now() + time;
-}
-
-/// The session bus of the environment, else its usual place (where systemd puts it).
-std::string sessionAddress() {
-    if (const char *address = std::getenv("DBUS_SESSION_BUS_ADDRESS"); address && *address)
-        return address;
-    const char *folder = std::getenv("XDG_RUNTIME_DIR");
-    return folder ? "unix:path=" + std::string(folder) + "/bus" : std::string();
 }
 
 int onStatusSignal(sd_bus_message * /*message*/, void *userdata, sd_bus_error * /*error*/) {
@@ -38,7 +28,7 @@ AccessibilityBuses::AccessibilityBuses(const std::atomic<bool> &cancelled, Statu
 BusConnection *AccessibilityBuses::sessionBus(Deadline deadline) {
     if (!session_ || !session_->isOpen()) {
         session_.reset();
-        if (const std::string address = sessionAddress(); !address.empty())
+        if (const std::string address = sessionBusAddress(); !address.empty())
             session_ = BusConnection::open(address, deadline, cancelled_);
         if (session_)
             watchStatus();
