@@ -176,11 +176,11 @@ void HelpView::showEvent(QShowEvent *event) {
     QWidget::showEvent(event);
 }
 
-void HelpView::changeEvent(QEvent *event) {
+bool HelpView::event(QEvent *event) {
     // The permissions may have been changed where the user comes from.
-    if (event->type() == QEvent::ActivationChange && isActiveWindow())
+    if (event->type() == QEvent::WindowActivate)
         diagnostics_.refresh();
-    QWidget::changeEvent(event);
+    return QWidget::event(event);
 }
 
 void HelpView::resizeEvent(QResizeEvent *event) {

@@ -28,8 +28,8 @@ public:
     explicit HelpView(Platform &platform);
 
 protected:
+    bool event(QEvent *event) override;
     void showEvent(QShowEvent *event) override;
-    void changeEvent(QEvent *event) override;
     void resizeEvent(QResizeEvent *event) override;
 
 private:

@@ -2,6 +2,7 @@
 
 #include <QAccessible>
 #include <QAccessibleWidget>
+#include <QEvent>
 #include <QVariant>
 #include <QWidget>
 
@@ -18,6 +19,27 @@ QAccessibleInterface *makeInterface(const QString & /*className*/, QObject *obje
                : nullptr;
 }
 
+void send(QWidget &view, QAccessible::Event type) {
+    QAccessibleEvent event(&view, type);
+    QAccessible::updateAccessibility(&event);
+}
+
+/// The toolkit tells of every view that it begins to show, which readers on the accessibility bus
+/// speak when it is a message; other readers wait for the alert.
+class AlertWhenShown : public QObject {
+public:
+    explicit AlertWhenShown(QWidget &view)
+        : QObject(&view) {
+        view.installEventFilter(this);
+    }
+
+    bool eventFilter(QObject *watched, QEvent *event) override {
+        if (event->type() == QEvent::Show && watched == parent())
+            send(*static_cast<QWidget *>(watched), QAccessible::Alert);
+        return false;
+    }
+};
+
 } // namespace
 
 void becomeMessage(QWidget &view) {
@@ -27,15 +49,12 @@ void becomeMessage(QWidget &view) {
     }();
     static_cast<void>(installed);
     view.setProperty(marker, true);
+    new AlertWhenShown(view);
 }
 
-void announce(QWidget &view) {
-    // Readers on the accessibility bus speak a message when it begins to show; others, on the
-    // alert.
-    for (const auto type : {QAccessible::ObjectShow, QAccessible::Alert}) {
-        QAccessibleEvent event(&view, type);
-        QAccessible::updateAccessibility(&event);
-    }
+void announceAnew(QWidget &view) {
+    send(view, QAccessible::ObjectShow);
+    send(view, QAccessible::Alert);
 }
 
 } // namespace pindle::announcement

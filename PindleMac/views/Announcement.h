@@ -6,10 +6,11 @@ class QWidget;
 namespace pindle::announcement {
 
 /// Makes assistive technologies take the view for a message (AT-SPI's "notification") named
-/// `QWidget::accessibleName()`. To be called once, before the view is shown.
+/// `QWidget::accessibleName()`, which is announced whenever the view appears. To be called once,
+/// before the view is shown.
 void becomeMessage(QWidget &view);
 
-/// Tells them that the view's message is new or has come back. The view is visible.
-void announce(QWidget &view);
+/// Announces a message that changed while the view was visible.
+void announceAnew(QWidget &view);
 
 } // namespace pindle::announcement

@@ -17,6 +17,7 @@ namespace {
 constexpr double triangleSize = 9;
 constexpr int triangleGap = 7;
 constexpr int padding = 3;
+constexpr int verticalPadding = 1;
 constexpr double radius = 5;
 constexpr double ringWidth = 2;
 
@@ -78,7 +79,7 @@ QSize DisclosureHeader::sizeHint() const {
     const QFontMetricsF metrics(theme::font(theme::TextStyle::subheadlineSemibold));
     return {static_cast<int>(std::ceil(triangleSize + triangleGap +
                                        metrics.horizontalAdvance(label_) + 2 * padding)),
-            static_cast<int>(std::ceil(metrics.height() + 2 * padding))};
+            static_cast<int>(std::ceil(metrics.height() + 2 * verticalPadding))};
 }
 
 double DisclosureHeader::cornerRadius() const {

@@ -12,11 +12,12 @@ MessageLine::MessageLine(windowtheme::Ink ink)
 
 bool MessageLine::setMessage(const QString &message) {
     const bool isNew = message != text() && !message.isEmpty();
+    const bool wasVisible = isVisible();
     setText(message);
     setAccessibleName(message);
     setVisible(!message.isEmpty());
-    if (isNew && isVisible())
-        announcement::announce(*this);
+    if (isNew && wasVisible)
+        announcement::announceAnew(*this);
     return isNew;
 }
 

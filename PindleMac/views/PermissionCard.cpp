@@ -36,9 +36,9 @@ PermissionCard::PermissionCard(const QString &title, const QString &reason,
 
     auto *top = new QHBoxLayout;
     top->setSpacing(spacing);
-    top->addWidget(new WindowLabel(title, Style::subheadlineSemibold));
+    top->addWidget(new WindowLabel(title, Style::subheadlineSemibold), 0, Qt::AlignVCenter);
     top->addStretch();
-    top->addWidget(badge);
+    top->addWidget(badge, 0, Qt::AlignVCenter);
     auto *row = new QHBoxLayout;
     row->setSpacing(spacing);
     for (WindowButton *action : actions)

@@ -17,16 +17,14 @@ constexpr int trackHeight = 22;
 constexpr int gap = 10;
 constexpr double knobInset = 2;
 constexpr double ringWidth = 2;
-/// Room around the track for the ring.
-constexpr int margin = 4;
-constexpr double outlineContrastOpacity = 0.55;
+constexpr double outlineOpacity = 0.55;
 
 } // namespace
 
 SwitchControl::SwitchControl(const QString &label)
     : QCheckBox(label) {
     setAccessibleName(label);
-    setFocusPolicy(Qt::StrongFocus);
+    setFocusPolicy(Qt::TabFocus);
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
 }
 
@@ -36,14 +34,14 @@ QFont SwitchControl::labelFont() const {
 
 QSize SwitchControl::sizeHint() const {
     const QFontMetricsF metrics(labelFont());
-    const double width = metrics.horizontalAdvance(text()) + gap + trackWidth + margin;
+    const double width = metrics.horizontalAdvance(text()) + gap + trackWidth;
     return {static_cast<int>(std::ceil(width)),
-            std::max(trackHeight + 2 * margin, static_cast<int>(std::ceil(metrics.height())))};
+            std::max(trackHeight, static_cast<int>(std::ceil(metrics.height())))};
 }
 
 QRectF SwitchControl::track() const {
-    return {static_cast<double>(width() - trackWidth - margin), (height() - trackHeight) / 2.0,
-            trackWidth, trackHeight};
+    return {static_cast<double>(width() - trackWidth), (height() - trackHeight) / 2.0, trackWidth,
+            trackHeight};
 }
 
 void SwitchControl::keyPressEvent(QKeyEvent *event) {
@@ -67,11 +65,11 @@ void SwitchControl::paintEvent(QPaintEvent * /*event*/) {
 
     const QRectF shape = track();
     QColor edge = ink(Ink::primary, palette());
-    edge.setAlphaF(static_cast<float>(outlineContrastOpacity));
-    painter.setPen(isChecked() ? QPen(Qt::NoPen) : QPen(edge, 1));
+    edge.setAlphaF(static_cast<float>(outlineOpacity));
+    painter.setPen(Qt::NoPen);
     painter.setBrush(isChecked() ? accent(palette()) : controlFill(palette()));
-    const QRectF line = isChecked() ? shape : shape.adjusted(0.5, 0.5, -0.5, -0.5);
-    painter.drawRoundedRect(line, line.height() / 2, line.height() / 2);
+    painter.drawRoundedRect(shape, trackHeight / 2.0, trackHeight / 2.0);
+    paintOutline(painter, edge);
 
     const double knob = trackHeight - 2 * knobInset - 2;
     const double y = shape.center().y() - knob / 2;
@@ -80,14 +78,22 @@ void SwitchControl::paintEvent(QPaintEvent * /*event*/) {
     painter.setPen(Qt::NoPen);
     painter.setBrush(isChecked() ? QColor(Qt::white) : edge);
     painter.drawEllipse(QRectF(x, y, knob, knob));
+}
 
-    if (hasFocus()) {
-        constexpr double outside = margin - ringWidth / 2;
-        const QRectF around = shape.adjusted(-outside, -outside, outside, outside);
-        painter.setPen(QPen(ring(palette()), ringWidth));
-        painter.setBrush(Qt::NoBrush);
-        painter.drawRoundedRect(around, around.height() / 2, around.height() / 2);
-    }
+/// A thin edge around the switch that is off, and a thick one around the one with the keyboard: the
+/// ring's colour, or, on the accent colour, that of the text.
+void SwitchControl::paintOutline(QPainter &painter, const QColor &edge) {
+    using namespace windowtheme;
+    if (isChecked() && !hasFocus())
+        return;
+    const double width = hasFocus() ? ringWidth : 1;
+    QColor colour = edge;
+    if (hasFocus())
+        colour = isChecked() ? ink(Ink::primary, palette()) : ring(palette());
+    const QRectF line = track().adjusted(width / 2, width / 2, -width / 2, -width / 2);
+    painter.setPen(QPen(colour, width));
+    painter.setBrush(Qt::NoBrush);
+    painter.drawRoundedRect(line, line.height() / 2, line.height() / 2);
 }
 
 } // namespace pindle

@@ -20,6 +20,7 @@ protected:
 
 private:
     QRectF track() const;
+    void paintOutline(QPainter &painter, const QColor &edge);
     QFont labelFont() const;
 };
 

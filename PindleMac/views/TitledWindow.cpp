@@ -38,8 +38,11 @@ TitledWindow::TitledWindow(const Form &form, QWidget *content, WindowServer &win
 }
 
 void TitledWindow::show() {
-    if (!centered_)
+    if (!centered_) {
         center();
+        // Left to itself the toolkit would give the keyboard to the first control.
+        setFocus(Qt::OtherFocusReason);
+    }
     setWindowState(windowState() & ~Qt::WindowMinimized);
     QWidget::show();
     raise();

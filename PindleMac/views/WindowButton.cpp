@@ -14,8 +14,8 @@ constexpr int horizontalPadding = 12;
 constexpr int verticalPadding = 5;
 constexpr double radius = 6;
 constexpr double ringWidth = 2;
-/// Between the button's shape and its edge, where the ring is drawn.
-constexpr double ringRoom = 3;
+/// Of the ring from the edge of a filled button, on which the ring's own colour would be lost.
+constexpr double ringInset = 2;
 constexpr double pressedVeil = 0.18;
 constexpr double hoverVeil = 0.08;
 
@@ -34,10 +34,8 @@ WindowButton::WindowButton(const QString &label, Kind kind, const QString &subje
 
 QSize WindowButton::sizeHint() const {
     const QFontMetricsF metrics(labelFont());
-    constexpr double around = 2 * ringRoom;
-    return {static_cast<int>(
-                std::ceil(metrics.horizontalAdvance(label_) + 2 * horizontalPadding + around)),
-            static_cast<int>(std::ceil(metrics.height() + 2 * verticalPadding + around))};
+    return {static_cast<int>(std::ceil(metrics.horizontalAdvance(label_) + 2 * horizontalPadding)),
+            static_cast<int>(std::ceil(metrics.height() + 2 * verticalPadding))};
 }
 
 double WindowButton::cornerRadius() const {
@@ -55,7 +53,7 @@ QColor WindowButton::fill() const {
 void WindowButton::paintEvent(QPaintEvent * /*event*/) {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
-    const QRectF shape = QRectF(rect()).adjusted(ringRoom, ringRoom, -ringRoom, -ringRoom);
+    const QRectF shape(rect());
     painter.setPen(Qt::NoPen);
     painter.setBrush(fill());
     painter.drawRoundedRect(shape, radius, radius);
@@ -65,11 +63,13 @@ void WindowButton::paintEvent(QPaintEvent * /*event*/) {
         painter.drawRoundedRect(shape.adjusted(0.5, 0.5, -0.5, -0.5), radius - 0.5, radius - 0.5);
     }
     if (showsFocusRing()) {
-        constexpr double inset = ringWidth / 2;
-        painter.setPen(QPen(windowtheme::ring(palette()), ringWidth));
+        const bool prominent = kind_ == Kind::prominent;
+        const double inset = ringWidth / 2 + (prominent ? ringInset : 0);
+        painter.setPen(
+            QPen(prominent ? QColor(Qt::white) : windowtheme::ring(palette()), ringWidth));
         painter.setBrush(Qt::NoBrush);
-        painter.drawRoundedRect(QRectF(rect()).adjusted(inset, inset, -inset, -inset),
-                                radius + inset, radius + inset);
+        painter.drawRoundedRect(shape.adjusted(inset, inset, -inset, -inset), radius - inset,
+                                radius - inset);
     }
     paintContent(painter);
 }

@@ -13,6 +13,7 @@ constexpr double textContrast = 4.5;
 constexpr double shapeContrast = 3.0;
 constexpr double secondaryOpacity = 0.62;
 constexpr double controlOpacity = 0.07;
+constexpr double controlOpacityStep = 0.01;
 constexpr double outlineOpacity = 0.28;
 /// The darkest veil of black there is on a window: a badge on a card.
 constexpr double deepestVeil = 0.1;
@@ -81,7 +82,13 @@ QColor ring(const QPalette &palette) {
 }
 
 QColor controlFill(const QPalette &palette) {
-    return mixed(background(palette), ink(Ink::primary, palette), controlOpacity);
+    const QColor text = ink(Ink::primary, palette);
+    // Fainter where the label would be hard to read on it.
+    double opacity = controlOpacity;
+    while (opacity > 0 &&
+           theme::contrastRatio(text, mixed(background(palette), text, opacity)) < textContrast)
+        opacity -= controlOpacityStep;
+    return mixed(background(palette), text, std::max(opacity, 0.0));
 }
 
 QColor controlOutline(const QPalette &palette) {

@@ -12,6 +12,7 @@
 #include "PindleMac/platform/linux/loginitem/AutostartLoginItem.h"
 #include "PindleMac/platform/linux/notificationcenter/LocalNotificationCenter.h"
 #include "PindleMac/platform/linux/pasteboard/X11Pasteboard.h"
+#include "PindleMac/platform/linux/privacy/PrivacyWindow.h"
 #include "PindleMac/platform/linux/questions/AccessDecisions.h"
 #include "PindleMac/platform/linux/questions/QuestionQueue.h"
 #include "PindleMac/platform/linux/screens/QtScreens.h"
@@ -35,17 +36,6 @@ Question accessibilityQuestion() {
             QStringLiteral("Not Now"), QStringLiteral("Switch On")};
 }
 
-Question calendarQuestion() {
-    return {QStringLiteral("Allow Pindle to add events to your calendar?"),
-            QStringLiteral("Pindle only adds the events you choose to save. It never reads your "
-                           "calendar."),
-            QStringLiteral("Don’t Allow"), QStringLiteral("Allow")};
-}
-
-bool isPrivacyPage(const QUrl &url, QLatin1String page) {
-    return url.scheme() == QLatin1String("x-apple.systempreferences") && url.query() == page;
-}
-
 } // namespace
 
 struct LinuxPlatform::Facilities {
@@ -60,23 +50,19 @@ struct LinuxPlatform::Facilities {
             questions.ask(question, std::move(answered));
         };
     }
-    /// The privacy pages are questions here; every other page is refused.
+    /// The privacy pages open here; every other page is refused.
     bool openSettings(const QUrl &url) {
-        if (isPrivacyPage(url, QLatin1String("Privacy_Calendars"))) {
-            questions.ask(calendarQuestion(), [this](QuestionAnswer answer) {
-                using Decision = AccessDecisions::Decision;
-                if (answer != QuestionAnswer::none)
-                    decisions.setCalendar(answer == QuestionAnswer::accepted ? Decision::writeOnly
-                                                                             : Decision::denied);
-            });
-            return true;
+        const auto page = privacyPageFor(url);
+        if (!page)
+            return false;
+        if (!privacy) {
+            privacy = std::make_unique<PrivacyWindow>(
+                std::vector{calendarPermission(decisions), accessibilityPermission(accessibility)},
+                [this](quintptr window) { windowServer.activateIgnoringOtherApps(window); });
+            accessibility.observeTrust([this] { privacy->refresh(); });
         }
-        if (isPrivacyPage(url, QLatin1String("Privacy_Accessibility")) &&
-            !accessibility.AXIsProcessTrusted()) {
-            accessibility.AXIsProcessTrustedWithOptions(true);
-            return true;
-        }
-        return false;
+        privacy->show(*page);
+        return true;
     }
     AtspiAccessibility::Ask accessibilityAsker() {
         return [this](std::function<void(bool)> answered) {
@@ -110,6 +96,8 @@ struct LinuxPlatform::Facilities {
     JsonUserDefaults userDefaults;
     X11WindowServer windowServer{*connection, shownQuestions};
     DesktopWorkspace workspace{[this](const QUrl &url) { return openSettings(url); }};
+
+    std::unique_ptr<PrivacyWindow> privacy; ///< made when first asked for
 
     Platform platform{accessibility,
                       surroundings.application,

@@ -108,19 +108,20 @@ void X11WindowServer::activateIgnoringOtherApps(quintptr window) {
 
 void X11WindowServer::activateAt(xcb_timestamp_t time) {
     const xcb_window_t window = std::exchange(toActivate_, XCB_NONE);
-    xcb_connection_t *toolkit = toolkitConnection();
-    if (window == XCB_NONE || toolkit == nullptr)
+    if (window == XCB_NONE)
         return;
+    xcb_connection_t *toolkit = toolkitConnection();
+    xcb_connection_t *xcb = toolkit == nullptr ? connection_.xcb() : toolkit;
     const xcb_window_t root = connection_.root();
-    xcb_change_property(toolkit, XCB_PROP_MODE_REPLACE, window,
-                        connection_.atom("_NET_WM_USER_TIME"), XCB_ATOM_CARDINAL, 32, 1, &time);
+    xcb_change_property(xcb, XCB_PROP_MODE_REPLACE, window, connection_.atom("_NET_WM_USER_TIME"),
+                        XCB_ATOM_CARDINAL, 32, 1, &time);
     if (const auto desktop = connection_.cardinal(root, "_NET_CURRENT_DESKTOP")) {
-        tellManager(toolkit, root, window, connection_.atom("_NET_WM_DESKTOP"),
+        tellManager(xcb, root, window, connection_.atom("_NET_WM_DESKTOP"),
                     {*desktop, fromUser, 0, 0, 0});
     }
-    tellManager(toolkit, root, window, connection_.atom("_NET_ACTIVE_WINDOW"),
+    tellManager(xcb, root, window, connection_.atom("_NET_ACTIVE_WINDOW"),
                 {fromUser, time, 0, 0, 0});
-    xcb_flush(toolkit);
+    xcb_flush(xcb);
 }
 
 bool X11WindowServer::compositingActive() {
