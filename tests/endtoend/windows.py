@@ -276,6 +276,7 @@ class Windows(unittest.TestCase):
         os.makedirs(folder, exist_ok=True)
         for action, title in (("settings", "Settings"), ("help", "Help")):
             self.open(action, title)
+            desktop.press("Tab", "Tab")
             desktop.time.sleep(0.3)
             path = desktop.screenshot(os.path.join(folder, f"{action}.png"))
             self.assertGreater(os.path.getsize(path), 5_000)
