@@ -22,6 +22,8 @@ COMPOSITION = re.compile(r"^PindleMac/(main\.cpp|Program\.(h|cpp))$")
 def layer_of(path):
     if path.startswith("PindleConversion/"):
         return "PindleConversion"
+    if path.startswith("PindleMac/platform/linux/eventstore/evolution/"):
+        return "PindleEvolution"
     if path.startswith("PindleMac/platform/linux/"):
         return "PindleLinux"
     if path.startswith("PindleMac/platform/"):
@@ -55,6 +57,11 @@ RULES = {
                                "PkgConfig::XCB", "PkgConfig::SYSTEMD",
                                "PkgConfig::ICAL", "nlohmann_json::nlohmann_json",
                                "Threads::Threads"}),
+    # A plugin: apart from the interface it implements, it knows nothing of the program.
+    "PindleEvolution": dict(layers={"PindleEvolution"}, qt=set(),
+                            other=r"^(libecal/libecal\.h"
+                                  r"|PindleMac/platform/linux/eventstore/CalendarBackend\.h)$",
+                            links={"PkgConfig::ECAL"}),
     "PindleConversion": dict(layers={"PindleConversion"}, qt=set(),
                              other=r"^(unicode/.*|nlohmann/.*|sys/random\.h|unistd\.h)$",
                              links={"ICU::i18n", "ICU::uc", "nlohmann_json::nlohmann_json"}),
@@ -124,6 +131,9 @@ def self_test(qt_headers):
                "PindleMac/ContentView.cpp": "#include <xcb/xcb.h>\n",
                "PindleMac/platform/linux/a/A.cpp": '#include "PindleMac/AppServices.h"\n',
                "PindleMac/platform/Clock.h": "#include <QGuiApplication>\n#include <chrono>\n",
+               "PindleMac/platform/linux/a/B.cpp": "#include <libecal/libecal.h>\n",
+               "PindleMac/platform/linux/eventstore/evolution/C.cpp":
+                   '#include "PindleMac/platform/EventStore.h"\n',
                "PindleConversion/Convert.cpp": "#include <QString>\n",
                "PindleMac/Stray.cpp": ""}
         for path, text in bad.items():
@@ -134,7 +144,7 @@ def self_test(qt_headers):
         unnoticed = [path for path in bad if not any(f.startswith(path + ":") for f in faults)]
         if unnoticed or len(faults) != len(bad):
             sys.exit(f"not noticed: {unnoticed}; noticed: {faults}")
-    if len(check_links(["PindleLogic=Qt6::Widgets,Qt6::Core"])) != 1:
+    if len(check_links(["PindleLogic=Qt6::Widgets,Qt6::Core", "PindleLinux=PkgConfig::ECAL"])) != 2:
         sys.exit("a forbidden library was not noticed")
 
 

@@ -7,7 +7,8 @@
 #include "PindleMac/platform/linux/bundle/ExecutableBundle.h"
 #include "PindleMac/platform/linux/clock/SystemClock.h"
 #include "PindleMac/platform/linux/eventposting/X11EventPosting.h"
-#include "PindleMac/platform/linux/eventstore/IcsFolderEventStore.h"
+#include "PindleMac/platform/linux/eventstore/DesktopEventStore.h"
+#include "PindleMac/platform/linux/eventstore/EvolutionBackend.h"
 #include "PindleMac/platform/linux/hotkeys/X11HotKeys.h"
 #include "PindleMac/platform/linux/loginitem/AutostartLoginItem.h"
 #include "PindleMac/platform/linux/notificationcenter/LocalNotificationCenter.h"
@@ -86,7 +87,7 @@ struct LinuxPlatform::Facilities {
     ExecutableBundle bundle;
     SystemClock clock;
     X11EventPosting eventPosting{*connection, keyboard};
-    IcsFolderEventStore eventStore{decisions, asker()};
+    DesktopEventStore eventStore{decisions, asker(), loadEvolutionBackend};
     X11HotKeys hotKeys{*connection, keyboard};
     AutostartLoginItem loginItem{QCoreApplication::applicationFilePath()};
     LocalNotificationCenter notificationCenter;

@@ -125,7 +125,8 @@ void X11WindowServer::activateAt(xcb_timestamp_t time) {
 }
 
 bool X11WindowServer::compositingActive() {
-    return managerPresent();
+    // The server tells of changes where it can, so that a press need not wait for an answer.
+    return selectionEvent_ != 0 ? wasActive_ : managerPresent();
 }
 
 bool X11WindowServer::managerPresent() const {
