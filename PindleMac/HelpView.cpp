@@ -2,6 +2,7 @@
 
 #include "PindleMac/platform/Bundle.h"
 #include "PindleMac/platform/Platform.h"
+#include "PindleMac/views/AccessibleRole.h"
 #include "PindleMac/views/DebugRow.h"
 #include "PindleMac/views/DisclosureGroup.h"
 #include "PindleMac/views/HelpStep.h"
@@ -76,6 +77,8 @@ void HelpView::buildArea() {
     area_->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     area_->setFocusPolicy(Qt::StrongFocus);
     area_->setAccessibleName(QStringLiteral("Help"));
+    setAccessibleRole(*area_, QAccessible::Grouping);
+    setFocusProxy(area_); // so that the keys that scroll do from the start
     area_->setWidget(content);
     area_->viewport()->setAutoFillBackground(false);
     content->setAutoFillBackground(false);

@@ -1,23 +1,13 @@
 #include "PindleMac/views/Announcement.h"
 
-#include <QAccessible>
-#include <QAccessibleWidget>
+#include "PindleMac/views/AccessibleRole.h"
+
 #include <QEvent>
-#include <QVariant>
 #include <QWidget>
 
 namespace pindle::announcement {
 
 namespace {
-
-constexpr char marker[] = "pindleMessage";
-
-QAccessibleInterface *makeInterface(const QString & /*className*/, QObject *object) {
-    auto *view = qobject_cast<QWidget *>(object);
-    return view && view->property(marker).toBool()
-               ? new QAccessibleWidget(view, QAccessible::Notification)
-               : nullptr;
-}
 
 void send(QWidget &view, QAccessible::Event type) {
     QAccessibleEvent event(&view, type);
@@ -43,12 +33,7 @@ public:
 } // namespace
 
 void becomeMessage(QWidget &view) {
-    static const bool installed = [] {
-        QAccessible::installFactory(makeInterface);
-        return true;
-    }();
-    static_cast<void>(installed);
-    view.setProperty(marker, true);
+    setAccessibleRole(view, QAccessible::Notification);
     new AlertWhenShown(view);
 }
 

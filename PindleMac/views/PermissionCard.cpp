@@ -1,5 +1,6 @@
 #include "PindleMac/views/PermissionCard.h"
 
+#include "PindleMac/views/AccessibleRole.h"
 #include "PindleMac/views/Theme.h"
 #include "PindleMac/views/WindowButton.h"
 #include "PindleMac/views/WindowLabel.h"
@@ -28,6 +29,7 @@ PermissionCard::PermissionCard(const QString &title, const QString &reason,
     : Card(theme::black(cardOpacity), radius)
     , status_(new WindowLabel({}, Style::captionSemibold)) {
     setAccessibleName(title);
+    setAccessibleRole(*this, QAccessible::Grouping);
     auto *badge = new Card(theme::black(badgeOpacity), QWIDGETSIZE_MAX);
     auto *capsule = new QHBoxLayout(badge);
     capsule->setContentsMargins(badgeHorizontalPadding, badgeVerticalPadding,

@@ -1,6 +1,7 @@
 #include "PindleMac/views/TitledWindow.h"
 
 #include "PindleMac/platform/WindowServer.h"
+#include "PindleMac/views/AccessibleRole.h"
 
 #include <QCursor>
 #include <QEvent>
@@ -29,6 +30,7 @@ TitledWindow::TitledWindow(const Form &form, QWidget *content, WindowServer &win
     , content_(content)
     , contentSize_(form.contentSize) {
     setWindowTitle(form.title);
+    setAccessibleRole(*this, QAccessible::Window);
     // A utility that lives without windows does not end with its last one.
     setAttribute(Qt::WA_QuitOnClose, false);
     auto *layout = new QVBoxLayout(this);
@@ -41,7 +43,7 @@ void TitledWindow::show() {
     if (!centered_) {
         center();
         // Left to itself the toolkit would give the keyboard to the first control.
-        setFocus(Qt::OtherFocusReason);
+        (content_->focusProxy() ? content_ : this)->setFocus(Qt::OtherFocusReason);
     }
     setWindowState(windowState() & ~Qt::WindowMinimized);
     QWidget::show();

@@ -26,7 +26,7 @@ QRect pointersScreen() {
 } // namespace
 
 PrivacyWindow::PrivacyWindow(std::vector<PrivacyPermission> pages, Activate activate)
-    : QWidget(nullptr, Qt::Window | Qt::CustomizeWindowHint | Qt::WindowTitleHint |
+    : QDialog(nullptr, Qt::Window | Qt::CustomizeWindowHint | Qt::WindowTitleHint |
                            Qt::WindowSystemMenuHint | Qt::WindowCloseButtonHint)
     , activate_(std::move(activate))
     , tabs_(new QTabWidget) {
@@ -58,7 +58,7 @@ void PrivacyWindow::show(PrivacyPage page) {
         placed_ = true;
     }
     setWindowState(windowState() & ~Qt::WindowMinimized);
-    QWidget::show();
+    QDialog::show();
     raise();
     activateWindow();
     if (activate_)
@@ -77,14 +77,14 @@ PrivacyPageView &PrivacyWindow::page(PrivacyPage page) const {
 void PrivacyWindow::changeEvent(QEvent *event) {
     if (event->type() == QEvent::ActivationChange && isActiveWindow())
         refresh();
-    QWidget::changeEvent(event);
+    QDialog::changeEvent(event);
 }
 
 void PrivacyWindow::keyPressEvent(QKeyEvent *event) {
     if (event->key() == Qt::Key_Escape || event->matches(QKeySequence::Close))
         close();
     else
-        QWidget::keyPressEvent(event);
+        QWidget::keyPressEvent(event); // Return is for the control that has the keyboard
 }
 
 } // namespace pindle

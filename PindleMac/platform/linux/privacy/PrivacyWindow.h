@@ -2,7 +2,7 @@
 
 #include "PindleMac/platform/linux/privacy/PrivacyPermission.h"
 
-#include <QWidget>
+#include <QDialog>
 #include <vector>
 
 class QTabWidget;
@@ -13,7 +13,7 @@ class PrivacyPageView;
 
 /// The system's window for what this program may do: a page for each permission. It shows the state
 /// as it is whenever it comes to the front, and closing it only hides it. Main thread.
-class PrivacyWindow final : public QWidget {
+class PrivacyWindow final : public QDialog {
 public:
     /// Makes a native window the active one, in front of all others.
     using Activate = std::function<void(quintptr window)>;
