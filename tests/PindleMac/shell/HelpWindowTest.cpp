@@ -328,7 +328,7 @@ TEST_F(Help, everyControlIsReachedWithTheTabKeyAndBroughtIntoSight) {
     unfold();
     window->activateWindow();
     QStringList reached;
-    QWidget *focused = window;
+    QWidget *focused = window->focusWidget();
     for (int step = 0; step < 14; ++step) {
         QTest::keyClick(focused, Qt::Key_Tab);
         settle();
