@@ -79,6 +79,7 @@ void QuestionDialog::layOut(const Question &question) {
     QFont bold = text->font();
     bold.setBold(true);
     text->setFont(bold);
+    auto *details = plainLabel(question.details, this);
 
     refuse_ = new QPushButton(question.refuse, this);
     accept_ = new QPushButton(question.accept, this);
@@ -100,7 +101,7 @@ void QuestionDialog::layOut(const Question &question) {
     auto *column = new QVBoxLayout;
     column->setSpacing(spacing);
     column->addWidget(text);
-    column->addWidget(plainLabel(question.details, this));
+    column->addWidget(details);
     column->addLayout(buttons);
     auto *row = new QHBoxLayout(this);
     row->setContentsMargins(margin, margin, margin, margin);
