@@ -284,7 +284,8 @@ QImage EmbeddedIcon::ground() {
         nullptr));
     if (!reply || xcb_get_image_data_length(reply.get()) != 4 * width * height)
         return {};
-    return QImage(xcb_get_image_data(reply.get()), width, height, 4 * width, QImage::Format_RGB32)
+    return QImage(xcb_get_image_data(reply.get()), width, height, qsizetype(4) * width,
+                  QImage::Format_RGB32)
         .copy();
 }
 
