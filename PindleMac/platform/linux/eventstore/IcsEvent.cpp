@@ -18,10 +18,11 @@ using std::chrono::sys_seconds;
 constexpr int firstYear = 1;
 constexpr int lastYear = 9999; ///< a DATE-TIME has four digits for the year
 
-/// The years a lasting definition of a zone is exact for: those of nearly every event, and few
-/// enough to write down one by one where a zone has no yearly rule.
+/// The years a lasting definition of a zone is exact for: those of nearly every event, few enough
+/// to write down one by one where a zone has no yearly rule, and none in which readers that count
+/// time in 32 bits give up.
 constexpr sys_seconds lastingFrom{std::chrono::sys_days{std::chrono::January / 1 / 2020}};
-constexpr sys_seconds lastingUntil{std::chrono::sys_days{std::chrono::January / 1 / 2045}};
+constexpr sys_seconds lastingUntil{std::chrono::sys_days{std::chrono::January / 1 / 2038}};
 
 using Component = std::unique_ptr<icalcomponent, decltype(&icalcomponent_free)>;
 

@@ -30,7 +30,7 @@ public:
 enum class IcsTimes {
     ownZone,     ///< in its zone, with a definition exact for this event
     lastingZone, ///< in its zone, with the same definition for every event, exact for the years
-                 ///< from 2020 to 2044; an event in another year is written in UTC
+                 ///< from 2020 to 2037; an event in another year is written in UTC
     universal,   ///< in UTC
 };
 

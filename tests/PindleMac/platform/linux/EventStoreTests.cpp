@@ -186,7 +186,7 @@ TEST_F(CalendarFolder, aLastingDefinitionIsTheSameForEveryEventAndExactForItsYea
         const QByteArray text = lastingText(name, summer);
         EXPECT_TRUE(text.contains(QByteArray("DTSTART;TZID=") + name));
         EXPECT_EQ(definitionIn(text), definitionIn(lastingText(name, winter)));
-        for (int year = 2020; year < 2045; year += 3) {
+        for (int year = 2020; year < 2038; year += 2) {
             for (unsigned month = 1; month < 13; month += 3) {
                 const sys_seconds instant =
                     sys_days{std::chrono::year{year} / std::chrono::month{month} / 15};
@@ -200,7 +200,7 @@ TEST_F(CalendarFolder, aLastingDefinitionIsTheSameForEveryEventAndExactForItsYea
 }
 
 TEST_F(CalendarFolder, outsideTheYearsOfALastingDefinitionTimesAreUniversal) {
-    for (const int year : {2019, 2045, 2100}) {
+    for (const int year : {2019, 2038, 2100}) {
         const sys_seconds start = sys_days{std::chrono::July / 1 / year} + 9h;
         const QByteArray text = lastingText("Europe/Berlin", start);
         EXPECT_TRUE(text.contains("0701T090000Z\r\n")) << year;
