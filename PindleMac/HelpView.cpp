@@ -77,7 +77,7 @@ void HelpView::buildArea() {
     area_->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     area_->setFocusPolicy(Qt::StrongFocus);
     area_->setAccessibleName(QStringLiteral("Help"));
-    setAccessibleRole(*area_, QAccessible::Pane);
+    setAccessibleRole(*area_, QAccessible::Grouping);
     setFocusProxy(area_); // so that the keys that scroll do from the start
     area_->setWidget(content);
     area_->viewport()->setAutoFillBackground(false);

@@ -27,6 +27,9 @@ void setAccessibleRole(QWidget &view, QAccessible::Role role) {
     }();
     static_cast<void>(installed);
     view.setProperty(roleProperty, static_cast<int>(role));
+    // Naming a view may have made its interface already, of the toolkit's own role.
+    if (QAccessibleInterface *known = QAccessible::queryAccessibleInterface(&view))
+        QAccessible::deleteAccessibleInterface(QAccessible::uniqueId(known));
 }
 
 } // namespace pindle

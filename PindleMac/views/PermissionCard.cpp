@@ -29,7 +29,7 @@ PermissionCard::PermissionCard(const QString &title, const QString &reason,
     : Card(theme::black(cardOpacity), radius)
     , status_(new WindowLabel({}, Style::captionSemibold)) {
     setAccessibleName(title);
-    setAccessibleRole(*this, QAccessible::Pane);
+    setAccessibleRole(*this, QAccessible::Grouping);
     auto *badge = new Card(theme::black(badgeOpacity), QWIDGETSIZE_MAX);
     auto *capsule = new QHBoxLayout(badge);
     capsule->setContentsMargins(badgeHorizontalPadding, badgeVerticalPadding,

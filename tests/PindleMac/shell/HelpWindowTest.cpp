@@ -1,3 +1,4 @@
+#include "PindleMac/views/AccessibleRole.h"
 #include "tests/PindleMac/shell/HelpFixture.h"
 
 namespace pindle {
@@ -261,6 +262,14 @@ TEST_F(Help, theFoldTellsAssistiveTechnologiesItsState) {
     EXPECT_TRUE(fold->state().expanded);
     EXPECT_FALSE(fold->state().collapsed);
     EXPECT_TRUE(header().isExpanded());
+}
+
+TEST_F(Help, aRoleGivenBehindANameIsTheRoleThatIsSeen) {
+    QWidget view;
+    view.setAccessibleName(accessibility);
+    ASSERT_NE(QAccessible::queryAccessibleInterface(&view)->role(), QAccessible::Grouping);
+    setAccessibleRole(view, QAccessible::Grouping);
+    EXPECT_EQ(QAccessible::queryAccessibleInterface(&view)->role(), QAccessible::Grouping);
 }
 
 TEST_F(Help, everyControlIsReachedWithTheTabKeyAndBroughtIntoSight) {
