@@ -66,6 +66,10 @@ std::function<void()> AppViewModel::shortcutHandler() {
     };
 }
 
+void AppViewModel::shortcutPressed() {
+    shortcutHandler()();
+}
+
 void AppViewModel::captureAndConvertSelection() {
     startTask([this] { return captureAndConvert(); });
 }

@@ -64,8 +64,14 @@ public:
     /// Where the close button posts `closePindlePopover`.
     NotificationCenter &notificationCenter() const { return platform_.notificationCenter; }
 
+    /// What brings the program's windows to the front.
+    WindowServer &windowServer() const { return platform_.windowServer; }
+
     /// Once per process: first registration with the service, binding of the shortcut.
     void bootstrap();
+    /// What a press of the shortcut does. Starts a task: posts `showPindlePopover` for the place of
+    /// the pointer, then captureAndConvertSelection().
+    void shortcutPressed();
     /// Starts a task: reads the selection and converts it into a draft.
     void captureAndConvertSelection();
     /// Persists the letter and binds the shortcut to it.

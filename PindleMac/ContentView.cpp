@@ -117,7 +117,11 @@ void ContentView::renderPendingChanges() {
 }
 
 void ContentView::setRoundedCorners(bool rounded) {
+    if (rounded == outline_->clipping())
+        return;
     outline_->setClipping(rounded);
+    backdrop_.forget();
+    update();
 }
 
 void ContentView::requestClose() {
@@ -252,6 +256,10 @@ void ContentView::keyPressEvent(QKeyEvent *event) {
 
 void ContentView::paintEvent(QPaintEvent * /*event*/) {
     QPainter painter(this);
+    backdrop_.draw(painter, size(), [this](QPainter &into) { paintBackground(into); });
+}
+
+void ContentView::paintBackground(QPainter &painter) const {
     QLinearGradient gradient(rect().topLeft(), rect().bottomRight());
     gradient.setColorAt(0, theme::backgroundStart());
     gradient.setColorAt(1, theme::backgroundEnd());

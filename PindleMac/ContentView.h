@@ -1,5 +1,7 @@
 #pragma once
 
+#include "PindleMac/views/Backdrop.h"
+
 #include <QWidget>
 
 class QScrollArea;
@@ -65,6 +67,7 @@ private:
     void edit(QString CalendarEventDetails::*field, const QString &text);
     void chooseDestination(const CalendarDestinationLink &link);
     bool destinationsEnabled() const;
+    void paintBackground(QPainter &painter) const;
 
     AppViewModel &viewModel_;
     OncePerTurn *rendering_;
@@ -79,6 +82,7 @@ private:
     MessageCard *notice_;
     ThinScrollBar *scrollBar_;
     PanelOutline *outline_;
+    Backdrop backdrop_;
 };
 
 } // namespace pindle

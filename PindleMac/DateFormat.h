@@ -8,7 +8,8 @@
 
 namespace pindle {
 
-/// Whether the tz database knows this identifier.
+/// Whether the tz database knows this identifier: ICU's or, for zones younger than that, the
+/// system's.
 bool isKnownTimeZone(const QString &identifier);
 
 /// Wall-clock text of an instant: a Unicode date-field pattern (UTS #35), Gregorian calendar,

@@ -3,6 +3,7 @@
 #include "PindleMac/ContentView.h"
 #include "PindleMac/PanelPlacement.h"
 #include "PindleMac/platform/WindowServer.h"
+#include "PindleMac/views/AccessibleRole.h"
 #include "PindleMac/views/PanelOutline.h"
 #include "PindleMac/views/Theme.h"
 
@@ -52,6 +53,7 @@ CursorPopoverPanel::CursorPopoverPanel(ContentView *content, WindowServer &windo
     setAttribute(Qt::WA_ShowWithoutActivating);
     setAttribute(Qt::WA_QuitOnClose, false);
     setWindowTitle(QStringLiteral("Pindle"));
+    setAccessibleRole(*this, QAccessible::Dialog);
     setPalette(theme::palette());
     setFixedSize(panelSize);
     content_->setParent(this);

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "PindleMac/FloatingPanelController.h"
+#include "PindleMac/platform/Application.h"
 
 #include <any>
 #include <memory>
@@ -8,6 +8,10 @@
 namespace pindle {
 
 class AppViewModel;
+class FloatingPanelController;
+class HelpWindowController;
+class SettingsWindowController;
+class StatusItemController;
 struct Platform;
 
 /// Starts the program's parts in their order and keeps them alive until the process ends. Main
@@ -15,6 +19,7 @@ struct Platform;
 class AppDelegate {
 public:
     AppDelegate(Platform &platform, AppViewModel &viewModel);
+    ~AppDelegate();
 
     /// To be called once, when the event loop is about to run.
     void applicationDidFinishLaunching();
@@ -25,10 +30,14 @@ public:
 private:
     void showPanel(const std::any &object);
     void closePanel();
+    void perform(ApplicationRequest request);
 
     Platform &platform_;
     AppViewModel &viewModel_;
-    std::unique_ptr<FloatingPanelController> panelController_;
+    std::shared_ptr<FloatingPanelController> panelController_;
+    std::shared_ptr<SettingsWindowController> settingsWindowController_;
+    std::shared_ptr<HelpWindowController> helpWindowController_;
+    std::unique_ptr<StatusItemController> statusItemController_;
 };
 
 } // namespace pindle

@@ -2,8 +2,8 @@
 #include "PindleMac/platform/linux/urlsession/QtURLSession.h"
 
 int main(int argc, char **argv) {
-    return pindle::runProgram(argc, argv, [] {
+    pindle::endProcess(pindle::runProgram(argc, argv, [] {
         return std::make_unique<pindle::QtURLSession>(pindle::QtURLSession::LocalHosts{
             {pindle::embeddedServiceHost(), pindle::answerInProcess}});
-    });
+    }));
 }

@@ -24,7 +24,7 @@ int main(int argc, char **argv) {
     const pindle::bench::PressPlan plan{argv[1], std::atoi(argv[2]), std::atoi(argv[3]),
                                         QString::fromUtf8(argv[4])};
     std::unique_ptr<pindle::bench::PressBench> bench;
-    return pindle::runProgram(argc, argv, [&] {
+    return pindle::runProgram(1, argv, [&] {
         QTimer::singleShot(settling, qApp, [&bench, &plan] {
             bench = std::make_unique<pindle::bench::PressBench>(plan);
         });

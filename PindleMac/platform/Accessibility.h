@@ -81,6 +81,10 @@ public:
 
     /// As above; with `prompt` (kAXTrustedCheckOptionPrompt) the system may ask the user for trust.
     virtual bool AXIsProcessTrustedWithOptions(bool prompt) = 0;
+
+    /// `changed` is called on the main thread whenever AXIsProcessTrusted() begins to answer
+    /// otherwise, for as long as the program runs.
+    virtual void observeTrust(std::function<void()> changed) = 0;
 };
 
 } // namespace pindle

@@ -3,6 +3,7 @@
 namespace pindle {
 
 class Accessibility;
+class Application;
 class Bundle;
 class Clock;
 class EventPosting;
@@ -12,6 +13,7 @@ class LoginItem;
 class NotificationCenter;
 class Pasteboard;
 class Screens;
+class StatusBar;
 class URLSession;
 class UserDefaults;
 class WindowServer;
@@ -20,6 +22,7 @@ class Workspace;
 /// One of each facility. The facilities belong to whoever built the platform and outlive all logic.
 struct Platform {
     Accessibility &accessibility;
+    Application &application;
     Bundle &bundle;
     Clock &clock;
     EventPosting &eventPosting;
@@ -29,6 +32,7 @@ struct Platform {
     NotificationCenter &notificationCenter;
     Pasteboard &pasteboard;
     Screens &screens;
+    StatusBar &statusBar;
     URLSession &urlSession;
     UserDefaults &userDefaults;
     WindowServer &windowServer;

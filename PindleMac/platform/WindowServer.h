@@ -14,6 +14,10 @@ public:
     /// `window` is the toolkit's native identifier.
     virtual void floatOnAllSpaces(quintptr window) = 0;
 
+    /// Makes a shown window of this program the key window, in front of all programs' windows, on
+    /// the present workspace and not minimized. To be used where the user has just asked for it.
+    virtual void activateIgnoringOtherApps(quintptr window) = 0;
+
     /// Whether translucent pixels show what lies below them (a compositor runs).
     virtual bool compositingActive() = 0;
 

@@ -20,17 +20,20 @@ Card::Card(const QColor &fill, double radius)
 
 void Card::setFill(const QColor &fill) {
     fill_ = fill;
+    backdrop_.forget();
     update();
 }
 
 void Card::paintEvent(QPaintEvent * /*event*/) {
     QPainter painter(this);
-    painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(Qt::NoPen);
-    painter.setBrush(fill_);
-    // A radius larger than there is room for would make the corners elliptic.
-    const double radius = std::min(radius_, std::min(width(), height()) / 2.0);
-    painter.drawRoundedRect(rect(), radius, radius);
+    backdrop_.draw(painter, size(), [this](QPainter &into) {
+        into.setRenderHint(QPainter::Antialiasing);
+        into.setPen(Qt::NoPen);
+        into.setBrush(fill_);
+        // A radius larger than there is room for would make the corners elliptic.
+        const double radius = std::min(radius_, std::min(width(), height()) / 2.0);
+        into.drawRoundedRect(rect(), radius, radius);
+    });
 }
 
 SectionCard::SectionCard(int spacing)

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "PindleMac/views/Backdrop.h"
+
 #include <QColor>
 #include <QWidget>
 
@@ -22,6 +24,7 @@ protected:
 private:
     QColor fill_;
     double radius_;
+    Backdrop backdrop_;
 };
 
 /// The panel's sections: a white veil with a column of views, aligned leading.

@@ -3,6 +3,7 @@
 #include "PindleMac/views/FieldLabel.h"
 #include "PindleMac/views/Theme.h"
 
+#include <QEvent>
 #include <QPainter>
 #include <QVBoxLayout>
 #include <limits>
@@ -32,14 +33,21 @@ RoundedTextField::RoundedTextField() {
 
 void RoundedTextField::paintEvent(QPaintEvent *event) {
     QPainter painter(this);
+    if (hasFocus())
+        paintBorder(painter);
+    else
+        unfocused_.draw(painter, size(), [this](QPainter &into) { paintBorder(into); });
+    painter.end();
+    QLineEdit::paintEvent(event);
+}
+
+void RoundedTextField::paintBorder(QPainter &painter) const {
     painter.setRenderHint(QPainter::Antialiasing);
     const double line = hasFocus() ? ringWidth : 1;
     painter.setPen(QPen(hasFocus() ? theme::accent() : theme::black(borderOpacity), line));
     painter.setBrush(Qt::white);
     const QRectF border = QRectF(rect()).adjusted(line / 2, line / 2, -line / 2, -line / 2);
     painter.drawRoundedRect(border, radius - line / 2, radius - line / 2);
-    painter.end();
-    QLineEdit::paintEvent(event);
 }
 
 LabeledField::LabeledField(const QString &title)

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "PindleMac/views/Backdrop.h"
+
 #include <QLineEdit>
 #include <QWidget>
 
@@ -13,6 +15,11 @@ public:
 
 protected:
     void paintEvent(QPaintEvent *event) override;
+
+private:
+    void paintBorder(QPainter &painter) const;
+
+    Backdrop unfocused_;
 };
 
 /// A caption above a single-line text field.

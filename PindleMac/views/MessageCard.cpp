@@ -1,5 +1,6 @@
 #include "PindleMac/views/MessageCard.h"
 
+#include "PindleMac/views/Announcement.h"
 #include "PindleMac/views/TextLabel.h"
 
 #include <QVBoxLayout>
@@ -14,6 +15,7 @@ constexpr int padding = 12;
 MessageCard::MessageCard(const QColor &tint, const QColor &foreground)
     : Card(tint, radius)
     , text_(new TextLabel({}, theme::TextStyle::subheadline, foreground)) {
+    announcement::becomeMessage(*this);
     auto *layout = new QVBoxLayout(this);
     layout->setContentsMargins(padding, padding, padding, padding);
     layout->addWidget(text_);
@@ -27,6 +29,9 @@ bool MessageCard::setText(const QString &text) {
     if (text == text_->text())
         return false;
     text_->setText(text);
+    setAccessibleName(text);
+    if (isVisible())
+        announcement::announceAnew(*this);
     return true;
 }
 

@@ -6,7 +6,7 @@ namespace pindle {
 
 class TextLabel;
 
-/// A rounded card with one message, always shown whole.
+/// A rounded card with one message, always shown whole, and announced when it appears or changes.
 class MessageCard : public Card {
     Q_OBJECT
 public:

@@ -24,15 +24,17 @@ void PanelOutline::setClipping(bool clipping) {
 
 void PanelOutline::paintEvent(QPaintEvent * /*event*/) {
     QPainter painter(this);
-    painter.setRenderHint(QPainter::Antialiasing);
     const QRectF bounds = rect();
-
-    constexpr double inset = edgeWidth / 2;
-    painter.setPen(QPen(theme::black(edgeOpacity), edgeWidth));
-    painter.drawRoundedRect(bounds.adjusted(inset, inset, -inset, -inset), radius - inset,
-                            radius - inset);
+    edge_.draw(painter, size(), [&](QPainter &into) {
+        constexpr double inset = edgeWidth / 2;
+        into.setRenderHint(QPainter::Antialiasing);
+        into.setPen(QPen(theme::black(edgeOpacity), edgeWidth));
+        into.drawRoundedRect(bounds.adjusted(inset, inset, -inset, -inset), radius - inset,
+                             radius - inset);
+    });
     if (!clipping_)
         return;
+    painter.setRenderHint(QPainter::Antialiasing);
     QPainterPath outside;
     outside.addRect(bounds);
     outside.addRoundedRect(bounds, radius, radius);

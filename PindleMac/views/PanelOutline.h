@@ -1,5 +1,7 @@
 #pragma once
 
+#include "PindleMac/views/Backdrop.h"
+
 #include <QWidget>
 
 namespace pindle {
@@ -23,6 +25,7 @@ protected:
 
 private:
     bool clipping_ = true;
+    Backdrop edge_;
 };
 
 } // namespace pindle

@@ -55,7 +55,7 @@ void PlainButton::paintEvent(QPaintEvent * /*event*/) {
     painter.setBrush(shape);
     painter.drawRoundedRect(rect(), radius, radius);
 
-    if (hasFocus() && focusFromKeyboard_) {
+    if (showsFocusRing()) {
         constexpr double inset = ringWidth / 2;
         painter.setPen(QPen(theme::accent(), ringWidth));
         painter.setBrush(Qt::NoBrush);

@@ -22,6 +22,9 @@ protected:
     /// Draws what lies on the filled shape.
     virtual void paintContent(QPainter &painter) = 0;
 
+    /// Whether the keyboard is on the button and came there by a key.
+    bool showsFocusRing() const { return hasFocus() && focusFromKeyboard_; }
+
     bool event(QEvent *event) override;
     void paintEvent(QPaintEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;

@@ -36,6 +36,11 @@ bool exists(const QString &name) {
     return QFile::exists(path(name));
 }
 
+QByteArray document(const QString &name) {
+    QFile file(path(name));
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
 void draw(QPainter &painter, const QString &name, const QRectF &rect, const QColor &colour) {
     if (!exists(name))
         return;

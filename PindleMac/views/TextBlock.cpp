@@ -1,5 +1,6 @@
 #include "PindleMac/views/TextBlock.h"
 
+#include <QCache>
 #include <QPainter>
 #include <QTextLayout>
 #include <algorithm>
@@ -61,7 +62,8 @@ struct KeptLayout {
 /// one is measured and painted again and again. Main thread.
 const Layout &layoutOf(const QString &text, const QFont &font, double width,
                        Qt::Alignment alignment = Qt::AlignLeft) {
-    static std::deque<KeptLayout> kept;
+    // Never destroyed: at the program's end its fonts would outlive the font system.
+    static auto &kept = *new std::deque<KeptLayout>;
     const auto found = std::find_if(kept.begin(), kept.end(), [&](const KeptLayout &each) {
         return each.width == width && each.alignment == alignment && each.text == text &&
                each.font == font;
@@ -78,10 +80,41 @@ const Layout &layoutOf(const QString &text, const QFont &font, double width,
     return *kept.back().layout;
 }
 
+struct Measure {
+    double height = 0;
+    double naturalWidth = 0;
+};
+
+struct Question {
+    QString text;
+    QFont font;
+    double width = 0;
+    bool operator==(const Question &) const = default;
+};
+
+size_t qHash(const Question &question, size_t seed) {
+    return qHashMulti(seed, question.text, question.font, question.width);
+}
+
+/// Layouts ask for the same few measures dozens of times a frame, and shaping the text for each
+/// would take longer than all the rest of it.
+Measure measured(const QString &text, const QFont &font, double width) {
+    constexpr int charactersKept = 20000;
+    // Never destroyed either.
+    static auto &known = *new QCache<Question, Measure>(charactersKept);
+    const Question question{text, font, width};
+    if (const Measure *found = known.object(question))
+        return *found;
+    const Layout &layout = layoutOf(text, font, width);
+    const Measure measure{layout.height(), layout.naturalWidth()};
+    known.insert(question, new Measure(measure), std::max<qsizetype>(text.size(), 1));
+    return measure;
+}
+
 } // namespace
 
 double naturalWidth(const QString &text, const QFont &font) {
-    return std::ceil(layoutOf(text, font, unlimitedWidth).naturalWidth());
+    return std::ceil(measured(text, font, unlimitedWidth).naturalWidth);
 }
 
 double longestWordWidth(const QString &text, const QFont &font) {
@@ -92,7 +125,7 @@ double longestWordWidth(const QString &text, const QFont &font) {
 }
 
 double height(const QString &text, const QFont &font, double width) {
-    return std::ceil(layoutOf(text, font, width).height());
+    return std::ceil(measured(text, font, width).height);
 }
 
 void draw(QPainter &painter, const QRectF &rect, const QString &text, const QFont &font,

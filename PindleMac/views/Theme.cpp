@@ -1,6 +1,7 @@
 #include "PindleMac/views/Theme.h"
 
 #include <QApplication>
+#include <QFontDatabase>
 #include <QFontInfo>
 #include <algorithm>
 #include <cmath>
@@ -10,6 +11,7 @@ namespace pindle::theme {
 namespace {
 
 constexpr double titlePixels = 22;
+constexpr double windowTitlePixels = 24;
 // The styles' sizes in relation to each other.
 constexpr double headlineSize = 13;
 constexpr double subheadlineSize = 11;
@@ -32,12 +34,18 @@ double pixels(TextStyle style) {
     switch (style) {
     case TextStyle::title:
         return titlePixels;
+    case TextStyle::windowTitle:
+        return windowTitlePixels;
     case TextStyle::headline:
+    case TextStyle::body:
         return captionPixels() * headlineSize / captionSize;
     case TextStyle::subheadline:
+    case TextStyle::subheadlineSemibold:
         return captionPixels() * subheadlineSize / captionSize;
     case TextStyle::caption:
     case TextStyle::captionSemibold:
+    case TextStyle::captionBold:
+    case TextStyle::captionMonospaced:
         break;
     }
     return captionPixels();
@@ -47,11 +55,16 @@ QFont::Weight weight(TextStyle style) {
     switch (style) {
     case TextStyle::title:
     case TextStyle::headline:
+    case TextStyle::windowTitle:
+    case TextStyle::captionBold:
         return QFont::Bold;
     case TextStyle::captionSemibold:
+    case TextStyle::subheadlineSemibold:
         return QFont::DemiBold;
     case TextStyle::subheadline:
     case TextStyle::caption:
+    case TextStyle::body:
+    case TextStyle::captionMonospaced:
         break;
     }
     return QFont::Normal;
@@ -84,7 +97,9 @@ QColor darkenedTo(double contrast, QColor colour) {
 } // namespace
 
 QFont font(TextStyle style) {
-    QFont result = QApplication::font();
+    QFont result = style == TextStyle::captionMonospaced
+                       ? QFontDatabase::systemFont(QFontDatabase::FixedFont)
+                       : QApplication::font();
     result.setPixelSize(static_cast<int>(std::lround(pixels(style))));
     result.setWeight(weight(style));
     return result;

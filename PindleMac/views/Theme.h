@@ -4,8 +4,8 @@
 #include <QFont>
 #include <QPalette>
 
-/// Colours and fonts of the panel. The panel is light whatever the desktop's theme is, so nothing
-/// here but the accent and the font's family and size comes from the desktop.
+/// Fonts of all windows, and colours of the panel. The panel is light whatever the desktop's theme
+/// is, so nothing here but the accent and the font's family and size comes from the desktop.
 namespace pindle::theme {
 
 enum class TextStyle {
@@ -14,10 +14,17 @@ enum class TextStyle {
     subheadline,
     caption,
     captionSemibold,
+    // Those of the ordinary windows only.
+    windowTitle,
+    body,
+    subheadlineSemibold,
+    captionBold,
+    captionMonospaced,
 };
 
-/// The application's font in one of the panel's styles. The sizes keep their proportions to each
-/// other and follow the application's font, within what the panel's width can bear.
+/// The application's font in one of the styles, or the desktop's fixed one. The sizes keep their
+/// proportions to each other and follow the application's font, within what the panel's width can
+/// bear.
 QFont font(TextStyle style);
 
 QColor primaryText();

@@ -1,7 +1,5 @@
 #include "PindleMac/views/ThinScrollBar.h"
 
-#include "PindleMac/views/Theme.h"
-
 #include <QMouseEvent>
 #include <QPainter>
 #include <algorithm>
@@ -59,7 +57,9 @@ void ThinScrollBar::paintEvent(QPaintEvent * /*event*/) {
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(Qt::NoPen);
     const bool active = underMouse() || grip_ >= 0;
-    painter.setBrush(theme::black(active ? activeOpacity : restingOpacity));
+    QColor colour = palette().color(QPalette::WindowText);
+    colour.setAlphaF(static_cast<float>(active ? activeOpacity : restingOpacity));
+    painter.setBrush(colour);
     painter.drawRoundedRect(thumb(), thickness / 2, thickness / 2);
 }
 

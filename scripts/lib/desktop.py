@@ -321,9 +321,10 @@ class Pindle:
 class Editor:
     """A text editor with a text in it."""
 
-    def __init__(self, text, command=("mousepad", "--disable-server"), window_class="mousepad"):
+    def __init__(self, text, command=("mousepad", "--disable-server"), window_class="mousepad",
+                 name=None):
         root = os.environ["PINDLE_DESKTOP_ROOT"]
-        self.path = os.path.join(root, f"note-{time.monotonic_ns()}.txt")
+        self.path = os.path.join(root, name or f"note-{time.monotonic_ns()}.txt")
         with open(self.path, "w", encoding="utf-8") as file:
             file.write(text)
         self.process = Process([*command, self.path])

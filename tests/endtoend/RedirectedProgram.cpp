@@ -36,6 +36,6 @@ int main(int argc, char **argv) {
     const auto authorities = QSslCertificate::fromPath(qEnvironmentVariable("PINDLE_TEST_CA"));
     if (port <= 0 || authorities.isEmpty())
         qFatal("PINDLE_TEST_PORT and PINDLE_TEST_CA must name the test server");
-    return pindle::runProgram(
-        argc, argv, [&] { return std::make_unique<RedirectedSession>(port, authorities); });
+    pindle::endProcess(pindle::runProgram(
+        argc, argv, [&] { return std::make_unique<RedirectedSession>(port, authorities); }));
 }

@@ -88,9 +88,16 @@ class Saving(unittest.TestCase):
         self.pindle.scroll_to_end()
         desktop.click(desktop.wait_for(
             lambda: desktop.find(self.pindle.pid, "Open Calendar Settings"), "the offer"))
-        self.pindle.answer_question("Allow")
-        desktop.wait_for(lambda: not desktop.find(self.pindle.pid, "Allow"), "the question to go")
+        choice = desktop.wait_for(
+            lambda: desktop.find(self.pindle.pid, "Allow Pindle to add events"), "the privacy window")
+        self.pindle.wait_until_hidden()
+        desktop.press("space")
+        self.pindle.wait_for_text("Pindle may add events.")
+        self.assertTrue(choice.get_state_set().contains(desktop.Atspi.StateType.CHECKED))
+        desktop.press("Escape")
+        desktop.wait_for(lambda: not desktop.is_showing(choice), "the privacy window to go")
         self.assertEqual(self.pindle.calendar_files(), [], "a permission saves nothing")
+        self.fill()
         self.save()
         desktop.wait_for(self.pindle.calendar_files, "the event")
 

@@ -55,6 +55,81 @@ bool FakeAccessibility::AXIsProcessTrustedWithOptions(bool prompt) {
     return trusted;
 }
 
+// Application and status item
+
+void FakeApplication::setActivationPolicy(ActivationPolicy policy) {
+    log_ += QStringLiteral("application policy %1").arg(static_cast<int>(policy));
+}
+
+void FakeApplication::setRequestHandler(RequestHandler handler) {
+    log_ += QStringLiteral("application listens");
+    ask = std::move(handler);
+}
+
+void FakeApplication::terminate() {
+    log_ += QStringLiteral("application terminate");
+    ++terminations;
+}
+
+namespace {
+
+class FakeStatusItem final : public StatusItem {
+public:
+    FakeStatusItem(FakeStatusBar &bar, CallLog &log)
+        : bar_(bar)
+        , log_(log) {
+        bar_.itemShown = true;
+    }
+    ~FakeStatusItem() override {
+        bar_.itemShown = false;
+        bar_.action = nullptr;
+    }
+    Q_DISABLE_COPY_MOVE(FakeStatusItem)
+
+    void setImage(const QString &symbolName, const QString &accessibilityDescription) override {
+        bar_.symbol = symbolName;
+        bar_.description = accessibilityDescription;
+    }
+    void setImagePosition(ImagePosition position) override { bar_.imagePosition = position; }
+    void sendActionOn(EventTypeMask mask) override { bar_.mask = mask; }
+    void setAction(Action action) override { bar_.action = std::move(action); }
+    void announceMenu(const Menu &menu) override { bar_.announced = menu; }
+    void popUpMenu(const Menu &menu) override {
+        log_ += QStringLiteral("status menu");
+        bar_.open = menu;
+    }
+    std::optional<QRectF> frame() override { return bar_.itemFrame; }
+
+private:
+    FakeStatusBar &bar_;
+    CallLog &log_;
+};
+
+} // namespace
+
+void FakeStatusBar::click(std::optional<EventType> event) {
+    if (open)
+        return dismiss();
+    if (action && (!event || (mask & maskOf(*event)) != 0))
+        action(event);
+}
+
+void FakeStatusBar::choose(const QString &title) {
+    const Menu menu = std::exchange(open, std::nullopt).value_or(Menu());
+    for (const MenuItem &item : menu) {
+        if (item.title == title && item.action)
+            item.action();
+    }
+}
+
+std::unique_ptr<StatusItem> FakeStatusBar::statusItem(double wanted) {
+    log_ += QStringLiteral("status item");
+    length = wanted;
+    if (!hasRoom)
+        return nullptr;
+    return std::make_unique<FakeStatusItem>(*this, log_);
+}
+
 // Pasteboard
 
 void FakePasteboard::copyText(const QString &copied) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "PindleMac/platform/Accessibility.h"
+#include "PindleMac/platform/Application.h"
 #include "PindleMac/platform/Bundle.h"
 #include "PindleMac/platform/Clock.h"
 #include "PindleMac/platform/EventPosting.h"
@@ -11,6 +12,7 @@
 #include "PindleMac/platform/Pasteboard.h"
 #include "PindleMac/platform/Platform.h"
 #include "PindleMac/platform/Screens.h"
+#include "PindleMac/platform/StatusBar.h"
 #include "PindleMac/platform/URLSession.h"
 #include "PindleMac/platform/UserDefaults.h"
 #include "PindleMac/platform/WindowServer.h"
@@ -68,6 +70,24 @@ public:
                                        Completion completion) override;
     bool AXIsProcessTrusted() override { return trusted; }
     bool AXIsProcessTrustedWithOptions(bool prompt) override;
+    void observeTrust(std::function<void()> changed) override { trustChanged = std::move(changed); }
+    std::function<void()> trustChanged;
+
+private:
+    CallLog &log_;
+};
+
+class FakeApplication final : public Application {
+public:
+    explicit FakeApplication(CallLog &log)
+        : log_(log) {}
+    int terminations = 0;
+    /// What the desktop asks of the program; null until it listens.
+    RequestHandler ask;
+
+    void setActivationPolicy(ActivationPolicy policy) override;
+    void setRequestHandler(RequestHandler handler) override;
+    void terminate() override;
 
 private:
     CallLog &log_;
@@ -253,8 +273,9 @@ private:
 class FakeBundle final : public Bundle {
 public:
     QVariant version = QStringLiteral("3.2.1");
+    QString identifier = QStringLiteral("app.pindle.Pindle");
     QVariant objectForInfoDictionaryKey(const QString &key) override;
-    QString bundleIdentifier() override { return QStringLiteral("app.pindle.Pindle"); }
+    QString bundleIdentifier() override { return identifier; }
     QString bundlePath() override { return QStringLiteral("/opt/pindle"); }
 };
 
@@ -287,13 +308,45 @@ private:
     CallLog &log_;
 };
 
+/// The desktop's place for icons, with at most one icon in it.
+class FakeStatusBar final : public StatusBar {
+public:
+    explicit FakeStatusBar(CallLog &log)
+        : log_(log) {}
+
+    bool hasRoom = true;
+    bool itemShown = false;
+    double length = 0;
+    QString symbol;
+    QString description;
+    std::optional<ImagePosition> imagePosition;
+    EventTypeMask mask = 0;
+    StatusItem::Action action;
+    Menu announced;
+    /// The menu that is open; choose() and dismiss() close it.
+    std::optional<Menu> open;
+    std::optional<QRectF> itemFrame = QRectF(1600, 1055, 24, 25);
+
+    /// A click as the desktop delivers it: while a menu is open it closes that instead.
+    void click(std::optional<EventType> event);
+    void choose(const QString &title);
+    void dismiss() { open.reset(); }
+
+    std::unique_ptr<StatusItem> statusItem(double length) override;
+
+private:
+    CallLog &log_;
+};
+
 class FakeWindowServer final : public WindowServer {
 public:
     bool compositing = true;
     bool questionShown = false;
     int floated = 0;
+    QList<quintptr> activated;
     std::function<void()> compositingChanged;
     void floatOnAllSpaces(quintptr) override { ++floated; }
+    void activateIgnoringOtherApps(quintptr window) override { activated.append(window); }
     bool compositingActive() override { return compositing; }
     void observeCompositing(std::function<void()> changed) override {
         compositingChanged = std::move(changed);
@@ -337,6 +390,7 @@ private:
 struct FakeDesktop {
     CallLog log;
     FakeAccessibility accessibility{log};
+    FakeApplication application{log};
     FakeBundle bundle;
     FakeClock clock{log};
     FakeEventPosting eventPosting{log};
@@ -346,15 +400,16 @@ struct FakeDesktop {
     FakeNotificationCenter notificationCenter{log};
     FakePasteboard pasteboard{log};
     FakeScreens screens{log};
+    FakeStatusBar statusBar{log};
     FakeURLSession urlSession{log};
     FakeUserDefaults userDefaults{log};
     FakeWindowServer windowServer;
     FakeWorkspace workspace{log};
 
-    Platform platform{accessibility, bundle,   clock,      eventPosting,
-                      eventStore,    hotKeys,  loginItem,  notificationCenter,
-                      pasteboard,    screens,  urlSession, userDefaults,
-                      windowServer,  workspace};
+    Platform platform{accessibility,      application,  bundle,       clock,
+                      eventPosting,       eventStore,   hotKeys,      loginItem,
+                      notificationCenter, pasteboard,   screens,      statusBar,
+                      urlSession,         userDefaults, windowServer, workspace};
 
     /// The log's lines that begin with one of `prefixes`, in order.
     QStringList logged(const QStringList &prefixes) const;

@@ -1,15 +1,19 @@
 #include "PindleMac/platform/linux/LinuxPlatform.h"
 
+#include "PindleMac/platform/Application.h"
 #include "PindleMac/platform/linux/SystemQuestions.h"
 #include "PindleMac/platform/linux/accessibility/AtspiAccessibility.h"
+#include "PindleMac/platform/linux/application/TerminationSignals.h"
 #include "PindleMac/platform/linux/bundle/ExecutableBundle.h"
 #include "PindleMac/platform/linux/clock/SystemClock.h"
 #include "PindleMac/platform/linux/eventposting/X11EventPosting.h"
-#include "PindleMac/platform/linux/eventstore/IcsFolderEventStore.h"
+#include "PindleMac/platform/linux/eventstore/DesktopEventStore.h"
+#include "PindleMac/platform/linux/eventstore/EvolutionBackend.h"
 #include "PindleMac/platform/linux/hotkeys/X11HotKeys.h"
 #include "PindleMac/platform/linux/loginitem/AutostartLoginItem.h"
 #include "PindleMac/platform/linux/notificationcenter/LocalNotificationCenter.h"
 #include "PindleMac/platform/linux/pasteboard/X11Pasteboard.h"
+#include "PindleMac/platform/linux/privacy/PrivacyWindow.h"
 #include "PindleMac/platform/linux/questions/AccessDecisions.h"
 #include "PindleMac/platform/linux/questions/QuestionQueue.h"
 #include "PindleMac/platform/linux/screens/QtScreens.h"
@@ -33,22 +37,13 @@ Question accessibilityQuestion() {
             QStringLiteral("Not Now"), QStringLiteral("Switch On")};
 }
 
-Question calendarQuestion() {
-    return {QStringLiteral("Allow Pindle to add events to your calendar?"),
-            QStringLiteral("Pindle only adds the events you choose to save. It never reads your "
-                           "calendar."),
-            QStringLiteral("Don’t Allow"), QStringLiteral("Allow")};
-}
-
-bool isPrivacyPage(const QUrl &url, QLatin1String page) {
-    return url.scheme() == QLatin1String("x-apple.systempreferences") && url.query() == page;
-}
-
 } // namespace
 
 struct LinuxPlatform::Facilities {
-    Facilities(std::unique_ptr<XConnection> opened, std::unique_ptr<URLSession> session)
-        : connection(std::move(opened))
+    Facilities(std::unique_ptr<XConnection> opened, std::unique_ptr<URLSession> session,
+               const Surroundings &around)
+        : surroundings(around)
+        , connection(std::move(opened))
         , urlSession(std::move(session)) {}
 
     AskQuestion asker() {
@@ -56,23 +51,19 @@ struct LinuxPlatform::Facilities {
             questions.ask(question, std::move(answered));
         };
     }
-    /// The privacy pages are questions here; every other page is refused.
+    /// The privacy pages open here; every other page is refused.
     bool openSettings(const QUrl &url) {
-        if (isPrivacyPage(url, QLatin1String("Privacy_Calendars"))) {
-            questions.ask(calendarQuestion(), [this](QuestionAnswer answer) {
-                using Decision = AccessDecisions::Decision;
-                if (answer != QuestionAnswer::none)
-                    decisions.setCalendar(answer == QuestionAnswer::accepted ? Decision::writeOnly
-                                                                             : Decision::denied);
-            });
-            return true;
+        const auto page = privacyPageFor(url);
+        if (!page)
+            return false;
+        if (!privacy) {
+            privacy = std::make_unique<PrivacyWindow>(
+                std::vector{calendarPermission(decisions), accessibilityPermission(accessibility)},
+                [this](quintptr window) { windowServer.activateIgnoringOtherApps(window); });
+            accessibility.observeTrust([this] { privacy->refresh(); });
         }
-        if (isPrivacyPage(url, QLatin1String("Privacy_Accessibility")) &&
-            !accessibility.AXIsProcessTrusted()) {
-            accessibility.AXIsProcessTrustedWithOptions(true);
-            return true;
-        }
-        return false;
+        privacy->show(*page);
+        return true;
     }
     AtspiAccessibility::Ask accessibilityAsker() {
         return [this](std::function<void(bool)> answered) {
@@ -83,8 +74,10 @@ struct LinuxPlatform::Facilities {
         };
     }
 
+    Surroundings surroundings;
     std::unique_ptr<XConnection> connection;
     std::unique_ptr<URLSession> urlSession;
+    TerminationSignals signals{[this] { surroundings.application.terminate(); }};
     XKeyboard keyboard{*connection};
     SystemQuestions shownQuestions;
     QuestionQueue questions{shownQuestions};
@@ -94,28 +87,44 @@ struct LinuxPlatform::Facilities {
     ExecutableBundle bundle;
     SystemClock clock;
     X11EventPosting eventPosting{*connection, keyboard};
-    IcsFolderEventStore eventStore{decisions, asker()};
+    DesktopEventStore eventStore{decisions, asker(), loadEvolutionBackend};
     X11HotKeys hotKeys{*connection, keyboard};
     AutostartLoginItem loginItem{QCoreApplication::applicationFilePath()};
     LocalNotificationCenter notificationCenter;
     X11Pasteboard pasteboard{*connection};
     QtScreens screens{connection.get()};
+    LinuxStatusBar statusBar{*connection, surroundings.bus, surroundings.symbols};
     JsonUserDefaults userDefaults;
     X11WindowServer windowServer{*connection, shownQuestions};
     DesktopWorkspace workspace{[this](const QUrl &url) { return openSettings(url); }};
 
-    Platform platform{accessibility, bundle,   clock,       eventPosting,
-                      eventStore,    hotKeys,  loginItem,   notificationCenter,
-                      pasteboard,    screens,  *urlSession, userDefaults,
-                      windowServer,  workspace};
+    std::unique_ptr<PrivacyWindow> privacy; ///< made when first asked for
+
+    Platform platform{accessibility,
+                      surroundings.application,
+                      bundle,
+                      clock,
+                      eventPosting,
+                      eventStore,
+                      hotKeys,
+                      loginItem,
+                      notificationCenter,
+                      pasteboard,
+                      screens,
+                      statusBar,
+                      *urlSession,
+                      userDefaults,
+                      windowServer,
+                      workspace};
 };
 
-std::unique_ptr<LinuxPlatform> LinuxPlatform::create(std::unique_ptr<URLSession> urlSession) {
+std::unique_ptr<LinuxPlatform> LinuxPlatform::create(std::unique_ptr<URLSession> urlSession,
+                                                     const Surroundings &surroundings) {
     auto connection = XConnection::open();
     if (!connection)
         return nullptr;
     return std::unique_ptr<LinuxPlatform>(new LinuxPlatform(
-        std::make_unique<Facilities>(std::move(connection), std::move(urlSession))));
+        std::make_unique<Facilities>(std::move(connection), std::move(urlSession), surroundings)));
 }
 
 LinuxPlatform::LinuxPlatform(std::unique_ptr<Facilities> facilities)

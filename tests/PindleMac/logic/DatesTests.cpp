@@ -153,4 +153,89 @@ TEST_F(Dates, theEarlierOfTwoRepeatedWallClockTimesIsMeant) {
     EXPECT_EQ(range.startDate, utc(2025, 11, 2, 5, 30));
 }
 
+TEST_F(Dates, readingOneTextLeavesNoTraceOnTheNext) {
+    const CalendarEventDetails good = draft(day, QStringLiteral("10:00"));
+    expectInvalid(draft(QStringLiteral("2025-02-30"), QStringLiteral("23:59")));
+    EXPECT_EQ(resolve(good).startDate, utc(2025, 3, 14, 14, 0));
+    expectInvalid(draft(day, QStringLiteral("10")));
+    EXPECT_EQ(resolve(good).startDate, utc(2025, 3, 14, 14, 0));
+}
+
+TEST_F(Dates, zonesUsedInTurnAreKeptApart) {
+    const auto instant = utc(2025, 3, 14, 14, 0);
+    const QString pattern = QStringLiteral("HH:mmXXX");
+    // More than are remembered, and twice around.
+    for (int round = 0; round < 2; ++round) {
+        for (int hour = 1; hour <= 12; ++hour) {
+            const TimeZone west{QStringLiteral("Etc/GMT+%1").arg(hour)};
+            const TimeZone east{QStringLiteral("Etc/GMT-%1").arg(hour)};
+            const QLatin1Char zero('0');
+            EXPECT_EQ(
+                formatDate(instant, west, pattern),
+                QStringLiteral("%1:00-%2:00").arg(14 - hour, 2, 10, zero).arg(hour, 2, 10, zero));
+            EXPECT_EQ(formatDate(instant, east, pattern), QStringLiteral("%1:00+%2:00")
+                                                              .arg((14 + hour) % 24, 2, 10, zero)
+                                                              .arg(hour, 2, 10, zero));
+        }
+    }
+}
+
+TEST_F(Dates, aZoneYoungerThanTheDateLibraryIsTakenFromTheSystem) {
+    // Both were split off after the library's own data were made: Juárez in 2022, Coyhaique in
+    // 2025.
+    struct Case {
+        const char *zone;
+        const char *date;
+        int hoursBehind;
+    };
+    const Case cases[] = {{"America/Ciudad_Juarez", "2027-01-14", 7},
+                          {"America/Ciudad_Juarez", "2027-07-14", 6},
+                          {"America/Coyhaique", "2027-01-14", 3},
+                          {"America/Coyhaique", "2027-07-14", 3}};
+    for (const Case &c : cases) {
+        SCOPED_TRACE(c.zone);
+        const QString zone = QString::fromLatin1(c.zone);
+        const QString date = QString::fromLatin1(c.date);
+        ASSERT_TRUE(isKnownTimeZone(zone));
+        const auto range = resolve(draft(date, QStringLiteral("22:15"), {}, {}, zone));
+        EXPECT_EQ(range.timeZone.identifier, zone);
+        EXPECT_EQ(range.endDate - range.startDate, hours{1});
+        const auto civil = parseDate(date, {QStringLiteral("UTC")}, QStringLiteral("yyyy-MM-dd"));
+        ASSERT_TRUE(civil);
+        EXPECT_EQ(range.startDate, *civil + hours{22 + c.hoursBehind} + minutes{15});
+        EXPECT_EQ(formatDate(range.startDate, {zone}, QStringLiteral("yyyy-MM-dd'T'HH:mm:ssXXX")),
+                  date + QStringLiteral("T22:15:00-0%1:00").arg(c.hoursBehind));
+    }
+}
+
+TEST_F(Dates, aMachineInAYoungZoneKeepsItsClock) {
+    desktop.clock.zone = {QStringLiteral("America/Coyhaique")};
+    const auto range = resolve(draft(day, QStringLiteral("10:00"), {}, {}, QString()));
+    EXPECT_EQ(range.startDate, utc(2025, 3, 14, 13, 0));
+    EXPECT_EQ(range.timeZone.identifier, desktop.clock.zone.identifier);
+}
+
+TEST_F(Dates, aYoungZonesGapAndRepeatedHourResolveLikeAnyOthers) {
+    // Juárez moves its clocks at 2:00 on 14 March and back at 2:00 on 7 November 2027.
+    const QString zone = QStringLiteral("America/Ciudad_Juarez");
+    const auto start = [&](const char *date, const char *time) {
+        return resolve(draft(QString::fromLatin1(date), QString::fromLatin1(time), {}, {}, zone))
+            .startDate;
+    };
+    EXPECT_EQ(start("2027-03-14", "01:59"), utc(2027, 3, 14, 8, 59));
+    EXPECT_EQ(start("2027-03-14", "02:30"), utc(2027, 3, 14, 9, 30));
+    EXPECT_EQ(start("2027-03-14", "03:00"), utc(2027, 3, 14, 9, 0));
+    EXPECT_EQ(start("2027-11-07", "00:59"), utc(2027, 11, 7, 6, 59));
+    EXPECT_EQ(start("2027-11-07", "01:30"), utc(2027, 11, 7, 7, 30));
+    EXPECT_EQ(start("2027-11-07", "02:00"), utc(2027, 11, 7, 9, 0));
+}
+
+TEST_F(Dates, aNameThatOnlyLooksLikeAYoungZoneIsNone) {
+    for (const char *name : {"America", "America/", "America/Argentina", "posix/Europe/Berlin",
+                             "right/America/Coyhaique", "../zoneinfo/America/Coyhaique",
+                             "america/coyhaique", "UTC+03:00", "America/Coyhaique ",
+                             "America/Coyhaique\n", "/usr/share/zoneinfo/America/Coyhaique"})
+        EXPECT_FALSE(isKnownTimeZone(QString::fromLatin1(name))) << name;
+}
+
 } // namespace pindle

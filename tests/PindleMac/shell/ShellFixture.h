@@ -4,6 +4,7 @@
 #include "PindleMac/GlobalHotKeyManager.h"
 #include "tests/platform/FakeDesktop.h"
 
+#include <QCoreApplication>
 #include <gtest/gtest.h>
 #include <memory>
 
@@ -66,6 +67,11 @@ struct Shell {
     std::unique_ptr<GlobalHotKeyManager> hotKeys = TestAccess::hotKeys(desktop.platform);
     std::unique_ptr<AppViewModel> model =
         TestAccess::viewModel(desktop.platform, *settings, *hotKeys);
+
+    Shell() = default;
+    Q_DISABLE_COPY_MOVE(Shell)
+    /// What a test set off and did not wait for begins while there is still a model for it.
+    ~Shell() { QCoreApplication::sendPostedEvents(); }
 
     /// A draft with its destinations, as after a reply.
     void becomeReady() { becomeReady(lunch()); }

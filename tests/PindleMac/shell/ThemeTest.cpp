@@ -158,6 +158,32 @@ TEST(TextBlock, anEmptyTextHasTheHeightOfALine) {
     EXPECT_EQ(textblock::height({}, font, 100), textblock::height(QStringLiteral("x"), font, 100));
 }
 
+TEST(TextBlock, aMeasureIsThatOfItsTextItsFontAndItsWidth) {
+    const QString text = QStringLiteral("several words that need a line or two");
+    QFont large = theme::font(theme::TextStyle::caption);
+    const QFont small = large;
+    large.setPixelSize(small.pixelSize() * 3);
+    const auto measures = [&] {
+        return QList<double>{
+            textblock::height(text, small, 100),  textblock::height(text, large, 100),
+            textblock::height(text, small, 40),   textblock::naturalWidth(text, small),
+            textblock::naturalWidth(text, large), textblock::naturalWidth(text.left(7), small)};
+    };
+    const QList<double> first = measures();
+    EXPECT_EQ(measures(), first);
+    EXPECT_GT(first[1], first[0]);
+    EXPECT_GT(first[2], first[0]);
+    EXPECT_GT(first[4], first[3]);
+    EXPECT_LT(first[5], first[3]);
+}
+
+TEST(TextBlock, aTextOfAnyLengthIsMeasured) {
+    const QFont font = theme::font(theme::TextStyle::caption);
+    const double one = textblock::height(QStringLiteral("a"), font, 100);
+    const QString lines = QStringLiteral("a\n").repeated(15000);
+    EXPECT_GT(textblock::height(lines, font, 100), 14000 * one);
+}
+
 TEST(Symbols, everySymbolOfThePanelIsDrawnInTheColourAskedFor) {
     for (const QString &name :
          {QStringLiteral("apple.logo"), QStringLiteral("globe"), QStringLiteral("envelope.badge"),

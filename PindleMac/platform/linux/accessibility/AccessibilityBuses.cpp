@@ -2,8 +2,6 @@
 
 #include "PindleMac/platform/linux/accessibility/Atspi.h"
 
-#include <cstdlib>
-
 namespace pindle {
 
 namespace {
@@ -14,14 +12,6 @@ constexpr char kStatus[] = "org.a11y.Status";
 
 Deadline after(std::chrono::milliseconds time) {
     return std::chrono::steady_clock::now() + time;
-}
-
-/// The session bus of the environment, else its usual place (where systemd puts it).
-std::string sessionAddress() {
-    if (const char *address = std::getenv("DBUS_SESSION_BUS_ADDRESS"); address && *address)
-        return address;
-    const char *folder = std::getenv("XDG_RUNTIME_DIR");
-    return folder ? "unix:path=" + std::string(folder) + "/bus" : std::string();
 }
 
 int onStatusSignal(sd_bus_message * /*message*/, void *userdata, sd_bus_error * /*error*/) {
@@ -38,7 +28,7 @@ AccessibilityBuses::AccessibilityBuses(const std::atomic<bool> &cancelled, Statu
 BusConnection *AccessibilityBuses::sessionBus(Deadline deadline) {
     if (!session_ || !session_->isOpen()) {
         session_.reset();
-        if (const std::string address = sessionAddress(); !address.empty())
+        if (const std::string address = sessionBusAddress(); !address.empty())
             session_ = BusConnection::open(address, deadline, cancelled_);
         if (session_)
             watchStatus();
@@ -95,12 +85,12 @@ bool AccessibilityBuses::readStatus(Deadline deadline) {
                           .value_or(false);
 }
 
-void AccessibilityBuses::switchOn() {
+void AccessibilityBuses::setSwitchedOn(bool on) {
     const Deadline deadline = after(kBusStartTimeout);
     try {
         if (BusConnection *session = sessionBus(deadline)) {
             auto call = session->method(kService, kPath, "org.freedesktop.DBus.Properties", "Set");
-            sd_bus_message_append(call.get(), "ssv", kStatus, "IsEnabled", "b", 1);
+            sd_bus_message_append(call.get(), "ssv", kStatus, "IsEnabled", "b", on ? 1 : 0);
             session->call(std::move(call), deadline, kBusStartTimeout);
         }
     } catch (const std::exception &) {

@@ -28,8 +28,9 @@ public:
     /// Asks for the state, tells the observer and returns it; starts the bus when needed.
     bool refreshStatus();
 
-    /// Switches the accessibility bus on for the session and all later ones (org.a11y.Status).
-    void switchOn();
+    /// Switches the accessibility bus on or off for the session and all later ones
+    /// (org.a11y.Status).
+    void setSwitchedOn(bool on);
 
     /// What to wait for besides jobs, and what to do when something came.
     std::array<pollfd, 2> descriptors() const;

@@ -82,7 +82,7 @@ AtspiAccessibility::AtspiAccessibility(XConnection &connection, Ask ask)
     , primary_(connection)
     , nextElement_(kSystemWide.id + 1)
     , worker_(std::make_unique<AccessibilityWorker>(
-          [this](bool isOn) { onMainThread([this, isOn] { isTrusted_ = isOn; }); })) {}
+          [this](bool isOn) { onMainThread([this, isOn] { trustRead(isOn); }); })) {}
 
 /// The worker ends first: what it still queues for this object is dropped with the object.
 AtspiAccessibility::~AtspiAccessibility() {
@@ -272,13 +272,28 @@ bool AtspiAccessibility::AXIsProcessTrustedWithOptions(bool prompt) {
     return AXIsProcessTrusted();
 }
 
+void AtspiAccessibility::observeTrust(std::function<void()> changed) {
+    trustObservers_.push_back(std::move(changed));
+}
+
+void AtspiAccessibility::trustRead(bool isOn) {
+    if (std::exchange(isTrusted_, isOn) == isOn)
+        return;
+    for (const auto &changed : trustObservers_)
+        changed();
+}
+
+void AtspiAccessibility::setSwitchedOn(bool on) {
+    worker_->post([on](AccessibilityBuses &buses) { buses.setSwitchedOn(on); });
+}
+
 void AtspiAccessibility::offerToSwitchOn() {
     ask_([self = QPointer(this)](bool yes) {
         if (!self)
             return;
         self->isAsking_ = false;
         if (yes)
-            self->worker_->post([](AccessibilityBuses &buses) { buses.switchOn(); });
+            self->setSwitchedOn(true);
     });
 }
 

@@ -7,6 +7,7 @@
 
 #include <QObject>
 #include <deque>
+#include <vector>
 
 namespace pindle {
 
@@ -37,6 +38,12 @@ public:
     /// False until the state is known, which the first call sets going.
     bool AXIsProcessTrusted() override;
     bool AXIsProcessTrustedWithOptions(bool prompt) override;
+    void observeTrust(std::function<void()> changed) override;
+
+    /// Switches the desktop's accessibility bus on or off, for this session and all later ones;
+    /// what came of it is observed. Programs that read this one's windows lose sight of them with
+    /// it.
+    void setSwitchedOn(bool on);
 
 private:
     struct Capture;
@@ -53,6 +60,7 @@ private:
     void completeLater(const Completion &completion, AXAttributeResult result);
     void onMainThread(std::function<void()> function);
     void offerToSwitchOn();
+    void trustRead(bool isOn);
 
     XConnection &connection_;
     Ask ask_;
@@ -62,6 +70,7 @@ private:
     bool isPrepared_ = false;
     bool isTrusted_ = false;
     bool isAsking_ = false;
+    std::vector<std::function<void()>> trustObservers_;
     std::unique_ptr<AccessibilityWorker> worker_;
 };
 

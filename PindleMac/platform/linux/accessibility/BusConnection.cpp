@@ -1,6 +1,7 @@
 #include "PindleMac/platform/linux/accessibility/BusConnection.h"
 
 #include <algorithm>
+#include <cstdlib>
 
 namespace pindle {
 
@@ -30,6 +31,13 @@ int onAnswer(sd_bus_message *message, void *userdata, sd_bus_error * /*error*/) 
 }
 
 } // namespace
+
+std::string sessionBusAddress() {
+    if (const char *address = std::getenv("DBUS_SESSION_BUS_ADDRESS"); address && *address)
+        return address;
+    const char *folder = std::getenv("XDG_RUNTIME_DIR");
+    return folder ? "unix:path=" + std::string(folder) + "/bus" : std::string();
+}
 
 std::unique_ptr<BusConnection> BusConnection::open(const std::string &address, Deadline deadline,
                                                    const std::atomic<bool> &cancelled) {

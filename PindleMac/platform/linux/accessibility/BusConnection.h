@@ -27,6 +27,10 @@ struct BusMessageRelease {
 /// A message, or the answer to a call; null for an answer that was an error.
 using BusMessage = std::unique_ptr<sd_bus_message, BusMessageRelease>;
 
+/// The session bus of the environment, else its usual place (where systemd puts it); empty when
+/// neither is known.
+std::string sessionBusAddress();
+
 /// A connection to a D-Bus on which every wait has an end. It has no thread and no state besides
 /// its own; all of it is used on one thread.
 class BusConnection {

@@ -5,6 +5,7 @@
 #include <QDateTime>
 #include <QRegularExpression>
 #include <QTimeZone>
+#include <QUuid>
 #include <algorithm>
 #include <memory>
 
@@ -16,6 +17,12 @@ using std::chrono::sys_seconds;
 
 constexpr int firstYear = 1;
 constexpr int lastYear = 9999; ///< a DATE-TIME has four digits for the year
+
+/// The years a lasting definition of a zone is exact for: those of nearly every event, few enough
+/// to write down one by one where a zone has no yearly rule, and none in which readers that count
+/// time in 32 bits give up.
+constexpr sys_seconds lastingFrom{std::chrono::sys_days{std::chrono::January / 1 / 2020}};
+constexpr sys_seconds lastingUntil{std::chrono::sys_days{std::chrono::January / 1 / 2038}};
 
 using Component = std::unique_ptr<icalcomponent, decltype(&icalcomponent_free)>;
 
@@ -103,27 +110,60 @@ icalcomponent *makeEvent(const IcsEvent &event, const QByteArray &uid, sys_secon
     return component;
 }
 
+/// The zone to write times in; invalid for UTC.
+QTimeZone writtenZone(const IcsEvent &event, IcsTimes times) {
+    const auto [first, last] = std::minmax(event.start, event.end);
+    if (times == IcsTimes::universal ||
+        (times == IcsTimes::lastingZone && (first < lastingFrom || last >= lastingUntil)))
+        return {};
+    return zoneNamed(event.zone.identifier);
+}
+
+icalcomponent *definitionOf(const QTimeZone &zone, const IcsEvent &event, IcsTimes times) {
+    if (times == IcsTimes::lastingZone)
+        return makeVTimezone(zone, lastingFrom, lastingUntil);
+    const auto [first, last] = std::minmax(event.start, event.end);
+    return makeVTimezone(zone, first, last);
+}
+
 } // namespace
 
-std::optional<QByteArray> icsText(const IcsEvent &event, const QByteArray &uid, sys_seconds stamp) {
+std::optional<QByteArray> icsText(const IcsEvent &event, const QByteArray &uid, sys_seconds stamp,
+                                  IcsTimes times) {
     if (!isWritable(event.start) || !isWritable(event.end))
         return std::nullopt;
-    const QTimeZone zone = zoneNamed(event.zone.identifier);
+    const QTimeZone zone = writtenZone(event, times);
 
     const Component calendar(icalcomponent_new(ICAL_VCALENDAR_COMPONENT), icalcomponent_free);
     icalcomponent_add_property(calendar.get(), icalproperty_new_prodid("-//Pindle//Pindle//EN"));
     icalcomponent_add_property(calendar.get(), icalproperty_new_version("2.0"));
-    if (zone.isValid()) {
-        icalcomponent_add_component(calendar.get(),
-                                    makeVTimezone(zone, std::min(event.start, event.end),
-                                                  std::max(event.start, event.end)));
-    }
+    if (zone.isValid())
+        icalcomponent_add_component(calendar.get(), definitionOf(zone, event, times));
     icalcomponent_add_component(calendar.get(), makeEvent(event, uid, stamp, zone));
 
     const std::unique_ptr<char, decltype(&icalmemory_free_buffer)> text(
         icalcomponent_as_ical_string_r(calendar.get()),
         [](void *buffer) { icalmemory_free_buffer(buffer); });
     return QByteArray(text.get());
+}
+
+QByteArray newEventIdentifier() {
+    return QUuid::createUuid().toByteArray(QUuid::WithoutBraces) +
+           QByteArrayLiteral("@pindle.localhost");
+}
+
+const IcsEvent &eventToSave(const EKEvent &event, EKAuthorizationStatus status) {
+    const auto *own = dynamic_cast<const IcsEvent *>(&event);
+    if (!own)
+        throw PlatformError(QStringLiteral("The event belongs to another calendar."));
+    if (status != EKAuthorizationStatus::writeOnly)
+        throw PlatformError(QStringLiteral("Pindle may not add events to the calendar."));
+    return *own;
+}
+
+PlatformError yearNotWritable() {
+    return PlatformError(QStringLiteral("The event was not saved: its year cannot be written in a "
+                                        "calendar."));
 }
 
 } // namespace pindle

@@ -7,7 +7,6 @@
 #include <QFile>
 #include <QPointer>
 #include <QTimer>
-#include <QUuid>
 #include <cerrno>
 #include <fcntl.h>
 #include <unistd.h>
@@ -110,28 +109,23 @@ std::optional<EKCalendar> IcsFolderEventStore::defaultCalendarForNewEvents() {
 }
 
 void IcsFolderEventStore::save(EKEvent &event, EKSpan) {
-    const auto *own = dynamic_cast<IcsEvent *>(&event);
-    if (!own)
-        throw PlatformError(QStringLiteral("The event belongs to another calendar."));
-    if (authorizationStatus() != EKAuthorizationStatus::writeOnly)
-        throw PlatformError(QStringLiteral("Pindle may not add events to the calendar."));
-    if (!own->calendar) {
+    const IcsEvent &own = eventToSave(event, authorizationStatus());
+    if (!own.calendar) {
         throw PlatformError(QStringLiteral("No default calendar is available: the calendar folder "
                                            "%1 cannot be written to.")
                                 .arg(folder_));
     }
-    const QString uid =
-        QUuid::createUuid().toString(QUuid::WithoutBraces) + QStringLiteral("@pindle.localhost");
+    const QByteArray uid = newEventIdentifier();
     const auto now = std::chrono::floor<std::chrono::seconds>(std::chrono::system_clock::now());
-    const auto text = icsText(*own, uid.toUtf8(), now);
+    const auto text = icsText(own, uid, now);
     if (!text)
-        throw PlatformError(QStringLiteral("The event was not saved: its year cannot be written in "
-                                           "a calendar."));
+        throw yearNotWritable();
     std::error_code error = makePrivateFolder(folder_);
     if (!error) {
         removeAbandonedFiles(folder_);
-        error = replaceFile(folder_ + QLatin1Char('/') + uid + QStringLiteral(".ics"), *text,
-                            Durability::synced);
+        error = replaceFile(folder_ + QLatin1Char('/') + QString::fromLatin1(uid) +
+                                QStringLiteral(".ics"),
+                            *text, Durability::synced);
     }
     if (error)
         throw PlatformError(failure(error, folder_));

@@ -15,7 +15,7 @@ using std::chrono::sys_seconds;
 
 constexpr days lookAhead{366 * 7}; ///< so many years show whether a yearly rule holds
 constexpr int fewestYears = 6;     ///< of one observance, to take it for a yearly rule
-constexpr qsizetype mostObservances = 64;
+constexpr qsizetype mostObservances = 128;
 constexpr days farthestShift{1};   ///< no zone ever shifted its clocks by more
 const QDate beginning(1601, 1, 1); ///< an onset before every event, for a zone without any
 
@@ -119,6 +119,20 @@ icalcomponent *makeObservance(const Onset &onset, const std::optional<YearlyRule
     return observance;
 }
 
+/// Adds these onsets as two observances that alternate by a rule each; false when they do not.
+bool addYearly(icalcomponent *component, const QList<Onset> &onsets) {
+    QMap<int, QList<Onset>> byOffset;
+    for (const Onset &onset : onsets)
+        byOffset[onset.offsetAfter].append(onset);
+    const auto lower = yearlyRule(byOffset.first());
+    const auto higher = yearlyRule(byOffset.last());
+    if (byOffset.size() != 2 || !lower || !higher)
+        return false;
+    icalcomponent_add_component(component, makeObservance(byOffset.first().first(), lower));
+    icalcomponent_add_component(component, makeObservance(byOffset.last().first(), higher));
+    return true;
+}
+
 } // namespace
 
 int utcOffset(const QTimeZone &zone, sys_seconds instant) {
@@ -153,18 +167,12 @@ icalcomponent *makeVTimezone(const QTimeZone &zone, sys_seconds first, sys_secon
     icalcomponent_add_property(component, icalproperty_new_tzid(zone.id().constData()));
 
     const QList<Onset> all = onsets(zone, first, last);
-    QMap<int, QList<Onset>> byOffset;
-    for (const Onset &onset : all)
-        byOffset[onset.offsetAfter].append(onset);
-    const auto lower = yearlyRule(byOffset.first());
-    const auto higher = yearlyRule(byOffset.last());
-    if (byOffset.size() == 2 && lower && higher) {
-        icalcomponent_add_component(component, makeObservance(byOffset.first().first(), lower));
-        icalcomponent_add_component(component, makeObservance(byOffset.last().first(), higher));
-    } else {
-        for (const Onset &onset : all)
-            icalcomponent_add_component(component, makeObservance(onset, std::nullopt));
-    }
+    qsizetype single = 0; // so many before the yearly rules begin
+    while (single < all.size() && !addYearly(component, all.mid(single)))
+        ++single;
+    const QList<Onset> changes = all.first(single);
+    for (const Onset &onset : changes)
+        icalcomponent_add_component(component, makeObservance(onset, std::nullopt));
     return component;
 }
 

@@ -40,6 +40,10 @@ QString desktopEntryExec(const QString &path) {
     return QLatin1Char('"') + quoted + QLatin1Char('"');
 }
 
+QString desktopEntryString(const QString &text) {
+    return QString(text).replace(QLatin1Char('\\'), QStringLiteral("\\\\"));
+}
+
 QString AutostartLoginItem::defaultFolder() {
     return configHome() + QStringLiteral("/autostart");
 }
@@ -56,9 +60,10 @@ void AutostartLoginItem::registerItem() {
     const QString entry = QStringLiteral("[Desktop Entry]\n"
                                          "Type=Application\n"
                                          "Name=Pindle\n"
-                                         "Exec=%1\n"
+                                         "TryExec=%1\n"
+                                         "Exec=%2\n"
                                          "X-GNOME-Autostart-enabled=true\n")
-                              .arg(desktopEntryExec(executable_));
+                              .arg(desktopEntryString(executable_), desktopEntryExec(executable_));
     removeAbandonedFiles(folder_);
     if (makePrivateFolder(folder_) || replaceFile(path_, entry.toUtf8(), Durability::synced))
         refuse();

@@ -7,7 +7,8 @@
 namespace pindle {
 
 /// The login item as an autostart entry of the desktop (freedesktop.org Desktop Application
-/// Autostart Specification).
+/// Autostart Specification). Its TryExec key lets a session pass it over once the program is
+/// removed.
 class AutostartLoginItem final : public LoginItem {
 public:
     /// `executable` is the absolute path of the program; `folder` is where the session looks, by
@@ -28,5 +29,8 @@ private:
 /// `path` as the only argument of an Exec key (Desktop Entry Specification: quoting of the
 /// argument, field codes, then escaping of the string).
 QString desktopEntryExec(const QString &path);
+
+/// `text` as the value of a string key (Desktop Entry Specification: escaping of the string).
+QString desktopEntryString(const QString &text);
 
 } // namespace pindle

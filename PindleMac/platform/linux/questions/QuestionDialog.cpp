@@ -5,10 +5,10 @@
 #include <QApplication>
 #include <QBoxLayout>
 #include <QCursor>
+#include <QIcon>
 #include <QLabel>
 #include <QPushButton>
 #include <QScreen>
-#include <QStyle>
 #include <QTimer>
 
 namespace pindle {
@@ -26,6 +26,17 @@ QLabel *plainLabel(const QString &text, QWidget *parent) {
     label->setWordWrap(true);
     label->setFixedWidth(textWidth);
     return label;
+}
+
+/// The program's icon, as the desktop knows it; else the desktop's sign for a question, if any.
+QIcon questionIcon() {
+    for (const QIcon &icon :
+         {QIcon::fromTheme(QGuiApplication::desktopFileName()), QGuiApplication::windowIcon(),
+          QIcon::fromTheme(QStringLiteral("dialog-question"))}) {
+        if (!icon.isNull())
+            return icon;
+    }
+    return {};
 }
 
 /// Where the keyboard goes after the answer. The click that led to the question may have been the
@@ -64,12 +75,11 @@ QuestionDialog::~QuestionDialog() {
 }
 
 void QuestionDialog::layOut(const Question &question) {
-    auto *icon = new QLabel(this);
-    icon->setPixmap(style()->standardIcon(QStyle::SP_MessageBoxQuestion).pixmap(iconSize));
     auto *text = plainLabel(question.text, this);
     QFont bold = text->font();
     bold.setBold(true);
     text->setFont(bold);
+    auto *details = plainLabel(question.details, this);
 
     refuse_ = new QPushButton(question.refuse, this);
     accept_ = new QPushButton(question.accept, this);
@@ -91,13 +101,17 @@ void QuestionDialog::layOut(const Question &question) {
     auto *column = new QVBoxLayout;
     column->setSpacing(spacing);
     column->addWidget(text);
-    column->addWidget(plainLabel(question.details, this));
+    column->addWidget(details);
     column->addLayout(buttons);
     auto *row = new QHBoxLayout(this);
     row->setContentsMargins(margin, margin, margin, margin);
     row->setSpacing(spacing);
     row->setSizeConstraint(QLayout::SetFixedSize);
-    row->addWidget(icon, 0, Qt::AlignTop);
+    if (const QIcon icon = questionIcon(); !icon.isNull()) {
+        auto *picture = new QLabel(this);
+        picture->setPixmap(icon.pixmap(iconSize));
+        row->addWidget(picture, 0, Qt::AlignTop);
+    }
     row->addLayout(column);
 }
 

@@ -5,6 +5,7 @@
 #include <QByteArray>
 #include <QGuiApplication>
 #include <array>
+#include <utility>
 #include <xcb/xfixes.h>
 
 namespace pindle {
@@ -13,6 +14,8 @@ namespace {
 constexpr uint32_t everyDesktop = 0xFFFFFFFF; ///< _NET_WM_DESKTOP
 constexpr uint32_t addState = 1;              ///< _NET_WM_STATE_ADD
 constexpr uint32_t fromApplication = 1;       ///< source indication
+constexpr uint32_t fromUser = 2;              ///< source indication: a direct action of the user
+constexpr char clockProperty[] = "_PINDLE_CLOCK";
 
 void tellManager(xcb_connection_t *xcb, xcb_window_t root, xcb_window_t window, xcb_atom_t type,
                  const std::array<uint32_t, 5> &data) {
@@ -49,6 +52,13 @@ int screenNumber(const XConnection &connection) {
 X11WindowServer::X11WindowServer(XConnection &connection, const SystemQuestions &questions)
     : connection_(connection)
     , questions_(questions) {
+    connection_.addHandler([this](const xcb_generic_event_t &event) {
+        if ((event.response_type & 0x7f) != XCB_PROPERTY_NOTIFY)
+            return;
+        const auto &notify = reinterpret_cast<const xcb_property_notify_event_t &>(event);
+        if (notify.window == connection_.window() && notify.atom == connection_.atom(clockProperty))
+            activateAt(notify.time);
+    });
     const QByteArray name = "_NET_WM_CM_S" + QByteArray::number(screenNumber(connection_));
     manager_ = connection_.atom(name.constData());
     xcb_connection_t *xcb = connection_.xcb();
@@ -89,8 +99,34 @@ void X11WindowServer::floatOnAllSpaces(quintptr window) {
     xcb_flush(xcb);
 }
 
+void X11WindowServer::activateIgnoringOtherApps(quintptr window) {
+    toActivate_ = static_cast<xcb_window_t>(window);
+    xcb_change_property(connection_.xcb(), XCB_PROP_MODE_APPEND, connection_.window(),
+                        connection_.atom(clockProperty), XCB_ATOM_INTEGER, 32, 0, nullptr);
+    xcb_flush(connection_.xcb());
+}
+
+void X11WindowServer::activateAt(xcb_timestamp_t time) {
+    const xcb_window_t window = std::exchange(toActivate_, XCB_NONE);
+    if (window == XCB_NONE)
+        return;
+    xcb_connection_t *toolkit = toolkitConnection();
+    xcb_connection_t *xcb = toolkit == nullptr ? connection_.xcb() : toolkit;
+    const xcb_window_t root = connection_.root();
+    xcb_change_property(xcb, XCB_PROP_MODE_REPLACE, window, connection_.atom("_NET_WM_USER_TIME"),
+                        XCB_ATOM_CARDINAL, 32, 1, &time);
+    if (const auto desktop = connection_.cardinal(root, "_NET_CURRENT_DESKTOP")) {
+        tellManager(xcb, root, window, connection_.atom("_NET_WM_DESKTOP"),
+                    {*desktop, fromUser, 0, 0, 0});
+    }
+    tellManager(xcb, root, window, connection_.atom("_NET_ACTIVE_WINDOW"),
+                {fromUser, time, 0, 0, 0});
+    xcb_flush(xcb);
+}
+
 bool X11WindowServer::compositingActive() {
-    return managerPresent();
+    // The server tells of changes where it can, so that a press need not wait for an answer.
+    return selectionEvent_ != 0 ? wasActive_ : managerPresent();
 }
 
 bool X11WindowServer::managerPresent() const {

@@ -1,6 +1,7 @@
 #include "PindleMac/platform/linux/workspace/DesktopWorkspace.h"
 
-#include <QProcess>
+#include "PindleMac/platform/linux/workspace/StartProgram.h"
+
 #include <QStandardPaths>
 
 namespace pindle {
@@ -13,15 +14,7 @@ bool openInBrowser(const QUrl &url) {
     const QString opener = QStandardPaths::findExecutable(QStringLiteral("xdg-open"));
     if (opener.isEmpty())
         return false;
-    QProcess process;
-    process.setProgram(opener);
-    process.setArguments({QString::fromLatin1(url.toEncoded())});
-    // The browser may become the opener's child and outlive this program: it gets none of its
-    // descriptors.
-    process.setStandardInputFile(QProcess::nullDevice());
-    process.setStandardOutputFile(QProcess::nullDevice());
-    process.setStandardErrorFile(QProcess::nullDevice());
-    return process.startDetached();
+    return startProgram(opener, {QString::fromLatin1(url.toEncoded())});
 }
 
 } // namespace

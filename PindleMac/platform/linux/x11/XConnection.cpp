@@ -75,6 +75,17 @@ xcb_window_t XConnection::activeWindow() {
     return window;
 }
 
+std::optional<quint32> XConnection::cardinal(xcb_window_t window, const char *name) {
+    const auto cookie =
+        xcb_get_property(connection_, 0, window, atom(name), XCB_ATOM_CARDINAL, 0, 1);
+    const auto reply = xcbReply(xcb_get_property_reply(connection_, cookie, nullptr));
+    quint32 number = 0;
+    if (!reply || xcb_get_property_value_length(reply.get()) < int(sizeof number))
+        return std::nullopt;
+    std::memcpy(&number, xcb_get_property_value(reply.get()), sizeof number);
+    return number;
+}
+
 bool XConnection::sameClient(quint32 a, quint32 b) const {
     const uint32_t client = ~xcb_get_setup(connection_)->resource_id_mask;
     return a != XCB_NONE && b != XCB_NONE && (a & client) == (b & client);

@@ -5,6 +5,7 @@
 #include <deque>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <xcb/xcb.h>
 
 class QSocketNotifier;
@@ -36,6 +37,10 @@ public:
 
     /// The window named by _NET_ACTIVE_WINDOW (EWMH), or XCB_NONE.
     xcb_window_t activeWindow();
+
+    /// The first number of a property of that name and of type CARDINAL; absent where it is not
+    /// set.
+    std::optional<quint32> cardinal(xcb_window_t window, const char *name);
 
     /// Whether two resources belong to one client of the X server.
     bool sameClient(quint32 a, quint32 b) const;

@@ -140,6 +140,35 @@ TEST_F(AccessibilityTrustTest, yesSwitchesAccessibilityOnAndNoLeavesItOff) {
     EXPECT_TRUE(QTest::qWaitFor([&] { return accessibility->AXIsProcessTrusted(); }, 3000));
 }
 
+TEST_F(AccessibilityTrustTest, theSwitchIsWorkedFromHereAndEachChangeIsTold) {
+    setEnabled(false);
+    QList<bool> told;
+    accessibility->observeTrust([&] { told.append(accessibility->AXIsProcessTrusted()); });
+    accessibility->prepare();
+    for (const bool on : {true, false, true}) {
+        told.clear();
+        accessibility->setSwitchedOn(on);
+        ASSERT_TRUE(QTest::qWaitFor([&] { return !told.isEmpty(); }, 3000));
+        EXPECT_EQ(told, QList<bool>{on});
+        EXPECT_EQ(accessibility->AXIsProcessTrusted(), on);
+    }
+    accessibility->setSwitchedOn(true);
+    QTest::qWait(300);
+    EXPECT_EQ(told, QList<bool>{true}) << "told of a change that was none";
+    EXPECT_EQ(questions, 0);
+}
+
+TEST_F(AccessibilityTrustTest, aSwitchWorkedByAnotherProgramIsToldToo) {
+    setEnabled(true);
+    int told = 0;
+    accessibility->observeTrust([&] { ++told; });
+    accessibility->prepare();
+    ASSERT_TRUE(QTest::qWaitFor([&] { return told == 1; }, 3000));
+    setEnabled(false);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return told == 2; }, 3000));
+    EXPECT_FALSE(accessibility->AXIsProcessTrusted());
+}
+
 TEST_F(AccessibilityTrustTest, anAnswerAfterTheEndDoesNoHarm) {
     setEnabled(false);
     accessibility->AXIsProcessTrustedWithOptions(true);

@@ -164,6 +164,50 @@ TEST_F(CalendarFolder, aYearlyRuleHoldsForDecades) {
     }
 }
 
+QByteArray lastingText(const char *zone, sys_seconds start) {
+    IcsEvent event;
+    event.start = start;
+    event.end = start + 1h;
+    event.zone = {QString::fromLatin1(zone)};
+    return icsText(event, "uid", start, IcsTimes::lastingZone).value_or(QByteArray());
+}
+
+QByteArray definitionIn(const QByteArray &text) {
+    const auto from = text.indexOf("BEGIN:VTIMEZONE");
+    return text.mid(from, text.indexOf("END:VTIMEZONE") - from);
+}
+
+TEST_F(CalendarFolder, aLastingDefinitionIsTheSameForEveryEventAndExactForItsYears) {
+    for (const char *name :
+         {"Europe/Berlin", "America/New_York", "Australia/Lord_Howe", "Africa/Casablanca",
+          "America/Santiago", "Asia/Jerusalem", "Asia/Gaza", "Asia/Tehran", "America/Nuuk",
+          "America/Mexico_City", "America/Coyhaique", "Asia/Kolkata", "Europe/Volgograd"}) {
+        SCOPED_TRACE(name);
+        const QByteArray text = lastingText(name, summer);
+        EXPECT_TRUE(text.contains(QByteArray("DTSTART;TZID=") + name));
+        EXPECT_EQ(definitionIn(text), definitionIn(lastingText(name, winter)));
+        for (int year = 2020; year < 2038; year += 2) {
+            for (unsigned month = 1; month < 13; month += 3) {
+                const sys_seconds instant =
+                    sys_days{std::chrono::year{year} / std::chrono::month{month} / 15};
+                EXPECT_EQ(offsetByFile(text, instant),
+                          QTimeZone(name).offsetFromUtc(QDateTime::fromSecsSinceEpoch(
+                              instant.time_since_epoch().count(), Qt::UTC)))
+                    << year << " " << month;
+            }
+        }
+    }
+}
+
+TEST_F(CalendarFolder, outsideTheYearsOfALastingDefinitionTimesAreUniversal) {
+    for (const int year : {2019, 2038, 2100}) {
+        const sys_seconds start = sys_days{std::chrono::July / 1 / year} + 9h;
+        const QByteArray text = lastingText("Europe/Berlin", start);
+        EXPECT_TRUE(text.contains("0701T090000Z\r\n")) << year;
+        EXPECT_FALSE(text.contains("VTIMEZONE")) << year;
+    }
+}
+
 TEST_F(CalendarFolder, textArrivesCharacterByCharacter) {
     const QString titles[] = {
         QString(),

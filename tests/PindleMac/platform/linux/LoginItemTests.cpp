@@ -18,8 +18,10 @@ struct Autostart : testing::Test {
 
 TEST_F(Autostart, registeringWritesTheEntryTheSessionReads) {
     AutostartLoginItem(QStringLiteral("/usr/bin/pindle"), folder).registerItem();
-    EXPECT_EQ(contents(path), "[Desktop Entry]\nType=Application\nName=Pindle\n"
-                              "Exec=\"/usr/bin/pindle\"\nX-GNOME-Autostart-enabled=true\n");
+    EXPECT_EQ(
+        contents(path),
+        "[Desktop Entry]\nType=Application\nName=Pindle\n"
+        "TryExec=/usr/bin/pindle\nExec=\"/usr/bin/pindle\"\nX-GNOME-Autostart-enabled=true\n");
     EXPECT_EQ(names(folder).size(), 1);
 }
 
@@ -55,6 +57,17 @@ TEST(DesktopEntry, everyCharacterWithAMeaningIsEscaped) {
     for (const auto &c : cases) {
         EXPECT_EQ(desktopEntryExec(QString::fromLatin1(c.path)).toStdString(), c.exec) << c.path;
     }
+}
+
+TEST_F(Autostart, aSessionPassesOverTheEntryOfAProgramThatWasRemoved) {
+    const QString program = home.filePath(QStringLiteral("a b\\c")) + QStringLiteral("/run");
+    QDir().mkpath(QFileInfo(program).path());
+    putFile(program, "#!/bin/sh\n");
+    ::chmod(program.toUtf8().constData(), 0755);
+    AutostartLoginItem(program, folder).registerItem();
+    EXPECT_EQ(runPython(QStringLiteral("entry_is_usable.py"), {path}), "yes\n");
+    QFile::remove(program);
+    EXPECT_EQ(runPython(QStringLiteral("entry_is_usable.py"), {path}), "no\n");
 }
 
 TEST_F(Autostart, aPathWithALineBreakIsRefused) {

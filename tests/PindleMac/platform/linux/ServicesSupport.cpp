@@ -3,7 +3,6 @@
 #include <QDir>
 #include <QElapsedTimer>
 #include <QFile>
-#include <QFileInfo>
 #include <QProcess>
 #include <QTest>
 #include <csignal>
@@ -44,7 +43,7 @@ mode_t modeOf(const QString &path) {
 }
 
 QByteArray runPython(const QString &script, const QStringList &arguments) {
-    const QString path = QFileInfo(QStringLiteral(__FILE__)).path() + QLatin1Char('/') + script;
+    const QString path = QStringLiteral(PINDLE_TEST_FOLDER "/") + script;
     QProcess process;
     process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
     process.start(QStringLiteral("/usr/bin/python3"), QStringList{path} + arguments);

@@ -4,7 +4,6 @@
 #include <QCoreApplication>
 #include <QElapsedTimer>
 #include <QFile>
-#include <QFileInfo>
 #include <QProcess>
 #include <QSemaphore>
 #include <QTcpServer>
@@ -21,8 +20,7 @@ using namespace std::chrono_literals;
 class Server {
 public:
     Server() {
-        const QString script =
-            QFileInfo(QStringLiteral(__FILE__)).path() + QStringLiteral("/https_server.py");
+        const QString script = QStringLiteral(PINDLE_TEST_FOLDER "/https_server.py");
         process_.setProcessChannelMode(QProcess::ForwardedErrorChannel);
         process_.start(QStringLiteral("/usr/bin/python3"), {script, folder_.path()});
         QByteArray line;
