@@ -8,9 +8,8 @@ namespace {
 
 std::string_view sentence(LanguageId language, Notice notice) {
     const auto text = languageInfo(language).messages[static_cast<std::size_t>(notice)];
-    return text.empty()
-               ? languageInfo(englishLanguage()).messages[static_cast<std::size_t>(notice)]
-               : text;
+    return text.empty() ? languageInfo(englishLanguage()).messages[static_cast<std::size_t>(notice)]
+                        : text;
 }
 
 void fill(std::string &text, std::string_view mark, const std::string &value) {

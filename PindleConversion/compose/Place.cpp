@@ -520,7 +520,7 @@ private:
                 begin = piece(reader, f, begin, i);
             if (i < begin)
                 continue;
-            begin = spaced ? i : i + 1;
+            begin = space ? i : i + 1;
         }
     }
 

@@ -418,17 +418,7 @@ private:
             score -= 40;
         if (trimmed.end - trimmed.begin == 1 && !contains(trimmed, Meaning::Event))
             score -= 6;
-        // "Webinar: Reading a Balance Sheet" is called by what follows; so is "Talk "Heat Pumps"".
-        const std::uint32_t next = trimmed.end + 1;
-        if (trimmed.end - trimmed.begin <= 3 && next < m_document.tokens.size() &&
-            contains(trimmed, Meaning::Event) && !token(next).used &&
-            token(next).kind == TokenKind::Word &&
-            (token(next - 1).symbol == ':' || token(next - 1).symbol == '"') &&
-            m_document.sameSentence(trimmed.begin, next))
-            if (i > begin && announces(reader, i)) {
-                parts.push_back({begin, i});
-                begin = i;
-            }
+        if (isCalledByNext(trimmed))
             score -= 30;
         return score;
     }
@@ -445,8 +435,11 @@ private:
         const char32_t mark = token(trimmed.end).symbol;
         if (mark == ':')
             return m_document.sameSentence(trimmed.begin, trimmed.end);
-        return size == 1 && (mark == '|' || mark == kBullet) &&
-               token(next).kind == TokenKind::Word && contains(trimmed, Meaning::Event);
+        const bool event = token(next).kind == TokenKind::Word && contains(trimmed, Meaning::Event);
+        // "Talk "Heat Pumps""
+        if (mark == '"')
+            return event && m_document.sameSentence(trimmed.begin, next);
+        return size == 1 && (mark == '|' || mark == kBullet) && event;
     }
 
     /// A short line without a sentence's full stop.

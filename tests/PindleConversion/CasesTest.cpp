@@ -94,15 +94,14 @@ bool isZone(const json &wanted, const Draft &draft) {
         std::int32_t raw = 0;
         std::int32_t saved = 0;
         UErrorCode status = U_ZERO_ERROR;
-        const std::string id = zone.starts_with("UTC+") || zone.starts_with("UTC-")
-                                   ? "GMT" + zone.substr(3)
-                                   : zone;
+        const std::string id =
+            zone.starts_with("UTC+") || zone.starts_with("UTC-") ? "GMT" + zone.substr(3) : zone;
         const std::unique_ptr<icu::TimeZone> found(
             icu::TimeZone::createTimeZone(icu::UnicodeString::fromUTF8(id)));
         if (noon)
-            found->getOffset(
-                static_cast<double>(noon->time_since_epoch().count()) * 86'400'000.0 + 43'200'000.0,
-                0, raw, saved, status);
+            found->getOffset(static_cast<double>(noon->time_since_epoch().count()) * 86'400'000.0 +
+                                 43'200'000.0,
+                             0, raw, saved, status);
         return raw + saved;
     };
     for (const std::string &each : listOf(wanted))
@@ -130,8 +129,6 @@ bool isEmptyWanted(const json &wanted) {
 
 Verdict judge(const json &given) {
     const json &expect = given["expect"];
-    if (given.contains("open"))
-        GTEST_SKIP() << given["open"];
     const auto text = given["text"].get<std::string>();
     const Reply reply = convert({text, given["referenceDate"].get_ref<const std::string &>(),
                                  given["referenceTimezone"].get_ref<const std::string &>()});
@@ -204,9 +201,9 @@ std::map<std::string, Rate> ratesOf(bool english) {
 
 void expectRates(bool english) {
     auto rates = ratesOf(english);
-    const std::map<std::string, double> least{{"start", 97}, {"end", 95},    {"zone", 97},
+    const std::map<std::string, double> least{{"start", 97},   {"end", 95},    {"zone", 97},
                                               {"noevent", 97}, {"missed", 99}, {"location", 90},
-                                              {"title", 90},  {"all", 85}};
+                                              {"title", 90},   {"all", 85}};
     for (const auto &[check, percent] : least)
         EXPECT_GE(rates[check].percent(), percent)
             << check << ": " << rates[check].good << " of " << rates[check].all;

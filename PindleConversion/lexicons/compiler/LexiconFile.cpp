@@ -198,13 +198,13 @@ private:
 };
 
 constexpr Meaning kMandatory[] = {
-    Meaning::Common,       Meaning::Month,      Meaning::Weekday,     Meaning::Number,
-    Meaning::RelativeDay,  Meaning::UnitWord,   Meaning::DateMarker,  Meaning::TimeMarker,
-    Meaning::HourMark,     Meaning::ClockWord,  Meaning::PartOfDay,   Meaning::RangeTo,
-    Meaning::And,          Meaning::LabelWord,  Meaning::PlaceNoun,   Meaning::Event,
-    Meaning::RoleWord,     Meaning::Greeting,   Meaning::Chatter,     Meaning::TitleLead,
-    Meaning::TitleTail,    Meaning::PastVerb,   Meaning::PresentVerb, Meaning::Online,
-    Meaning::Cancelled,    Meaning::ZoneWord,   Meaning::PlaceStop};
+    Meaning::Common,      Meaning::Month,     Meaning::Weekday,     Meaning::Number,
+    Meaning::RelativeDay, Meaning::UnitWord,  Meaning::DateMarker,  Meaning::TimeMarker,
+    Meaning::HourMark,    Meaning::ClockWord, Meaning::PartOfDay,   Meaning::RangeTo,
+    Meaning::And,         Meaning::LabelWord, Meaning::PlaceNoun,   Meaning::Event,
+    Meaning::RoleWord,    Meaning::Greeting,  Meaning::Chatter,     Meaning::TitleLead,
+    Meaning::TitleTail,   Meaning::PastVerb,  Meaning::PresentVerb, Meaning::Online,
+    Meaning::Cancelled,   Meaning::ZoneWord,  Meaning::PlaceStop};
 
 bool hasValue(const LexiconFile &lexicon, Meaning meaning, int value) {
     return std::any_of(lexicon.entries.begin(), lexicon.entries.end(), [&](const auto &entry) {

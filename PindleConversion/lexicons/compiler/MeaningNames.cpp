@@ -98,24 +98,25 @@ constexpr TableKind kTableKinds[] = {
     {"zone-in-capitals", Meaning::ZoneAfterTime, Values::Note, 1},
     {"zone-city", Meaning::ZoneWord, Values::Note},
     {"zone-time", Meaning::ZoneWord, Values::None, 1},
-    {"zone-time-of", Meaning::ZoneWord, Values::None, 2},};
+    {"zone-time-of", Meaning::ZoneWord, Values::None, 2},
+};
 
 constexpr std::string_view kUnits[] = {"minute",    "hour",  "day",  "week",
                                        "fortnight", "month", "year", "weekend"};
-constexpr std::string_view kParts[] = {"none",      "morning", "noon",
-                                       "afternoon", "evening", "night"};
-constexpr std::string_view kLabels[] = {"none", "title",    "place", "when",     "date", "time",
-                                        "start", "end",     "zone",  "sent",     "mail", "sender",
-                                        "duration", "link", "deadline", "note", "price"};
-constexpr std::string_view kEvents[] = {"none",    "neutral", "work",  "morning",
+constexpr std::string_view kParts[] = {"none", "morning", "noon", "afternoon", "evening", "night"};
+constexpr std::string_view kLabels[] = {"none",     "title", "place",    "when", "date", "time",
+                                        "start",    "end",   "zone",     "sent", "mail", "sender",
+                                        "duration", "link",  "deadline", "note", "price"};
+constexpr std::string_view kEvents[] = {"none",   "neutral", "work",  "morning",
                                         "midday", "evening", "travel"};
 constexpr std::string_view kRoles[] = {"none",     "deadline", "posted", "moved-from",
                                        "moved-to", "end",      "side",   "show"};
 constexpr std::string_view kWhich[] = {"nearest", "this", "next", "last", "after-next"};
-constexpr std::string_view kNoticeNames[] = {
-    "none",         "no-date",      "only-past",     "today-assumed", "in-past",
-    "weekday-conflict", "order-assumed", "half-assumed", "several-dates", "more-events",
-    "one-more-event", "repeats",     "clock-skipped", "clock-repeated"};
+constexpr std::string_view kNoticeNames[] = {"none",          "no-date",        "only-past",
+                                             "today-assumed", "in-past",        "weekday-conflict",
+                                             "order-assumed", "half-assumed",   "several-dates",
+                                             "more-events",   "one-more-event", "repeats",
+                                             "clock-skipped", "clock-repeated"};
 static_assert(std::size(kNoticeNames) == kNotices);
 
 int indexOf(std::span<const std::string_view> names, std::string_view name) {

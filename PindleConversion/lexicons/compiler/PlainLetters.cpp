@@ -17,7 +17,7 @@ struct Spelling {
 
 /// Letters that stand for two, or that Unicode does not take apart.
 constexpr Spelling kSpellings[] = {
-    {0xE4, "a", "ae"}, {0xF6, "o", "oe"}, {0xFC, "u", "ue"},  {0xDF, "ss", "ss"},
+    {0xE4, "a", "ae"},   {0xF6, "o", "oe"},  {0xFC, "u", "ue"}, {0xDF, "ss", "ss"},
     {0x153, "oe", "oe"}, {0xE6, "ae", "ae"}, {0x142, "l", "l"}, {0xF8, "o", "oe"},
 };
 
@@ -31,7 +31,8 @@ std::string plainLetter(std::int32_t c, bool expand) {
     const icu::Normalizer2 *normalizer = icu::Normalizer2::getNFDInstance(status);
     icu::UnicodeString parts;
     constexpr std::int32_t kLastLatin = 0x24F;
-    if (U_SUCCESS(status) && c >= 0xC0 && c <= kLastLatin && normalizer->getDecomposition(c, parts)) {
+    if (U_SUCCESS(status) && c >= 0xC0 && c <= kLastLatin &&
+        normalizer->getDecomposition(c, parts)) {
         appendPoint(out, parts.char32At(0));
         return out;
     }
