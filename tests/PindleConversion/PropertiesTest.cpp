@@ -7,6 +7,8 @@
 #include <vector>
 
 #include <gtest/gtest.h>
+#include <unicode/locid.h>
+#include <unicode/unistr.h>
 
 #include "PindleConversion/resolve/Resolve.h"
 #include "tests/PindleConversion/Support.h"
@@ -111,10 +113,10 @@ std::string onOneLine(const std::string &text) {
     return out;
 }
 
-std::string lowered(std::string text) {
-    for (char &c : text)
-        c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
-    return text;
+std::string lowered(const std::string &text) {
+    std::string out;
+    icu::UnicodeString::fromUTF8(text).toLower(icu::Locale::getRoot()).toUTF8String(out);
+    return out;
 }
 
 TEST(Conversion, titleAndPlaceAreWordsOfTheText) {
