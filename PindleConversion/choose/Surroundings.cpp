@@ -35,6 +35,13 @@ bool Surroundings::isSecondDate(std::uint32_t from, std::uint32_t token) const {
         first = first || (date.span.begin > from && date.span.end <= token);
         second = second || date.span.begin == token;
     }
+    if (first && second)
+        return true;
+    first = second = false;
+    for (const TimeMention &time : m_found.times) {
+        first = first || (time.span.begin > from && time.span.end <= token);
+        second = second || time.span.begin == token;
+    }
     return first && second;
 }
 

@@ -157,9 +157,21 @@ private:
                 std::any_of(kMeetingHosts.begin(), kMeetingHosts.end(), [&](std::string_view host) {
                     return text.find(host) != std::string_view::npos;
                 });
-            if (meeting || field.label == Label::Link || heldOnline())
+            if (meeting || field.label == Label::Link || isCalledLink(field, i) || heldOnline())
                 offer({i, i + 1}, kLeastScore + (meeting ? 4 : 2), m_choice.anchor());
         }
+    }
+
+    /// "Your link (do not share): https://..."
+    bool isCalledLink(const Field &field, std::uint32_t link) const {
+        constexpr std::uint32_t kReach = 8;
+        const Reader reader(m_document, link);
+        for (std::uint32_t i = link; i > field.begin && link - i < kReach; --i) {
+            const Sense *label = reader.sense(i - 1, Meaning::LabelWord);
+            if (label && label->value == static_cast<int>(Label::Link))
+                return true;
+        }
+        return false;
     }
 
     bool heldOnline() {
@@ -293,6 +305,9 @@ private:
         if (end == begin)
             return;
         if (token(begin).kind == TokenKind::Number && reader.has(begin + 1, Meaning::UnitWord))
+            return;
+        // "From the office: ..." tells who writes.
+        if (isFrom(reader, i) && reader.symbol(end, ':'))
             return;
         if (offerWholeLine(reader, i, end))
             return;
@@ -530,7 +545,10 @@ private:
         if (close == open)
             return;
         const Shape shape = shapeOf({open + 1, close});
-        if ((shape.noun || shape.street) && shape.capital && !shape.event)
+        const Sense *city = reader.sense(open + 1, Meaning::ZoneWord);
+        const bool inCity = city && city->value == 0 && open + 1 + city->length == close &&
+                            open > 0 && !token(open - 1).used && !token(open + 1).used;
+        if (((shape.noun || shape.street) && shape.capital && !shape.event) || inCity)
             offer({open + 1, close}, 34, open);
     }
 
@@ -588,6 +606,17 @@ private:
                !reader.has(last - 1, Meaning::Of) && !reader.has(last - 1, Meaning::The);
     }
 
+    /// "Camp Wanahoo": a kind of place with a name that no lexicon knows.
+    static bool isNamedKind(const Reader &reader, TokenSpan part) {
+        if (!reader.has(part.begin, Meaning::PlaceNoun) || !reader.at(part.begin)->capital ||
+            part.end < part.begin + 2)
+            return false;
+        for (std::uint32_t i = part.begin + 1; i < part.end; ++i)
+            if (!reader.word(i) || !reader.at(i)->capital || reader.has(i, Meaning::Event))
+                return false;
+        return true;
+    }
+
     /// "Arrive London": where a journey ends.
     static bool isArrival(const Reader &reader, std::uint32_t i) {
         const Sense *role = reader.sense(i, Meaning::RoleWord);
@@ -619,7 +648,7 @@ private:
         const bool greets = reader.has(begin, Meaning::Greeting) && !(shape.noun && shape.title);
         // "place du Marché" is no market.
         const bool placeFirst =
-            isKindOfPlace(reader, {begin, end}) ||
+            isKindOfPlace(reader, {begin, end}) || isNamedKind(reader, {begin, end}) ||
             (!reader.has(begin, Meaning::Event) &&
              (reader.has(begin, Meaning::PlaceNoun) || reader.has(begin, Meaning::StreetWord)) &&
              (reader.has(begin + 1, Meaning::Of) || reader.has(begin + 1, Meaning::The)));

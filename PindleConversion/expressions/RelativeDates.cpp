@@ -123,6 +123,10 @@ std::uint32_t readWeekBehind(const Reader &reader, std::uint32_t i, DateSpec &sp
         spec.days += 7;
         return i + week->length;
     }
+    if (const Sense *fortnight = unit(reader, i, Unit::Fortnight)) {
+        spec.days += 14;
+        return i + fortnight->length;
+    }
     return i;
 }
 
@@ -272,6 +276,7 @@ std::optional<Amount> unitsOf(const Reader &reader, std::uint32_t i, int count) 
     case Unit::Minute:
     case Unit::Hour:
     case Unit::Weekend:
+    case Unit::Night:
         break;
     }
     return std::nullopt;

@@ -89,7 +89,7 @@ private:
         }
         m_afterDate = date.span.end;
         // "18:30 Thursday, 45 min"
-        constexpr std::uint32_t kClose = 2;
+        constexpr std::uint32_t kClose = 1;
         if (m_afterTime <= date.span.begin && date.span.begin - m_afterTime <= kClose)
             m_length = reader.skipSymbol(date.span.end, ',');
         return date.span.end;
@@ -173,7 +173,8 @@ private:
         if (const Sense *length = reader.sense(i, Meaning::DurationMark)) {
             m_length = i + length->length;
             next = std::max(next, m_length);
-        } else if (m_length == i && (isPassage(reader, i) || reader.symbol(i, ')'))) {
+        } else if (m_length == i && (isPassage(reader, i) || reader.symbol(i, ')') ||
+                                     reader.has(i, Meaning::Approximate))) {
             m_length = i + 1;
         }
         if (m_afterDate == i &&
