@@ -163,6 +163,10 @@ private:
             next = std::max(next, m_length);
         } else if (m_length == i && (isPassage(reader, i) || reader.symbol(i, ')'))) {
             m_length = i + 1;
+        } else if (const Sense *from = m_length == i ? reader.sense(i, Meaning::RangeTo) : nullptr;
+                   from && reader.at(i)->unspaced) {
+            // "10時から2時間"
+            m_length = i + from->length;
         }
         if (m_afterDate == i &&
             (isPassage(reader, i) || reader.symbol(i, '-') || reader.has(i, Meaning::Approximate)))

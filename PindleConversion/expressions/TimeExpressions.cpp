@@ -81,13 +81,30 @@ std::uint32_t skipAirport(const Reader &reader, std::uint32_t i, std::uint32_t r
     return ticket ? i + 1 : i;
 }
 
+/// "0820 0915" on a ticket: departure and arrival.
+bool isCompactPair(const Reader &reader, std::uint32_t i) {
+    constexpr int kCompact = 4;
+    const Token *before = i > 1 ? reader.at(i - 1) : nullptr;
+    const Token *token = reader.at(i);
+    const Token *date = i > 1 ? reader.at(i - 2) : nullptr;
+    return before && token && before->kind == TokenKind::Number && before->digits == kCompact &&
+           token->kind == TokenKind::Number && token->digits == kCompact && token->spaceBefore &&
+           date->used;
+}
+
 std::optional<End> readEnd(const Reader &reader, std::uint32_t i, bool between) {
     const Sense *to = reader.sense(i, Meaning::RangeTo);
     if (!to && between)
         to = reader.sense(i, Meaning::And);
+    End end;
+    if (!to && isCompactPair(reader, i)) {
+        if (const auto clock = readClock(reader, i, end.next)) {
+            end.clock = *clock;
+            return end;
+        }
+    }
     if (!to)
         return std::nullopt;
-    End end;
     const std::uint32_t at = skipAirport(reader, reader.skip(i + to->length, Meaning::The), i);
     const auto clock = readClock(reader, at, end.next);
     if (!clock || (!clock->sure && !mayFollowBare(reader, end.next, true)))
@@ -121,7 +138,8 @@ bool isListedRange(const Reader &reader, std::uint32_t i, std::uint32_t next) {
 
 /// "2026-08-06T14:05": the T, and an offset glued to the time.
 bool isTimestamp(const Reader &reader, std::uint32_t i) {
-    if (i == 0 || !reader.glued(i))
+    if (i < 2 || !reader.glued(i) || !reader.glued(i - 1) ||
+        reader.document().tokens[i - 2].kind != TokenKind::Number)
         return false;
     const auto before = reader.document().slice(reader.document().tokens[i - 1]);
     return before == "T" || before == "t";
