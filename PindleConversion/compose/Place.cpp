@@ -12,7 +12,7 @@ namespace {
 constexpr int kLeastScore = 20;
 constexpr int kAside = 35; ///< less for a place that something else happens at
 constexpr int kNamedStay = 30;
-constexpr int kAsked = 16;                  ///< less for a place that a speaker only asks about
+constexpr int kAsked = 12;                  ///< less for a place that a speaker only asks about
 constexpr std::uint32_t kLongestName = 14;  ///< tokens
 constexpr std::uint32_t kOnlineReach = 400; ///< tokens that are asked whether the event is online
 
@@ -78,7 +78,8 @@ private:
                 compound(reader, field, i);
             if (reader.symbol(i, '('))
                 bracketed(reader, i);
-            if (const Sense *online = reader.sense(i, Meaning::Online))
+            if (const Sense *online = reader.sense(i, Meaning::Online);
+                online && !reader.has(i, Meaning::Event))
                 offer({i, i + online->length}, kLeastScore, i);
         }
         if (field.label == Label::None || field.label == Label::When)
@@ -103,6 +104,8 @@ private:
             score -= kAside;
         if (isAsked(at))
             score -= kAsked;
+        if (isOfEnd(span))
+            score -= kAside;
         const bool wider = score == m_score && span.end - span.begin > m_best.end - m_best.begin;
         if (score > m_score || wider) {
             m_score = score;
@@ -119,6 +122,18 @@ private:
             if (m_document.sameSentence(i - 1, at) && reader.has(i - 1, Meaning::AsideLead))
                 return true;
         return false;
+    }
+
+    /// "arrival Palma 08:25": where the event ends.
+    bool isOfEnd(TokenSpan span) const {
+        const TokenSpan end = m_choice.endSpan;
+        if (end.empty() || end.begin == m_choice.timeSpan.begin ||
+            end.begin == m_choice.dateSpan.begin)
+            return false;
+        const std::uint32_t field = token(end.begin).field;
+        const bool own = field != m_anchorField && (m_choice.timeSpan.empty() ||
+                                                    field != token(m_choice.timeSpan.begin).field);
+        return span.end == end.begin || (own && token(span.begin).field == field);
     }
 
     /// "At yours?" in a conversation.
@@ -192,6 +207,13 @@ private:
         return shape;
     }
 
+    /// A small word within a name.
+    static bool isFiller(const Reader &reader, std::uint32_t i) {
+        return reader.has(i, Meaning::The) || reader.has(i, Meaning::Of) ||
+               reader.has(i, Meaning::And) || reader.has(i, Meaning::PlaceMarker) ||
+               reader.has(i, Meaning::PlaceNoun);
+    }
+
     /// "Main Street", "rue Haute", "calle de Alcalá", and "Wilgenstraat", whose end alone is known.
     bool isStreet(const Reader &reader, std::uint32_t i, std::uint32_t begin) const {
         const Sense *street = reader.sense(i, Meaning::StreetWord);
@@ -221,6 +243,12 @@ private:
         // Where words are not spaced, a space ends a name.
         if (current.unspaced && current.spaceBefore && token(i - 1).unspaced &&
             reader.has(i - 1, Meaning::PlaceNoun))
+            return true;
+        // "in der Mensa essen": where nouns are capitals, a small word goes on with the sentence.
+        const bool small = current.kind == TokenKind::Word && !current.capital &&
+                           token(i - 1).capital && token(i - 1).kind == TokenKind::Word &&
+                           reader.language(i).capitalNouns && current.spaceBefore;
+        if (small && !isFiller(reader, i))
             return true;
         const bool stopWord = reader.has(i, Meaning::PlaceStop) || reader.has(i, Meaning::Greeting);
         // "amphi A"

@@ -13,6 +13,7 @@ constexpr int kWidest = 60;               ///< columns of a title
 constexpr int kRoomy = 44;                ///< columns above which a title is cut at its commas
 constexpr std::uint32_t kLongestRun = 64; ///< tokens of a run that are looked at
 constexpr int kNone = -1000;
+constexpr int kNoContent = 30;    ///< less for words that say nothing of what happens
 constexpr int kOnlyFillers = 120; ///< "Let's meet" is a title when there is no better one
 
 class TitleFinder {
@@ -45,11 +46,13 @@ private:
     /// "Check-in: ..." may be all that the event is called.
     void offerLabel(const Field &field) {
         const bool names = field.label == Label::Start || field.label == Label::Deadline;
-        if (field.labelWords.empty() || !names || !contains(field.labelWords, Meaning::Event))
+        if (field.labelWords.empty() || !names)
             return;
         constexpr int kWeak = 5;
-        if (kWeak > m_score) {
-            m_score = kWeak;
+        constexpr int kWeakest = -200;
+        const int score = contains(field.labelWords, Meaning::Event) ? kWeak : kWeakest;
+        if (score > m_score) {
+            m_score = score;
             m_best = field.labelWords;
         }
     }
@@ -373,14 +376,36 @@ private:
             score += 48;
         if (contains(trimmed, Meaning::Event))
             score += 16;
+        else if (!hasContent(trimmed))
+            score -= kNoContent;
         if (isQuoted(part))
             score += 30;
         if (run.beforeUsed && sameSentence && part.end == run.span.end)
             score += 4;
         score += penalties(reader, part, trimmed);
-        if (!reader.has(part.begin, Meaning::Greeting) && !kind)
+        if (!reader.has(part.begin, Meaning::Greeting) && !kind && !tellsRole(trimmed))
             m_sawText = true;
         return score;
+    }
+
+    /// Not only words that hold a sentence together: "hast du", "there is".
+    bool hasContent(TokenSpan span) const {
+        constexpr Meaning kAround[] = {Meaning::Common,      Meaning::Chatter,  Meaning::Greeting,
+                                       Meaning::PresentVerb, Meaning::PastVerb, Meaning::PartOfDay,
+                                       Meaning::AsideLead};
+        const Reader reader(m_document, span.end);
+        for (std::uint32_t i = span.begin; i < span.end; ++i)
+            if (reader.word(i) && std::none_of(std::begin(kAround), std::end(kAround),
+                                               [&](Meaning each) { return reader.has(i, each); }))
+                return true;
+        return false;
+    }
+
+    /// "Posted on", "by": what is left of a date's role.
+    bool tellsRole(TokenSpan span) const {
+        const Reader reader(m_document, span.end);
+        const Sense *role = reader.sense(span.begin, Meaning::RoleWord);
+        return role && span.begin + role->length == span.end;
     }
 
     /// A name in quotes, of some words.
@@ -413,8 +438,7 @@ private:
             score -= 24;
         if (contains(trimmed, Meaning::PastVerb))
             score -= 8;
-        const Sense *role = reader.sense(trimmed.begin, Meaning::RoleWord);
-        if (role && trimmed.begin + role->length == trimmed.end)
+        if (tellsRole(trimmed))
             score -= 40;
         if (trimmed.end - trimmed.begin == 1 && !contains(trimmed, Meaning::Event))
             score -= 6;
