@@ -280,6 +280,8 @@ private:
     }
 
     std::uint32_t addressGoesOn(const Reader &reader, std::uint32_t i, std::uint32_t begin) const {
+        if (token(i).kind == TokenKind::Number && reader.has(i + 1, Meaning::UnitWord))
+            return i;
         const bool name = token(i).capital && reader.at(i + 1) && reader.at(i + 1)->capital;
         std::uint32_t end = name ? i + 1 : i;
         const std::uint32_t limit = std::min(reader.end(), i + kLongestName);
@@ -325,6 +327,8 @@ private:
         const bool determined = reader.has(begin, Meaning::The);
         const bool named = shape.capital || token(begin).kind == TokenKind::Number;
         // "Abbazia di Santa Maria al Bosco", "Boekhandel Letterlust te Leuven" are one name.
+        if (const std::uint32_t head = spokenHead(reader, i); head < i && named)
+            return offer({head, end}, 58, head);
         if (const std::uint32_t head = nameHead(i); head < i && named)
             return offer({head, end}, 58, head);
         const bool behindTime = i > 0 && token(i - 1).used && shape.title;
@@ -367,6 +371,24 @@ private:
                 head = k - 1;
         }
         return isTitlePosition(field, head) ? i : head;
+    }
+
+    /// "20:15, Capitol am Markt" answers where in a conversation; the name's begin, or `i`.
+    std::uint32_t spokenHead(const Reader &reader, std::uint32_t i) const {
+        constexpr std::uint32_t kMostWords = 3;
+        const Field &field = m_document.fields[token(i).field];
+        if (!field.spoken || token(i).field == m_anchorField)
+            return i;
+        std::uint32_t head = i;
+        while (head > field.begin && i - head <= kMostWords && !token(head - 1).used &&
+               token(head - 1).capital && token(head - 1).kind == TokenKind::Word &&
+               !reader.has(head - 1, Meaning::Event) && !reader.has(head - 1, Meaning::Greeting) &&
+               !reader.has(head - 1, Meaning::Chatter) &&
+               !reader.has(head - 1, Meaning::PlaceStop) && m_document.sameSentence(head - 1, i))
+            --head;
+        const bool starts =
+            head == field.begin || token(head - 1).used || token(head - 1).symbol == ',';
+        return starts ? head : i;
     }
 
     /// "Pfarrkirche Sankt Veit im Moos" on a line below the date is one name.
@@ -571,6 +593,12 @@ private:
                reader.glued(i + 2) && reader.word(i + 2);
     }
 
+    /// "14 Uhr: Gesundheitstag": what is announced is the event.
+    bool isAnnounced(const Reader &reader, std::uint32_t begin) const {
+        return begin > 1 && reader.symbol(begin - 1, ':') && token(begin - 2).used &&
+               !reader.has(begin, Meaning::PlaceNoun);
+    }
+
     /// Weighs one part; returns where to go on.
     std::uint32_t piece(const Reader &reader, std::uint32_t f, std::uint32_t begin,
                         std::uint32_t end) {
@@ -581,7 +609,7 @@ private:
                              reader.has(begin, Meaning::Chatter) ||
                              (reader.has(begin, Meaning::PlaceStop) && !token(begin).upper()) ||
                              token(begin).kind == TokenKind::Link || isSeat(reader, begin) ||
-                             reader.symbol(end, ':');
+                             reader.symbol(end, ':') || isAnnounced(reader, begin);
         // Without spaces the name ends where the sentence goes on.
         if (token(begin).unspaced && !reader.has(end - 1, Meaning::PlaceNoun))
             end = std::clamp(nameEnd(reader, begin), begin + 1, end);

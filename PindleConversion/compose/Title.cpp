@@ -14,6 +14,7 @@ constexpr int kRoomy = 44;                ///< columns above which a title is cu
 constexpr std::uint32_t kLongestRun = 64; ///< tokens of a run that are looked at
 constexpr int kNone = -1000;
 constexpr int kNoContent = 30;    ///< less for words that say nothing of what happens
+constexpr int kLoneKind = 14;     ///< less for "let's meet", of which only "meet" is left
 constexpr int kOnlyFillers = 120; ///< "Let's meet" is a title when there is no better one
 
 class TitleFinder {
@@ -74,7 +75,7 @@ private:
             if (trimmed.empty() || !hasLetters(trimmed) || bare)
                 continue;
             const int score = scoreOf(field, run, part, trimmed, alone) -
-                              (onlyFillers && !event ? kOnlyFillers : 0);
+                              (onlyFillers ? (event ? kLoneKind : kOnlyFillers) : 0);
             if (score > m_score) {
                 m_score = score;
                 m_best = shorten(trimmed);
@@ -324,6 +325,14 @@ private:
         return numbers > 1;
     }
 
+    /// "Home > Courses > Crafts": where a page stands.
+    bool isTrail(TokenSpan span) const {
+        for (std::uint32_t i = span.begin; i < span.end; ++i)
+            if (token(i).symbol == '>')
+                return true;
+        return false;
+    }
+
     /// "ul. Krótka 5": a kind of street, a name and a number.
     bool isAddress(TokenSpan span) const {
         const Reader reader(m_document, span.end);
@@ -392,7 +401,7 @@ private:
     bool hasContent(TokenSpan span) const {
         constexpr Meaning kAround[] = {Meaning::Common,      Meaning::Chatter,  Meaning::Greeting,
                                        Meaning::PresentVerb, Meaning::PastVerb, Meaning::PartOfDay,
-                                       Meaning::AsideLead};
+                                       Meaning::AsideLead,   Meaning::Person};
         const Reader reader(m_document, span.end);
         for (std::uint32_t i = span.begin; i < span.end; ++i)
             if (reader.word(i) && std::none_of(std::begin(kAround), std::end(kAround),
@@ -432,7 +441,7 @@ private:
             score -= 60;
         if (hasMoney(trimmed))
             score -= 30;
-        if (isCode(trimmed))
+        if (isCode(trimmed) || isTrail(trimmed))
             score -= 60;
         if (isAddress(trimmed))
             score -= 24;

@@ -38,7 +38,7 @@ private:
         if (isPlain(reader, i))
             return i + 1;
         if (const Sense *greeting = reader.sense(i, Meaning::Greeting);
-            greeting && greeting->length > 1)
+            greeting && greeting->length > 1 && greets(reader, i, i + greeting->length))
             return i + greeting->length;
         if (const Sense *role = reader.sense(i, Meaning::RoleWord))
             take(m_found.roles, RoleMention{i, static_cast<Role>(role->value)});
@@ -65,6 +65,18 @@ private:
             return i + part->length;
         }
         return marker(reader, i);
+    }
+
+    /// "Bis morgen!" greets, "bis morgen um zwölf" tells when.
+    static bool greets(const Reader &reader, std::uint32_t i, std::uint32_t next) {
+        const Token *behind = reader.at(next);
+        const bool ends = !behind || behind->kind == TokenKind::Symbol ||
+                          behind->sentence != reader.at(i)->sentence;
+        bool day = false;
+        for (std::uint32_t k = i; k < next; ++k)
+            day = day || reader.has(k, Meaning::RelativeDay) || reader.has(k, Meaning::Weekday);
+        const bool starts = i == 0 || reader.document().tokens[i - 1].kind != TokenKind::Word;
+        return !day || (ends && starts);
     }
 
     /// A word without a meaning starts nothing, unless it is the area of a zone's identifier or

@@ -43,6 +43,8 @@ bool mayFollowBare(const Reader &reader, std::uint32_t i, bool marked) {
         reader.has(i, Meaning::TimeMarker) || reader.has(i, Meaning::ZoneAfterTime) ||
         reader.has(i, Meaning::Zone) || reader.has(i, Meaning::Event))
         return true;
+    if (marked && reader.has(i, Meaning::PresentVerb))
+        return true;
     return marked && token->capital && !startsAddress(reader, i);
 }
 

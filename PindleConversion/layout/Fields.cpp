@@ -402,6 +402,12 @@ private:
         if (!reader.symbol(i, '.') || reader.glued(i + 1) || i == begin)
             return false;
         const Token &before = m_document.tokens[i - 1];
+        // "19.05. 16 Uhr"
+        const bool dotted = i >= begin + 3 && before.kind == TokenKind::Number &&
+                            reader.symbol(i - 2, '.') && reader.glued(i - 1) &&
+                            reader.number(i - 3, 1, 31);
+        if (dotted && reader.at(i + 1) && reader.at(i + 1)->kind == TokenKind::Number)
+            return false;
         if (before.kind != TokenKind::Word)
             return !isOrdinal(reader, i) && !isCountedNoun(reader, begin, i);
         // "Hall C." is no abbreviation.
@@ -431,7 +437,8 @@ private:
         if (i - 1 == begin)
             return place || reader.has(i + 1, Meaning::Event);
         return (place && !reader.has(i - 2, Meaning::DateMarker)) ||
-               (reader.has(i - 2, Meaning::The) && !reader.has(i - 2, Meaning::DateMarker));
+               (reader.has(i - 2, Meaning::The) && i >= begin + 3 && reader.word(i - 3) &&
+                !reader.has(i - 3, Meaning::Weekday));
     }
 
     static constexpr std::size_t kMostColumns = 32;
