@@ -4,6 +4,7 @@
 #include "PindleConversion/clean/CleanText.h"
 #include "PindleConversion/compose/Compose.h"
 #include "PindleConversion/layout/Fields.h"
+#include "PindleConversion/tokens/Annotate.h"
 #include "PindleConversion/tokens/Tokenizer.h"
 
 namespace pindle::conversion {
@@ -20,10 +21,8 @@ bool isAmerican(std::string_view zone) {
     return zone == "Pacific/Honolulu";
 }
 
-Reference referenceOf(const Request &request, Day today, DayOrder order) {
-    const bool monthFirst = order == DayOrder::MonthFirst ||
-                            (order == DayOrder::ByZone && isAmerican(request.referenceTimezone));
-    return {today, request.referenceTimezone, monthFirst};
+Reference referenceOf(const Request &request, Day today) {
+    return {today, request.referenceTimezone, isAmerican(request.referenceTimezone)};
 }
 
 void addEvidence(Reply &reply, const Document &document, Fact fact, TokenSpan span) {
@@ -50,19 +49,56 @@ void fillMoments(Draft &draft, const Choice &choice, std::string_view ownZone) {
         draft.endDate = formatDay(*last);
 }
 
+/// A clock change matters more than what else was assumed.
+void noteClockChange(Choice &choice, std::string_view ownZone) {
+    if (!choice.startMinute || choice.notice == Notice::WeekdayConflict)
+        return;
+    const std::string zone = choice.zone.empty() ? std::string(ownZone) : choice.zone;
+    switch (clockChangeAt(choice.start, *choice.startMinute, zone)) {
+    case ClockChange::Skipped:
+        choice.notice = Notice::ClockSkipped;
+        return;
+    case ClockChange::Repeated:
+        choice.notice = Notice::ClockRepeated;
+        return;
+    case ClockChange::None:
+        return;
+    }
+}
+
 Reply refuse(std::string error) {
     Reply reply;
     reply.error = std::move(error);
     return reply;
 }
 
-Document read(std::string_view text) {
+Document read(std::string_view text, std::string_view userZone) {
     Document document;
     document.text = cleanText(text);
-    document.tokens = tokenize(document.text);
-    annotate(document, lexiconIndex());
+    document.tokens = tokenize(document.text, lexiconVocabulary());
+    annotate(document, userZone);
     layOut(document);
     return document;
+}
+
+bool isLink(const Document &document, TokenSpan span) {
+    return !span.empty() && document.tokens[span.begin].kind == TokenKind::Link;
+}
+
+/// A booking or visit is called by its place as well: "stay at The Gull Inn".
+TokenSpan titleWithPlace(const Document &document, TokenSpan title, TokenSpan place) {
+    constexpr std::uint32_t kLongestJoint = 3;
+    if (place.empty() || isLink(document, place))
+        return title;
+    if (title.empty())
+        return place;
+    const Reader reader(document, title.end);
+    const Sense *general = reader.sense(title.begin, Meaning::GeneralEvent);
+    const bool follows = place.begin >= title.end && place.begin <= title.end + kLongestJoint &&
+                         document.sameSentence(title.begin, place.begin);
+    if (general && title.begin + general->length == title.end && follows)
+        return {title.begin, place.end};
+    return title;
 }
 
 } // namespace
@@ -71,22 +107,24 @@ Reply convert(const Request &request) {
     const auto today = parseDay(request.referenceDate);
     if (!today)
         return refuse("The reference date is not a valid date.");
-    Document document = read(request.text);
-    const Reference reference = referenceOf(request, *today, lexiconIndex().dayOrder());
+    Document document = read(request.text, request.referenceTimezone);
+    const Reference reference = referenceOf(request, *today);
     const Expressions expressions = findExpressions(document);
-    const Choice choice = chooseEvent(document, expressions, reference);
+    Choice choice = chooseEvent(document, expressions, reference);
     if (!choice.found) {
-        Reply reply = refuse(refusalText(choice.notice));
+        Reply reply = refuse(refusalText(document, choice.notice));
         reply.cleanText = std::move(document.text);
         return reply;
     }
+    noteClockChange(choice, request.referenceTimezone);
     Reply reply;
     const TokenSpan place = findPlace(document, choice);
-    const TokenSpan title = findTitle(document, choice);
+    const TokenSpan named = findTitle(document, choice);
+    const TokenSpan title = titleWithPlace(document, named, place);
     Draft draft;
     fillMoments(draft, choice, request.referenceTimezone);
     draft.location = spanText(document, place);
-    draft.title = spanText(document, title);
+    draft.title = softened(spanText(document, title));
     draft.description = describe(document, title, place);
     addEvidence(reply, document, Fact::Title, title);
     addEvidence(reply, document, Fact::Location, place);
@@ -95,7 +133,7 @@ Reply convert(const Request &request) {
     addEvidence(reply, document, Fact::End, choice.endSpan);
     addEvidence(reply, document, Fact::Zone, choice.zoneSpan);
     reply.draft = std::move(draft);
-    reply.userMessage = noticeText(choice);
+    reply.userMessage = noticeText(document, choice);
     reply.cleanText = std::move(document.text);
     return reply;
 }

@@ -1,37 +1,38 @@
 #include "PindleConversion/Messages.h"
 
+#include "PindleConversion/tokens/Languages.h"
+
 namespace pindle::conversion {
 
-std::string noticeText(const Choice &choice) {
-    const std::string day = formatDay(choice.start);
-    switch (choice.notice) {
-    case Notice::TodayAssumed:
-        return "The text names no day; today was assumed.";
-    case Notice::InPast:
-        return "This date lies in the past; please check it.";
-    case Notice::WeekdayConflict:
-        return "The weekday in the text does not match " + day + "; please check the date.";
-    case Notice::OrderAssumed:
-        return "The date was read as " + day + "; please check it.";
-    case Notice::HalfAssumed:
-        return "The text does not say morning or afternoon; " + formatMinute(*choice.startMinute) +
-               " was assumed.";
-    case Notice::SeveralDates:
-        return "The text names several dates; " + day + " was chosen.";
-    case Notice::Repeats:
-        return "The event seems to repeat; only the next date was taken.";
-    case Notice::None:
-    case Notice::NoDate:
-    case Notice::OnlyPast:
-        break;
-    }
-    return {};
+namespace {
+
+std::string_view sentence(LanguageId language, Notice notice) {
+    const auto text = languageInfo(language).messages[static_cast<std::size_t>(notice)];
+    return text.empty() ? languageInfo(englishLanguage()).messages[static_cast<std::size_t>(notice)]
+                        : text;
 }
 
-std::string refusalText(Notice notice) {
-    if (notice == Notice::OnlyPast)
-        return "The selected text only speaks of the past.";
-    return "No date or time was found in the selected text.";
+void fill(std::string &text, std::string_view mark, const std::string &value) {
+    if (const auto at = text.find(mark); at != std::string::npos)
+        text.replace(at, mark.size(), value);
+}
+
+} // namespace
+
+std::string noticeText(const Document &document, const Choice &choice) {
+    if (choice.notice == Notice::None)
+        return {};
+    std::string text(sentence(document.tokens[choice.anchor()].language, choice.notice));
+    fill(text, "{day}", formatDay(choice.start));
+    fill(text, "{time}", formatMinute(choice.startMinute.value_or(0)));
+    fill(text, "{count}", std::to_string(choice.moreEvents));
+    return text;
+}
+
+std::string refusalText(const Document &document, Notice notice) {
+    const LanguageId language =
+        document.tokens.empty() ? englishLanguage() : document.tokens.front().language;
+    return std::string(sentence(language, notice));
 }
 
 } // namespace pindle::conversion

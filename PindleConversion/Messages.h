@@ -6,10 +6,11 @@
 
 namespace pindle::conversion {
 
-/// The sentence for the user about an assumption or conflict; "" when there is nothing to say.
-std::string noticeText(const Choice &choice);
+/// The sentence for the user about an assumption or conflict, in the language of the event's
+/// line; "" when there is nothing to say.
+std::string noticeText(const Document &document, const Choice &choice);
 
-/// The sentence for a text without an event.
-std::string refusalText(Notice notice);
+/// The sentence for a text without an event, in the text's language.
+std::string refusalText(const Document &document, Notice notice);
 
 } // namespace pindle::conversion

@@ -25,9 +25,11 @@ bool Chooser::hasTimeNear(std::uint32_t token) const {
 
 bool Chooser::hasTimeBeside(TokenSpan span) const {
     constexpr int kBeside = 3;
+    const Reader reader(m_document, static_cast<std::uint32_t>(m_document.tokens.size()));
+    const std::uint32_t next = reader.skip(span.end, Meaning::TimeMarker);
     return std::any_of(m_found.times.begin(), m_found.times.end(), [&](const auto &time) {
         return m_document.sameSentence(time.span.begin, span.begin) &&
-               gap(span, time.span) < kBeside;
+               (gap(span, time.span) < kBeside || time.span.begin == next);
     });
 }
 
@@ -56,7 +58,7 @@ int Chooser::scoreDate(const Dated &dated, int index) {
         score -= 50;
         break;
     case Role::End:
-        score -= 30;
+        score -= opensStay(dated) ? 0 : 30;
         break;
     case Role::MovedTo:
         score += 45;
@@ -74,6 +76,23 @@ int Chooser::scoreDate(const Dated &dated, int index) {
     if (sentenceHas(token, Meaning::Event))
         score += 10;
     return score;
+}
+
+bool Chooser::opensStay(const Dated &dated) const {
+    if (m_dates.size() < 2 || &dated != &m_dates.front())
+        return false;
+    return std::all_of(m_dates.begin() + 1, m_dates.end(), [&](const Dated &other) {
+        return other.date.first > dated.date.first ||
+               roleOf(other.mention->span.begin) == Role::Posted;
+    });
+}
+
+bool Chooser::isLongPast(const Dated &dated) const {
+    constexpr auto kFar = std::chrono::days(180);
+    const std::uint32_t token = dated.mention->span.begin;
+    return !dated.date.yearGiven && dated.mention->first.base == DateSpec::Base::Calendar &&
+           dated.date.first > m_reference.today + kFar && roleOf(token) != Role::MovedTo &&
+           toldInPast(fieldOf(token), token);
 }
 
 void Chooser::pickDate() {
@@ -132,6 +151,8 @@ bool Chooser::acceptDate() {
 
 bool Chooser::hasFutureSense(std::uint32_t token) const {
     const Field &field = fieldOf(token);
+    if (isLongPast(m_dates[static_cast<std::size_t>(m_date)]))
+        return false;
     if (field.label != Label::None || hasTimeNear(token) || !m_found.times.empty())
         return true;
     if (token == field.begin)

@@ -11,12 +11,62 @@ constexpr int kMinutesInDay = 24 * 60;
 } // namespace
 
 void Chooser::pickEnd() {
+    if (endOnLaterDay())
+        return;
     if (!m_choice.startMinute || m_choice.endMinute) {
         lengthInDays();
         return;
     }
     if (!endFromSecondDay() && !endFromTime())
         endFromLength();
+}
+
+bool Chooser::tellsEnd(std::uint32_t token) const {
+    return fieldOf(token).label == Label::End || roleOf(token) == Role::End;
+}
+
+const TimeMention *Chooser::timeBeside(const Dated &dated) const {
+    constexpr int kReach = 6;
+    const TimeMention *best = nullptr;
+    int nearest = kReach;
+    for (const TimeMention &time : m_found.times) {
+        const int away = gap(dated.mention->span, time.span);
+        const bool together = m_document.sameSentence(time.span.begin, dated.mention->span.begin) ||
+                              m_document.tokens[time.span.begin].field ==
+                                  m_document.tokens[dated.mention->span.begin].field;
+        const bool start = m_time >= 0 && &time == &m_found.times[static_cast<std::size_t>(m_time)];
+        if (together && !start && away < nearest) {
+            nearest = away;
+            best = &time;
+        }
+    }
+    return best;
+}
+
+bool Chooser::endOnLaterDay() {
+    constexpr auto kLongest = std::chrono::days(100);
+    if (m_date < 0 || m_choice.last || m_choice.endMinute)
+        return false;
+    const bool stay = roleOf(m_choice.dateSpan.begin) == Role::End;
+    for (const Dated &dated : m_dates) {
+        const std::uint32_t at = dated.mention->span.begin;
+        // "Labour Day: closed from Friday 1 to Sunday 3 May" names its first day twice.
+        if (!m_choice.startMinute && dated.date.last && dated.date.first == m_choice.start) {
+            m_choice.last = dated.date.last;
+            m_choice.endSpan = dated.mention->span;
+            return true;
+        }
+        if (at < m_choice.dateSpan.end || dated.date.first <= m_choice.start ||
+            dated.date.first > m_choice.start + kLongest || !(stay || tellsEnd(at)))
+            continue;
+        const TimeMention *time = timeBeside(dated);
+        m_choice.last = dated.date.first;
+        m_choice.endSpan = dated.mention->span;
+        if (time && m_choice.startMinute)
+            m_choice.endMinute = resolveTime(*time, contextOf(*time)).start;
+        return true;
+    }
+    return false;
 }
 
 bool Chooser::endFromSecondDay() {
@@ -86,10 +136,21 @@ bool Chooser::isJoined(const TimeMention &first, const TimeMention &second) cons
         roleOf(second.span.begin) != Role::None)
         return false;
     const Reader reader(m_document, second.span.begin);
-    for (std::uint32_t k = first.span.end; k < second.span.begin; ++k)
-        if (reader.has(k, Meaning::RangeTo) && !m_document.tokens[k].used)
-            return true;
-    return false;
+    bool range = false;
+    for (std::uint32_t k = first.span.end; k < second.span.begin; ++k) {
+        // "à 14h et à 16h" are two times.
+        if (reader.has(k, Meaning::And))
+            return false;
+        range = range || (reader.has(k, Meaning::RangeTo) && !m_document.tokens[k].used);
+    }
+    return range;
+}
+
+bool Chooser::isArrival(const TimeMention &start, const TimeMention &next) const {
+    return m_choice.kind == EventKind::Travel && !start.end && !next.end && next.start.sure &&
+           next.start.minuteGiven && roleOf(next.span.begin) == Role::None &&
+           fieldOf(next.span.begin).line == fieldOf(start.span.begin).line + 1 &&
+           next.start.hour * 60 + next.start.minute > start.start.hour * 60 + start.start.minute;
 }
 
 bool Chooser::travelEnd() {
@@ -98,7 +159,7 @@ bool Chooser::travelEnd() {
         return false;
     const TimeMention &start = m_found.times[i];
     const TimeMention &next = m_found.times[i + 1];
-    if (!isJoined(start, next))
+    if (!isJoined(start, next) && !isArrival(start, next))
         return false;
     m_choice.endMinute = endAfter(next.start, start.start);
     m_choice.endSpan = next.span;

@@ -51,6 +51,8 @@ void Chooser::notice() {
         m_choice.notice = Notice::InPast;
     else if (dated.mention->repeated)
         m_choice.notice = Notice::Repeats;
+    else if (m_choice.moreEvents = otherEvents(); m_choice.moreEvents > 0)
+        m_choice.notice = m_choice.moreEvents == 1 ? Notice::OneMoreEvent : Notice::MoreEvents;
     else if (hasRival())
         m_choice.notice = Notice::SeveralDates;
     else if (dated.date.orderAssumed)
@@ -59,12 +61,31 @@ void Chooser::notice() {
         m_choice.notice = Notice::HalfAssumed;
 }
 
+int Chooser::otherEvents() const {
+    const Dated &mine = m_dates[static_cast<std::size_t>(m_date)];
+    std::vector<Day> seen{mine.date.first};
+    for (const Dated &other : m_dates) {
+        const std::uint32_t at = other.mention->span.begin;
+        const Role role = roleOf(at);
+        const bool ownEvent = !other.mention->weak && !isPast(other) && hasTimeNear(at) &&
+                              (role == Role::None || role == Role::Show) &&
+                              fieldOf(at).label != Label::End &&
+                              fieldOf(at).label != Label::Deadline &&
+                              !m_document.sameSentence(at, mine.mention->span.begin);
+        if (ownEvent && std::find(seen.begin(), seen.end(), other.date.first) == seen.end() &&
+            !(m_choice.last && other.date.first <= *m_choice.last))
+            seen.push_back(other.date.first);
+    }
+    return static_cast<int>(seen.size()) - 1;
+}
+
 bool Chooser::hasRival() const {
     constexpr int kClose = 12;
     const Dated &mine = m_dates[static_cast<std::size_t>(m_date)];
     return std::any_of(m_dates.begin(), m_dates.end(), [&](const Dated &other) {
         return other.mention != mine.mention && other.date.first != mine.date.first &&
-               !other.mention->weak && !isPast(other) && mine.score - other.score < kClose;
+               other.date.first != m_choice.last && !other.mention->weak && !isPast(other) &&
+               mine.score - other.score < kClose;
     });
 }
 

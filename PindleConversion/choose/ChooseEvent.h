@@ -5,20 +5,6 @@
 
 namespace pindle::conversion {
 
-/// Why a text has no event, or what was assumed about the one it has.
-enum class Notice : std::uint8_t {
-    None,
-    NoDate,
-    OnlyPast,
-    TodayAssumed,
-    InPast,
-    WeekdayConflict,
-    OrderAssumed,
-    HalfAssumed,
-    SeveralDates,
-    Repeats,
-};
-
 /// The event chosen among the dates and times of a text.
 struct Choice {
     bool found = false;
@@ -28,6 +14,7 @@ struct Choice {
     std::optional<int> startMinute;
     std::optional<int> endMinute; ///< 1440 and more: days after the start's
     std::string zone;
+    int moreEvents = 0; ///< events of the text besides this one
     TokenSpan dateSpan; ///< empty when today was assumed
     TokenSpan timeSpan;
     TokenSpan endSpan;

@@ -25,6 +25,10 @@ public:
     bool speaksOfPast(std::uint32_t token) const;
 
 private:
+    /// "moved from Tuesday to Thursday": a date at `token`, another one since `from`.
+    bool isSecondDate(std::uint32_t from, std::uint32_t token) const;
+    /// Nothing but the expression at `token` stands between it and the role word.
+    bool standsBehind(std::uint32_t role, std::uint32_t token) const;
     /// A comma, dash or another date or time ends what a role word says.
     bool cutOff(std::uint32_t from, std::uint32_t to) const;
     bool joins(std::uint32_t i) const;
@@ -58,6 +62,10 @@ private:
     bool hasTimeNear(std::uint32_t token) const;
     bool hasTimeBeside(TokenSpan span) const;
     int scoreDate(const Dated &dated, int index);
+    /// "Arrival 3 April, departure 10 April": who stays arrives first.
+    bool opensStay(const Dated &dated) const;
+    /// "Delivered on 16 October", said some days later.
+    bool isLongPast(const Dated &dated) const;
     void pickDate();
     bool isPast(const Dated &dated) const;
     /// A written, dated appointment stays one when its day is over; a report of the past is none.
@@ -86,6 +94,10 @@ private:
 
     // ChooseEnd.cpp
     void pickEnd();
+    /// "Check-out: Sunday 20 July, 11:00": a later day that ends the event.
+    bool endOnLaterDay();
+    bool tellsEnd(std::uint32_t token) const;
+    const TimeMention *timeBeside(const Dated &dated) const;
     /// "17 April 18:00 - 19 April 16:00".
     bool endFromSecondDay();
     bool endFromTime();
@@ -94,6 +106,8 @@ private:
     bool isJoined(const TimeMention &first, const TimeMention &second) const;
     /// The second time of a journey is its end.
     bool travelEnd();
+    /// On a ticket the line behind the departure tells the arrival.
+    bool isArrival(const TimeMention &start, const TimeMention &next) const;
     bool nearStart(std::uint32_t token) const;
     void endFromLength();
     /// "for three days".
@@ -103,6 +117,8 @@ private:
     Choice refuse(Notice why);
     void pickZone();
     void notice();
+    /// How many further days of the text have an event of their own.
+    int otherEvents() const;
     /// Another date that would have made as good an event.
     bool hasRival() const;
 

@@ -16,12 +16,36 @@ Role Surroundings::roleOf(std::uint32_t token) const {
         return Role::End;
     Role role = Role::None;
     for (const RoleMention &mention : m_found.roles) {
-        if (mention.token >= token)
-            break;
+        if (mention.behind && standsBehind(mention.token, token))
+            return mention.role;
+        if (mention.token >= token || mention.behind)
+            continue;
         if (m_document.sameSentence(mention.token, token) && !cutOff(mention.token, token))
-            role = mention.role;
+            role = mention.role == Role::MovedFrom && isSecondDate(mention.token, token)
+                       ? Role::MovedTo
+                       : mention.role;
     }
     return role;
+}
+
+bool Surroundings::isSecondDate(std::uint32_t from, std::uint32_t token) const {
+    bool first = false;
+    bool second = false;
+    for (const DateMention &date : m_found.dates) {
+        first = first || (date.span.begin > from && date.span.end <= token);
+        second = second || date.span.begin == token;
+    }
+    return first && second;
+}
+
+bool Surroundings::standsBehind(std::uint32_t role, std::uint32_t token) const {
+    constexpr std::uint32_t kLongestExpression = 16;
+    if (role <= token || role - token > kLongestExpression)
+        return false;
+    for (std::uint32_t i = token; i < role; ++i)
+        if (!m_document.tokens[i].used)
+            return false;
+    return true;
 }
 
 bool Surroundings::cutOff(std::uint32_t from, std::uint32_t to) const {

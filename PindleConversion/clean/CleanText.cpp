@@ -196,10 +196,11 @@ private:
 };
 
 std::string_view trimmed(std::string_view text) {
-    const auto first = text.find_first_not_of(" \t\n");
+    constexpr std::string_view kBlanks = " \t\r\n";
+    const auto first = text.find_first_not_of(kBlanks);
     if (first == std::string_view::npos)
         return {};
-    return text.substr(first, text.find_last_not_of(" \t\n") - first + 1);
+    return text.substr(first, text.find_last_not_of(kBlanks) - first + 1);
 }
 
 /// Takes one pair of quotes off when it holds the whole text and nothing else is quoted with it.
@@ -225,15 +226,21 @@ bool unquote(std::string_view &text) {
     return false;
 }
 
+/// The text without blanks and quotes around it.
+std::string_view bare(std::string_view text) {
+    constexpr int kMostQuotes = 4;
+    text = trimmed(text);
+    for (int i = 0; i < kMostQuotes && unquote(text); ++i) {
+    }
+    return text;
+}
+
 } // namespace
 
 std::string cleanText(std::string_view text) {
-    std::string plainText = Cleaner(text).run();
-    constexpr int kMostQuotes = 4;
-    std::string_view rest = trimmed(plainText);
-    for (int i = 0; i < kMostQuotes && unquote(rest); ++i) {
-    }
-    return std::string(rest);
+    // What stands around the text would hide the marks that begin its first line.
+    const std::string plainText = Cleaner(bare(text)).run();
+    return std::string(bare(plainText));
 }
 
 } // namespace pindle::conversion

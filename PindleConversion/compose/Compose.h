@@ -14,6 +14,16 @@ struct Run {
     bool afterUsed = false;  ///< one precedes it
 };
 
+/// Fields before and behind the one that says when, in which title and place are looked for;
+/// the text's first fields are looked at in any case.
+inline constexpr std::uint32_t kFieldReach = 100;
+inline constexpr std::uint32_t kFirstFields = 40;
+
+inline bool isInReach(std::uint32_t field, std::uint32_t anchorField) {
+    return field < kFirstFields ||
+           (field + kFieldReach >= anchorField && field <= anchorField + kFieldReach);
+}
+
 /// The runs of one field, in order.
 std::vector<Run> runsOf(const Document &document, const Field &field);
 
@@ -28,6 +38,9 @@ TokenSpan findTitle(const Document &document, const Choice &choice);
 
 /// The text of a span on one line, without emphasis at its ends.
 std::string spanText(const Document &document, TokenSpan span);
+
+/// A title without shouting: "BOOK FAIR" becomes "Book Fair"; other titles stay as they are.
+std::string softened(const std::string &title);
 
 /// Ninth step: the text itself, when it says more than the other fields hold.
 std::string describe(const Document &document, TokenSpan title, TokenSpan place);

@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <array>
+#include <optional>
 #include <string_view>
 
 #include "PindleConversion/compose/Compose.h"
@@ -9,12 +10,16 @@ namespace pindle::conversion {
 namespace {
 
 constexpr int kLeastScore = 20;
-constexpr std::uint32_t kLongestName = 14; ///< tokens
+constexpr int kAside = 35; ///< less for a place that something else happens at
+constexpr int kNamedStay = 30;
+constexpr int kAsked = 16;                  ///< less for a place that a speaker only asks about
+constexpr std::uint32_t kLongestName = 14;  ///< tokens
+constexpr std::uint32_t kOnlineReach = 400; ///< tokens that are asked whether the event is online
 
 /// Hosts of meetings; a link to one is where the event is.
 constexpr std::array<std::string_view, 12> kMeetingHosts{
     "zoom.us",     "teams.microsoft", "teams.live",    "meet.google", "webex.com", "whereby.com",
-    "gotomeeting", "meet.jit.si",     "bluejeans.com", "skype.com",   "/join",     "meeting"};
+    "gotomeeting", "meet.jit.si",     "bluejeans.com", "skype.com",   "/join",     "meet"};
 
 struct Shape {
     bool noun = false;    ///< names a kind of place
@@ -30,16 +35,26 @@ public:
     PlaceFinder(const Document &document, const Choice &choice)
         : m_document(document)
         , m_choice(choice)
-        , m_anchorField(document.tokens[choice.anchor()].field) {}
+        , m_anchorField(document.tokens[choice.anchor()].field)
+        , m_momentLine(std::max(lineOf(choice.anchor()),
+                                choice.timeSpan.empty() ? 0 : lineOf(choice.timeSpan.begin))) {}
+
+    /// The place is the event's name as well.
+    bool isName(TokenSpan place) const {
+        return isStay() &&
+               isTitlePosition(m_document.fields[token(place.begin).field], place.begin);
+    }
 
     TokenSpan run() {
         for (std::uint32_t f = 0; f < m_document.fields.size(); ++f)
-            consider(f);
+            if (isInReach(f, m_anchorField))
+                consider(f);
         return m_score >= kLeastScore ? m_best : TokenSpan{};
     }
 
 private:
     const Token &token(std::uint32_t i) const { return m_document.tokens[i]; }
+    std::uint32_t lineOf(std::uint32_t i) const { return m_document.fields[token(i).field].line; }
 
     void consider(std::uint32_t f) {
         const Field &field = m_document.fields[f];
@@ -49,11 +64,16 @@ private:
         links(field);
         if (field.ignored || field.label == Label::Price || field.label == Label::Title)
             return;
+        bool quoted = false;
         for (std::uint32_t i = field.begin; i < field.end; ++i) {
-            if (token(i).used)
+            quoted = quoted != reader.symbol(i, '"');
+            // What stands in quotes is a name of something else.
+            if (token(i).used || quoted)
                 continue;
             if (const Sense *marker = reader.sense(i, Meaning::PlaceMarker))
                 marked(reader, i, *marker);
+            if (reader.has(i, Meaning::PlaceBehind))
+                before(reader, field, i);
             if (reader.has(i, Meaning::PlaceNoun))
                 compound(reader, field, i);
             if (reader.symbol(i, '('))
@@ -69,7 +89,7 @@ private:
         const Reader reader(m_document, span.end);
         while (!span.empty() &&
                (isEdgeMark(token(span.end - 1)) ||
-                (reader.has(span.end - 1, Meaning::PlaceStop) && !token(span.end - 1).capital)))
+                (reader.has(span.end - 1, Meaning::PlaceStop) && !token(span.end - 1).upper())))
             --span.end;
         while (!span.empty() && isEdgeMark(token(span.begin)))
             ++span.begin;
@@ -79,11 +99,38 @@ private:
             score += 12;
         else if (token(at).field == m_anchorField)
             score += 6;
+        if (isAside(at))
+            score -= kAside;
+        if (isAsked(at))
+            score -= kAsked;
         const bool wider = score == m_score && span.end - span.begin > m_best.end - m_best.begin;
         if (score > m_score || wider) {
             m_score = score;
             m_best = span;
         }
+    }
+
+    /// "and afterwards at the hall": not where the event itself is.
+    bool isAside(std::uint32_t at) const {
+        constexpr std::uint32_t kReach = 5;
+        const std::uint32_t begin = m_document.fields[token(at).field].begin;
+        const Reader reader(m_document, at + 1);
+        for (std::uint32_t i = at; i > begin && at - i < kReach; --i)
+            if (m_document.sameSentence(i - 1, at) && reader.has(i - 1, Meaning::AsideLead))
+                return true;
+        return false;
+    }
+
+    /// "At yours?" in a conversation.
+    bool isAsked(std::uint32_t at) const {
+        constexpr std::uint32_t kReach = 12;
+        const Field &field = m_document.fields[token(at).field];
+        if (!field.spoken)
+            return false;
+        for (std::uint32_t i = at; i < std::min(field.end, at + kReach); ++i)
+            if (token(i).symbol == '?')
+                return m_document.sameSentence(i, at);
+        return false;
     }
 
     void labelled(const Field &field) {
@@ -97,6 +144,7 @@ private:
         offer({field.begin, end}, field.label == Label::Place ? 1000 : 900, field.begin);
     }
 
+    /// A link is the place of a meeting that is held online.
     void links(const Field &field) {
         for (std::uint32_t i = field.begin; i < field.end; ++i) {
             if (token(i).kind != TokenKind::Link)
@@ -106,9 +154,20 @@ private:
                 std::any_of(kMeetingHosts.begin(), kMeetingHosts.end(), [&](std::string_view host) {
                     return text.find(host) != std::string_view::npos;
                 });
-            if (meeting)
-                offer({i, i + 1}, kLeastScore + 4, i);
+            if (meeting || field.label == Label::Link || heldOnline())
+                offer({i, i + 1}, kLeastScore + (meeting ? 4 : 2), m_choice.anchor());
         }
+    }
+
+    bool heldOnline() {
+        if (!m_online) {
+            const auto size = static_cast<std::uint32_t>(m_document.tokens.size());
+            const Reader reader(m_document, size);
+            m_online = false;
+            for (std::uint32_t i = 0; i < std::min(size, kOnlineReach) && !*m_online; ++i)
+                m_online = reader.has(i, Meaning::Online) || reader.has(i, Meaning::OnlineEvent);
+        }
+        return *m_online;
     }
 
     Shape shapeOf(TokenSpan span) const {
@@ -120,16 +179,28 @@ private:
                 continue;
             const bool noun = reader.has(i, Meaning::PlaceNoun);
             const bool filler = reader.has(i, Meaning::The) || reader.has(i, Meaning::Of) ||
-                                reader.has(i, Meaning::And);
+                                reader.has(i, Meaning::And) ||
+                                (shape.words > 0 && reader.has(i, Meaning::PlaceMarker));
             const bool inNumber = reader.glued(i) && i > span.begin;
             shape.noun = shape.noun || noun;
-            shape.street = shape.street || (reader.has(i, Meaning::StreetWord) && i > span.begin);
+            shape.street = shape.street || isStreet(reader, i, span.begin);
             shape.capital = shape.capital || token(i).capital;
             shape.title = shape.title && (token(i).capital || filler || inNumber);
             ++shape.words;
         }
         shape.title = shape.title && shape.words > 0 && shape.capital;
         return shape;
+    }
+
+    /// "Main Street", "rue Haute", "calle de Alcalá", and "Wilgenstraat", whose end alone is known.
+    bool isStreet(const Reader &reader, std::uint32_t i, std::uint32_t begin) const {
+        const Sense *street = reader.sense(i, Meaning::StreetWord);
+        if (!street)
+            return false;
+        const Token *next = reader.at(i + 1);
+        const bool numbered = next && street->value == 1 && next->kind == TokenKind::Number;
+        return i > begin || token(i).word == 0 || numbered ||
+               (next && (next->capital || reader.has(i + 1, Meaning::Of)));
     }
 
     bool stops(const Reader &reader, std::uint32_t i, std::uint32_t begin) const {
@@ -140,11 +211,23 @@ private:
         if (current.kind == TokenKind::Symbol)
             return !(current.symbol == '&' || current.symbol == '\'' || current.symbol == '#' ||
                      current.symbol == '.' || (current.symbol == '-' && reader.glued(i)) ||
-                     (current.symbol == '/' && reader.glued(i)));
+                     ((current.symbol == '/' || current.symbol == '+') && reader.glued(i)));
         if (i == begin)
             return false;
+        // "在信義威秀看電影": what happens there follows its name.
+        if (current.unspaced && reader.has(i, Meaning::Event) &&
+            !reader.has(i, Meaning::PlaceNoun) && !reader.has(i + 1, Meaning::PlaceNoun))
+            return true;
+        // Where words are not spaced, a space ends a name.
+        if (current.unspaced && current.spaceBefore && token(i - 1).unspaced &&
+            reader.has(i - 1, Meaning::PlaceNoun))
+            return true;
         const bool stopWord = reader.has(i, Meaning::PlaceStop) || reader.has(i, Meaning::Greeting);
-        return stopWord && !(current.capital && token(i - 1).capital);
+        // "amphi A"
+        const bool letter =
+            current.end - current.begin == 1 && reader.has(i - 1, Meaning::PlaceNoun);
+        const bool goesOn = token(i - 1).capital || reader.symbol(i - 1, ',') || letter;
+        return stopWord && !(current.capital && goesOn);
     }
 
     /// The name from `begin` up to what ends it; commas are passed when an address goes on.
@@ -169,18 +252,21 @@ private:
     }
 
     std::uint32_t addressGoesOn(const Reader &reader, std::uint32_t i, std::uint32_t begin) const {
-        std::uint32_t end = i;
+        const bool name = token(i).capital && reader.at(i + 1) && reader.at(i + 1)->capital;
+        std::uint32_t end = name ? i + 1 : i;
         const std::uint32_t limit = std::min(reader.end(), i + kLongestName);
         while (end < limit && !stops(reader, end, begin))
             ++end;
-        if (end == i || reader.has(i, Meaning::PlaceStop) || reader.has(i, Meaning::Greeting))
+        const bool stop = reader.has(i, Meaning::PlaceStop) && !name && !token(i).capital;
+        if (end == i || stop || reader.has(i, Meaning::Greeting))
             return i;
         const Shape shape = shapeOf({i, end});
         if (shape.event && !shape.noun && !shape.street)
             return i;
         const bool number = token(i).kind == TokenKind::Number;
-        const bool address = number && (shape.street || shape.capital || shape.words == 0);
-        const bool fits = address || shape.title || shape.noun;
+        const bool address = (number && (shape.street || shape.capital || shape.words == 0)) ||
+                             (shape.street && shape.capital);
+        const bool fits = address || shape.title || shape.noun || shape.street;
         return fits && shape.words <= 5 ? end : i;
     }
 
@@ -192,29 +278,101 @@ private:
     }
 
     void marked(const Reader &reader, std::uint32_t i, const Sense &marker) {
-        const std::uint32_t begin = i + marker.length;
+        // "à La Rochelle": a capital article belongs to the name.
+        const std::uint32_t last = i + marker.length - 1;
+        const bool article =
+            marker.length > 1 && token(last).capital && reader.has(last, Meaning::The);
+        const std::uint32_t begin = article ? last : last + 1;
         if (!reader.at(begin) || reader.has(begin, Meaning::NotAPlace) ||
             reader.has(begin, Meaning::Greeting) || token(begin).used)
             return;
         const std::uint32_t end = nameEnd(reader, begin);
         if (end == begin)
             return;
-        const Shape shape = shapeOf({begin, end});
-        const bool article = reader.has(begin, Meaning::The);
-        const bool named = shape.capital || token(begin).kind == TokenKind::Number;
-        if (marker.value == 1 && i > 0 && token(i).word != 0 && isFrom(reader, i) && !shape.noun)
+        if (token(begin).kind == TokenKind::Number && reader.has(begin + 1, Meaning::UnitWord))
             return;
-        if (marker.value == 1 && (named || shape.noun || shape.street))
-            offer({begin, end}, 50 + (shape.noun || shape.street ? 8 : 0), i);
+        if (offerWholeLine(reader, i, end))
+            return;
+        const Shape shape = shapeOf({begin, end});
+        const bool determined = reader.has(begin, Meaning::The);
+        const bool named = shape.capital || token(begin).kind == TokenKind::Number;
+        // "Abbazia di Santa Maria al Bosco", "Boekhandel Letterlust te Leuven" are one name.
+        if (const std::uint32_t head = nameHead(i); head < i && named)
+            return offer({head, end}, 58, head);
+        const bool behindTime = i > 0 && token(i - 1).used && shape.title;
+        if (marker.value == 1 && i > 0 && token(i).word != 0 && isFrom(reader, i) && !shape.noun &&
+            !behindTime)
+            return;
+        const bool known = shape.noun || shape.street;
+        if (marker.value == 1 && (named || known))
+            offer({nounBefore(reader, i, begin), end},
+                  known ? 58 - headingPenalty(i) : 50 - 2 * headingPenalty(i), i);
         else if (marker.value == 1 && token(begin).possessive && shape.words <= 3)
             offer({begin, end}, 40, i);
-        else if (marker.value == 1 && article && shape.words <= 4 && shape.words > 1)
+        else if (marker.value == 1 && determined && shape.words <= 4 && shape.words > 1)
             offer({begin, end}, 30, i);
-        else if (marker.value == 0 && article && shape.words <= 3 && i > 0 && token(i - 1).used &&
-                 reader.has(i, Meaning::In))
+        else if (marker.value == 0 && determined && shape.words <= 3 && i > 0 &&
+                 token(i - 1).used && reader.has(i, Meaning::In))
             offer({begin, end}, 24, i);
-        else if (marker.value == 0 && isWeakPlace(reader, i, shape))
-            offer({begin, end}, (shape.noun || shape.street ? 38 : 24) - headingPenalty(i), i);
+        else if (marker.value == 0 && isWeakPlace(reader, i, marker, shape))
+            offer({nounBefore(reader, i, begin), end},
+                  (known ? 38 : 24) - headingPenalty(i) + addressBonus({begin, end}), i);
+    }
+
+    /// The kind of place that starts the name before token `i`, or `i`.
+    std::uint32_t nameHead(std::uint32_t i) const {
+        constexpr std::uint32_t kReach = 6;
+        const Field &field = m_document.fields[token(i).field];
+        const Reader reader(m_document, i);
+        std::uint32_t head = i;
+        if (i == field.begin || !token(i - 1).capital)
+            return i;
+        for (std::uint32_t k = i; k > field.begin && i - k < kReach; --k) {
+            const Token &before = token(k - 1);
+            const bool part = before.kind == TokenKind::Word && !before.used &&
+                              m_document.sameSentence(k - 1, i) &&
+                              (before.capital || reader.has(k - 1, Meaning::PlaceNoun) ||
+                               reader.has(k - 1, Meaning::Of) || reader.has(k - 1, Meaning::The));
+            if (!part)
+                break;
+            if (reader.has(k - 1, Meaning::PlaceNoun) && !reader.has(k - 1, Meaning::Event))
+                head = k - 1;
+        }
+        return isTitlePosition(field, head) ? i : head;
+    }
+
+    /// "Pfarrkirche Sankt Veit im Moos" on a line below the date is one name.
+    bool offerWholeLine(const Reader &reader, std::uint32_t marker, std::uint32_t end) {
+        const Field &field = m_document.fields[token(marker).field];
+        if (token(marker).field <= m_anchorField || marker == field.begin || field.spoken ||
+            marker - field.begin > kLongestName)
+            return false;
+        const Shape before = shapeOf({field.begin, marker});
+        bool free = end == field.end;
+        for (std::uint32_t k = field.begin; k < marker && free; ++k)
+            free = !token(k).used && reader.word(k);
+        if (!free || !before.title || !before.noun || before.event)
+            return false;
+        offer({field.begin, end}, 54, marker);
+        return true;
+    }
+    /// "kaplica na Wzgórzu": the kind of place that a marker goes on from, else `begin`.
+    std::uint32_t nounBefore(const Reader &reader, std::uint32_t marker,
+                             std::uint32_t begin) const {
+        constexpr std::uint32_t kReach = 5;
+        const std::uint32_t low = m_document.fields[token(marker).field].begin;
+        for (std::uint32_t i = marker; i > low && marker - i < kReach; --i) {
+            const Token &before = token(i - 1);
+            if (reader.symbol(i - 1, '.') && !before.used)
+                continue;
+            if (before.used || before.kind != TokenKind::Word || before.unspaced ||
+                !m_document.sameSentence(i - 1, marker) || reader.has(i - 1, Meaning::PlaceStop) ||
+                reader.has(i - 1, Meaning::Event))
+                return begin;
+            if (reader.has(i - 1, Meaning::PlaceNoun))
+                return i - 1;
+        }
+        return begin;
     }
 
     /// "Astronomy in the Park" above the date is a name.
@@ -224,15 +382,26 @@ private:
         return token(i).field < m_anchorField && token(field.begin).capital ? kPenalty : 0;
     }
 
+    /// A street with its number is certain.
+    int addressBonus(TokenSpan span) const {
+        constexpr int kBonus = 16;
+        const bool number = std::any_of(
+            m_document.tokens.begin() + span.begin, m_document.tokens.begin() + span.end,
+            [](const Token &each) { return each.kind == TokenKind::Number; });
+        return number && shapeOf(span).street ? kBonus : 0;
+    }
+
     /// "from" tells where something starts, but also who sends it.
     bool isFrom(const Reader &reader, std::uint32_t i) const {
         return reader.has(i, Meaning::RangeFrom);
     }
 
     /// "in Paris" and "in the gym" are places, "to Lyon" and "on Projects" need a kind of place.
-    bool isWeakPlace(const Reader &reader, std::uint32_t i, const Shape &shape) const {
-        if (reader.has(i, Meaning::RangeTo) || reader.has(i, Meaning::TimeMarker))
-            return false;
+    bool isWeakPlace(const Reader &reader, std::uint32_t i, const Sense &marker,
+                     const Shape &shape) const {
+        const bool ofTime = reader.has(i, Meaning::RangeTo) || reader.has(i, Meaning::TimeMarker);
+        if (ofTime)
+            return marker.length > 1 && shape.noun;
         const bool inside = reader.has(i, Meaning::In);
         if (!inside)
             return reader.has(i, Meaning::DateMarker)
@@ -248,9 +417,13 @@ private:
         if (current.kind == TokenKind::Number)
             return true;
         if (current.kind == TokenKind::Symbol)
-            return current.symbol == '#' || current.symbol == '&';
+            return current.symbol == '#' || current.symbol == '&' ||
+                   (current.symbol == '-' && reader.glued(i) && reader.glued(i + 1));
+        if (i > 0 && token(i - 1).symbol == '-' && reader.glued(i))
+            return true;
+        const bool joined = current.unspaced && !reader.has(i, Meaning::TitleLead);
         return current.kind == TokenKind::Word &&
-               (current.capital || reader.has(i, Meaning::PlaceNoun)) &&
+               (current.capital || joined || reader.has(i, Meaning::PlaceNoun)) &&
                !reader.has(i, Meaning::Event);
     }
 
@@ -258,21 +431,64 @@ private:
     void compound(const Reader &reader, const Field &field, std::uint32_t i) {
         std::uint32_t begin = i;
         std::uint32_t end = i + 1;
-        while (end < field.end && end < i + 5 && joinsName(reader, end, i))
-            ++end;
+        constexpr std::uint32_t kMost = 9;
+        while (end < field.end && end < i + kMost) {
+            const std::uint32_t next = reader.skip(reader.skip(end, Meaning::Of), Meaning::The);
+            if (next >= field.end || !joinsName(reader, next, i))
+                break;
+            end = next + 1;
+        }
         while (begin > field.begin && begin + 5 > i && joinsName(reader, begin - 1, i) &&
                token(begin - 1).kind == TokenKind::Word)
             --begin;
         const bool numbered =
             end > i + 1 && (token(i + 1).kind == TokenKind::Number || token(i + 1).capital);
-        if (end - begin < 2 || isTitlePosition(field, begin))
+        if (end - begin < 2 || isSeat(reader, i) ||
+            (!numbered && begin == i && reader.has(i, Meaning::Event)))
             return;
+        if (isTitlePosition(field, begin)) {
+            if (isStay() && shapeOf({begin, end}).title)
+                offer({begin, end}, kNamedStay, i);
+            return;
+        }
         offer({begin, end}, numbered ? 26 : 14, i);
     }
+
+    /// "Plaza 7", "Seat 22A" on a ticket.
+    static bool isSeat(const Reader &reader, std::uint32_t i) {
+        const Sense *label = reader.sense(i, Meaning::LabelWord);
+        return label && label->value == static_cast<int>(Label::Sender) &&
+               reader.number(i + 1, 0, 9999, 4);
+    }
+
+    /// From one day to another that the text names apart: where one stays is the event's name
+    /// and its place.
+    bool isStay() const { return m_choice.last && m_choice.endSpan.begin >= m_choice.dateSpan.end; }
 
     /// The first words of a line are the title's sooner than the place's.
     bool isTitlePosition(const Field &field, std::uint32_t begin) const {
         return begin == field.begin && !field.cell && field.begin <= m_choice.anchor();
+    }
+
+    /// "新宿クリニックにて": the name before the word.
+    void before(const Reader &reader, const Field &field, std::uint32_t i) {
+        std::uint32_t begin = i;
+        while (begin > field.begin && i - begin < kLongestName && joinsBefore(reader, begin - 1, i))
+            --begin;
+        const Shape shape = shapeOf({begin, i});
+        if (begin != i && !(shape.event && !shape.noun))
+            offer({begin, i}, shape.noun ? 52 : 44, i);
+    }
+
+    bool joinsBefore(const Reader &reader, std::uint32_t at, std::uint32_t i) const {
+        const Token &current = token(at);
+        if (current.used || current.sentence != token(i).sentence ||
+            current.kind == TokenKind::Link || current.kind == TokenKind::Mail)
+            return false;
+        if (current.kind == TokenKind::Symbol)
+            return current.symbol == '-' || current.symbol == '&' || current.symbol == 0x30FB;
+        return !(reader.has(at, Meaning::PlaceStop) || reader.has(at, Meaning::TitleLead) ||
+                 reader.has(at, Meaning::And) || reader.has(at, Meaning::RangeTo));
     }
 
     void bracketed(const Reader &reader, std::uint32_t open) {
@@ -292,15 +508,25 @@ private:
         std::uint32_t begin = field.begin;
         const bool later = f > m_anchorField || (field.cell && f != 0);
         for (std::uint32_t i = field.begin; i <= field.end; ++i) {
-            const bool mark = i == field.end || token(i).used || isBreak(reader, i);
+            const bool space = i < field.end && i > begin && startsUnspaced(reader, i);
+            if (space && !token(i).used && (later || begin > m_choice.anchor())) {
+                begin = std::max(piece(reader, f, begin, i), i);
+                continue;
+            }
+            const bool mark = i == field.end || token(i).used || isBreak(reader, i) || space;
             if (!mark)
                 continue;
             if (i > begin && (later || begin > m_choice.anchor()))
                 begin = piece(reader, f, begin, i);
             if (i < begin)
                 continue;
-            begin = i + 1;
+            begin = space ? i : i + 1;
         }
+    }
+
+    /// Where words are not spaced, a space separates parts.
+    static bool startsUnspaced(const Reader &reader, std::uint32_t i) {
+        return reader.at(i)->unspaced && reader.at(i)->spaceBefore;
     }
 
     bool isBreak(const Reader &reader, std::uint32_t i) const {
@@ -311,30 +537,55 @@ private:
                 token(i + 1).sentence != token(i).sentence);
     }
 
+    /// "2-persoonskamer": a kind of room, not a room.
+    static bool isCounted(const Reader &reader, std::uint32_t i) {
+        return reader.number(i, 0, 99) && reader.symbol(i + 1, '-') && reader.glued(i + 1) &&
+               reader.glued(i + 2) && reader.word(i + 2);
+    }
+
     /// Weighs one part; returns where to go on.
     std::uint32_t piece(const Reader &reader, std::uint32_t f, std::uint32_t begin,
                         std::uint32_t end) {
         constexpr int kMostWords = 7;
         const Field &field = m_document.fields[f];
-        const bool refused =
-            reader.has(begin, Meaning::Person) || reader.has(begin, Meaning::PlaceMarker) ||
-            reader.has(begin, Meaning::Chatter) || reader.has(begin, Meaning::Greeting) ||
-            (reader.has(begin, Meaning::PlaceStop) && !token(begin).capital) ||
-            token(begin).kind == TokenKind::Link;
+        const bool refused = reader.has(begin, Meaning::Person) ||
+                             (reader.has(begin, Meaning::PlaceMarker) && !token(begin).upper()) ||
+                             reader.has(begin, Meaning::Chatter) ||
+                             (reader.has(begin, Meaning::PlaceStop) && !token(begin).upper()) ||
+                             token(begin).kind == TokenKind::Link || isSeat(reader, begin) ||
+                             reader.symbol(end, ':');
+        // Without spaces the name ends where the sentence goes on.
+        if (token(begin).unspaced && !reader.has(end - 1, Meaning::PlaceNoun))
+            end = std::clamp(nameEnd(reader, begin), begin + 1, end);
         const Shape shape = shapeOf({begin, end});
-        if (refused || shape.words == 0 || shape.words > kMostWords || shape.event)
+        const bool greets = reader.has(begin, Meaning::Greeting) && !(shape.noun && shape.title);
+        // "place du Marché" is no market.
+        const bool placeFirst =
+            !reader.has(begin, Meaning::Event) &&
+            (reader.has(begin, Meaning::PlaceNoun) || reader.has(begin, Meaning::StreetWord)) &&
+            (reader.has(begin + 1, Meaning::Of) || reader.has(begin + 1, Meaning::The));
+        if (refused || greets || shape.words == 0 || shape.words > kMostWords ||
+            (shape.event && !placeFirst))
             return end;
         const bool number = token(begin).kind == TokenKind::Number;
         const bool address = shape.street && (number || shape.title || shape.capital);
-        const bool kind = shape.noun && (shape.title || shape.words <= 4);
-        const bool sameLine = field.line == m_document.fields[m_anchorField].line;
-        const bool nextLine = field.line == m_document.fields[m_anchorField].line + 1;
-        const std::uint32_t whole = std::max(end, nameEnd(reader, begin));
+        const bool kind = shape.noun && (shape.title || shape.words <= 4 ||
+                                         reader.has(begin, Meaning::PlaceNoun));
+        const bool sameLine = field.line == m_document.fields[m_anchorField].line &&
+                              (field.cell || m_document.sameSentence(begin, m_choice.anchor()) ||
+                               (!m_choice.timeSpan.empty() &&
+                                m_document.sameSentence(begin, m_choice.timeSpan.begin)));
+        const bool nextLine = field.line == m_momentLine + 1;
+        const std::uint32_t whole =
+            token(begin).unspaced ? end : std::max(end, nameEnd(reader, begin));
         const Shape all = shapeOf({begin, whole});
         const bool known = address || kind || (shape.title && (all.noun || all.street));
         // "23:59 AoE": one unknown word glued to a time is no place.
         const bool loose = begin > field.begin && token(begin - 1).used && shape.words == 1;
-        if (!known && (loose || !(shape.title && (sameLine || nextLine || field.spoken))))
+        // Without capitals only a line of its own is a name.
+        const bool named =
+            shape.title && (!token(begin).unspaced || (begin == field.begin && end == field.end));
+        if (!known && (loose || !(named && (sameLine || nextLine || field.spoken))))
             return end;
         int score = known ? 34 : 22;
         if (!sameLine && !nextLine && !(field.spoken && end == field.end))
@@ -346,6 +597,8 @@ private:
     const Document &m_document;
     const Choice &m_choice;
     std::uint32_t m_anchorField;
+    std::uint32_t m_momentLine; ///< the last line that says when
+    std::optional<bool> m_online;
     TokenSpan m_best;
     int m_score = 0;
 };
@@ -353,15 +606,22 @@ private:
 } // namespace
 
 TokenSpan findPlace(Document &document, const Choice &choice) {
-    const TokenSpan place = PlaceFinder(document, choice).run();
-    if (place.empty())
+    PlaceFinder finder(document, choice);
+    const TokenSpan place = finder.run();
+    if (place.empty() || finder.isName(place))
         return place;
     std::uint32_t begin = place.begin;
     const Reader reader(document, static_cast<std::uint32_t>(document.tokens.size()));
-    if (begin > 0 && reader.has(begin - 1, Meaning::PlaceMarker) &&
-        document.sameSentence(begin - 1, begin))
-        --begin;
-    for (std::uint32_t i = begin; i < place.end; ++i)
+    constexpr std::uint32_t kLongestMarker = 4;
+    for (std::uint32_t length = std::min(kLongestMarker, begin); length > 0; --length) {
+        const Sense *marker = reader.sense(begin - length, Meaning::PlaceMarker);
+        if (!marker || marker->length != length || !document.sameSentence(begin - length, begin))
+            continue;
+        begin -= length;
+        break;
+    }
+    const std::uint32_t end = reader.skip(place.end, Meaning::PlaceBehind);
+    for (std::uint32_t i = begin; i < end; ++i)
         document.tokens[i].used = true;
     return place;
 }

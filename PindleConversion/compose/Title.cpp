@@ -22,8 +22,10 @@ public:
         , m_choice(choice) {}
 
     TokenSpan run() {
+        const std::uint32_t anchorField = token(m_choice.anchor()).field;
         for (std::uint32_t f = 0; f < m_document.fields.size(); ++f)
-            consider(f);
+            if (isInReach(f, anchorField))
+                consider(f);
         return m_best;
     }
 
@@ -37,22 +39,39 @@ private:
         const auto runs = runsOf(m_document, field);
         for (const Run &run : runs)
             offerRun(field, run, runs.size() == 1 && !run.afterUsed && !run.beforeUsed);
-        if (!field.labelWords.empty() && field.label != Label::Title)
+        offerLabel(field);
+    }
+
+    /// "Check-in: ..." may be all that the event is called.
+    void offerLabel(const Field &field) {
+        const bool names = field.label == Label::Start || field.label == Label::Deadline;
+        if (field.labelWords.empty() || !names || !contains(field.labelWords, Meaning::Event))
             return;
+        constexpr int kWeak = 5;
+        if (kWeak > m_score) {
+            m_score = kWeak;
+            m_best = field.labelWords;
+        }
     }
 
     void offerRun(const Field &field, const Run &run, bool alone) {
         ++m_order;
+        m_first = !m_sawText;
         for (TokenSpan part : partsOf(run.span)) {
             TokenSpan trimmed = trim(part);
             const bool onlyFillers = trimmed.empty() || !hasLetters(trimmed);
             if (onlyFillers)
                 trimmed = trimMarks(part);
-            const bool bare = onlyFillers && trimmed.end - trimmed.begin < 2;
+            const TokenSpan kind = eventIn(trimmed);
+            const bool event = onlyFillers && !kind.empty();
+            if (event)
+                trimmed = kind;
+            const bool bare =
+                onlyFillers && !event && (trimmed.end - trimmed.begin < 2 || !says(trimmed));
             if (trimmed.empty() || !hasLetters(trimmed) || bare)
                 continue;
-            const int score =
-                scoreOf(field, run, part, trimmed, alone) - (onlyFillers ? kOnlyFillers : 0);
+            const int score = scoreOf(field, run, part, trimmed, alone) -
+                              (onlyFillers && !event ? kOnlyFillers : 0);
             if (score > m_score) {
                 m_score = score;
                 m_best = shorten(trimmed);
@@ -71,7 +90,12 @@ private:
         std::uint32_t begin = run.begin;
         for (std::uint32_t i = run.begin; i < run.end; ++i) {
             const bool hard = isHardBreak(reader, i);
-            const bool soft = (wide || greeting) && isSoftBreak(reader, i);
+            const bool soft = (wide || greeting) && isSoftBreak(reader, i) &&
+                              !(reader.symbol(i, ':') && !greeting && columns(trimmed) <= kWidest);
+            if (i > begin && announces(reader, i)) {
+                parts.push_back({begin, i});
+                begin = i;
+            }
             if (!(hard || soft))
                 continue;
             parts.push_back({begin, i});
@@ -79,6 +103,13 @@ private:
         }
         parts.push_back({begin, run.end});
         return parts;
+    }
+
+    /// "The Smiths are happy to invite you to": the event is what follows.
+    static bool announces(const Reader &reader, std::uint32_t i) {
+        constexpr std::uint8_t kLongPhrase = 3;
+        const Sense *lead = reader.sense(i, Meaning::TitleLead);
+        return lead && lead->value == 0 && lead->length >= kLongPhrase;
     }
 
     bool isHardBreak(const Reader &reader, std::uint32_t i) const {
@@ -96,6 +127,19 @@ private:
     bool hasLetters(TokenSpan span) const {
         for (std::uint32_t i = span.begin; i < span.end; ++i)
             if (token(i).kind == TokenKind::Word && token(i).end - token(i).begin > 1)
+                return true;
+        return false;
+    }
+
+    /// More than the words around a time or place: "a las", "in the".
+    bool says(TokenSpan span) const {
+        constexpr Meaning kAround[] = {Meaning::TimeMarker, Meaning::DateMarker, Meaning::The,
+                                       Meaning::Of,         Meaning::RangeTo,    Meaning::And,
+                                       Meaning::In,         Meaning::PlaceMarker};
+        const Reader reader(m_document, span.end);
+        for (std::uint32_t i = span.begin; i < span.end; ++i)
+            if (reader.word(i) && std::none_of(std::begin(kAround), std::end(kAround),
+                                               [&](Meaning each) { return reader.has(i, each); }))
                 return true;
         return false;
     }
@@ -130,16 +174,34 @@ private:
         if (!lead || namesEvent(reader, span.begin, *lead))
             return span;
         const std::uint32_t next = span.begin + lead->length;
+        if (startsLongerWord(span, next))
+            return span;
         // "Invitation: ..." loses its prefix, "Invitation design" keeps its first word.
         if (lead->value == 1 && !reader.symbol(next, ':') && !reader.symbol(next, '-') &&
-            !reader.symbol(next, '!') && !reader.symbol(next, ']') && next != span.end)
+            !reader.symbol(next, '!') && !reader.symbol(next, ']') &&
+            (next != span.end || isKindAlone(span)))
             return span;
         // "Book festival", "Call the bank": only "book a table" loses its verb.
         if (lead->value == 3 && !reader.has(next, Meaning::Number))
             return span;
-        const bool name = token(span.begin).capital && next < span.end && token(next).capital &&
+        const bool name = token(span.begin).upper() && next < span.end && token(next).capital &&
                           lead->length == 1 && span.begin != next && isArticle(reader, span.begin);
         return name ? span : TokenSpan{next, span.end};
+    }
+
+    /// "Appointment" that nothing follows names the event itself.
+    bool isKindAlone(TokenSpan span) const {
+        return contains(span, Meaning::Event) && span.end < m_document.tokens.size() &&
+               token(span.end).symbol != ':' && token(span.end).symbol != '-';
+    }
+
+    /// A sign before letters that no lexicon knows is the first of a longer word.
+    bool startsLongerWord(TokenSpan span, std::uint32_t next) const {
+        constexpr std::uint32_t kOneSign = 3; ///< bytes
+        const Token &first = token(span.begin);
+        return first.unspaced && first.end - first.begin <= kOneSign && next < span.end &&
+               next == span.begin + 1 && token(next).unspaced && !token(next).spaceBefore &&
+               token(next).word == 0;
     }
 
     /// "On call", "Book fair": the filler's word belongs to a kind of event.
@@ -169,7 +231,7 @@ private:
                  ++s) {
                 const Sense &sense = m_document.senses[s];
                 if (sense.meaning == Meaning::TitleTail && i + sense.length == span.end &&
-                    !(token(last).capital && isName(span, last)))
+                    !(token(last).upper() && isName(span, last)))
                     return {span.begin, i};
             }
         return span;
@@ -206,9 +268,10 @@ private:
         int width = 0;
         for (std::size_t at = 0; at < text.size() && width <= 2 * kWidest;) {
             const CodePoint point = decodeAt(text, at);
+            const bool blank = point.value == ' ' && at > 0 && text[at - 1] == ' ';
             at = point.end;
             if (point.value < 0x1100) {
-                ++width;
+                width += blank ? 0 : 1;
                 continue;
             }
             const int wide = u_getIntPropertyValue(point.value, UCHAR_EAST_ASIAN_WIDTH);
@@ -236,6 +299,33 @@ private:
             if (reader.has(i, meaning))
                 return true;
         return false;
+    }
+
+    /// The words that name a kind of event.
+    TokenSpan eventIn(TokenSpan span) const {
+        const Reader reader(m_document, span.end);
+        for (std::uint32_t i = span.begin; i < span.end; ++i)
+            if (const Sense *event = reader.sense(i, Meaning::Event))
+                return {i, std::min(i + event->length, span.end)};
+        return {};
+    }
+
+    /// "VL8K2P"
+    bool isCode(TokenSpan span) const {
+        int numbers = 0;
+        for (std::uint32_t i = span.begin; i < span.end; ++i) {
+            if (i > span.begin && token(i).spaceBefore)
+                return false;
+            numbers += token(i).kind == TokenKind::Number ? 1 : 0;
+        }
+        return numbers > 1;
+    }
+
+    /// "ul. Krótka 5": a kind of street, a name and a number.
+    bool isAddress(TokenSpan span) const {
+        const Reader reader(m_document, span.end);
+        const Sense *street = reader.sense(span.begin, Meaning::StreetWord);
+        return street && street->value == 1 && token(span.end - 1).kind == TokenKind::Number;
     }
 
     bool hasMoney(TokenSpan span) const {
@@ -271,23 +361,33 @@ private:
         int score = labelScore(field.label) - std::min(m_order, 20) + 20;
         const bool sameSentence = m_document.sameSentence(part.begin, anchor);
         const bool sameField = token(part.begin).field == token(anchor).field;
-        const bool first = !m_sawText && alone && !field.spoken;
+        const bool first = m_first && alone && !field.spoken;
         if (sameSentence)
             score += part.begin < anchor ? 40 : 28;
         else if (sameField)
             score += 8;
         if (field.cell && &field == &m_document.fields.front())
             score += 20;
-        if (first && isHeading(part))
+        const bool kind = isCalledByNext(trimmed);
+        if (first && isHeading(part) && !kind)
             score += 48;
         if (contains(trimmed, Meaning::Event))
             score += 16;
+        if (isQuoted(part))
+            score += 30;
         if (run.beforeUsed && sameSentence && part.end == run.span.end)
             score += 4;
         score += penalties(reader, part, trimmed);
-        if (!reader.has(part.begin, Meaning::Greeting))
+        if (!reader.has(part.begin, Meaning::Greeting) && !kind)
             m_sawText = true;
         return score;
+    }
+
+    /// A name in quotes, of some words.
+    bool isQuoted(TokenSpan part) const {
+        return part.begin > 0 && token(part.begin - 1).symbol == '"' &&
+               part.end < m_document.tokens.size() && token(part.end).symbol == '"' &&
+               (part.end - part.begin > 1 || token(part.begin).unspaced);
     }
 
     int penalties(const Reader &reader, TokenSpan part, TokenSpan trimmed) const {
@@ -295,14 +395,22 @@ private:
         std::uint32_t begin = part.begin;
         while (begin + 1 < part.end && isEdgeMark(token(begin)))
             ++begin;
+        // "guys pizza on Friday": the greeting is gone and a kind of event is left.
         if (reader.has(begin, Meaning::Greeting))
-            score -= 70;
-        if (reader.has(begin, Meaning::Chatter))
+            score -= trimmed.begin > begin && contains(trimmed, Meaning::Event) ? 8 : 70;
+        if (reader.has(begin, Meaning::Chatter) || reader.has(begin, Meaning::AsideLead))
             score -= 40;
         if (begin < part.end && token(begin).symbol == '(')
             score -= 25;
+        // "保護者の皆様": whom the text speaks to.
+        if (token(part.end - 1).unspaced && reader.has(part.end - 1, Meaning::Person))
+            score -= 60;
         if (hasMoney(trimmed))
             score -= 30;
+        if (isCode(trimmed))
+            score -= 60;
+        if (isAddress(trimmed))
+            score -= 24;
         if (contains(trimmed, Meaning::PastVerb))
             score -= 8;
         const Sense *role = reader.sense(trimmed.begin, Meaning::RoleWord);
@@ -310,7 +418,28 @@ private:
             score -= 40;
         if (trimmed.end - trimmed.begin == 1 && !contains(trimmed, Meaning::Event))
             score -= 6;
+        if (isCalledByNext(trimmed))
+            score -= 30;
         return score;
+    }
+
+    /// "Webinar: Reading a Balance Sheet", "Webinar | Reading a Balance Sheet": the kind stands
+    /// before the name.
+    bool isCalledByNext(TokenSpan trimmed) const {
+        constexpr std::uint32_t kLongestKind = 3;
+        constexpr char32_t kBullet = 0x2022;
+        const std::uint32_t size = trimmed.end - trimmed.begin;
+        const std::uint32_t next = trimmed.end + 1;
+        if (size > kLongestKind || next >= m_document.tokens.size() || token(next).used)
+            return false;
+        const char32_t mark = token(trimmed.end).symbol;
+        if (mark == ':')
+            return m_document.sameSentence(trimmed.begin, trimmed.end);
+        const bool event = token(next).kind == TokenKind::Word && contains(trimmed, Meaning::Event);
+        // "Talk "Heat Pumps""
+        if (mark == '"')
+            return event && m_document.sameSentence(trimmed.begin, next);
+        return size == 1 && (mark == '|' || mark == kBullet) && event;
     }
 
     /// A short line without a sentence's full stop.
@@ -326,6 +455,7 @@ private:
     int m_score = kNone;
     int m_order = 0;
     bool m_sawText = false;
+    bool m_first = true; ///< the run looked at is the text's first
 };
 
 } // namespace

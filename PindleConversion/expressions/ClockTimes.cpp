@@ -7,31 +7,6 @@ namespace {
 constexpr std::uint32_t kFirstYearLike = 1900;
 constexpr std::uint32_t kLastYearLike = 2100;
 
-/// "pm", "a.m." behind the digits.
-std::uint32_t readMeridiem(const Reader &reader, std::uint32_t i, ClockSpec &clock) {
-    const Sense *sense = reader.sense(i, Meaning::Meridiem);
-    if (!sense || clock.hour > 12 || clock.hour == 0)
-        return i;
-    // "at 5 am I" would be an odd time; "am" needs to stand close or end the thought.
-    clock.meridiem = sense->value;
-    clock.sure = true;
-    return i + sense->length;
-}
-
-/// What may stand behind a time without changing it: "ish", "o'clock", "sharp", "h".
-std::uint32_t readTail(const Reader &reader, std::uint32_t i, ClockSpec &clock) {
-    if (const Sense *oclock = reader.sense(i, Meaning::OClock)) {
-        clock.sure = true;
-        i = readMeridiem(reader, i + oclock->length, clock);
-    }
-    const Sense *mark = reader.sense(i, Meaning::Approximate);
-    if (mark && mark->value == 0) {
-        clock.sure = clock.sure || reader.glued(i);
-        i = readMeridiem(reader, i + mark->length, clock);
-    }
-    return i;
-}
-
 /// "1930", "0900": four digits behind a word that announces a time, or before "hrs", "pm".
 std::optional<ClockSpec> readCompact(const Reader &reader, std::uint32_t i, std::uint32_t &next) {
     const Token *token = reader.at(i);
@@ -76,7 +51,7 @@ bool readMinutes(const Reader &reader, std::uint32_t &i, ClockSpec &clock) {
     clock.minute = static_cast<int>(minutes->number);
     clock.minuteGiven = true;
     clock.sure = colon || hour;
-    i += 2;
+    i = hour ? reader.skip(i + 2, Meaning::MinuteMark) : i + 2;
     return true;
 }
 
@@ -99,8 +74,11 @@ bool spoiled(const Reader &reader, std::uint32_t begin, std::uint32_t next) {
         if (before.kind == TokenKind::Symbol &&
             (before.symbol == '$' || before.symbol == U'€' || before.symbol == U'£' ||
              before.symbol == U'¥' || before.symbol == '#' || (close && before.symbol == '.') ||
-             (close && before.symbol == ':')))
+             (close && before.symbol == ':' && begin > 1 &&
+              reader.document().tokens[begin - 2].kind == TokenKind::Number)))
             return true;
+        if (before.unspaced)
+            return false;
         if (close && before.kind == TokenKind::Word && !reader.document().tokens[begin - 1].capital)
             return true;
         if (close && before.kind == TokenKind::Word && before.end - before.begin > 1)
@@ -109,10 +87,39 @@ bool spoiled(const Reader &reader, std::uint32_t begin, std::uint32_t next) {
     if (reader.symbol(next, '%') || reader.symbol(next, '$') || reader.symbol(next, U'€') ||
         reader.symbol(next, U'£') || reader.symbol(next, '/'))
         return !(reader.symbol(next, '/') && reader.at(next)->spaceBefore);
+    // "4,377" is an amount, "24,95" as well where the comma is the decimal mark.
+    if (reader.symbol(next, ',') && reader.glued(next) && reader.glued(next + 1) &&
+        reader.number(next + 1, 0, 999, 3) &&
+        (reader.at(next + 1)->digits == 3 || reader.language(begin).clock24))
+        return true;
     const bool more = (reader.symbol(next, '.') || reader.symbol(next, ':')) &&
                       reader.glued(next) && reader.glued(next + 1) &&
                       reader.number(next + 1, 0, 99999999, 99);
     return more;
+}
+
+/// Behind "Uhr", "時": minutes may follow, and the hour is one for sure.
+std::uint32_t readHourWord(const Reader &reader, std::uint32_t i, ClockSpec &clock,
+                           bool minutesRead) {
+    clock.sure = true;
+    clock.hourWord = true;
+    clock.literal = clock.literal || minutesRead;
+    if (minutesRead || !reader.number(i, 0, 59))
+        return i;
+    const Sense *mark = reader.sense(i + 1, Meaning::MinuteMark);
+    const bool bare = reader.at(i)->digits == 2 && !reader.symbol(i + 1, '.') &&
+                      !reader.symbol(i + 1, ':') && !reader.has(i + 1, Meaning::Month) &&
+                      !reader.has(i + 1, Meaning::HourMark);
+    if (!mark && !(bare && !reader.at(i)->unspaced))
+        return i;
+    clock.minute = static_cast<int>(reader.at(i)->number);
+    clock.minuteGiven = true;
+    return i + 1 + (mark ? mark->length : 0U);
+}
+
+/// "às 15 horas", but not "curso de 15 horas": the word for hours tells a time only there.
+bool isAnnounced(const Reader &reader, std::uint32_t i) {
+    return i > 0 && (reader.has(i - 1, Meaning::TimeMarker) || reader.has(i - 1, Meaning::RangeTo));
 }
 
 std::optional<ClockSpec> readDigits(const Reader &reader, std::uint32_t i, std::uint32_t &next) {
@@ -125,15 +132,23 @@ std::optional<ClockSpec> readDigits(const Reader &reader, std::uint32_t i, std::
     const bool minutes = readMinutes(reader, j, clock);
     const std::uint32_t seconds = minutes ? skipSeconds(reader, j) : j;
     j = readMeridiem(reader, seconds, clock);
-    if (const Sense *mark = clock.meridiem < 0 ? reader.sense(j, Meaning::HourMark) : nullptr;
-        mark && minutes) {
+    // "14:40 heure de Paris": the word belongs to the zone.
+    const bool zone = minutes && reader.has(j, Meaning::ZoneWord);
+    const Sense *mark = clock.meridiem < 0 && !zone ? reader.sense(j, Meaning::HourMark) : nullptr;
+    if (mark && mark->value == 1) {
+        j = readHourWord(reader, j + mark->length, clock, minutes);
+    } else if (mark && mark->value == 2 && isAnnounced(reader, i)) {
+        clock.sure = clock.hourWord = true;
+        j += mark->length;
+    } else if (mark && minutes) {
         clock.literal = true;
         j += mark->length;
     } else if (mark && reader.glued(j) && clock.hour > 4) {
         clock.literal = clock.sure = true;
         j += mark->length;
     }
-    j = readTail(reader, j, clock);
+    j = readMinutesBehind(reader, j, clock);
+    j = readClockTail(reader, j, clock);
     if (spoiled(reader, i, j))
         return std::nullopt;
     if (clock.hour == 24 && clock.minute != 0)
@@ -145,91 +160,11 @@ std::optional<ClockSpec> readDigits(const Reader &reader, std::uint32_t i, std::
     return clock;
 }
 
-struct SmallNumber {
-    int value = 0;
-    std::uint32_t next = 0;
-};
-
-/// A number from 1 to 59 in digits or words; "a" and "an" count nothing here.
-SmallNumber readSmall(const Reader &reader, std::uint32_t i, int most) {
-    if (reader.number(i, 1, static_cast<std::uint32_t>(most)))
-        return {static_cast<int>(reader.at(i)->number), i + 1};
-    const Sense *word = reader.sense(i, Meaning::Number);
-    const Token *token = reader.at(i);
-    if (!word || word->value > most || token->end - token->begin < 3)
-        return {};
-    return {word->value, i + word->length};
-}
-
-std::optional<ClockSpec> finishWords(const Reader &reader, std::uint32_t hourAt, int minute,
-                                     bool down, std::uint32_t &next) {
-    const SmallNumber hour = readSmall(reader, hourAt, 12);
-    if (hour.value == 0 || (reader.symbol(hour.next, ':') && reader.glued(hour.next)))
-        return std::nullopt;
-    ClockSpec clock;
-    clock.hour = hour.value;
-    clock.minute = minute;
-    if (down) {
-        clock.hour = hour.value == 1 ? 12 : hour.value - 1;
-        clock.minute = 60 - minute;
-    }
-    clock.minuteGiven = clock.sure = true;
-    next = readTail(reader, readMeridiem(reader, hour.next, clock), clock);
-    return clock;
-}
-
-/// "half past two", "quarter to five", "ten past nine", "half two".
-std::optional<ClockSpec> readSpoken(const Reader &reader, std::uint32_t i, std::uint32_t &next) {
-    if (const Sense *half = reader.sense(i, Meaning::HalfPast))
-        return finishWords(reader, i + half->length, half->value, false, next);
-    if (const Sense *half = reader.sense(i, Meaning::HalfBare))
-        return finishWords(reader, i + half->length, half->value, false, next);
-    SmallNumber minutes;
-    if (const Sense *quarter = reader.sense(i, Meaning::QuarterWord))
-        minutes = {quarter->value, i + quarter->length};
-    else
-        minutes = readSmall(reader, i, 30);
-    if (minutes.value == 0 || (minutes.value % 5 != 0 && !reader.word(i)))
-        return std::nullopt;
-    std::uint32_t j = minutes.next;
-    const Sense *unit = reader.sense(j, Meaning::UnitWord);
-    if (unit && unit->value == static_cast<int>(Unit::Minute))
-        j += unit->length;
-    if (const Sense *past = reader.sense(j, Meaning::PastWord))
-        return finishWords(reader, j + past->length, minutes.value, false, next);
-    const Sense *to = reader.sense(j, Meaning::ToWord);
-    // "5 to 7" in digits is a range of hours.
-    if (!to || reader.at(i)->kind == TokenKind::Number)
-        return std::nullopt;
-    if (reader.word(i) && reader.has(i, Meaning::Number) && minutes.value < 15 &&
-        minutes.value % 5 != 0)
-        return std::nullopt;
-    return finishWords(reader, j + to->length, minutes.value, true, next);
-}
-
-/// "seven thirty", "seven o'clock", "seven pm", "seven".
-std::optional<ClockSpec> readWords(const Reader &reader, std::uint32_t i, std::uint32_t &next) {
-    const Sense *word = reader.sense(i, Meaning::Number);
-    const SmallNumber hour = readSmall(reader, i, 12);
-    if (!word || hour.value == 0)
-        return std::nullopt;
-    ClockSpec clock;
-    clock.hour = hour.value;
-    std::uint32_t j = hour.next;
-    const Sense *minutes = reader.sense(j, Meaning::Number);
-    if (minutes && minutes->value >= 5 && minutes->value < 60 && minutes->value % 5 == 0 &&
-        reader.at(j)->end - reader.at(j)->begin > 2) {
-        clock.minute = minutes->value;
-        clock.minuteGiven = clock.sure = true;
-        j += minutes->length;
-    }
-    next = readTail(reader, readMeridiem(reader, j, clock), clock);
-    return clock;
-}
-
 } // namespace
 
-std::optional<ClockSpec> readClock(const Reader &reader, std::uint32_t i, std::uint32_t &next) {
+namespace {
+
+std::optional<ClockSpec> readBareClock(const Reader &reader, std::uint32_t i, std::uint32_t &next) {
     if (const Sense *named = reader.sense(i, Meaning::ClockWord)) {
         ClockSpec clock;
         clock.hour = named->value / 60;
@@ -238,7 +173,7 @@ std::optional<ClockSpec> readClock(const Reader &reader, std::uint32_t i, std::u
         next = i + named->length;
         return clock;
     }
-    if (auto clock = readSpoken(reader, i, next))
+    if (auto clock = readSpokenClock(reader, i, next))
         return clock;
     if (reader.at(i) && reader.at(i)->kind == TokenKind::Number) {
         auto clock = readDigits(reader, i, next);
@@ -251,7 +186,37 @@ std::optional<ClockSpec> readClock(const Reader &reader, std::uint32_t i, std::u
         }
         return clock;
     }
-    return readWords(reader, i, next);
+    return std::nullopt;
+}
+
+/// "午後3時", "abends 8 Uhr": the half of the day stands before the hour.
+void applyPart(DayPart part, ClockSpec &clock) {
+    if (clock.meridiem >= 0 || clock.hour > 12)
+        return;
+    const bool late = part == DayPart::Afternoon || part == DayPart::Evening ||
+                      (part == DayPart::Noon && clock.hour < 11) ||
+                      (part == DayPart::Night && clock.hour >= 5 && clock.hour < 12);
+    if (clock.hour == 0 && !late)
+        return;
+    const bool midnight = clock.hour == 12 && (part == DayPart::Evening || part == DayPart::Night);
+    clock.meridiem = (late && !midnight) || (part == DayPart::Noon && clock.hour == 12) ? 1 : 0;
+    clock.literal = false;
+    clock.sure = true;
+}
+
+} // namespace
+
+std::optional<ClockSpec> readClock(const Reader &reader, std::uint32_t i, std::uint32_t &next) {
+    const Sense *part = reader.sense(i, Meaning::PartOfDay);
+    if (!part)
+        return readBareClock(reader, i, next);
+    const std::uint32_t at =
+        reader.skip(reader.skip(i + part->length, Meaning::Of), Meaning::TimeMarker);
+    auto clock = readBareClock(reader, at, next);
+    if (!clock || !(clock->sure || reader.glued(at)))
+        return std::nullopt;
+    applyPart(static_cast<DayPart>(part->value), *clock);
+    return clock;
 }
 
 } // namespace pindle::conversion

@@ -19,23 +19,45 @@ struct Named {
 Named readName(const Reader &reader, std::uint32_t i) {
     if (const Sense *sense = reader.sense(i, Meaning::Weekday))
         return {sense->value, i + sense->length};
-    if (const Sense *sense = reader.sense(i, Meaning::WeakWeekday))
-        return {sense->value, i + sense->length};
+    // In unspaced scripts a lone sign is a weekday only in brackets.
+    const bool lone = reader.at(i) && reader.at(i)->unspaced &&
+                      !(i > 0 && (reader.symbol(i - 1, '(') || reader.symbol(i - 1, '[')));
+    const Sense *weak = lone ? nullptr : reader.sense(i, Meaning::WeakWeekday);
+    if (weak)
+        return {weak->value, i + weak->length};
     return {};
+}
+
+/// Digits behind a weekday that can be no time: "Fri 13", and "vendredi 7" where a time would
+/// be "vendredi 7h".
+bool isDayNumber(const Reader &reader, std::uint32_t at) {
+    const std::uint32_t next = at + 1;
+    const std::uint32_t time = reader.skip(next, Meaning::TimeMarker);
+    if (reader.symbol(next, ':') || reader.symbol(next, '.') ||
+        reader.has(next, Meaning::HourMark) || reader.has(next, Meaning::UnitWord) ||
+        reader.has(next, Meaning::Meridiem) || (readDayRange(reader, next) && time == next))
+        return false;
+    constexpr std::uint32_t kLastHour = 12;
+    if (reader.at(at)->number > kLastHour)
+        return true;
+    const bool timed =
+        time != next && (reader.number(time, 0, 24) || reader.has(time, Meaning::ClockWord) ||
+                         reader.has(time, Meaning::Number));
+    if (timed && !readDayRange(reader, next))
+        return true;
+    return reader.language(at).dayOrder == DayOrder::DayFirst && !reader.at(at)->unspaced &&
+           (timed || !reader.word(next) || reader.has(next, Meaning::Connector) ||
+            reader.has(next, Meaning::PartOfDay));
 }
 
 /// "the 14th" or "14" behind a weekday: a day of the month that falls on it.
 std::optional<DateMention> readDayBehindName(const Reader &reader, std::uint32_t i) {
     const std::uint32_t day = reader.skip(i, Meaning::The);
     const bool ordinal = reader.has(day + 1, Meaning::OrdinalMark) && reader.glued(day + 1);
-    if (!reader.number(day, 1, 31))
+    if (!reader.number(day, 1, 31) || !(ordinal || isDayNumber(reader, day)))
         return std::nullopt;
     const std::uint32_t number = reader.at(day)->number;
     const std::uint32_t next = day + (ordinal ? 2 : 1);
-    // "Fri 13" is a day, "Fri 7" a time.
-    if (!ordinal && (number <= 12 || reader.symbol(next, ':') || reader.symbol(next, '.') ||
-                     reader.has(next, Meaning::HourMark) || reader.has(next, Meaning::RangeTo)))
-        return std::nullopt;
     DateMention result;
     result.span = {i, next};
     result.first.base = Base::DayOnly;
@@ -54,11 +76,15 @@ std::optional<DateMention> readNamedDate(const Reader &reader, std::uint32_t i) 
         return std::nullopt;
     std::uint32_t j = skipComma(reader, name.next);
     j = reader.symbol(j, '(') || reader.symbol(j, '-') ? j + 1 : j;
-    const std::uint32_t on = reader.skip(j, Meaning::DateMarker);
+    const Sense *before = reader.sense(j, Meaning::DateMarker);
+    const Sense *hours = reader.sense(j, Meaning::TimeMarker);
+    // "lunes antes de las 12": the longer word announces a time.
+    const bool timed = before && hours && hours->length > before->length;
+    const std::uint32_t on = timed ? j : reader.skip(j, Meaning::DateMarker);
     const std::uint32_t core = reader.skip(on, Meaning::The);
     std::optional<DateMention> date = readCalendarDate(reader, core);
     if (!date)
-        date = readDayBehindName(reader, on);
+        date = readDayBehindName(reader, reader.has(j, Meaning::TimeMarker) ? j : on);
     if (!date)
         return std::nullopt;
     date->span.begin = i;
@@ -139,7 +165,7 @@ std::optional<DateMention> readRangeStart(const Reader &reader, std::uint32_t i)
     const bool ordinal =
         reader.has(name.next + 1, Meaning::OrdinalMark) && reader.glued(name.next + 1);
     const std::uint32_t next = name.next + (ordinal ? 2 : 1);
-    if (!reader.has(next, Meaning::RangeTo))
+    if (!readDayRange(reader, next))
         return std::nullopt;
     DateMention result;
     result.span = {i, next};
@@ -153,7 +179,7 @@ bool readRangeEnd(const Reader &reader, DateMention &date) {
     if (date.last || !canSpan(date.first) || date.repeated)
         return false;
     const std::uint32_t i = date.span.end;
-    const Sense *to = reader.sense(i, Meaning::RangeTo);
+    const Sense *to = readDayRange(reader, i);
     const Sense *both = reader.sense(i, Meaning::And);
     std::uint32_t next = to ? i + to->length : both ? i + both->length : i;
     if (next == i)

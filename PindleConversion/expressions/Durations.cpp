@@ -27,7 +27,7 @@ std::optional<Part> readHalf(const Reader &reader, std::uint32_t i) {
     const Sense *unit = reader.sense(j, Meaning::UnitWord);
     if (!unit || unitMinutes(static_cast<Unit>(unit->value)) != 60)
         return std::nullopt;
-    return Part{30, 0, j + unit->length, false};
+    return Part{half->value, 0, j + unit->length, false};
 }
 
 std::optional<Part> readPart(const Reader &reader, std::uint32_t i) {
@@ -36,9 +36,14 @@ std::optional<Part> readPart(const Reader &reader, std::uint32_t i) {
     if (!count)
         return std::nullopt;
     int tenths = 0;
-    if (reader.symbol(j, '.') && reader.glued(j) && reader.number(j + 1, 0, 9, 1)) {
+    if ((reader.symbol(j, '.') || reader.symbol(j, ',')) && reader.glued(j) &&
+        reader.glued(j + 1) && reader.number(j + 1, 0, 9, 1)) {
         tenths = static_cast<int>(reader.at(j + 1)->number);
         j += 2;
+    } else if (const Sense *half = reader.sense(j, Meaning::HalfBare); half && reader.glued(j)) {
+        // "一个半小时"
+        tenths = 5;
+        j += half->length;
     }
     Part part;
     part.hyphen = reader.symbol(j, '-');
@@ -60,6 +65,12 @@ std::optional<Part> readPart(const Reader &reader, std::uint32_t i) {
 
 /// "and a half", "30 min", "30" behind hours.
 void readRest(const Reader &reader, Part &part) {
+    if (const Sense *half = reader.sense(part.next, Meaning::MinutesBehind);
+        half && half->value > 0) {
+        part.minutes += half->value;
+        part.next += half->length;
+        return;
+    }
     std::uint32_t j = reader.skip(part.next, Meaning::And);
     const std::uint32_t half = reader.skip(j, Meaning::Number);
     if (j != part.next && reader.has(half, Meaning::HalfBare)) {
@@ -79,6 +90,13 @@ void readRest(const Reader &reader, Part &part) {
     }
 }
 
+/// "18h" in a language that writes clock times so.
+bool isHour(const Reader &reader, std::uint32_t i, const Part &part) {
+    constexpr int kLongestTold = 6 * 60;
+    const Sense *mark = reader.sense(i + 1, Meaning::HourMark);
+    return mark && mark->value == 1 && part.minutes > kLongestTold;
+}
+
 } // namespace
 
 std::optional<DurationMention> readDuration(const Reader &reader, std::uint32_t i, bool marked) {
@@ -89,9 +107,17 @@ std::optional<DurationMention> readDuration(const Reader &reader, std::uint32_t 
         return std::nullopt;
     if (part->minutes >= 60 && part->minutes % 60 == 0)
         readRest(reader, *part);
-    const bool bracket =
-        i > 0 && reader.document().tokens[i - 1].symbol == '(' && reader.symbol(part->next, ')');
-    if (!marked && !bracket && !part->hyphen)
+    const bool bracket = !isHour(reader, i, *part) && i > 0 &&
+                         reader.document().tokens[i - 1].symbol == '(' &&
+                         reader.symbol(part->next, ')');
+    constexpr int kShortest = 15;
+    // "om twaalf uur lunch" tells the hour.
+    const bool announced = i > 0 && reader.has(i - 1, Meaning::TimeMarker);
+    const bool told =
+        part->minutes >= kShortest && !announced && !isHour(reader, i, *part) &&
+        (reader.has(part->next, Meaning::Event) || reader.has(part->next, Meaning::Person) ||
+         reader.has(part->next, Meaning::DurationTail));
+    if (!marked && !bracket && !part->hyphen && !told)
         return std::nullopt;
     if (reader.has(part->next, Meaning::NoDuration) || (part->days > 0 && !marked))
         return std::nullopt;

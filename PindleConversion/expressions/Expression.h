@@ -8,9 +8,6 @@
 
 namespace pindle::conversion {
 
-/// Which of several like days is meant.
-enum class Which : std::uint8_t { Nearest, This, Next, Last, AfterNext };
-
 /// A day as the text gives it, before a reference date settles it.
 struct DateSpec {
     enum class Base : std::uint8_t {
@@ -32,8 +29,9 @@ struct DateSpec {
     Which which = Which::Nearest;
     int days = 0;   ///< added after all else
     int months = 0; ///< added after all else; with DayOnly and NthWeekday: from the current month
-    bool monthGiven = false;  ///< `months` is meant: "this month", "next month"
-    bool eitherOrder = false; ///< numeric: `month` and `day` may be swapped
+    bool monthGiven = false;           ///< `months` is meant: "this month", "next month"
+    bool eitherOrder = false;          ///< numeric: `month` and `day` may be swapped
+    DayOrder order = DayOrder::ByZone; ///< with `eitherOrder`: how the text's language reads it
 };
 
 struct DateMention {
@@ -51,7 +49,10 @@ struct ClockSpec {
     int meridiem = -1;    ///< 0 before noon, 1 after noon, -1 not said
     bool literal = false; ///< can only be meant on the 24-hour clock
     bool minuteGiven = false;
-    bool sure = false; ///< a time by its own form
+    bool sure = false;     ///< a time by its own form
+    bool hourWord = false; ///< a word says that it is an hour: "Uhr", "時"
+    bool spoken = false;   ///< in words that count on the 12-hour clock: "half past two"
+    bool clock24 = false;  ///< the text's language writes times on the 24-hour clock
 };
 
 struct TimeMention {
@@ -80,6 +81,7 @@ struct DurationMention {
 struct RoleMention {
     std::uint32_t token;
     Role role;
+    bool behind = false; ///< said of what stands before it
 };
 
 /// Every date and time expression of a text, in order of appearance.
@@ -93,7 +95,7 @@ struct Expressions {
 };
 
 /// Most expressions of one kind that are taken from a text; what follows is not looked at.
-inline constexpr std::size_t kMostExpressions = 128;
+inline constexpr std::size_t kMostExpressions = 64;
 
 /// Fourth step: finds the expressions and marks their tokens as used.
 Expressions findExpressions(Document &document);
@@ -104,6 +106,10 @@ std::optional<DateMention> readDate(const Reader &reader, std::uint32_t i);
 std::optional<DateMention> readCalendarDate(const Reader &reader, std::uint32_t i);
 /// A day by its distance or place in a week or month.
 std::optional<DateMention> readRelativeDate(const Reader &reader, std::uint32_t i);
+/// A day by words that count its parts: "2026年6月5日".
+std::optional<DateMention> readCountedDate(const Reader &reader, std::uint32_t i);
+/// A word that stands between two days of a range, or null. Some stand only between times.
+const Sense *readDayRange(const Reader &reader, std::uint32_t i);
 /// A holiday by its name. Weak: it may as well name the event.
 std::optional<DateMention> readHoliday(const Reader &reader, std::uint32_t i);
 
@@ -112,6 +118,16 @@ std::optional<TimeMention> readTime(const Reader &reader, std::uint32_t i, bool 
                                     bool afterDate);
 /// One clock time; `next` becomes the token behind it.
 std::optional<ClockSpec> readClock(const Reader &reader, std::uint32_t i, std::uint32_t &next);
+
+/// A clock time in words: "half past two", "halb acht".
+std::optional<ClockSpec> readSpokenClock(const Reader &reader, std::uint32_t i,
+                                         std::uint32_t &next);
+/// "pm" behind the digits at `i`; returns the token behind it, or `i`.
+std::uint32_t readMeridiem(const Reader &reader, std::uint32_t i, ClockSpec &clock);
+/// What may stand behind a time without changing it: "ish", "o'clock", "sharp".
+std::uint32_t readClockTail(const Reader &reader, std::uint32_t i, ClockSpec &clock);
+/// Minutes that stand behind the hour: "y media", "menos cuarto", "半".
+std::uint32_t readMinutesBehind(const Reader &reader, std::uint32_t i, ClockSpec &clock);
 
 /// Reads the zone at token `i` into `mention`; `afterTime` allows abbreviations.
 /// Returns the token behind it, or `i` when there is none.

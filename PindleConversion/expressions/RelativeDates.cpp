@@ -25,6 +25,8 @@ Qualifier readQualifier(const Reader &reader, std::uint32_t i) {
         return {Which::This, i + sense->length};
     if (const Sense *sense = reader.sense(i, Meaning::Last))
         return {Which::Last, i + sense->length};
+    if (const Sense *sense = reader.sense(i, Meaning::AfterNext))
+        return {Which::AfterNext, i + sense->length};
     return {Which::Nearest, i};
 }
 
@@ -35,6 +37,11 @@ const Sense *unit(const Reader &reader, std::uint32_t i, Unit wanted) {
 
 /// A weekday word that is also an everyday word needs company.
 bool isCertainWeekday(const Reader &reader, std::uint32_t i, std::uint32_t next) {
+    // "so" is a Sunday in "So 14.6.", but hardly in "so gegen sechs".
+    constexpr std::uint32_t kShort = 2;
+    const Token &word = *reader.at(i);
+    if (word.end - word.begin <= kShort && !word.capital && !word.unspaced)
+        return reader.number(reader.skipSymbol(next, '.'), 1, 31);
     const bool announced = i > 0 && reader.has(i - 1, Meaning::DateMarker);
     const std::uint32_t time = reader.skip(next, Meaning::TimeMarker);
     const bool timed = reader.number(time, 0, 31) || reader.has(time, Meaning::ClockWord) ||
@@ -42,7 +49,7 @@ bool isCertainWeekday(const Reader &reader, std::uint32_t i, std::uint32_t next)
     if (announced || timed || reader.has(next, Meaning::PartOfDay) ||
         reader.has(next, Meaning::Month))
         return true;
-    return reader.at(i)->capital && !reader.word(next);
+    return (reader.at(i)->capital && !reader.word(next)) || reader.symbol(next, '?');
 }
 
 struct DayName {
@@ -57,8 +64,38 @@ DayName readDayName(const Reader &reader, std::uint32_t i, bool qualified) {
     if (const Sense *sense = reader.sense(i, Meaning::Weekday))
         return {sense->value, i + sense->length};
     const Sense *weak = reader.sense(i, Meaning::WeakWeekday);
-    if (weak && (qualified || isCertainWeekday(reader, i, i + weak->length)))
+    // A lone sign for a weekday counts only in brackets, which dates read themselves.
+    if (weak && !reader.at(i)->unspaced &&
+        (qualified || isCertainWeekday(reader, i, i + weak->length)))
         return {weak->value, i + weak->length};
+    return {};
+}
+
+struct Period {
+    Which which = Which::Nearest;
+    Unit unit = Unit::Day; ///< Day: there is none
+    std::uint32_t next = 0;
+};
+
+/// "next week", "la semaine prochaine", "来週".
+Period readPeriodWord(const Reader &reader, std::uint32_t i) {
+    if (const Sense *period = reader.sense(i, Meaning::Period))
+        return {static_cast<Which>(period->value / 16), static_cast<Unit>(period->value % 16),
+                i + period->length};
+    const std::uint32_t article = reader.skip(i, Meaning::The);
+    const Qualifier qualifier = readQualifier(reader, i);
+    const bool qualified = qualifier.next != i;
+    const Sense *sense = reader.sense(qualified ? qualifier.next : article, Meaning::UnitWord);
+    if (!sense)
+        return {};
+    const auto kind = static_cast<Unit>(sense->value);
+    const std::uint32_t next = (qualified ? qualifier.next : article) + sense->length;
+    if (qualified)
+        return {qualifier.which, kind, next};
+    if (const Sense *behind = reader.sense(next, Meaning::Behind))
+        return {static_cast<Which>(behind->value), kind, next + behind->length};
+    if (article != i && kind == Unit::Weekend)
+        return {Which::This, kind, next};
     return {};
 }
 
@@ -68,20 +105,20 @@ std::uint32_t readWeekBehind(const Reader &reader, std::uint32_t i, DateSpec &sp
         spec.which = Which::AfterNext;
         return i + sense->length;
     }
+    if (const Sense *behind = reader.sense(i, Meaning::Behind)) {
+        spec.which = static_cast<Which>(behind->value);
+        return i + behind->length;
+    }
+    const Period of = readPeriodWord(reader, reader.skip(reader.skipSymbol(i, ','), Meaning::Of));
+    if (of.unit == Unit::Week && of.which != Which::Last) {
+        spec.which = of.which;
+        return of.next;
+    }
     if (const Sense *week = unit(reader, i, Unit::Week)) {
         spec.days += 7;
         return i + week->length;
     }
-    std::uint32_t j = reader.skipSymbol(i, ',');
-    j = reader.skip(j, Meaning::Of);
-    const Qualifier qualifier = readQualifier(reader, j);
-    if (qualifier.next == j || qualifier.which == Which::Last)
-        return i;
-    const Sense *week = unit(reader, qualifier.next, Unit::Week);
-    if (!week)
-        return i;
-    spec.which = qualifier.which == Which::Next ? Which::Next : Which::This;
-    return qualifier.next + week->length;
+    return i;
 }
 
 std::optional<DateMention> readWeekday(const Reader &reader, std::uint32_t i) {
@@ -97,34 +134,99 @@ std::optional<DateMention> readWeekday(const Reader &reader, std::uint32_t i) {
     return result;
 }
 
-/// "next week Tuesday", "next week on Tuesday", "this weekend", "next month".
-std::optional<DateMention> readPeriod(const Reader &reader, std::uint32_t i) {
-    Qualifier qualifier = readQualifier(reader, i);
-    if (qualifier.next == i) {
-        const std::uint32_t article = reader.skip(i, Meaning::The);
-        if (article == i || !unit(reader, article, Unit::Weekend))
-            return std::nullopt;
-        qualifier = {Which::This, article};
-    }
-    const Sense *sense = reader.sense(qualifier.next, Meaning::UnitWord);
-    if (!sense)
+/// A day of the month without its month: "3日", and with `lead` "le 3".
+std::uint32_t readBareDay(const Reader &reader, std::uint32_t i, int &day) {
+    if (!reader.number(i, 1, 31))
+        return i;
+    const Sense *mark = reader.sense(i + 1, Meaning::DayMark);
+    // "永和路18號" is a house number.
+    const bool house = i > 0 && reader.glued(i) && reader.has(i - 1, Meaning::StreetWord);
+    if (!mark || house)
+        return i;
+    day = static_cast<int>(reader.at(i)->number);
+    return i + 1 + mark->length;
+}
+
+struct Rank {
+    int nth = 0;
+    std::uint32_t next = 0;
+};
+
+Rank readRank(const Reader &reader, std::uint32_t i) {
+    if (const Sense *ordinal = reader.sense(i, Meaning::Ordinal))
+        return {ordinal->value, i + ordinal->length};
+    if (reader.number(i, 1, 31) && reader.has(i + 1, Meaning::OrdinalMark) && reader.glued(i + 1))
+        return {static_cast<int>(reader.at(i)->number), i + 2};
+    return {};
+}
+
+/// "second Saturday", "last day": the position behind it, or `i`.
+std::uint32_t readNthDay(const Reader &reader, std::uint32_t i, DateSpec &spec) {
+    const Rank rank = readRank(reader, i);
+    if (rank.nth == 0 || rank.nth > 5)
+        return i;
+    const DayName day = readDayName(reader, rank.next, true);
+    const std::uint32_t next =
+        day.weekday > 0 ? day.next : reader.skip(rank.next, Meaning::DayWord);
+    if (next == rank.next)
+        return i;
+    spec.base = Base::NthWeekday;
+    spec.nth = rank.nth;
+    spec.weekday = day.weekday;
+    return next;
+}
+
+/// "6月の第2土曜日": the month stands first.
+std::optional<DateMention> readNthInMonth(const Reader &reader, std::uint32_t i) {
+    const Sense *month = reader.sense(i, Meaning::Month);
+    const Sense *mark = reader.number(i, 1, 12) ? reader.sense(i + 1, Meaning::MonthMark) : nullptr;
+    if (!month && !mark)
         return std::nullopt;
-    const auto period = static_cast<Unit>(sense->value);
-    std::uint32_t next = qualifier.next + sense->length;
-    if (period == Unit::Weekend) {
-        DateMention result = mention(i, next, Base::Weekend);
-        result.first.which = qualifier.which;
+    const std::uint32_t behind = mark ? i + 1 + mark->length : i + month->length;
+    DateMention result = mention(i, behind, Base::NthWeekday);
+    result.span.end = readNthDay(reader, reader.skip(behind, Meaning::Of), result.first);
+    result.first.month = mark ? static_cast<int>(reader.at(i)->number) : month->value;
+    return result.first.nth != 0 ? std::optional(result) : std::nullopt;
+}
+
+/// "next week Tuesday", "next week on Tuesday", "this weekend", "next month", "来月の3日".
+std::optional<DateMention> readPeriod(const Reader &reader, std::uint32_t i) {
+    const Period period = readPeriodWord(reader, i);
+    if (period.unit == Unit::Weekend) {
+        DateMention result = mention(i, period.next, Base::Weekend);
+        result.first.which = period.which;
         return result;
     }
-    if (period != Unit::Week && period != Unit::Month)
+    if (period.unit != Unit::Week && period.unit != Unit::Month)
         return std::nullopt;
-    DateMention result = mention(i, next, Base::Week);
-    result.first.which = qualifier.which;
-    if (period == Unit::Month)
-        result.first.months = qualifier.which == Which::Next ? 1 : 0;
+    DateMention result = mention(i, period.next, Base::Week);
+    result.first.which = period.which;
+    if (period.unit == Unit::Month)
+        result.first.months = period.which == Which::Next        ? 1
+                              : period.which == Which::AfterNext ? 2
+                                                                 : 0;
     result.weak = true;
-    next = reader.skip(reader.skipSymbol(next, ','), Meaning::DateMarker);
-    const DayName day = period == Unit::Week ? readDayName(reader, next, true) : DayName{};
+    std::uint32_t next = reader.skip(reader.skipSymbol(period.next, ','), Meaning::DateMarker);
+    next = reader.skip(next, Meaning::Of);
+    next = reader.skip(next, Meaning::The);
+    if (period.unit == Unit::Month) {
+        if (const std::uint32_t nth = readNthDay(reader, next, result.first); nth != next) {
+            result.weak = false;
+            result.span.end = nth;
+            return result;
+        }
+        int day = 0;
+        const std::uint32_t end = readBareDay(reader, next, day);
+        if (end == next)
+            return result;
+        result.first.base = Base::DayOnly;
+        result.first.day = day;
+        result.first.monthGiven = true;
+        result.weak = false;
+        result.span.end = end;
+        return result;
+    }
+    const DayName day = readDayName(reader, next, true);
     if (day.weekday > 0) {
         result.weak = false;
         result.first.base = Base::Weekday;
@@ -140,32 +242,27 @@ struct Amount {
     std::uint32_t next = 0;
 };
 
-std::optional<Amount> readAmount(const Reader &reader, std::uint32_t i) {
-    constexpr int kMostUnits = 1000;
-    std::uint32_t next = i;
-    const auto count = readCount(reader, i, next);
-    if (!count || *count > kMostUnits)
-        return std::nullopt;
-    const Sense *sense = reader.sense(next, Meaning::UnitWord);
+std::optional<Amount> unitsOf(const Reader &reader, std::uint32_t i, int count) {
+    const Sense *sense = reader.sense(i, Meaning::UnitWord);
     if (!sense)
         return std::nullopt;
     Amount amount;
-    amount.next = next + sense->length;
+    amount.next = i + sense->length;
     switch (static_cast<Unit>(sense->value)) {
     case Unit::Day:
-        amount.days = *count;
+        amount.days = count;
         return amount;
     case Unit::Week:
-        amount.days = 7 * *count;
+        amount.days = 7 * count;
         return amount;
     case Unit::Fortnight:
-        amount.days = 14 * *count;
+        amount.days = 14 * count;
         return amount;
     case Unit::Month:
-        amount.months = *count;
+        amount.months = count;
         return amount;
     case Unit::Year:
-        amount.months = 12 * *count;
+        amount.months = 12 * count;
         return amount;
     case Unit::Minute:
     case Unit::Hour:
@@ -173,6 +270,16 @@ std::optional<Amount> readAmount(const Reader &reader, std::uint32_t i) {
         break;
     }
     return std::nullopt;
+}
+
+/// "two weeks", "3 days".
+std::optional<Amount> readAmount(const Reader &reader, std::uint32_t i) {
+    constexpr int kMostUnits = 1000;
+    std::uint32_t next = i;
+    const auto count = readCount(reader, i, next);
+    if (!count || *count > kMostUnits)
+        return std::nullopt;
+    return unitsOf(reader, next, *count);
 }
 
 void shift(DateSpec &spec, const Amount &amount, int sign) {
@@ -198,9 +305,12 @@ std::optional<DateMention> fromAmount(const Reader &reader, std::uint32_t i, con
 
 /// "in two weeks", "two weeks from Friday", "3 days ago", "a week tomorrow".
 std::optional<DateMention> readDistance(const Reader &reader, std::uint32_t i) {
-    const std::uint32_t in = reader.skip(i, Meaning::In);
-    const auto amount = readAmount(reader, in);
-    if (!amount)
+    const Sense *ahead = reader.sense(i, Meaning::In);
+    const std::uint32_t in = ahead ? i + ahead->length : i;
+    auto amount = readAmount(reader, in);
+    if (!amount && ahead && ahead->value == 1)
+        amount = unitsOf(reader, in, 1);
+    if (!amount || reader.has(i, Meaning::Period))
         return std::nullopt;
     std::uint32_t next = amount->next;
     if (const Sense *ago = reader.sense(next, Meaning::Ago))
@@ -238,27 +348,21 @@ std::uint32_t readMonthBehind(const Reader &reader, std::uint32_t i, DateSpec &s
         spec.year = static_cast<int>(reader.at(year)->number);
         return year + 1;
     }
+    if (const Period period = readPeriodWord(reader, j);
+        period.unit == Unit::Month && period.which != Which::Last) {
+        spec.monthGiven = true;
+        spec.months = period.which == Which::Next ? 1 : 0;
+        return period.next;
+    }
     const Qualifier qualifier = readQualifier(reader, j);
     const std::uint32_t word = qualifier.next != j ? qualifier.next : reader.skip(j, Meaning::The);
     const Sense *month = unit(reader, word, Unit::Month);
-    if (!month || word == j || qualifier.which == Which::Last)
+    // "of the month", "do mês", "del mese", but no bare "month".
+    if (!month || (word == j && j == i) || qualifier.which == Which::Last)
         return i;
     spec.monthGiven = true;
     spec.months = qualifier.which == Which::Next ? 1 : 0;
     return word + month->length;
-}
-
-struct Rank {
-    int nth = 0;
-    std::uint32_t next = 0;
-};
-
-Rank readRank(const Reader &reader, std::uint32_t i) {
-    if (const Sense *ordinal = reader.sense(i, Meaning::Ordinal))
-        return {ordinal->value, i + ordinal->length};
-    if (reader.number(i, 1, 31) && reader.has(i + 1, Meaning::OrdinalMark) && reader.glued(i + 1))
-        return {static_cast<int>(reader.at(i)->number), i + 2};
-    return {};
 }
 
 /// "the last Thursday of the month", "first Monday in June", "last day of May", "end of June".
@@ -275,14 +379,8 @@ std::optional<DateMention> readNthWeekday(const Reader &reader, std::uint32_t i)
             return result;
         }
     } else {
-        const Rank rank = readRank(reader, begin);
-        if (rank.nth == 0 || rank.nth > 5)
-            return std::nullopt;
-        result.first.nth = rank.nth;
-        const DayName day = readDayName(reader, rank.next, true);
-        result.first.weekday = day.weekday;
-        next = day.weekday > 0 ? day.next : reader.skip(rank.next, Meaning::DayWord);
-        if (next == rank.next)
+        next = readNthDay(reader, begin, result.first);
+        if (next == begin)
             return std::nullopt;
     }
     result.span.end = readMonthBehind(reader, next, result.first);
@@ -300,8 +398,60 @@ bool endsDayOnly(const Reader &reader, std::uint32_t next) {
            reader.has(next, Meaning::TimeMarker);
 }
 
+/// "le 14", "el día 14", "am 14.": a bare day behind a word that leads to one.
+std::optional<DateMention> readLedDay(const Reader &reader, std::uint32_t i) {
+    const Sense *lead = reader.sense(i, Meaning::DayLead);
+    const std::uint32_t number = lead ? i + lead->length : i;
+    if (!lead || !reader.number(number, 1, 31))
+        return std::nullopt;
+    // "dia 31/10", "il giorno 2 set": the month is said as well.
+    if (auto date = readCalendarDate(reader, number)) {
+        date->span.begin = i;
+        date->weak = false;
+        return date;
+    }
+    std::uint32_t next = number + 1;
+    const bool ordinal = reader.has(next, Meaning::OrdinalMark) && reader.glued(next);
+    if (lead->value == 1 && !ordinal)
+        return std::nullopt;
+    next += ordinal ? 1 : 0;
+    // "al 14' e al 78'": the minutes of a game.
+    if (const Token *behind = reader.at(next);
+        behind && behind->kind == TokenKind::Symbol && !behind->spaceBefore &&
+        (behind->symbol == '\'' || behind->symbol == '"' || behind->symbol == '%'))
+        return std::nullopt;
+    // "de 12e en 77e minuut": such a row counts something else.
+    constexpr std::uint32_t kLastDay = 31;
+    const std::uint32_t second = reader.skip(next, Meaning::And);
+    if (second != next && reader.number(second, kLastDay + 1, 9999, 4))
+        return std::nullopt;
+    // "do 13.04" goes on.
+    if (ordinal && reader.glued(next) && reader.number(next, 0, 9999, 4))
+        return std::nullopt;
+    const bool time =
+        reader.symbol(next, ':') || reader.has(next, Meaning::HourMark) ||
+        (ordinal && reader.glued(next) && reader.number(next, 0, 9999, 4)) ||
+        (reader.symbol(next, '.') && reader.glued(next) && reader.number(next + 1, 0, 59));
+    if (time || (reader.word(next) && !endsDayOnly(reader, next) &&
+                 !reader.has(next, Meaning::Of) && !readDayRange(reader, next)))
+        return std::nullopt;
+    DateMention result = mention(i, next, Base::DayOnly);
+    result.first.day = static_cast<int>(reader.at(number)->number);
+    result.span.end = readMonthBehind(reader, next, result.first);
+    return result;
+}
+
 /// "the 14th", "the 14th of next month", "Friday the 13th" without its weekday.
 std::optional<DateMention> readDayOnly(const Reader &reader, std::uint32_t i) {
+    int bare = 0;
+    if (const std::uint32_t end = readBareDay(reader, i, bare); end != i) {
+        DateMention counted = mention(i, end, Base::DayOnly);
+        counted.first.day = bare;
+        counted.weak = true;
+        return counted;
+    }
+    if (const auto led = readLedDay(reader, i))
+        return led;
     const std::uint32_t begin = reader.skip(i, Meaning::The);
     const Rank rank = readRank(reader, begin);
     if (rank.nth < 1)
@@ -351,6 +501,8 @@ std::optional<DateMention> readRelativeDate(const Reader &reader, std::uint32_t 
         return result;
     }
     if (auto date = readNthWeekday(reader, i))
+        return date;
+    if (auto date = readNthInMonth(reader, i))
         return date;
     if (auto date = readDistance(reader, i))
         return date;

@@ -13,6 +13,10 @@ public:
         for (const Field &field : m_document.fields)
             if (!field.ignored)
                 scan(field);
+        if (m_found.dates.empty() && m_found.times.empty())
+            for (const Field &field : m_document.fields)
+                if (field.label == Label::Sender)
+                    scan(field);
         return std::move(m_found);
     }
 
@@ -31,11 +35,15 @@ private:
 
     /// Reads what starts at `i` and returns the token to go on with.
     std::uint32_t step(const Reader &reader, std::uint32_t i, const Field &field) {
+        if (isPlain(reader, i))
+            return i + 1;
         if (const Sense *greeting = reader.sense(i, Meaning::Greeting);
             greeting && greeting->length > 1)
             return i + greeting->length;
         if (const Sense *role = reader.sense(i, Meaning::RoleWord))
             take(m_found.roles, RoleMention{i, static_cast<Role>(role->value)});
+        if (const Sense *role = reader.sense(i, Meaning::RoleBehind))
+            take(m_found.roles, RoleMention{i, static_cast<Role>(role->value), true});
         if (auto date = readDate(reader, i))
             return takeDate(reader, *date);
         if (const auto next = duration(reader, i); next != i)
@@ -59,6 +67,12 @@ private:
         return marker(reader, i);
     }
 
+    /// A word without a meaning starts nothing, unless it is the area of a zone's identifier or
+    /// the letter of a time stamp.
+    static bool isPlain(const Reader &reader, std::uint32_t i) {
+        return reader.word(i) && reader.at(i)->senses == 0 && !reader.symbol(i + 1, '/');
+    }
+
     std::uint32_t takeDate(const Reader &reader, const DateMention &date) {
         if (take(m_found.dates, date)) {
             use(date.span);
@@ -75,6 +89,10 @@ private:
 
     /// A holiday's name stays free for the title while it may be the event's.
     std::uint32_t takeHoliday(const Reader &reader, const DateMention &date) {
+        // "4 czerwca, Boże Ciało": the day is known, the name may be the event's.
+        if (m_afterDate == date.span.begin &&
+            m_found.dates.back().first.base == DateSpec::Base::Calendar)
+            return date.span.end;
         if (!date.weak)
             return takeDate(reader, date);
         take(m_found.dates, date);
@@ -143,7 +161,7 @@ private:
         if (const Sense *length = reader.sense(i, Meaning::DurationMark)) {
             m_length = i + length->length;
             next = std::max(next, m_length);
-        } else if (m_length == i && isPassage(reader, i)) {
+        } else if (m_length == i && (isPassage(reader, i) || reader.symbol(i, ')'))) {
             m_length = i + 1;
         }
         if (m_afterDate == i &&

@@ -24,6 +24,9 @@ bool mayFollowBare(const Reader &reader, std::uint32_t i, bool marked) {
     const Token *token = reader.at(i);
     if (!token)
         return true;
+    // "2.º": an ordinal, or the number of a paragraph.
+    if (token->symbol == '.' && reader.glued(i) && reader.word(i + 1) && reader.glued(i + 1))
+        return false;
     if (token->kind == TokenKind::Symbol)
         return !(reader.glued(i) &&
                  (token->symbol == '-' || token->symbol == '/' || token->symbol == '%' ||
@@ -63,6 +66,21 @@ struct End {
     std::uint32_t next = 0;
 };
 
+/// "0635 - LIS 0830": the code of the airport before the second time on a ticket.
+std::uint32_t skipAirport(const Reader &reader, std::uint32_t i, std::uint32_t range) {
+    constexpr std::uint32_t kCode = 3;
+    constexpr int kCompact = 4;
+    const auto isCompact = [&](std::uint32_t at) {
+        const Token *token = reader.at(at);
+        return token && token->kind == TokenKind::Number && token->digits == kCompact;
+    };
+    const Token *code = reader.at(i);
+    const bool ticket = code && range > 0 && isCompact(range - 1) && isCompact(i + 1) &&
+                        code->kind == TokenKind::Word && code->capital &&
+                        code->end - code->begin == kCode;
+    return ticket ? i + 1 : i;
+}
+
 std::optional<End> readEnd(const Reader &reader, std::uint32_t i, bool between) {
     const Sense *to = reader.sense(i, Meaning::RangeTo);
     if (!to && between)
@@ -70,26 +88,35 @@ std::optional<End> readEnd(const Reader &reader, std::uint32_t i, bool between) 
     if (!to)
         return std::nullopt;
     End end;
-    const auto clock = readClock(reader, i + to->length, end.next);
+    const std::uint32_t at = skipAirport(reader, reader.skip(i + to->length, Meaning::The), i);
+    const auto clock = readClock(reader, at, end.next);
     if (!clock || (!clock->sure && !mayFollowBare(reader, end.next, true)))
         return std::nullopt;
     end.clock = *clock;
     return end;
 }
 
-bool followsRangeWord(const Reader &reader, std::uint32_t i) {
-    return i > 0 && reader.has(i - 1, Meaning::RangeFrom);
+/// "between 5", "entre las 5".
+const Sense *rangeWordBefore(const Reader &reader, std::uint32_t i) {
+    const std::uint32_t at = i > 1 && reader.has(i - 1, Meaning::The) ? i - 1 : i;
+    return at > 0 ? reader.sense(at - 1, Meaning::RangeFrom) : nullptr;
 }
 
 /// "between 5" without its other end is no time.
 bool lacksEnd(const Reader &reader, std::uint32_t i, const TimeMention &mention) {
-    const Sense *from = i > 0 ? reader.sense(i - 1, Meaning::RangeFrom) : nullptr;
+    const Sense *from = rangeWordBefore(reader, i);
     return from && from->value == 1 && !mention.end && !mention.start.sure;
 }
 
 /// ", 10 to 2" beside a date: the comma stands for "from".
 bool isListedRange(const Reader &reader, std::uint32_t i, std::uint32_t next) {
-    return i > 0 && reader.symbol(i - 1, ',') && !reader.word(next);
+    if (i == 0 || !reader.symbol(i - 1, ',') || reader.word(next))
+        return false;
+    // "6-4, 3-6, 7-5" are results of games.
+    const bool listBehind = reader.symbol(next, ',') && reader.number(next + 1, 0, 999, 3);
+    const bool listBefore = i > 2 && reader.number(i - 2, 0, 999, 3) &&
+                            (reader.symbol(i - 3, '-') || reader.symbol(i - 3, ':'));
+    return !listBehind && !listBefore;
 }
 
 /// "2026-08-06T14:05": the T, and an offset glued to the time.
@@ -123,7 +150,10 @@ bool isAccepted(const Reader &reader, const TimeMention &mention, std::uint32_t 
         return true;
     if (isDateLike(reader, next) && reader.has(next, Meaning::RelativeDay))
         return true;
-    return (marked || afterDate) && mayFollowBare(reader, next, marked);
+    // "ore 8.30 capannone C": minutes leave little doubt behind a word that announces a time.
+    const bool written = marked && start.minuteGiven && reader.word(next) && !reader.glued(next) &&
+                         !reader.has(next, Meaning::UnitWord) && reader.language(next).clock24;
+    return written || ((marked || afterDate) && mayFollowBare(reader, next, marked));
 }
 
 } // namespace
@@ -136,21 +166,40 @@ std::optional<TimeMention> readTime(const Reader &reader, std::uint32_t i, bool 
         return std::nullopt;
     TimeMention mention;
     mention.start = *start;
+    mention.start.clock24 = reader.language(i).clock24;
     mention.marked = marked;
     const bool stamp = isTimestamp(reader, i);
     if (stamp) {
         mention.start.sure = true;
         next = readStampZone(reader, next, mention);
     }
-    const bool sure = start->sure || marked || afterDate || stamp;
+    // "2 March 0820"
+    if (afterDate && start->literal && reader.at(i)->digits == 4)
+        mention.start.sure = true;
+    const bool namesZone = !start->sure && reader.has(next, Meaning::ZoneAfterTime) &&
+                           reader.at(next)->capital && !reader.glued(next);
+    mention.start.sure = mention.start.sure || namesZone;
+    const bool sure = mention.start.sure || marked || afterDate || stamp;
     std::uint32_t zoned = sure ? readZone(reader, next, true, mention) : next;
     zoned = readPartBehind(reader, zoned, mention);
-    if (const auto end = readEnd(reader, zoned, followsRangeWord(reader, i))) {
+    if (const auto end = readEnd(reader, zoned, rangeWordBefore(reader, i) != nullptr)) {
         mention.end = end->clock;
         next = end->next;
         zoned = readZone(reader, next, true, mention);
         zoned = readPartBehind(reader, zoned, mention);
     }
+    // "10時から11時まで": the word behind the end belongs to the range.
+    if (const Sense *until = mention.end ? reader.sense(zoned, Meaning::RoleBehind) : nullptr)
+        zoned += until->length;
+    // "Sunday roast, mine, 1.30": only a time is written so at the end of a list.
+    const bool last = start->minuteGiven && !start->sure && start->hour <= 12 &&
+                      start->minute % 5 == 0 && i > 0 && reader.symbol(i - 1, ',') &&
+                      !reader.at(zoned);
+    // "..., 19.45 verzamelen": so are hours past twelve where they are counted on.
+    const bool late = start->minuteGiven && start->literal && start->hour > 12 &&
+                      start->minute % 5 == 0 && mention.start.clock24 && i > 0 &&
+                      reader.symbol(i - 1, ',') && reader.has(zoned, Meaning::Connector);
+    mention.start.sure = mention.start.sure || last || late;
     const bool listed = mention.end && isListedRange(reader, i, zoned);
     if (lacksEnd(reader, i, mention) ||
         !isAccepted(reader, mention, zoned, marked, afterDate || listed))

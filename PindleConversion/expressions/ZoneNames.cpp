@@ -65,7 +65,7 @@ std::uint32_t readCities(const Reader &reader, std::uint32_t i, TimeMention &men
         if (!reader.word(j) || !reader.at(j)->capital)
             break;
         if (city && city->value == 0 && !found) {
-            mention.zone = city->note;
+            mention.zone = noteOf(*city);
             mention.hasOffset = false;
             found = true;
         }
@@ -78,23 +78,43 @@ std::uint32_t readCities(const Reader &reader, std::uint32_t i, TimeMention &men
     return found ? end : i;
 }
 
+/// "Data: 19 mag 2026, 11:00 Roma": nothing but a zone can end a field that says when.
+bool endsMoment(const Reader &reader, std::uint32_t i, std::uint32_t length) {
+    const Label label = reader.document().fields[reader.at(i)->field].label;
+    return i + length == reader.end() &&
+           (label == Label::When || label == Label::Date || label == Label::Time);
+}
+
 std::uint32_t readNamed(const Reader &reader, std::uint32_t i, bool afterTime,
                         TimeMention &mention) {
     if (const Sense *zone = reader.sense(i, Meaning::Zone)) {
-        mention.zone = zone->note;
+        mention.zone = noteOf(*zone);
         mention.hasOffset = false;
         return i + zone->length;
     }
     const Sense *brief = afterTime ? reader.sense(i, Meaning::ZoneAfterTime) : nullptr;
     if (brief && !namesSomethingElse(reader, i, *brief)) {
-        mention.zone = brief->note;
+        mention.zone = noteOf(*brief);
         const Sense *word = reader.sense(i + brief->length, Meaning::ZoneWord);
         return i + brief->length + (word && word->value == 1 ? word->length : 0U);
     }
     const Sense *city = reader.sense(i, Meaning::ZoneWord);
+    if (city && city->value == 2) {
+        const std::uint32_t name =
+            reader.skip(reader.skip(i + city->length, Meaning::Of), Meaning::The);
+        const Sense *of = reader.sense(name, Meaning::ZoneWord);
+        if (of && of->value == 0) {
+            mention.zone = noteOf(*of);
+            return name + of->length;
+        }
+    }
+    if (city && city->value == 0 && afterTime && endsMoment(reader, i, city->length)) {
+        mention.zone = noteOf(*city);
+        return i + city->length;
+    }
     const Sense *time = city ? reader.sense(i + city->length, Meaning::ZoneWord) : nullptr;
     if (city && city->value == 0 && time && time->value == 1) {
-        mention.zone = city->note;
+        mention.zone = noteOf(*city);
         return i + city->length + time->length;
     }
     return i;
@@ -160,6 +180,12 @@ std::uint32_t readZone(const Reader &reader, std::uint32_t i, bool afterTime,
     }
     if (end == begin)
         return i;
+    // "(Central European Time, CET)": the same zone once more.
+    if (const Sense *again = reader.symbol(end, ',') && !reader.symbol(end + 2, ',')
+                                 ? reader.sense(end + 1, Meaning::ZoneAfterTime)
+                                 : nullptr;
+        again && allCapitals(reader.document().slice(*reader.at(end + 1))))
+        end += 1 + again->length;
     mention.zoneSpan = {begin, end};
     return begin != i ? reader.skipSymbol(end, ')') : end;
 }

@@ -71,8 +71,17 @@ LabelMatch labelAt(const Reader &reader, std::uint32_t i, bool lineStart) {
     if (lineStart && reader.symbol(j, '-') && !reader.glued(j) && !reader.glued(j + 1) &&
         (isMoment(label) || label == Label::Place))
         return {label, j + 1, end};
+    // Where words are not spaced, a space behind the label is enough.
+    if (lineStart && reader.at(i)->unspaced && reader.at(j) && reader.at(j)->spaceBefore)
+        return {label, j, end};
     const bool picture = reader.at(i)->kind == TokenKind::Symbol && reader.at(i)->symbol > 0x2000;
     if (picture)
+        return {label, j, end};
+    // "Check-in 14 Aug", "Saída 17 ago" on lines of their own.
+    constexpr std::uint32_t kShortestPlain = 4;
+    const Token &word = *reader.at(i);
+    if (lineStart && (label == Label::Start || label == Label::End) && word.capital &&
+        word.end - word.begin >= kShortestPlain && looksLikeMoment(reader, j))
         return {label, j, end};
     if (lineStart && j == reader.end() && mayStandAlone(label))
         return {label, j, end};
@@ -98,6 +107,7 @@ public:
             ++m_line;
         }
         settleMailHeads();
+        settleStays();
         numberSentences();
     }
 
@@ -158,11 +168,25 @@ private:
         }
         cells(begin, end);
         m_spoken = false;
+        if (introducesQuote(reader, begin))
+            ignoreLine();
         for (std::uint32_t i = begin; i < end; ++i)
             if (reader.has(i, Meaning::Wrote) && ignoresLine(reader, i)) {
                 ignoreLine();
                 break;
             }
+    }
+
+    /// "On 6 May 2026 at 9:15, Ada <ada@...>:" in any language.
+    static bool introducesQuote(const Reader &reader, std::uint32_t begin) {
+        constexpr std::uint32_t kReach = 4;
+        const std::uint32_t end = reader.end();
+        if (end < begin + kReach || !reader.symbol(end - 1, ':'))
+            return false;
+        for (std::uint32_t i = end - kReach; i < end; ++i)
+            if (reader.at(i)->kind == TokenKind::Mail)
+                return true;
+        return false;
     }
 
     bool ignoresLine(const Reader &reader, std::uint32_t i) const {
@@ -199,6 +223,8 @@ private:
     void cells(std::uint32_t begin, std::uint32_t end) {
         const Reader reader(m_document, end);
         const auto firstField = m_document.fields.size();
+        const std::uint32_t lineBegin = begin;
+        std::uint32_t firstCellEnd = begin;
         std::vector<Label> header;
         bool allLabels = true;
         std::size_t column = 0;
@@ -208,8 +234,13 @@ private:
                 continue;
             }
             if (i > begin) {
-                const Label inherited = column < m_header.size() ? m_header[column] : Label::None;
+                Label inherited = column < m_header.size() ? m_header[column] : Label::None;
                 const Label own = wholeLabel(begin, i);
+                // "Where | Room 5": the first cell labels the second.
+                if (column == 1 && header.size() == 1 && header[0] != Label::None)
+                    inherited = header[0];
+                if (column == 0)
+                    firstCellEnd = i;
                 allLabels = allLabels && own != Label::None;
                 if (header.size() < kMostColumns)
                     header.push_back(own);
@@ -219,12 +250,40 @@ private:
             begin = i += i < end && isDoubleSlash(reader, i) ? 2U : 1U;
         }
         const bool table = column > 1;
+        if (table && column == 2 && !allLabels && header[0] != Label::None &&
+            m_document.fields[firstField].end <= firstCellEnd)
+            m_document.fields[firstField].ignored = true;
+        if (isRule(lineBegin, end))
+            ignoreHeaderAbove();
         for (auto f = firstField; f < m_document.fields.size(); ++f)
             m_document.fields[f].cell = table;
         m_header.clear();
         if (table && allLabels) {
             m_header = header;
             ignoreLine();
+        }
+    }
+
+    /// "|-----|-----|" under the heads of columns.
+    bool isRule(std::uint32_t begin, std::uint32_t end) const {
+        constexpr std::uint32_t kShortest = 3;
+        std::uint32_t dashes = 0;
+        for (std::uint32_t i = begin; i < end; ++i) {
+            const char32_t c = m_document.tokens[i].symbol;
+            if (c != '-' && c != '|' && c != ':' && c != '+' && c != '=')
+                return false;
+            dashes += c == '-' || c == '=' ? 1U : 0U;
+        }
+        return dashes >= kShortest;
+    }
+
+    void ignoreHeaderAbove() {
+        for (auto field = m_document.fields.rbegin(); field != m_document.fields.rend(); ++field) {
+            if (field->line == m_line)
+                continue;
+            if (field->line + 1 < m_line || !field->cell)
+                return;
+            field->ignored = true;
         }
     }
 
@@ -245,7 +304,10 @@ private:
         std::uint32_t from = begin;
         for (std::uint32_t i = begin; i < end;) {
             const bool start = i == begin;
-            const bool mayStart = start || (reader.at(i)->spaceBefore && reader.at(i)->capital) ||
+            const bool behindMark =
+                reader.at(i)->unspaced && !start && reader.at(i - 1)->kind == TokenKind::Symbol;
+            const bool mayStart = start || behindMark ||
+                                  (reader.at(i)->spaceBefore && reader.at(i)->capital) ||
                                   reader.at(i)->kind == TokenKind::Symbol;
             const LabelMatch match = mayStart ? labelAt(reader, i, start) : LabelMatch{};
             if (match.label == Label::None) {
@@ -298,6 +360,26 @@ private:
         }
     }
 
+    bool mayBe(const Field &field, Label label) const {
+        if (field.labelWords.empty())
+            return false;
+        const Token &token = m_document.tokens[field.labelWords.begin];
+        const auto senses = m_document.senses.begin() + token.firstSense;
+        return std::any_of(senses, senses + token.senses, [&](const Sense &sense) {
+            return sense.meaning == Meaning::LabelWord && sense.value == static_cast<int>(label);
+        });
+    }
+
+    /// Arrival and departure: who stays arrives first, who travels departs first.
+    void settleStays() {
+        bool started = false;
+        for (Field &field : m_document.fields) {
+            if (mayBe(field, Label::Start) && mayBe(field, Label::End))
+                field.label = started ? Label::End : Label::Start;
+            started = started || field.label == Label::Start;
+        }
+    }
+
     void numberSentences() {
         std::uint32_t sentence = 0;
         for (std::uint32_t f = 0; f < m_document.fields.size(); ++f) {
@@ -314,17 +396,29 @@ private:
     }
 
     bool endsSentence(const Reader &reader, std::uint32_t begin, std::uint32_t i) const {
-        if (reader.symbol(i, '!') || reader.symbol(i, '?'))
+        constexpr char32_t kIdeographicStop = 0x3002;
+        if (reader.symbol(i, '!') || reader.symbol(i, '?') || reader.symbol(i, kIdeographicStop))
             return true;
         if (!reader.symbol(i, '.') || reader.glued(i + 1) || i == begin)
             return false;
         const Token &before = m_document.tokens[i - 1];
         if (before.kind != TokenKind::Word)
+            return !isOrdinal(reader, i);
+        // "Hall C." is no abbreviation.
+        if (before.end - before.begin == 1 && i > begin + 1 && reader.at(i - 1)->capital &&
+            reader.has(i - 2, Meaning::PlaceNoun))
             return true;
         if (before.end - before.begin == 1)
             return i > begin + 1 && reader.symbol(i - 2, '.') && reader.at(i + 1) &&
                    reader.at(i + 1)->capital;
         return !reader.has(i - 1, Meaning::Abbreviation);
+    }
+
+    /// "6. November", "vom 3. bis 5.": the full stop makes an ordinal.
+    static bool isOrdinal(const Reader &reader, std::uint32_t i) {
+        return reader.has(i, Meaning::OrdinalMark) &&
+               (reader.has(i + 1, Meaning::Month) || reader.has(i + 1, Meaning::Weekday) ||
+                (reader.word(i + 1) && !reader.at(i + 1)->capital));
     }
 
     static constexpr std::size_t kMostColumns = 32;

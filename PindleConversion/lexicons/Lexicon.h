@@ -1,13 +1,15 @@
 #pragma once
 
+#include <array>
 #include <cstdint>
-#include <span>
 #include <string_view>
 
 namespace pindle::conversion {
 
-/// What a word or phrase can mean to the engine. A phrase may have several meanings.
+/// What a word or phrase can mean to the engine. A phrase may have several meanings. Lexicons
+/// spell these in lower case with hyphens: `[month]`, `[part-of-day]`.
 enum class Meaning : std::uint8_t {
+    Common,        ///< only tells the language, and keeps unspaced words whole
     Month,         ///< value 1 to 12
     Weekday,       ///< value 1 (Monday) to 7
     WeakWeekday,   ///< a weekday that is also an everyday word
@@ -20,7 +22,9 @@ enum class Meaning : std::uint8_t {
     This,          ///< "this" before a weekday or unit
     Next,          ///< "next"
     Last,          ///< "last", in the past
-    AfterNext,     ///< "after next", behind a weekday or week
+    AfterNext,     ///< "after next", before or behind a weekday or week
+    Behind,        ///< "next" and the like behind its weekday or unit; value: a `Which`
+    Period,        ///< "next week" in one phrase; value: `Which` * 16 + `Unit`
     In,            ///< "in" before an amount of time
     FromNow,       ///< behind an amount of time, counting from today
     From,          ///< behind an amount of time, counting from the date that follows
@@ -28,38 +32,53 @@ enum class Meaning : std::uint8_t {
     Of,            ///< between ordinal and month
     The,           ///< an article
     DateMarker,    ///< a word that a date may follow: "on", "by"
-    MonthEnd,      ///< "end of", before a month
+    DayLead,       ///< a word that a bare day of the month may follow: "le 14"
+    MonthEnd,      ///< "end of", before a month; value 1: the end of this month
     DayWord,       ///< "day", in "last day of June"
-    Holiday,       ///< value: month * 100 + day; `note` "easter" counts from Easter Sunday
+    YearMark,      ///< behind the digits of a year; value 1: alone, for this year
+    YearWord,      ///< a year in words; value
+    MonthMark,     ///< behind the digits of a month
+    DayMark,       ///< behind the digits of a day
+    Era,           ///< before the year of an era; value: the year before its first
+    Holiday,       ///< value: month * 100 + day; with a note: days from Easter Sunday
     HalfPast,      ///< minutes past, value
     HalfBare,      ///< "half" directly before the hour it follows
+    TowardsHour,   ///< minutes of the hour before the one named: "halb acht"; value
+    SpokenClock,   ///< value: minute of the half day
     QuarterWord,   ///< value: minutes
     PastWord,      ///< between minutes and hour, counting up
     ToWord,        ///< between minutes and hour, counting down
+    MinutesBehind, ///< behind the hour: "e mezza" 30, "menos cuarto" -15
+    PlusMinutes,   ///< between hour and minutes, counting up
+    MinusMinutes,  ///< between hour and minutes, counting down
     TimeMarker,    ///< a word that a clock time may follow
-    Approximate,   ///< directly behind a time, or between day and time
+    Approximate,   ///< directly behind a time (0), or between day and time (1)
     OClock,        ///< behind a full hour
     Meridiem,      ///< value 0: before noon, 1: after noon
-    HourMark,      ///< "h", "hrs" behind a 24-hour time
+    HourMark,      ///< "h" behind a 24-hour time; value 1: makes any hour a time, 2: where one is
+                   ///< announced
+    MinuteMark,    ///< behind the minutes of a time
     ClockWord,     ///< value: minute of the day
     PartOfDay,     ///< value: a `DayPart`
-    RangeTo,       ///< between start and end
+    RangeTo,       ///< between start and end; value 1: of times only
     RangeFrom,     ///< before start and end
     And,           ///< joins two things
     Connector,     ///< may follow a bare hour
-    Zone,          ///< `note`: identifiers; the user's own if listed, else the first
+    Zone,          ///< note: identifiers; the user's own if listed, else the first
     ZoneAfterTime, ///< as Zone, but only behind a clock time; value 1: only in capitals
-    ZoneWord,      ///< value 0: a city, value 1: "time" behind a city
+    ZoneWord,      ///< value 0: a city, value 1: "time" behind a city, 2: "time of" before one
     ZoneOffset,    ///< "UTC", "GMT": an offset may follow
     LabelWord,     ///< value: a `Label`
     PlaceMarker,   ///< value 1: strong ("at"), 0: weak ("in")
+    PlaceBehind,   ///< behind a place
     PlaceNoun,     ///< a kind of place
-    StreetWord,    ///< a kind of street
+    StreetWord,    ///< a kind of street; value 1: before its name
     PlaceStop,     ///< a word that ends a place
     NotAPlace,     ///< what follows "at" or "in" without being a place
     Online,        ///< a way to meet without a place
     Event,         ///< value: an `EventKind`
     RoleWord,      ///< value: a `Role`
+    RoleBehind,    ///< a role said behind its date or time: "23時まで"; value: a `Role`
     Greeting,      ///< a piece that greets or thanks
     Chatter,       ///< a piece that is no title: requests, prices, conditions
     TitleLead,     ///< dropped from the front of a title
@@ -69,15 +88,24 @@ enum class Meaning : std::uint8_t {
     PastVerb,      ///< tells of the past
     PresentVerb,   ///< tells of now or the future
     DurationMark,  ///< "for", before an amount of time that is a length
+    DurationTail,  ///< behind an amount of time that is a length
     NoDuration,    ///< behind an amount of time that is no length
-    Wrote,         ///< ends the line that introduces a quoted mail
+    Wrote,         ///< ends the line that introduces a quoted mail; value 1: alone does
     Daily,         ///< "daily", behind hours
+    Cancelled,     ///< the event does not take place
+    OnlineEvent,   ///< a kind of event that is usually held online
+    GeneralEvent,  ///< says too little alone: "stay", "booking"; the place completes it
+    AsideLead,     ///< what follows is not the event itself: "followed by", "because of"
 };
+
+inline constexpr std::size_t kMeanings = static_cast<std::size_t>(Meaning::AsideLead) + 1;
 
 enum class Unit : std::uint8_t { Minute, Hour, Day, Week, Fortnight, Month, Year, Weekend };
 enum class DayPart : std::uint8_t { None, Morning, Noon, Afternoon, Evening, Night };
 enum class EventKind : std::uint8_t { None, Neutral, Work, Morning, Midday, Evening, Travel };
 enum class Role : std::uint8_t { None, Deadline, Posted, MovedFrom, MovedTo, End, Side, Show };
+/// Which of several like days is meant.
+enum class Which : std::uint8_t { Nearest, This, Next, Last, AfterNext };
 enum class Label : std::uint8_t {
     None,
     Title,
@@ -98,24 +126,47 @@ enum class Label : std::uint8_t {
     Price
 };
 
+/// Why a text has no event, or what was assumed about the one it has. Each language says these
+/// in a sentence of its `[message]` table.
+enum class Notice : std::uint8_t {
+    None,
+    NoDate,
+    OnlyPast,
+    TodayAssumed,
+    InPast,
+    WeekdayConflict,
+    OrderAssumed,
+    HalfAssumed,
+    SeveralDates,
+    MoreEvents,
+    OneMoreEvent,
+    Repeats,
+    ClockSkipped,
+    ClockRepeated,
+};
+inline constexpr std::size_t kNotices = static_cast<std::size_t>(Notice::ClockRepeated) + 1;
+
 /// How "5/6" is read.
 enum class DayOrder : std::uint8_t { DayFirst, MonthFirst, ByZone };
 
-/// One meaning of words: alternatives are separated by '|'.
-struct Entry {
-    std::string_view words;
-    Meaning meaning;
-    int value = 0;
-    std::string_view note = {};
-};
+/// Which letters tell a language.
+enum class Script : std::uint8_t { Latin, Japanese, Chinese };
 
-/// Everything the engine knows of one language.
-struct Lexicon {
-    std::string_view language; ///< ISO 639-1
+/// Number of a lexicon; 0 is the one that all languages share.
+using LanguageId = std::uint8_t;
+inline constexpr LanguageId kSharedWords = 0;
+
+/// What the engine knows of a language besides its words.
+struct LanguageInfo {
+    std::string_view code; ///< ISO 639-1; "" for the shared words
     DayOrder dayOrder;
-    std::span<const Entry> calendar;
-    std::span<const Entry> zones;
-    std::span<const Entry> context;
+    Script script;
+    bool clock24;           ///< written times are on the 24-hour clock
+    bool dottedDates;       ///< "3.5." is a date
+    std::string_view zones; ///< where it is spoken: identifiers or beginnings of them, '|' between
+    bool hasTails;
+    std::array<bool, kMeanings> tails; ///< meanings that the end of a compound word has
+    std::array<std::string_view, kNotices> messages; ///< "{day}", "{time}", "{count}" are filled in
 };
 
 } // namespace pindle::conversion

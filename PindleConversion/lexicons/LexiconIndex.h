@@ -1,66 +1,85 @@
 #pragma once
 
-#include <array>
 #include <cstdint>
-#include <functional>
-#include <string>
+#include <span>
 #include <string_view>
-#include <unordered_map>
-#include <vector>
 
 #include "PindleConversion/lexicons/Lexicon.h"
 
 namespace pindle::conversion {
 
 /// Longest phrase of a lexicon, in tokens.
-inline constexpr std::size_t kLongestPhrase = 7;
+inline constexpr std::size_t kLongestPhrase = 8;
 
 /// One meaning of a phrase that starts at some token.
 struct Sense {
     Meaning meaning;
     std::uint8_t length; ///< tokens
     std::int16_t value;
-    std::string_view note;
+    std::uint16_t note; ///< number of a text, see `noteOf`; 0 for none
+    LanguageId language;
 };
 
-/// A phrase by the numbers of its words.
+/// A phrase: the words behind its first one, and what it means.
 struct Phrase {
-    std::array<std::uint32_t, kLongestPhrase> words{};
-    Sense sense{};
+    std::uint32_t rest; ///< where its further words start in `Tables::phraseWords`
+    Sense sense;
 };
 
-/// A lexicon made ready for look-ups. Built once, then only read, from any thread.
-class LexiconIndex {
-public:
-    explicit LexiconIndex(const Lexicon &lexicon);
-
-    /// The number of a folded word, 0 when no phrase has it.
-    std::uint32_t word(std::string_view folded) const;
-    /// The phrases that start with a word.
-    const std::vector<Phrase> &phrases(std::uint32_t word) const { return m_phrases[word]; }
-    DayOrder dayOrder() const { return m_dayOrder; }
-
-private:
-    struct Hash {
-        using is_transparent = void;
-        std::size_t operator()(std::string_view text) const {
-            return std::hash<std::string_view>{}(text);
-        }
-    };
-
-    void add(const Entry &entry);
-    void addPhrase(std::string_view words, const Entry &entry);
-    std::uint32_t intern(const std::string &folded);
-
-    std::unordered_map<std::string, std::uint32_t, Hash, std::equal_to<>> m_words;
-    std::vector<std::vector<Phrase>> m_phrases{1};
-    DayOrder m_dayOrder;
+/// A place of the hash table of words.
+struct WordSlot {
+    std::uint32_t hash;
+    std::uint32_t text; ///< where its letters start in `Tables::text`
+    std::uint32_t firstPhrase;
+    std::uint32_t languages; ///< a bit per lexicon that has the word
+    std::uint16_t phrases;   ///< longest first
+    std::uint8_t length;     ///< bytes; 0 for a free place
+    std::uint8_t flags;      ///< see `kCounter`, `kElision`
 };
 
-/// The index of the lexicon in use.
-const LexiconIndex &lexiconIndex();
+inline constexpr std::uint8_t kCounter = 1; ///< counts the numeral before it: "日"
+inline constexpr std::uint8_t kElision = 2; ///< ends with an apostrophe: "l'"
 
-/// The lexicons, one file each.
-extern const Lexicon kEnglish;
+/// All lexicons in one, made when the program is built.
+struct Tables {
+    std::span<const WordSlot> slots; ///< a power of two of them
+    const char *text;
+    std::span<const Phrase> phrases;
+    std::span<const std::uint32_t> phraseWords;
+    std::span<const std::string_view> notes;
+    std::span<const LanguageInfo> languages; ///< the shared words first
+};
+extern const Tables kTables;
+
+/// Hashes a word letter by letter (FNV-1a, 32 bits).
+inline constexpr std::uint32_t kHashStart = 2166136261U;
+inline constexpr std::uint32_t hashByte(std::uint32_t hash, char c) {
+    return (hash ^ static_cast<unsigned char>(c)) * 16777619U;
+}
+inline constexpr std::uint32_t hashWord(std::string_view folded) {
+    std::uint32_t hash = kHashStart;
+    for (char c : folded)
+        hash = hashByte(hash, c);
+    return hash;
+}
+
+/// The number of a folded word, 0 when no lexicon has it. Constant time.
+std::uint32_t findWord(std::string_view folded, std::uint32_t hash);
+inline std::uint32_t findWord(std::string_view folded) {
+    return findWord(folded, hashWord(folded));
+}
+
+inline const WordSlot &wordSlot(std::uint32_t word) {
+    return kTables.slots[word - 1];
+}
+inline std::span<const Phrase> phrasesOf(const WordSlot &slot) {
+    return kTables.phrases.subspan(slot.firstPhrase, slot.phrases);
+}
+inline std::string_view noteOf(const Sense &sense) {
+    return kTables.notes[sense.note];
+}
+inline const LanguageInfo &languageInfo(LanguageId language) {
+    return kTables.languages[language];
+}
 
 } // namespace pindle::conversion

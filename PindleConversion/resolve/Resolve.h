@@ -51,6 +51,13 @@ struct TimeContext {
 
 ResolvedTime resolveTime(const TimeMention &mention, const TimeContext &context);
 
+/// What the clocks of a zone do at a local time.
+enum class ClockChange : std::uint8_t { None, Skipped, Repeated };
+
+/// Whether a minute of a day is left out or comes twice when the clocks of `zone` change. Asks the
+/// tz database only for the early hours, in which clocks are changed.
+ClockChange clockChangeAt(Day day, int minuteOfDay, const std::string &zone);
+
 /// The tz identifier for a zone as the text names it: the user's own when the name covers it.
 std::string resolveZone(const TimeMention &mention, std::string_view userZone);
 

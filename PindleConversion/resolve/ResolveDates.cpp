@@ -65,7 +65,9 @@ Written calendar(const DateSpec &spec, const Reference &reference, Day from) {
         if (fitsDayFirst != fitsMonthFirst)
             return {fitsDayFirst ? dayFirst : monthFirst, false};
     }
-    return {reference.monthFirst ? monthFirst : dayFirst, m != d};
+    const bool swapped = spec.order == DayOrder::MonthFirst ||
+                         (spec.order == DayOrder::ByZone && reference.monthFirst);
+    return {swapped ? monthFirst : dayFirst, m != d && spec.order == DayOrder::ByZone};
 }
 
 Day weekdayFrom(const DateSpec &spec, Day today) {
@@ -187,6 +189,8 @@ std::optional<Day> base(const DateSpec &spec, const Reference &reference, Day fr
             const year_month_day next(addMonths(today, spec.months));
             return Day(next.year() / next.month() / day(1));
         }
+        if (spec.which == Which::AfterNext)
+            return today + days(2 * kDaysInWeek + 1 - weekdayOf(today));
         return spec.which == Which::Next ? today + days(kDaysInWeek + 1 - weekdayOf(today)) : today;
     case Base::Weekend:
         return weekend(spec.which, today);

@@ -11,6 +11,7 @@ namespace {
 constexpr int kHour = 60;
 constexpr int kHalfDay = 12 * kHour;
 constexpr int kDay = 24 * kHour;
+constexpr int kNoEveningHour = 10; ///< "10h" is not meant as 22:00 where that is written 22h
 
 int minutes(const ClockSpec &clock) {
     return clock.hour * kHour + clock.minute;
@@ -73,6 +74,9 @@ int settleStart(const ClockSpec &clock, const TimeContext &context, bool &assume
     if (context.part != DayPart::None)
         return withMeridiem(clock, byPart(context.part, clock.hour).meridiem);
     if (context.twentyFour && clock.minuteGiven)
+        return minutes(clock);
+    if (clock.clock24 && !clock.spoken && clock.hour > 5 && (clock.minuteGiven || clock.hourWord) &&
+        (context.kind != EventKind::Evening || clock.hour >= kNoEveningHour))
         return minutes(clock);
     const Guess guess = byKind(context.kind, clock);
     assumed = guess.assumed;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <string>
 #include <string_view>
@@ -11,6 +12,20 @@ namespace pindle::conversion {
 
 enum class TokenKind : std::uint8_t { Word, Number, Symbol, LineBreak, Link, Mail };
 
+/// A set of meanings.
+class Meanings {
+public:
+    void add(Meaning meaning) { m_bits[place(meaning)] |= bit(meaning); }
+    bool has(Meaning meaning) const { return (m_bits[place(meaning)] & bit(meaning)) != 0; }
+
+private:
+    static std::size_t place(Meaning meaning) { return static_cast<std::size_t>(meaning) / 64; }
+    static std::uint64_t bit(Meaning meaning) {
+        return std::uint64_t{1} << (static_cast<std::size_t>(meaning) % 64);
+    }
+    std::array<std::uint64_t, (kMeanings + 63) / 64> m_bits{};
+};
+
 /// One word, run of digits, punctuation mark, line break or address of the clean text.
 struct Token {
     std::uint32_t begin = 0; ///< bytes of the clean text
@@ -21,13 +36,19 @@ struct Token {
     std::uint32_t sentence = 0;
     std::uint32_t field = 0;
     char32_t symbol = 0; ///< of a Symbol; every dash is '-', every quote ' or "
+    Meanings meanings;   ///< of all its senses
     std::uint16_t senses = 0;
     std::uint8_t digits = 0; ///< of a Number, saturated
     TokenKind kind = TokenKind::Word;
     bool spaceBefore = false;
-    bool capital = false;    ///< a Word whose first letter is upper case
-    bool possessive = false; ///< a Word in the possessive form
-    bool used = false;       ///< belongs to a value already read
+    bool capital = false;               ///< a Word whose first letter is upper case
+    bool possessive = false;            ///< a Word in the possessive form
+    bool used = false;                  ///< belongs to a value already read
+    bool unspaced = false;              ///< of a script without spaces between words
+    LanguageId language = kSharedWords; ///< of its line
+
+    /// Written like a name; scripts without spaces have no capitals.
+    bool upper() const { return capital && !unspaced; }
 };
 
 /// A run of tokens, `end` excluded.
@@ -84,7 +105,7 @@ public:
     /// The longest sense of that meaning at token `i`, or null.
     const Sense *sense(std::uint32_t i, Meaning meaning) const {
         const Token *token = at(i);
-        if (!token)
+        if (!token || !token->meanings.has(meaning))
             return nullptr;
         for (std::uint32_t s = token->firstSense; s < token->firstSense + token->senses; ++s) {
             const Sense &sense = m_document->senses[s];
@@ -112,6 +133,10 @@ public:
     bool glued(std::uint32_t i) const {
         const Token *token = at(i);
         return token && !token->spaceBefore;
+    }
+    const LanguageInfo &language(std::uint32_t i) const {
+        const Token *token = at(i);
+        return languageInfo(token ? token->language : kSharedWords);
     }
     /// The position behind the phrase of that meaning at `i`, or `i` itself.
     std::uint32_t skip(std::uint32_t i, Meaning meaning) const {

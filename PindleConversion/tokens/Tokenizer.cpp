@@ -6,6 +6,7 @@
 #include <unicode/uchar.h>
 
 #include "PindleConversion/clean/Utf8.h"
+#include "PindleConversion/tokens/Unspaced.h"
 
 namespace pindle::conversion {
 
@@ -37,6 +38,29 @@ bool isApostrophe(UChar32 c) {
     return c == '\'' || c == 0x2019 || c == 0x2018 || c == 0x02BC;
 }
 
+/// Marks of texts in ideographs.
+char32_t plainIdeographic(UChar32 c) {
+    switch (c) {
+    case 0x3001:
+        return U',';
+    case 0x300C:
+    case 0x300D:
+    case 0x300E:
+    case 0x300F:
+    case 0x300A:
+    case 0x300B:
+        return U'"';
+    case 0x3010:
+    case 0x3014:
+        return U'[';
+    case 0x3011:
+    case 0x3015:
+        return U']';
+    default:
+        return static_cast<char32_t>(c);
+    }
+}
+
 char32_t plainSymbol(UChar32 c) {
     if ((c >= 0x2010 && c <= 0x2015) || c == 0x2212 || c == 0xFE58)
         return U'-';
@@ -48,6 +72,8 @@ char32_t plainSymbol(UChar32 c) {
         return U'~';
     if (c == 0xB7)
         return U'\u2022';
+    if (c >= 0x3001 && c <= 0x301B)
+        return plainIdeographic(c);
     return static_cast<char32_t>(c);
 }
 
@@ -58,6 +84,10 @@ bool isBlank(char c) {
 bool isAsciiAlnum(char c) {
     return isDigit(static_cast<unsigned char>(c)) || (c >= 'a' && c <= 'z') ||
            (c >= 'A' && c <= 'Z');
+}
+
+bool isAsciiLetter(char c) {
+    return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
 }
 
 bool isMailByte(char c) {
@@ -129,10 +159,25 @@ Address addressIn(std::string_view text, std::uint32_t begin, std::uint32_t end)
     return mailIn(text, begin, end);
 }
 
+void foldInto(std::string &out, std::string_view word) {
+    out.clear();
+    for (std::uint32_t at = 0; at < word.size();) {
+        const Point point = pointAt(word, at);
+        if (point.c < 0x80)
+            out += static_cast<char>(point.c >= 'A' && point.c <= 'Z' ? point.c + 32 : point.c);
+        else if (isApostrophe(point.c))
+            out += '\'';
+        else
+            appendPoint(out, u_tolower(point.c));
+        at = point.end;
+    }
+}
+
 class Cutter {
 public:
-    explicit Cutter(std::string_view text)
-        : m_text(text) {
+    Cutter(std::string_view text, const Vocabulary &vocabulary)
+        : m_text(text)
+        , m_vocabulary(vocabulary) {
         m_tokens.reserve(text.size() / 4 + 8);
     }
 
@@ -157,6 +202,8 @@ private:
         const Point point = pointAt(m_text, m_at);
         if (isDigit(point.c))
             return number();
+        if (unspacedScript(point.c) != Unspaced::None)
+            return unspaced();
         if (isLetter(point.c))
             return word();
         if (point.c == '\n')
@@ -196,16 +243,52 @@ private:
             return first.c < 0x80 ? first.c < 'a' : u_isupper(first.c) || u_istitle(first.c);
         }();
         std::uint32_t end = m_at;
+        bool elided = false;
         while (end < m_text.size()) {
+            if (isAsciiLetter(m_text[end])) {
+                ++end;
+                continue;
+            }
             Point point = pointAt(m_text, end);
-            if (isApostrophe(point.c) && end > m_at && point.end < m_text.size())
+            if (isApostrophe(point.c) && end > m_at) {
+                if (elides(point.end)) {
+                    end = point.end;
+                    elided = true;
+                    break;
+                }
+                if (point.end == m_text.size())
+                    break;
                 point = pointAt(m_text, point.end);
-            if (!isLetter(point.c))
+            }
+            if (!isLetter(point.c) || unspacedScript(point.c) != Unspaced::None)
                 break;
             end = point.end;
         }
         push(TokenKind::Word, end);
         m_tokens.back().capital = capital;
+        // "l'8 settembre": what follows an elided word stands apart from it.
+        m_space = elided;
+    }
+
+    /// "l'" of "l'apres-midi": the word up to `end` stands apart.
+    bool elides(std::uint32_t end) const {
+        constexpr std::uint32_t kLongestElision = 12;
+        return end - m_at <= kLongestElision &&
+               m_vocabulary.elides(foldWord(m_text.substr(m_at, end - m_at)));
+    }
+
+    void unspaced() {
+        const bool follows = !m_space && !m_tokens.empty() && m_tokens.back().end == m_at;
+        const UnspacedPiece piece =
+            cutUnspaced(m_text, m_at, follows ? m_before : Before::Other, m_vocabulary);
+        const bool hiragana = unspacedScript(pointAt(m_text, m_at).c) == Unspaced::Hiragana;
+        push(piece.number ? TokenKind::Number : TokenKind::Word, piece.end);
+        Token &token = m_tokens.back();
+        token.unspaced = true;
+        token.capital = !piece.number && !hiragana;
+        token.number = piece.value;
+        token.digits = piece.digits;
+        m_before = piece.known ? Before::Known : Before::Unknown;
     }
 
     void push(TokenKind kind, std::uint32_t end) {
@@ -218,86 +301,34 @@ private:
                             (m_at > 0 && m_text[m_at - 1] == '\t');
         m_tokens.push_back(token);
         m_space = false;
+        m_before = Before::Other;
         m_at = end;
     }
 
     std::string_view m_text;
+    const Vocabulary &m_vocabulary;
     std::uint32_t m_at = 0;
     std::uint32_t m_runEnd = 0;
     Address m_address;
     bool m_space = false;
+    Before m_before = Before::Other;
     std::vector<Token> m_tokens;
 };
 
-void foldInto(std::string &out, std::string_view word) {
-    out.clear();
-    for (std::uint32_t at = 0; at < word.size();) {
-        const Point point = pointAt(word, at);
-        if (point.c < 0x80)
-            out += static_cast<char>(point.c >= 'A' && point.c <= 'Z' ? point.c + 32 : point.c);
-        else if (isApostrophe(point.c))
-            out += '\'';
-        else
-            appendPoint(out, u_tolower(point.c));
-        at = point.end;
-    }
-}
-
-void lookUp(Token &token, std::string_view text, const LexiconIndex &index, std::string &buffer) {
-    if (token.kind == TokenKind::Symbol) {
-        buffer.clear();
-        appendPoint(buffer, static_cast<UChar32>(token.symbol));
-        token.word = index.word(buffer);
-        return;
-    }
-    if (token.kind != TokenKind::Word)
-        return;
-    constexpr std::size_t kLongestWord = 64;
-    if (token.end - token.begin > kLongestWord)
-        return;
-    foldInto(buffer, text.substr(token.begin, token.end - token.begin));
-    const bool possessive = buffer.size() > 2 && buffer.ends_with("'s");
-    token.word = index.word(buffer);
-    if (token.word == 0 && possessive) {
-        token.possessive = true;
-        token.word = index.word(std::string_view(buffer).substr(0, buffer.size() - 2));
-    }
-}
-
-bool matches(const Document &document, std::size_t at, const Phrase &phrase) {
-    if (at + phrase.sense.length > document.tokens.size())
-        return false;
-    for (std::size_t k = 1; k < phrase.sense.length; ++k)
-        if (document.tokens[at + k].word != phrase.words[k])
-            return false;
-    return true;
-}
-
 } // namespace
 
-std::vector<Token> tokenize(std::string_view text) {
-    return Cutter(text).run();
+std::vector<Token> tokenize(std::string_view text, const Vocabulary &vocabulary) {
+    return Cutter(text, vocabulary).run();
+}
+
+void foldWord(std::string_view word, std::string &folded) {
+    foldInto(folded, word);
 }
 
 std::string foldWord(std::string_view word) {
     std::string folded;
     foldInto(folded, word);
     return folded;
-}
-
-void annotate(Document &document, const LexiconIndex &index) {
-    std::string buffer;
-    for (Token &token : document.tokens)
-        lookUp(token, document.text, index, buffer);
-    document.senses.reserve(document.tokens.size());
-    for (std::size_t i = 0; i < document.tokens.size(); ++i) {
-        Token &token = document.tokens[i];
-        token.firstSense = static_cast<std::uint32_t>(document.senses.size());
-        for (const Phrase &phrase : index.phrases(token.word))
-            if (matches(document, i, phrase))
-                document.senses.push_back(phrase.sense);
-        token.senses = static_cast<std::uint16_t>(document.senses.size() - token.firstSense);
-    }
 }
 
 } // namespace pindle::conversion

@@ -5,16 +5,15 @@
 #include <vector>
 
 #include "PindleConversion/tokens/Token.h"
+#include "PindleConversion/tokens/Vocabulary.h"
 
 namespace pindle::conversion {
 
 /// Second step: cuts a clean text into tokens. Linear in the text's length.
-std::vector<Token> tokenize(std::string_view text);
+std::vector<Token> tokenize(std::string_view text, const Vocabulary &vocabulary);
 
-/// A word as the lexicon spells it: lower case, plain apostrophes.
+/// A word as the lexicons spell it: lower case, plain apostrophes.
 std::string foldWord(std::string_view word);
-
-/// Looks every token up and notes its senses in `document.senses`.
-void annotate(Document &document, const LexiconIndex &index);
+void foldWord(std::string_view word, std::string &folded);
 
 } // namespace pindle::conversion

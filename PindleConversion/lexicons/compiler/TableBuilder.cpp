@@ -1,0 +1,270 @@
+#include "PindleConversion/lexicons/compiler/TableBuilder.h"
+
+#include <algorithm>
+#include <stdexcept>
+#include <tuple>
+
+#include "PindleConversion/clean/Utf8.h"
+#include "PindleConversion/lexicons/compiler/PlainLetters.h"
+#include "PindleConversion/tokens/Tokenizer.h"
+
+namespace pindle::conversion {
+
+namespace {
+
+/// Cuts phrases of the lexicons themselves: unspaced words stay whole.
+class Elisions : public Vocabulary {
+public:
+    explicit Elisions(const std::set<std::string> &words)
+        : m_words(words) {}
+    bool elides(std::string_view folded) const override {
+        return m_words.count(std::string(folded)) > 0;
+    }
+    Match longest(std::string_view, std::size_t) const override { return {}; }
+
+private:
+    const std::set<std::string> &m_words;
+};
+
+bool counts(Meaning meaning) {
+    return meaning == Meaning::YearMark || meaning == Meaning::MonthMark ||
+           meaning == Meaning::DayMark || meaning == Meaning::HourMark ||
+           meaning == Meaning::MinuteMark || meaning == Meaning::UnitWord;
+}
+
+/// A word as the engine looks it up.
+std::string wordOf(const Token &token, const std::string &phrase) {
+    if (token.kind != TokenKind::Symbol)
+        return foldWord(phrase.substr(token.begin, token.end - token.begin));
+    std::string mark;
+    appendPoint(mark, static_cast<std::int32_t>(token.symbol));
+    return mark;
+}
+
+bool isUnspacedWord(const std::string &word) {
+    constexpr unsigned char kFirstIdeographicByte = 0xE2;
+    return static_cast<unsigned char>(word.front()) > kFirstIdeographicByte;
+}
+
+} // namespace
+
+TableBuilder::TableBuilder(std::vector<LexiconFile> lexicons)
+    : m_lexicons(std::move(lexicons)) {
+    for (const LexiconFile &lexicon : m_lexicons)
+        for (const LexiconEntry &entry : lexicon.entries)
+            for (const std::string &phrase : entry.phrases)
+                if (phrase.ends_with("'") && phrase.size() > 1 &&
+                    phrase.find(' ') == std::string::npos)
+                    m_elisions.insert(phrase);
+    for (std::size_t i = 0; i < m_lexicons.size(); ++i)
+        addLexicon(static_cast<LanguageId>(i), m_lexicons[i]);
+    place();
+}
+
+void TableBuilder::addLexicon(LanguageId language, const LexiconFile &lexicon) {
+    m_spelled.clear();
+    for (const LexiconEntry &entry : lexicon.entries)
+        m_spelled.insert(entry.phrases.begin(), entry.phrases.end());
+    for (const LexiconEntry &entry : lexicon.entries)
+        addEntry(language, entry);
+    addCompounds(language, lexicon);
+}
+
+void TableBuilder::addEntry(LanguageId language, const LexiconEntry &entry) {
+    for (const std::string &phrase : entry.phrases) {
+        addPhrase(language, phrase, entry);
+        // "des" is another word than "dès".
+        for (const std::string &plain : plainSpellings(phrase))
+            if (m_spelled.count(plain) == 0)
+                addPhrase(language, plain, entry);
+    }
+}
+
+void TableBuilder::addPhrase(LanguageId language, const std::string &phrase,
+                             const LexiconEntry &entry) {
+    std::vector<std::string> words;
+    for (const Token &token : tokenize(phrase, Elisions(m_elisions)))
+        words.push_back(wordOf(token, phrase));
+    if (words.empty() || words.size() > kLongestPhrase)
+        throw std::runtime_error("a phrase is too long: " + phrase);
+    for (const std::string &word : words) {
+        m_words[word].languages |= 1U << language;
+        if (m_elisions.count(word) > 0)
+            m_words[word].flags |= kElision;
+    }
+    if (words.size() == 1 && counts(entry.meaning) && isUnspacedWord(words[0]))
+        m_words[words[0]].flags |= kCounter;
+    if (entry.meaning == Meaning::Common)
+        return;
+    addWords(words,
+             Sense{entry.meaning, static_cast<std::uint8_t>(words.size()),
+                   static_cast<std::int16_t>(entry.value), noteNumber(entry.note), language});
+}
+
+void TableBuilder::addWords(const std::vector<std::string> &words, const Sense &sense) {
+    auto &phrases = m_words[words[0]].phrases;
+    const bool known = std::any_of(phrases.begin(), phrases.end(), [&](const Built &each) {
+        return each.words == words && each.sense.meaning == sense.meaning &&
+               each.sense.value == sense.value && each.sense.note == sense.note &&
+               each.sense.language == sense.language;
+    });
+    if (!known)
+        phrases.push_back({words, sense});
+}
+
+/// "Donnerstagabend" has the meanings of both its parts.
+void TableBuilder::addCompounds(LanguageId language, const LexiconFile &lexicon) {
+    for (const auto &[head, tail] : lexicon.compounds)
+        for (const LexiconEntry &first : lexicon.entries)
+            for (const LexiconEntry &second : lexicon.entries) {
+                if (first.meaning != head || second.meaning != tail)
+                    continue;
+                for (const std::string &a : first.phrases)
+                    for (const std::string &b : second.phrases) {
+                        const std::string word = a + b;
+                        if (word.find_first_of(" .'") != std::string::npos || a.size() < 4)
+                            continue;
+                        LexiconEntry one = first;
+                        LexiconEntry two = second;
+                        one.phrases = two.phrases = {word};
+                        if (head == Meaning::TowardsHour) {
+                            one.meaning = Meaning::SpokenClock;
+                            one.value = (second.value * 60 - 60 + first.value) % 720;
+                            if (second.value > 12)
+                                continue;
+                        } else {
+                            addEntry(language, two);
+                        }
+                        addEntry(language, one);
+                    }
+            }
+}
+
+std::uint16_t TableBuilder::noteNumber(const std::string &note) {
+    auto found = std::find(m_notes.begin(), m_notes.end(), note);
+    if (found == m_notes.end())
+        found = m_notes.insert(found, note);
+    return static_cast<std::uint16_t>(found - m_notes.begin());
+}
+
+void TableBuilder::place() {
+    std::size_t size = 1024;
+    while (size < m_words.size() * 5 / 2)
+        size *= 2;
+    m_slots.assign(size, nullptr);
+    std::uint32_t phrases = 0;
+    for (auto &[text, word] : m_words) {
+        // What a language says of a word comes before what all share.
+        std::stable_sort(
+            word.phrases.begin(), word.phrases.end(), [](const Built &a, const Built &b) {
+                if (a.sense.length != b.sense.length)
+                    return a.sense.length > b.sense.length;
+                return a.sense.language != kSharedWords && b.sense.language == kSharedWords;
+            });
+        std::size_t at = hashWord(text) & (size - 1);
+        while (m_slots[at])
+            at = (at + 1) & (size - 1);
+        m_slots[at] = &text;
+        word.slot = static_cast<std::uint32_t>(at);
+        word.firstPhrase = phrases;
+        phrases += static_cast<std::uint32_t>(word.phrases.size());
+    }
+}
+
+namespace {
+
+std::string quoted(std::string_view text) {
+    std::string out = "\"";
+    for (char c : text) {
+        if (c == '"' || c == '\\')
+            out += '\\';
+        out += c;
+    }
+    return out + '"';
+}
+
+std::string numbers(std::initializer_list<std::uint32_t> values) {
+    std::string out = "{";
+    for (std::uint32_t value : values)
+        out += std::to_string(value) + ",";
+    out.back() = '}';
+    return out + ",\n";
+}
+
+} // namespace
+
+void TableBuilder::writeSlots(std::string &out) const {
+    std::string text;
+    std::uint32_t offset = 0;
+    out += "constexpr WordSlot kSlots[] = {\n";
+    for (const std::string *each : m_slots) {
+        if (!each) {
+            out += "{},\n";
+            continue;
+        }
+        const Word &word = m_words.at(*each);
+        out += numbers({hashWord(*each), offset, word.firstPhrase, word.languages,
+                        static_cast<std::uint32_t>(word.phrases.size()),
+                        static_cast<std::uint32_t>(each->size()), word.flags});
+        text += quoted(*each) + "\n";
+        offset += static_cast<std::uint32_t>(each->size());
+    }
+    out += "};\nconstexpr char kText[] =\n" + text + ";\n";
+}
+
+void TableBuilder::writePhrases(std::string &out) const {
+    std::string rest = "constexpr std::uint32_t kPhraseWords[] = {0,\n";
+    std::uint32_t count = 1;
+    out += "constexpr Phrase kPhrases[] = {\n";
+    for (const auto &[text, word] : m_words) {
+        for (const Built &phrase : word.phrases) {
+            const Sense &sense = phrase.sense;
+            out += "{" + std::to_string(count) + ",{static_cast<Meaning>(" +
+                   std::to_string(static_cast<int>(sense.meaning)) + ")," +
+                   std::to_string(sense.length) + "," + std::to_string(sense.value) + "," +
+                   std::to_string(sense.note) + "," + std::to_string(sense.language) + "}},\n";
+            for (std::size_t k = 1; k < phrase.words.size(); ++k, ++count)
+                rest += std::to_string(m_words.at(phrase.words[k]).slot + 1) + ",\n";
+        }
+    }
+    out += "};\n" + rest + "};\n";
+}
+
+void TableBuilder::writeLanguages(std::string &out) const {
+    out += "constexpr std::string_view kNotes[] = {\n";
+    for (const std::string &note : m_notes)
+        out += quoted(note) + ",\n";
+    out += "};\nconstexpr LanguageInfo kLanguages[] = {\n";
+    for (const LexiconFile &lexicon : m_lexicons) {
+        out += "{" + quoted(lexicon.code) + ",static_cast<DayOrder>(" +
+               std::to_string(static_cast<int>(lexicon.dayOrder)) + "),static_cast<Script>(" +
+               std::to_string(static_cast<int>(lexicon.script)) + ")," +
+               (lexicon.clock24 ? "true," : "false,") + (lexicon.dottedDates ? "true," : "false,") +
+               quoted(lexicon.zones) + "," + (lexicon.tails.empty() ? "false" : "true") + ",{";
+        for (std::size_t i = 0; i < kMeanings; ++i)
+            out +=
+                std::count(lexicon.tails.begin(), lexicon.tails.end(), static_cast<Meaning>(i)) > 0
+                    ? "true,"
+                    : "false,";
+        out += "},{\n";
+        for (const std::string &message : lexicon.messages)
+            out += quoted(message) + ",\n";
+        out += "}},\n";
+    }
+    out += "};\n";
+}
+
+std::string TableBuilder::source() const {
+    std::string out = "// Made from the lexicons when the program is built.\n"
+                      "#include \"PindleConversion/lexicons/LexiconIndex.h\"\n"
+                      "namespace pindle::conversion {\nnamespace {\n";
+    writeSlots(out);
+    writePhrases(out);
+    writeLanguages(out);
+    out += "} // namespace\n"
+           "constinit const Tables kTables{kSlots, kText, kPhrases, kPhraseWords, kNotes, "
+           "kLanguages};\n} // namespace pindle::conversion\n";
+    return out;
+}
+
+} // namespace pindle::conversion

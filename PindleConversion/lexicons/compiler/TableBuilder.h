@@ -1,0 +1,56 @@
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "PindleConversion/lexicons/LexiconIndex.h"
+#include "PindleConversion/lexicons/compiler/LexiconFile.h"
+
+namespace pindle::conversion {
+
+/// Merges lexicons into the tables that the engine reads.
+class TableBuilder {
+public:
+    /// The shared words must come first. Throws std::runtime_error for a phrase that cannot be.
+    explicit TableBuilder(std::vector<LexiconFile> lexicons);
+
+    /// The tables as C++ source, which defines `kTables`.
+    std::string source() const;
+
+private:
+    struct Built {
+        std::vector<std::string> words;
+        Sense sense;
+    };
+
+    void addLexicon(LanguageId language, const LexiconFile &lexicon);
+    void addCompounds(LanguageId language, const LexiconFile &lexicon);
+    void addEntry(LanguageId language, const LexiconEntry &entry);
+    void addPhrase(LanguageId language, const std::string &phrase, const LexiconEntry &entry);
+    void addWords(const std::vector<std::string> &words, const Sense &sense);
+    std::uint16_t noteNumber(const std::string &note);
+    void writeSlots(std::string &out) const;
+    void writeLanguages(std::string &out) const;
+    void writePhrases(std::string &out) const;
+    void place();
+
+    struct Word {
+        std::vector<Built> phrases;
+        std::uint32_t languages = 0;
+        std::uint8_t flags = 0;
+        std::uint32_t slot = 0;
+        std::uint32_t firstPhrase = 0;
+    };
+
+    std::vector<LexiconFile> m_lexicons;
+    std::set<std::string> m_elisions;
+    std::set<std::string> m_spelled; ///< the phrases of the lexicon at hand
+    std::map<std::string, Word> m_words;
+    std::vector<std::string> m_notes{""};
+    std::vector<const std::string *> m_slots; ///< null for a free one
+};
+
+} // namespace pindle::conversion

@@ -1,0 +1,308 @@
+#include "PindleConversion/tokens/Annotate.h"
+
+#include <algorithm>
+#include <array>
+#include <string>
+#include <vector>
+
+#include "PindleConversion/clean/Utf8.h"
+#include "PindleConversion/tokens/Languages.h"
+#include "PindleConversion/tokens/Tokenizer.h"
+#include "PindleConversion/tokens/Unspaced.h"
+
+namespace pindle::conversion {
+
+namespace {
+
+constexpr std::size_t kLongestWord = 64;         ///< bytes of a word that is looked up
+constexpr std::size_t kLongestUnspacedWord = 10; ///< letters of one in a script without spaces
+constexpr std::size_t kShortestTail = 4;         ///< bytes of a compound's last part
+constexpr std::size_t kLongestTail = 16;
+/// Another language of the text counts when it has this share of the first one's evidence.
+constexpr int kSecondaryShare = 4;
+constexpr int kSecondaryLeast = 200; ///< more than one word tells
+/// A line is in the text's language unless another one has so much more evidence there.
+constexpr int kDocumentShare = 6;
+
+class Words : public Vocabulary {
+public:
+    bool elides(std::string_view folded) const override {
+        const std::uint32_t word = findWord(folded);
+        return word != 0 && (wordSlot(word).flags & kElision) != 0;
+    }
+
+    Match longest(std::string_view text, std::size_t at) const override {
+        Match best;
+        std::uint32_t hash = kHashStart;
+        std::size_t end = at;
+        for (std::size_t letters = 0; letters < kLongestUnspacedWord && end < text.size();
+             ++letters) {
+            const CodePoint point = decodeAt(text, end);
+            if (unspacedScript(point.value) == Unspaced::None)
+                break;
+            for (; end < point.end; ++end)
+                hash = hashByte(hash, text[end]);
+            const std::uint32_t word = findWord(text.substr(at, end - at), hash);
+            if (word != 0)
+                best = {static_cast<std::uint32_t>(end - at),
+                        (wordSlot(word).flags & kCounter) != 0};
+        }
+        return best;
+    }
+};
+
+/// Meanings that a foreign word keeps among words of another language.
+bool isContent(Meaning meaning) {
+    switch (meaning) {
+    case Meaning::Month:
+    case Meaning::Weekday:
+    case Meaning::RelativeDay:
+    case Meaning::Event:
+    case Meaning::Zone:
+    case Meaning::ZoneWord:
+    case Meaning::LabelWord:
+    case Meaning::Online:
+    case Meaning::PlaceNoun:
+    case Meaning::StreetWord:
+    case Meaning::UnitWord:
+    case Meaning::Holiday:
+    case Meaning::PartOfDay:
+    case Meaning::ClockWord:
+    case Meaning::Meridiem:
+    case Meaning::Wrote:
+        return true;
+    default:
+        return false;
+    }
+}
+
+struct Line {
+    std::uint32_t begin;
+    std::uint32_t end;
+};
+
+class Annotator {
+public:
+    Annotator(Document &document, std::string_view userZone)
+        : m_document(document) {
+        m_total.addZone(userZone);
+    }
+
+    void run() {
+        cutLines();
+        chooseLanguages();
+        m_document.senses.reserve(m_document.tokens.size());
+        for (std::size_t i = 0; i < m_lines.size(); ++i)
+            annotate(m_lines[i], languageOf(i));
+    }
+
+private:
+    void cutLines() {
+        const auto size = static_cast<std::uint32_t>(m_document.tokens.size());
+        std::uint32_t begin = 0;
+        LanguageScores scores;
+        for (std::uint32_t i = 0; i < size; ++i) {
+            Token &token = m_document.tokens[i];
+            lookUp(token, scores);
+            if (token.kind != TokenKind::LineBreak && i + 1 < size)
+                continue;
+            m_lines.push_back({begin, i + 1});
+            m_scores.push_back(scores);
+            m_total.add(scores);
+            scores = {};
+            begin = i + 1;
+        }
+    }
+
+    void lookUp(Token &token, LanguageScores &scores) {
+        const auto text = m_document.slice(token);
+        if (token.kind == TokenKind::Symbol) {
+            m_folded.clear();
+            appendPoint(m_folded, static_cast<std::int32_t>(token.symbol));
+            token.word = findWord(m_folded);
+        } else if (token.kind == TokenKind::Number && token.digits <= 2 && !token.unspaced) {
+            token.word = findWord(text);
+        } else if (token.kind == TokenKind::Word && text.size() <= kLongestWord) {
+            lookUpWord(token, text);
+            if (token.word != 0)
+                scores.addWord(wordSlot(token.word).languages & ~1U, text.size());
+            if (token.unspaced)
+                tellScript(text, scores);
+        }
+    }
+
+    void lookUpWord(Token &token, std::string_view text) {
+        if (!foldPlain(text, token))
+            return lookUpLetters(token, text);
+    }
+
+    /// The common case: a word of unaccented letters. Folds and hashes at once.
+    static bool foldPlain(std::string_view text, Token &token) {
+        std::array<char, kLongestWord> folded;
+        std::uint32_t hash = kHashStart;
+        for (std::size_t i = 0; i < text.size(); ++i) {
+            char c = text[i];
+            if (c >= 'A' && c <= 'Z')
+                c = static_cast<char>(c + ('a' - 'A'));
+            else if (c < 'a' || c > 'z')
+                return false;
+            folded[i] = c;
+            hash = hashByte(hash, c);
+        }
+        token.word = findWord({folded.data(), text.size()}, hash);
+        return true;
+    }
+
+    void lookUpLetters(Token &token, std::string_view text) {
+        foldWord(text, m_folded);
+        token.word = findWord(m_folded);
+        if (token.word != 0 || m_folded.size() <= 2 || !m_folded.ends_with("'s"))
+            return;
+        token.possessive = true;
+        token.word = findWord(std::string_view(m_folded).substr(0, m_folded.size() - 2));
+    }
+
+    static void tellScript(std::string_view text, LanguageScores &scores) {
+        const Unspaced script = unspacedScript(decodeAt(text, 0).value);
+        scores.addScript(Script::Japanese);
+        if (script == Unspaced::Ideograph)
+            scores.addScript(Script::Chinese);
+    }
+
+    void chooseLanguages() {
+        const std::uint32_t all = (1U << kTables.languages.size()) - 2U;
+        m_main = m_total.best(all, englishLanguage());
+        for (std::size_t i = 1; i < kTables.languages.size(); ++i) {
+            const int score = m_total.of(static_cast<LanguageId>(i));
+            if (score >= kSecondaryLeast && score * kSecondaryShare >= m_total.of(m_main) &&
+                hasOwnLine(static_cast<LanguageId>(i)))
+                m_active |= 1U << i;
+        }
+        m_active |= 1U << m_main;
+    }
+
+    /// Languages that share their letters lend each other no words within a line.
+    bool hasOwnLine(LanguageId language) const {
+        if (languageInfo(language).script == Script::Latin)
+            return true;
+        return std::any_of(m_scores.begin(), m_scores.end(), [&](const LanguageScores &line) {
+            return line.of(language) > line.of(m_main);
+        });
+    }
+
+    LanguageId languageOf(std::size_t line) const {
+        LanguageId best = m_main;
+        int most = m_scores[line].of(m_main) + m_total.of(m_main) / kDocumentShare;
+        for (std::size_t i = 1; i < kTables.languages.size(); ++i) {
+            const auto language = static_cast<LanguageId>(i);
+            if ((m_active >> i & 1U) == 0 || language == m_main)
+                continue;
+            const int score = m_scores[line].of(language) + m_total.of(language) / kDocumentShare;
+            if (score > most) {
+                most = score;
+                best = language;
+            }
+        }
+        return best;
+    }
+
+    void annotate(const Line &line, LanguageId language) {
+        for (std::uint32_t i = line.begin; i < line.end; ++i) {
+            Token &token = m_document.tokens[i];
+            token.language = language;
+            token.firstSense = static_cast<std::uint32_t>(m_document.senses.size());
+            if (token.word != 0)
+                noteSenses(i, wordSlot(token.word), language);
+            if (token.kind == TokenKind::Word && !token.unspaced)
+                noteTail(token, language);
+            token.senses = static_cast<std::uint16_t>(m_document.senses.size() - token.firstSense);
+            for (std::size_t s = token.firstSense; s < m_document.senses.size(); ++s)
+                token.meanings.add(m_document.senses[s].meaning);
+        }
+    }
+
+    void noteSenses(std::uint32_t i, const WordSlot &slot, LanguageId language) {
+        const bool ownWord = (slot.languages >> language & 1U) != 0;
+        for (const Phrase &phrase : phrasesOf(slot)) {
+            const LanguageId from = phrase.sense.language;
+            if (from != language && from != kSharedWords) {
+                const bool lent = from == englishLanguage() && isContent(phrase.sense.meaning);
+                if (ownWord || (!lent && (m_active >> from & 1U) == 0))
+                    continue;
+            }
+            if (matches(i, phrase))
+                m_document.senses.push_back(phrase.sense);
+        }
+    }
+
+    bool matches(std::uint32_t at, const Phrase &phrase) const {
+        if (at + phrase.sense.length > m_document.tokens.size())
+            return false;
+        for (std::uint32_t k = 1; k < phrase.sense.length; ++k)
+            if (m_document.tokens[at + k].word != kTables.phraseWords[phrase.rest + k - 1])
+                return false;
+        return true;
+    }
+
+    /// "Elternabend" is an evening event, "Turnhalle" a place: what a compound ends with tells.
+    void noteTail(Token &token, LanguageId language) {
+        const LanguageInfo &info = languageInfo(language);
+        const auto text = m_document.slice(token);
+        if (!info.hasTails || text.size() > kLongestWord || text.size() < kShortestTail + 2 ||
+            hasTailMeaning(token, info))
+            return;
+        foldWord(text, m_folded);
+        const std::string_view whole = m_folded;
+        const std::size_t longest = std::min(kLongestTail, whole.size() - 2);
+        for (std::size_t length = longest; length >= kShortestTail; --length) {
+            const auto tail = whole.substr(whole.size() - length);
+            if ((static_cast<unsigned char>(tail.front()) & 0xC0) == 0x80)
+                continue;
+            const std::uint32_t word = findWord(tail);
+            if (word != 0 && noteTailSenses(wordSlot(word), language, info))
+                return;
+        }
+    }
+
+    bool hasTailMeaning(const Token &token, const LanguageInfo &info) const {
+        return std::any_of(m_document.senses.begin() + token.firstSense, m_document.senses.end(),
+                           [&](const Sense &sense) {
+                               return sense.length == 1 &&
+                                      info.tails[static_cast<std::size_t>(sense.meaning)];
+                           });
+    }
+
+    bool noteTailSenses(const WordSlot &slot, LanguageId language, const LanguageInfo &info) {
+        bool found = false;
+        for (const Phrase &phrase : phrasesOf(slot)) {
+            const Sense &sense = phrase.sense;
+            if (sense.length != 1 || sense.language != language ||
+                !info.tails[static_cast<std::size_t>(sense.meaning)])
+                continue;
+            m_document.senses.push_back(sense);
+            found = true;
+        }
+        return found;
+    }
+
+    Document &m_document;
+    std::vector<Line> m_lines;
+    std::vector<LanguageScores> m_scores;
+    LanguageScores m_total;
+    LanguageId m_main = kSharedWords;
+    std::uint32_t m_active = 0;
+    std::string m_folded;
+};
+
+} // namespace
+
+const Vocabulary &lexiconVocabulary() {
+    static const Words words;
+    return words;
+}
+
+void annotate(Document &document, std::string_view userZone) {
+    Annotator(document, userZone).run();
+}
+
+} // namespace pindle::conversion

@@ -1,0 +1,73 @@
+#include "PindleConversion/tokens/Languages.h"
+
+#include <bit>
+
+namespace pindle::conversion {
+
+namespace {
+
+constexpr int kWord = 120;        ///< a word that only one language has
+constexpr int kShortWord = 40;    ///< one of one or two letters
+constexpr int kZone = 50;         ///< the language of the user's zone
+constexpr int kScript = 60;       ///< a word in letters that few languages use
+constexpr std::size_t kShort = 2; ///< bytes
+
+bool isListed(std::string_view list, std::string_view zone) {
+    while (!list.empty()) {
+        const auto bar = list.find('|');
+        if (zone.starts_with(list.substr(0, bar)))
+            return true;
+        list = bar == std::string_view::npos ? std::string_view{} : list.substr(bar + 1);
+    }
+    return false;
+}
+
+} // namespace
+
+void LanguageScores::addWord(std::uint32_t languages, std::size_t bytes) {
+    if (languages == 0)
+        return;
+    const int gain = (bytes <= kShort ? kShortWord : kWord) / std::popcount(languages);
+    for (std::uint32_t rest = languages; rest != 0; rest &= rest - 1)
+        m_scores[static_cast<std::size_t>(std::countr_zero(rest))] += gain;
+}
+
+void LanguageScores::addScript(Script script) {
+    for (std::size_t i = 0; i < kTables.languages.size(); ++i)
+        if (kTables.languages[i].script == script)
+            m_scores[i] += kScript;
+}
+
+void LanguageScores::add(const LanguageScores &other) {
+    for (std::size_t i = 0; i < kTables.languages.size(); ++i)
+        m_scores[i] += other.m_scores[i];
+}
+
+void LanguageScores::addZone(std::string_view zone) {
+    for (std::size_t i = 0; i < kTables.languages.size(); ++i)
+        if (isListed(kTables.languages[i].zones, zone))
+            m_scores[i] += kZone;
+}
+
+LanguageId LanguageScores::best(std::uint32_t among, LanguageId otherwise) const {
+    LanguageId result = otherwise;
+    int most = 0;
+    for (std::size_t i = 1; i < kTables.languages.size(); ++i)
+        if ((among >> i & 1U) != 0 && m_scores[i] > most) {
+            most = m_scores[i];
+            result = static_cast<LanguageId>(i);
+        }
+    return result;
+}
+
+LanguageId englishLanguage() {
+    static const LanguageId english = [] {
+        for (std::size_t i = 0; i < kTables.languages.size(); ++i)
+            if (kTables.languages[i].code == "en")
+                return static_cast<LanguageId>(i);
+        return kSharedWords;
+    }();
+    return english;
+}
+
+} // namespace pindle::conversion

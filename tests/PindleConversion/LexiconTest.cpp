@@ -1,0 +1,110 @@
+#include <algorithm>
+#include <filesystem>
+#include <fstream>
+#include <set>
+#include <sstream>
+#include <stdexcept>
+
+#include <gtest/gtest.h>
+
+#include "PindleConversion/lexicons/LexiconIndex.h"
+#include "PindleConversion/lexicons/compiler/LexiconFile.h"
+
+namespace pindle::conversion::test {
+
+namespace {
+
+std::vector<LexiconFile> languages() {
+    std::vector<LexiconFile> all;
+    for (const auto &each : std::filesystem::directory_iterator(PINDLE_LEXICONS)) {
+        if (each.path().extension() != ".lexicon" || each.path().stem() == "shared")
+            continue;
+        std::ostringstream text;
+        text << std::ifstream(each.path()).rdbuf();
+        all.push_back(readLexicon(text.str(), each.path().filename()));
+    }
+    return all;
+}
+
+LexiconFile without(LexiconFile lexicon, Meaning meaning) {
+    std::erase_if(lexicon.entries, [&](const auto &entry) { return entry.meaning == meaning; });
+    return lexicon;
+}
+
+TEST(Lexicons, everyLanguageHasTheMandatoryTables) {
+    ASSERT_FALSE(languages().empty());
+    for (const LexiconFile &lexicon : languages()) {
+        EXPECT_EQ(lexicon.code.size(), 2U);
+        EXPECT_EQ(missingTables(lexicon), std::vector<std::string>{}) << lexicon.code;
+    }
+}
+
+TEST(Lexicons, aMissingTableIsFound) {
+    for (const LexiconFile &lexicon : languages())
+        for (Meaning meaning : {Meaning::Month, Meaning::Weekday, Meaning::RelativeDay,
+                                Meaning::Event, Meaning::LabelWord, Meaning::Greeting,
+                                Meaning::HourMark, Meaning::RoleWord, Meaning::Cancelled}) {
+            const auto missing = missingTables(without(lexicon, meaning));
+            EXPECT_NE(std::find(missing.begin(), missing.end(), tableName(meaning)), missing.end())
+                << lexicon.code << " " << tableName(meaning);
+        }
+}
+
+TEST(Lexicons, aMissingMonthOrMessageIsFound) {
+    for (LexiconFile lexicon : languages()) {
+        std::erase_if(lexicon.entries, [](const auto &entry) {
+            return entry.meaning == Meaning::Month && entry.value == 7;
+        });
+        lexicon.messages[static_cast<std::size_t>(Notice::InPast)].clear();
+        const auto missing = missingTables(lexicon);
+        EXPECT_EQ(std::set<std::string>(missing.begin(), missing.end()),
+                  (std::set<std::string>{"month 7", "message in-past"}))
+            << lexicon.code;
+    }
+}
+
+TEST(Lexicons, theCompiledTablesHoldEveryLanguage) {
+    std::set<std::string> compiled;
+    for (const LanguageInfo &info : kTables.languages)
+        compiled.insert(std::string(info.code));
+    EXPECT_EQ(compiled.size(), languages().size() + 1) << "and the shared words";
+    for (const LexiconFile &lexicon : languages())
+        EXPECT_EQ(compiled.count(lexicon.code), 1U) << lexicon.code;
+}
+
+TEST(Lexicons, theTablesStayBelowEightMegabytes) {
+    constexpr std::size_t kMost = 8'000'000;
+    std::size_t text = 0;
+    for (const WordSlot &slot : kTables.slots)
+        text += slot.length;
+    EXPECT_LT(kTables.slots.size_bytes() + kTables.phrases.size_bytes() +
+                  kTables.phraseWords.size_bytes() + text,
+              kMost);
+}
+
+TEST(Lexicons, wordsAreFoundAndOthersAreNot) {
+    EXPECT_NE(findWord("monday"), 0U);
+    EXPECT_NE(findWord("donnerstagabend"), 0U) << "a compound";
+    EXPECT_NE(findWord("maerz"), 0U) << "without its dots";
+    EXPECT_NE(findWord("marz"), 0U);
+    EXPECT_EQ(findWord("zxqv"), 0U);
+    EXPECT_EQ(findWord(""), 0U);
+}
+
+TEST(Lexicons, aFaultInALexiconNamesItsLine) {
+    for (const char *text :
+         {"language = xx\n[no-such-table]\nword\n", "language = xx\ncolour = red\n",
+          "[month]\nx = january\n", "[event]\nfunny = party\n", "[message]\nno-such = Hello.\n"}) {
+        try {
+            readLexicon(text, "test.lexicon");
+            FAIL() << text;
+        } catch (const std::runtime_error &error) {
+            EXPECT_NE(std::string(error.what()).find("test.lexicon:2"), std::string::npos)
+                << error.what();
+        }
+    }
+}
+
+} // namespace
+
+} // namespace pindle::conversion::test
