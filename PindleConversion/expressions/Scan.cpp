@@ -44,6 +44,12 @@ private:
             take(m_found.roles, RoleMention{i, static_cast<Role>(role->value)});
         if (const Sense *role = reader.sense(i, Meaning::RoleBehind))
             take(m_found.roles, RoleMention{i, static_cast<Role>(role->value), true});
+        // "Dienstag morgen" is one day.
+        if (const Sense *part = m_afterDate == i ? reader.sense(i, Meaning::PartOfDay) : nullptr;
+            part && isTomorrow(reader, i, *part)) {
+            takePart(reader, i, *part);
+            return i + part->length;
+        }
         if (auto date = readDate(reader, i))
             return takeDate(reader, *date);
         if (const auto next = duration(reader, i); next != i)
@@ -73,11 +79,18 @@ private:
         return reader.word(i) && reader.at(i)->senses == 0 && !reader.symbol(i + 1, '/');
     }
 
+    /// "morgen" and "mañana" name the day here, not its first half as in "heute morgen".
+    static bool isTomorrow(const Reader &reader, std::uint32_t i, const Sense &part) {
+        const Sense *day = reader.sense(i, Meaning::RelativeDay);
+        return day && day->value == 1 && day->length == 1 && part.length == 1;
+    }
+
     std::uint32_t takeDate(const Reader &reader, const DateMention &date) {
         if (take(m_found.dates, date)) {
             use(date.span);
             for (std::uint32_t i = date.span.begin; i < date.span.end; ++i)
-                if (const Sense *part = reader.sense(i, Meaning::PartOfDay)) {
+                if (const Sense *part = reader.sense(i, Meaning::PartOfDay);
+                    part && !isTomorrow(reader, i, *part)) {
                     take(m_found.parts,
                          PartMention{{i, i + part->length}, static_cast<DayPart>(part->value)});
                     break;
