@@ -40,8 +40,12 @@ private:
         if (const Sense *greeting = reader.sense(i, Meaning::Greeting);
             greeting && greeting->length > 1)
             return i + greeting->length;
-        if (const Sense *role = reader.sense(i, Meaning::RoleWord))
+        // "and return by" is no "return by".
+        if (const Sense *role = reader.sense(i, Meaning::RoleWord);
+            role && i + role->length > m_roleEnd) {
             take(m_found.roles, RoleMention{i, static_cast<Role>(role->value)});
+            m_roleEnd = i + role->length;
+        }
         if (const Sense *role = reader.sense(i, Meaning::RoleBehind))
             take(m_found.roles, RoleMention{i, static_cast<Role>(role->value), true});
         // "Dienstag morgen" is one day.
@@ -97,6 +101,10 @@ private:
                 }
         }
         m_afterDate = date.span.end;
+        // "18:30 Thursday, 45 min"
+        constexpr std::uint32_t kClose = 2;
+        if (m_afterTime <= date.span.begin && date.span.begin - m_afterTime <= kClose)
+            m_length = reader.skipSymbol(date.span.end, ',');
         return date.span.end;
     }
 
@@ -126,6 +134,10 @@ private:
         if (i == field.begin)
             return false;
         const Sense *event = reader.sense(i - 1, Meaning::Event);
+        // "Lecture Theatre 1"
+        if (i > field.begin + 1 && reader.at(i - 1)->capital && reader.word(i - 2) &&
+            reader.has(i - 1, Meaning::PlaceNoun))
+            return false;
         return event && event->value != static_cast<int>(EventKind::Work) &&
                event->value != static_cast<int>(EventKind::Neutral);
     }
@@ -208,6 +220,7 @@ private:
     std::uint32_t m_afterDate = kNowhere;
     std::uint32_t m_afterTime = kNowhere;
     std::uint32_t m_length = kNowhere;
+    std::uint32_t m_roleEnd = 0;
 };
 
 } // namespace
