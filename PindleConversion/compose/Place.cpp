@@ -10,6 +10,7 @@ namespace pindle::conversion {
 namespace {
 
 constexpr int kLeastScore = 20;
+constexpr int kFrom = 30;  ///< where something comes from
 constexpr int kAside = 35; ///< less for a place that something else happens at
 constexpr int kNamedStay = 30;
 constexpr int kAsked = 12;                  ///< less for a place that a speaker only asks about
@@ -63,6 +64,8 @@ private:
             labelled(field);
         links(field);
         if (field.ignored || field.label == Label::Price || field.label == Label::Title)
+            return;
+        if (f != m_anchorField && isArrival(reader, field.begin))
             return;
         bool quoted = false;
         for (std::uint32_t i = field.begin; i < field.end; ++i) {
@@ -325,6 +328,11 @@ private:
             return;
         const Shape shape = shapeOf({begin, end});
         const bool determined = reader.has(begin, Meaning::The);
+        // "at the wedding of"
+        if (const std::uint32_t first = reader.skip(begin, Meaning::The);
+            determined && !token(first).capital && reader.has(first, Meaning::Event) &&
+            !reader.has(first, Meaning::PlaceNoun) && !reader.has(end - 1, Meaning::PlaceNoun))
+            return;
         const bool named = shape.capital || token(begin).kind == TokenKind::Number;
         // "Abbazia di Santa Maria al Bosco", "Boekhandel Letterlust te Leuven" are one name.
         if (const std::uint32_t head = spokenHead(reader, i); head < i && named)
@@ -338,7 +346,10 @@ private:
         const bool known = shape.noun || shape.street;
         if (marker.value == 1 && (named || known))
             offer({nounBefore(reader, i, begin), end},
-                  known ? 58 - headingPenalty(i) : 50 - 2 * headingPenalty(i), i);
+                  isFrom(reader, i) ? kFrom
+                  : known           ? 58 - headingPenalty(i)
+                                    : 50 - 2 * headingPenalty(i),
+                  i);
         else if (marker.value == 1 && token(begin).possessive && shape.words <= 3)
             offer({begin, end}, 40, i);
         else if (marker.value == 1 && determined && shape.words <= 4 && shape.words > 1)
@@ -357,10 +368,14 @@ private:
         const Field &field = m_document.fields[token(i).field];
         const Reader reader(m_document, i);
         std::uint32_t head = i;
-        if (i == field.begin || !token(i - 1).capital)
+        const bool numbered = i > field.begin + 1 && token(i - 1).kind == TokenKind::Number &&
+                              reader.has(i - 2, Meaning::PlaceNoun);
+        if (i == field.begin || !(token(i - 1).capital || numbered))
             return i;
         for (std::uint32_t k = i; k > field.begin && i - k < kReach; --k) {
             const Token &before = token(k - 1);
+            if (numbered && k == i)
+                continue;
             const bool part = before.kind == TokenKind::Word && !before.used &&
                               m_document.sameSentence(k - 1, i) &&
                               (before.capital || reader.has(k - 1, Meaning::PlaceNoun) ||
@@ -429,7 +444,18 @@ private:
     int headingPenalty(std::uint32_t i) const {
         constexpr int kPenalty = 12;
         const Field &field = m_document.fields[token(i).field];
-        return token(i).field < m_anchorField && token(field.begin).capital ? kPenalty : 0;
+        const bool above = token(i).field < m_anchorField && token(field.begin).capital;
+        return above || isNameBeforeDate(field, i) ? kPenalty : 0;
+    }
+
+    /// "Jazz on the Lawn, Sunday 12 July": a name in capitals with a mark behind it.
+    bool isNameBeforeDate(const Field &field, std::uint32_t i) const {
+        if (token(i).field != m_anchorField || i > m_choice.anchor() || field.begin == i)
+            return false;
+        const Reader reader(m_document, field.end);
+        const std::uint32_t end = nameEnd(reader, i + 1);
+        return (isBreak(reader, end) || reader.symbol(end, '|')) &&
+               shapeOf({field.begin, end}).title;
     }
 
     /// A street with its number is certain.
@@ -496,12 +522,20 @@ private:
         if (end - begin < 2 || isSeat(reader, i) ||
             (!numbered && begin == i && reader.has(i, Meaning::Event)))
             return;
+        if (m_choice.kind == EventKind::Travel && isRouteEnd(field, begin))
+            return;
         if (isTitlePosition(field, begin)) {
             if (isStay() && shapeOf({begin, end}).title)
                 offer({begin, end}, kNamedStay, i);
             return;
         }
         offer({begin, end}, numbered ? 26 : 14, i);
+    }
+
+    /// "Holyport - Port Erran": the second name of a route.
+    bool isRouteEnd(const Field &field, std::uint32_t begin) const {
+        return begin > field.begin + 1 && token(begin - 1).symbol == '-' &&
+               token(begin - 2).capital && !token(begin - 2).used;
     }
 
     /// "Plaza 7", "Seat 22A" on a ticket.
@@ -599,6 +633,30 @@ private:
                !reader.has(begin, Meaning::PlaceNoun);
     }
 
+    /// "parade square", "Lecture Theatre 1": what it is said last.
+    static bool isKindOfPlace(const Reader &reader, TokenSpan part) {
+        constexpr std::uint32_t kMost = 5;
+        std::uint32_t last = part.end - 1;
+        if (last > part.begin && reader.at(last)->kind == TokenKind::Number)
+            --last;
+        return last > part.begin && part.end - part.begin <= kMost && reader.word(last) &&
+               !reader.at(last)->unspaced && reader.has(last, Meaning::PlaceNoun) &&
+               !reader.has(last - 1, Meaning::Of) && !reader.has(last - 1, Meaning::The);
+    }
+
+    /// "Arrive London": where a journey ends.
+    static bool isArrival(const Reader &reader, std::uint32_t i) {
+        const Sense *role = reader.sense(i, Meaning::RoleWord);
+        return role && role->value == static_cast<int>(Role::End);
+    }
+
+    /// Date, name, place and time on lines of their own, in this order.
+    bool isSecondBeforeTime(const Field &field) const {
+        return !m_choice.timeSpan.empty() && field.label == Label::None && !field.spoken &&
+               field.line > lineOf(m_choice.dateSpan.empty() ? 0 : m_choice.anchor()) + 1 &&
+               field.line < lineOf(m_choice.timeSpan.begin);
+    }
+
     /// Weighs one part; returns where to go on.
     std::uint32_t piece(const Reader &reader, std::uint32_t f, std::uint32_t begin,
                         std::uint32_t end) {
@@ -609,7 +667,8 @@ private:
                              reader.has(begin, Meaning::Chatter) ||
                              (reader.has(begin, Meaning::PlaceStop) && !token(begin).upper()) ||
                              token(begin).kind == TokenKind::Link || isSeat(reader, begin) ||
-                             reader.symbol(end, ':') || isAnnounced(reader, begin);
+                             isArrival(reader, begin) || reader.symbol(end, ':') ||
+                             isAnnounced(reader, begin);
         // Without spaces the name ends where the sentence goes on.
         if (token(begin).unspaced && !reader.has(end - 1, Meaning::PlaceNoun))
             end = std::clamp(nameEnd(reader, begin), begin + 1, end);
@@ -617,9 +676,10 @@ private:
         const bool greets = reader.has(begin, Meaning::Greeting) && !(shape.noun && shape.title);
         // "place du Marché" is no market.
         const bool placeFirst =
-            !reader.has(begin, Meaning::Event) &&
-            (reader.has(begin, Meaning::PlaceNoun) || reader.has(begin, Meaning::StreetWord)) &&
-            (reader.has(begin + 1, Meaning::Of) || reader.has(begin + 1, Meaning::The));
+            isKindOfPlace(reader, {begin, end}) ||
+            (!reader.has(begin, Meaning::Event) &&
+             (reader.has(begin, Meaning::PlaceNoun) || reader.has(begin, Meaning::StreetWord)) &&
+             (reader.has(begin + 1, Meaning::Of) || reader.has(begin + 1, Meaning::The)));
         if (refused || greets || shape.words == 0 || shape.words > kMostWords ||
             (shape.event && !placeFirst))
             return end;
@@ -631,16 +691,20 @@ private:
                               (field.cell || m_document.sameSentence(begin, m_choice.anchor()) ||
                                (!m_choice.timeSpan.empty() &&
                                 m_document.sameSentence(begin, m_choice.timeSpan.begin)));
-        const bool nextLine = field.line == m_momentLine + 1;
+        const bool nextLine =
+            field.line == m_momentLine + 1 || (isSecondBeforeTime(field) && end == field.end);
         const std::uint32_t whole =
             token(begin).unspaced ? end : std::max(end, nameEnd(reader, begin));
         const Shape all = shapeOf({begin, whole});
         const bool known = address || kind || (shape.title && (all.noun || all.street));
         // "23:59 AoE": one unknown word glued to a time is no place.
         const bool loose = begin > field.begin && token(begin - 1).used && shape.words == 1;
+        const auto numbers =
+            std::count_if(m_document.tokens.begin() + begin, m_document.tokens.begin() + end,
+                          [](const Token &each) { return each.kind == TokenKind::Number; });
         // Without capitals only a line of its own is a name.
-        const bool named =
-            shape.title && (!token(begin).unspaced || (begin == field.begin && end == field.end));
+        const bool named = shape.title && numbers < 2 &&
+                           (!token(begin).unspaced || (begin == field.begin && end == field.end));
         if (!known && (loose || !(named && (sameLine || nextLine || field.spoken))))
             return end;
         int score = known ? 34 : 22;

@@ -358,6 +358,7 @@ std::optional<DateMention> readNumeric(const Reader &reader, std::uint32_t i) {
     // Where the year comes first, a date that ends with it was written in another habit.
     const bool foreign = three && reader.language(i).script != Script::Latin;
     result.first.order = foreign ? DayOrder::ByZone : reader.language(i).dayOrder;
+    result.first.shortYear = three && year->digits == 2;
     result.weak = !three;
     return result;
 }
