@@ -38,7 +38,7 @@ private:
         if (isPlain(reader, i))
             return i + 1;
         if (const Sense *greeting = reader.sense(i, Meaning::Greeting);
-            greeting && greeting->length > 1)
+            greeting && greeting->length > 1 && greets(reader, i, i + greeting->length))
             return i + greeting->length;
         // "and return by" is no "return by".
         if (const Sense *role = reader.sense(i, Meaning::RoleWord);
@@ -48,6 +48,12 @@ private:
         }
         if (const Sense *role = reader.sense(i, Meaning::RoleBehind))
             take(m_found.roles, RoleMention{i, static_cast<Role>(role->value), true});
+        // "Dienstag morgen" is one day.
+        if (const Sense *part = m_afterDate == i ? reader.sense(i, Meaning::PartOfDay) : nullptr;
+            part && isTomorrow(reader, i, *part)) {
+            takePart(reader, i, *part);
+            return i + part->length;
+        }
         if (auto date = readDate(reader, i))
             return takeDate(reader, *date);
         if (const auto next = duration(reader, i); next != i)
@@ -71,17 +77,36 @@ private:
         return marker(reader, i);
     }
 
+    /// "Bis morgen!" greets, "bis morgen um zwölf" tells when.
+    static bool greets(const Reader &reader, std::uint32_t i, std::uint32_t next) {
+        const Token *behind = reader.at(next);
+        const bool ends = !behind || behind->kind == TokenKind::Symbol ||
+                          behind->sentence != reader.at(i)->sentence;
+        bool day = false;
+        for (std::uint32_t k = i; k < next; ++k)
+            day = day || reader.has(k, Meaning::RelativeDay) || reader.has(k, Meaning::Weekday);
+        const bool starts = i == 0 || reader.document().tokens[i - 1].kind != TokenKind::Word;
+        return !day || (ends && starts);
+    }
+
     /// A word without a meaning starts nothing, unless it is the area of a zone's identifier or
     /// the letter of a time stamp.
     static bool isPlain(const Reader &reader, std::uint32_t i) {
         return reader.word(i) && reader.at(i)->senses == 0 && !reader.symbol(i + 1, '/');
     }
 
+    /// "morgen" and "mañana" name the day here, not its first half as in "heute morgen".
+    static bool isTomorrow(const Reader &reader, std::uint32_t i, const Sense &part) {
+        const Sense *day = reader.sense(i, Meaning::RelativeDay);
+        return day && day->value == 1 && day->length == 1 && part.length == 1;
+    }
+
     std::uint32_t takeDate(const Reader &reader, const DateMention &date) {
         if (take(m_found.dates, date)) {
             use(date.span);
             for (std::uint32_t i = date.span.begin; i < date.span.end; ++i)
-                if (const Sense *part = reader.sense(i, Meaning::PartOfDay)) {
+                if (const Sense *part = reader.sense(i, Meaning::PartOfDay);
+                    part && !isTomorrow(reader, i, *part)) {
                     take(m_found.parts,
                          PartMention{{i, i + part->length}, static_cast<DayPart>(part->value)});
                     break;
@@ -90,8 +115,9 @@ private:
         m_afterDate = date.span.end;
         // "18:30 Thursday, 45 min"
         constexpr std::uint32_t kClose = 1;
-        if (m_afterTime <= date.span.begin && date.span.begin - m_afterTime <= kClose)
-            m_length = reader.skipSymbol(date.span.end, ',');
+        if (m_afterTime <= date.span.begin && date.span.begin - m_afterTime <= kClose &&
+            reader.symbol(date.span.end, ','))
+            m_length = date.span.end + 1;
         return date.span.end;
     }
 
@@ -173,9 +199,12 @@ private:
         if (const Sense *length = reader.sense(i, Meaning::DurationMark)) {
             m_length = i + length->length;
             next = std::max(next, m_length);
-        } else if (m_length == i && (isPassage(reader, i) || reader.symbol(i, ')') ||
-                                     reader.has(i, Meaning::Approximate))) {
+        } else if (m_length == i && (isPassage(reader, i) || reader.symbol(i, ')'))) {
             m_length = i + 1;
+        } else if (const Sense *from = m_length == i ? reader.sense(i, Meaning::RangeTo) : nullptr;
+                   from && reader.at(i)->unspaced) {
+            // "10時から2時間"
+            m_length = i + from->length;
         }
         if (m_afterDate == i &&
             (isPassage(reader, i) || reader.symbol(i, '-') || reader.has(i, Meaning::Approximate)))

@@ -43,6 +43,8 @@ bool mayFollowBare(const Reader &reader, std::uint32_t i, bool marked) {
         reader.has(i, Meaning::TimeMarker) || reader.has(i, Meaning::ZoneAfterTime) ||
         reader.has(i, Meaning::Zone) || reader.has(i, Meaning::Event))
         return true;
+    if (marked && reader.has(i, Meaning::PresentVerb))
+        return true;
     return marked && token->capital && !startsAddress(reader, i);
 }
 
@@ -103,9 +105,9 @@ std::optional<End> readEnd(const Reader &reader, std::uint32_t i, bool between) 
     const Sense *to = reader.sense(i, Meaning::RangeTo);
     if (!to && between)
         to = reader.sense(i, Meaning::And);
+    End end;
     if (!to)
         return std::nullopt;
-    End end;
     const std::uint32_t at = skipAirport(reader, reader.skip(i + to->length, Meaning::The), i);
     const auto clock = readClock(reader, at, end.next);
     if (!clock || (!clock->sure && clock->meridiem < 0 && !mayFollowBare(reader, end.next, true)))

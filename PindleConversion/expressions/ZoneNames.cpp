@@ -176,6 +176,7 @@ std::uint32_t readIdentifier(const Reader &reader, std::uint32_t i, TimeMention 
 std::uint32_t readZone(const Reader &reader, std::uint32_t i, bool afterTime,
                        TimeMention &mention) {
     const std::uint32_t begin = reader.skipSymbol(i, '(');
+    const TimeMention before = mention;
     std::uint32_t end = afterTime || begin != i ? readUniversal(reader, begin, mention) : begin;
     if (end == begin)
         end = readIdentifier(reader, begin, mention);
@@ -203,6 +204,12 @@ std::uint32_t readZone(const Reader &reader, std::uint32_t i, bool afterTime,
                                 : nullptr;
         city && city->value == 0 && reader.symbol(end + 1 + city->length, ')'))
         end += 2 + city->length;
+    // "（伦敦时间13:00）" tells the same moment elsewhere.
+    if (begin != i && reader.at(end) && reader.at(end)->kind == TokenKind::Number &&
+        reader.at(begin)->unspaced) {
+        mention = before;
+        return i;
+    }
     mention.zoneSpan = {begin, end};
     return begin != i ? reader.skipSymbol(end, ')') : end;
 }
