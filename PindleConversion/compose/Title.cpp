@@ -361,7 +361,7 @@ private:
         int score = labelScore(field.label) - std::min(m_order, 20) + 20;
         const bool sameSentence = m_document.sameSentence(part.begin, anchor);
         const bool sameField = token(part.begin).field == token(anchor).field;
-        const bool first = m_first && alone && !field.spoken;
+        const bool first = m_first && alone && !field.spoken && !isNotice(reader, part);
         if (sameSentence)
             score += part.begin < anchor ? 40 : 28;
         else if (sameField)
@@ -371,16 +371,35 @@ private:
         const bool kind = isCalledByNext(trimmed);
         if (first && isHeading(part) && !kind)
             score += 48;
-        if (contains(trimmed, Meaning::Event))
+        if (contains(trimmed, Meaning::Event) && !namesHost(trimmed))
             score += 16;
         if (isQuoted(part))
             score += 30;
         if (run.beforeUsed && sameSentence && part.end == run.span.end)
             score += 4;
         score += penalties(reader, part, trimmed);
-        if (!reader.has(part.begin, Meaning::Greeting) && !kind)
+        if (!reader.has(part.begin, Meaning::Greeting) && !kind && !isNotice(reader, part))
             m_sawText = true;
         return score;
+    }
+
+    /// "Your booking VL8K2P" above what is booked.
+    bool isNotice(const Reader &reader, TokenSpan part) const {
+        const Sense *chatter = reader.sense(part.begin, Meaning::Chatter);
+        const std::uint32_t rest = chatter ? part.begin + chatter->length : part.begin;
+        return chatter && (rest == part.end || isCode({rest, part.end}));
+    }
+
+    /// "Chess club The Tower" says who, not what.
+    bool namesHost(TokenSpan trimmed) const {
+        const Reader reader(m_document, trimmed.end);
+        return reader.has(trimmed.begin, Meaning::PlaceNoun) &&
+               !reader.has(trimmed.begin, Meaning::Event);
+    }
+
+    /// "Rendezvous 6pm at the Café Noir for Chloé's party": the event is named later.
+    bool isBeforeMoment(TokenSpan trimmed) const {
+        return trimmed.end == m_choice.timeSpan.begin || trimmed.end == m_choice.dateSpan.begin;
     }
 
     /// A name in quotes, of some words.
@@ -415,7 +434,10 @@ private:
             score -= 8;
         const Sense *role = reader.sense(trimmed.begin, Meaning::RoleWord);
         if (role && trimmed.begin + role->length == trimmed.end)
-            score -= 40;
+            score -= role->value == static_cast<int>(Role::Side) ? 80 : 40;
+        const Sense *general = reader.sense(trimmed.begin, Meaning::GeneralEvent);
+        if (general && trimmed.begin + general->length == trimmed.end && isBeforeMoment(trimmed))
+            score -= 20;
         if (trimmed.end - trimmed.begin == 1 && !contains(trimmed, Meaning::Event))
             score -= 6;
         if (isCalledByNext(trimmed))

@@ -118,6 +118,10 @@ std::uint32_t readWeekBehind(const Reader &reader, std::uint32_t i, DateSpec &sp
         spec.days += 7;
         return i + week->length;
     }
+    if (const Sense *weeks = unit(reader, i, Unit::Fortnight)) {
+        spec.days += 14;
+        return i + weeks->length;
+    }
     return i;
 }
 
@@ -155,6 +159,9 @@ struct Rank {
 Rank readRank(const Reader &reader, std::uint32_t i) {
     if (const Sense *ordinal = reader.sense(i, Meaning::Ordinal))
         return {ordinal->value, i + ordinal->length};
+    // "na última sexta do mês": the word for a day that is past is the last of a month, too.
+    if (const Sense *last = reader.sense(i, Meaning::Last))
+        return {-1, i + last->length};
     if (reader.number(i, 1, 31) && reader.has(i + 1, Meaning::OrdinalMark) && reader.glued(i + 1))
         return {static_cast<int>(reader.at(i)->number), i + 2};
     return {};
@@ -421,9 +428,8 @@ std::optional<DateMention> readLedDay(const Reader &reader, std::uint32_t i) {
         (behind->symbol == '\'' || behind->symbol == '"' || behind->symbol == '%'))
         return std::nullopt;
     // "de 12e en 77e minuut": such a row counts something else.
-    constexpr std::uint32_t kLastDay = 31;
-    const std::uint32_t second = reader.skip(next, Meaning::And);
-    if (second != next && reader.number(second, kLastDay + 1, 9999, 4))
+    if (isCounted(reader, next) || skipNumberRow(reader, number) != number ||
+        reader.has(next, Meaning::StreetWord))
         return std::nullopt;
     // "do 13.04" goes on.
     if (ordinal && reader.glued(next) && reader.number(next, 0, 9999, 4))
@@ -461,6 +467,8 @@ std::optional<DateMention> readDayOnly(const Reader &reader, std::uint32_t i) {
     result.span.end = readMonthBehind(reader, rank.next, result.first);
     if (result.span.end != rank.next)
         return result;
+    if (isCounted(reader, rank.next))
+        return std::nullopt;
     const Token *before = i > 0 ? &reader.document().tokens[i - 1] : nullptr;
     const bool digits = reader.at(begin)->kind == TokenKind::Number;
     const Reader all(reader.document(), reader.end());
