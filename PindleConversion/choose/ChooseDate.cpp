@@ -55,6 +55,8 @@ int Chooser::scoreDate(const Dated &dated, int index) {
         score += 4;
     if (dated.mention->weak)
         score -= 30;
+    if (tellsOpeningHours(dated))
+        score -= 45;
     switch (roleOf(token)) {
     case Role::Deadline:
         score -= 40;
@@ -84,6 +86,14 @@ int Chooser::scoreDate(const Dated &dated, int index) {
     if (sentenceHas(token, Meaning::Event))
         score += 10;
     return score;
+}
+
+bool Chooser::tellsOpeningHours(const Dated &dated) const {
+    if (dated.mention->first.base != DateSpec::Base::Weekday || !dated.mention->last)
+        return false;
+    return std::any_of(m_dates.begin(), m_dates.end(), [&](const Dated &other) {
+        return other.mention->first.base == DateSpec::Base::Calendar && other.mention->last;
+    });
 }
 
 bool Chooser::opensStay(const Dated &dated) const {

@@ -21,7 +21,8 @@ bool Chooser::belongsToOther(const TimeMention &time) const {
         if (other.mention == mine.mention || other.mention->weak ||
             !m_document.sameSentence(other.mention->span.begin, at))
             continue;
-        if (other.date.first == mine.date.first)
+        if (other.date.first == mine.date.first ||
+            roleOf(other.mention->span.begin) == Role::MovedFrom)
             continue;
         if (!ownSentence || gap(other.mention->span, time.span) < own)
             return true;
@@ -123,10 +124,13 @@ EventKind Chooser::eventKind() const {
     constexpr std::uint32_t kReach = 200;
     const std::uint32_t low = anchor > kReach ? anchor - kReach : 0;
     const auto size = static_cast<std::uint32_t>(m_document.tokens.size());
+    std::uint32_t covered = 0;
     for (std::uint32_t i = low; i < std::min(size, anchor + kReach); ++i) {
-        const Sense *event = reader.sense(i, Meaning::Event);
+        // "swim gala" is no "gala".
+        const Sense *event = i < covered ? nullptr : reader.sense(i, Meaning::Event);
         if (!event || m_document.fields[m_document.tokens[i].field].ignored)
             continue;
+        covered = i + event->length;
         const auto kind = static_cast<EventKind>(event->value);
         int score = kind == EventKind::Neutral ? 0 : 4;
         score += m_document.sameSentence(i, anchor) ? 2 : 0;

@@ -69,6 +69,8 @@ private:
     bool hasTimeNear(std::uint32_t token) const;
     bool hasTimeBeside(TokenSpan span) const;
     int scoreDate(const Dated &dated, int index);
+    /// "Tue-Sun" beside the days of an exhibition.
+    bool tellsOpeningHours(const Dated &dated) const;
     /// "Arrival 3 April, departure 10 April": who stays arrives first.
     bool opensStay(const Dated &dated) const;
     /// "Delivered on 16 October", said some days later.

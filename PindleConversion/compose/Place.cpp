@@ -10,6 +10,7 @@ namespace pindle::conversion {
 namespace {
 
 constexpr int kLeastScore = 20;
+constexpr int kFrom = 30;  ///< where something comes from
 constexpr int kAside = 35; ///< less for a place that something else happens at
 constexpr int kNamedStay = 30;
 constexpr int kOwnLine = 26;                ///< more for a place that has the line below the date
@@ -65,6 +66,8 @@ private:
             labelled(field);
         links(field);
         if (field.ignored || field.label == Label::Price || field.label == Label::Title)
+            return;
+        if (f != m_anchorField && isArrival(reader, field.begin))
             return;
         bool quoted = false;
         for (std::uint32_t i = field.begin; i < field.end; ++i) {
@@ -246,7 +249,9 @@ private:
         // "amphi A"
         const bool letter =
             current.end - current.begin == 1 && reader.has(i - 1, Meaning::PlaceNoun);
-        const bool goesOn = token(i - 1).capital || reader.symbol(i - 1, ',') || letter;
+        // "Igreja de São Pedro"
+        const bool ofName = i > begin + 1 && reader.has(i - 1, Meaning::Of) && token(i - 2).capital;
+        const bool goesOn = token(i - 1).capital || reader.symbol(i - 1, ',') || letter || ofName;
         return stopWord && !(current.capital && goesOn);
     }
 
@@ -315,6 +320,11 @@ private:
             return;
         const Shape shape = shapeOf({begin, end});
         const bool determined = reader.has(begin, Meaning::The);
+        // "at the wedding of"
+        if (const std::uint32_t first = reader.skip(begin, Meaning::The);
+            determined && !token(first).capital && reader.has(first, Meaning::Event) &&
+            !reader.has(first, Meaning::PlaceNoun) && !reader.has(end - 1, Meaning::PlaceNoun))
+            return;
         const bool named = shape.capital || token(begin).kind == TokenKind::Number;
         // "Abbazia di Santa Maria al Bosco", "Boekhandel Letterlust te Leuven" are one name.
         if (const std::uint32_t head = nameHead(i); head < i && named)
@@ -329,7 +339,10 @@ private:
             return;
         if (marker.value == 1 && (named || known))
             offer({nounBefore(reader, i, begin), end},
-                  known ? 58 - headingPenalty(i) : 50 - 2 * headingPenalty(i), i);
+                  isFrom(reader, i) ? kFrom
+                  : known           ? 58 - headingPenalty(i)
+                                    : 50 - 2 * headingPenalty(i),
+                  i);
         else if (marker.value == 1 && token(begin).possessive && shape.words <= 3)
             offer({begin, end}, 40, i);
         else if (marker.value == 1 && determined && shape.words <= 4 && shape.words > 1)
@@ -348,10 +361,14 @@ private:
         const Field &field = m_document.fields[token(i).field];
         const Reader reader(m_document, i);
         std::uint32_t head = i;
-        if (i == field.begin || !token(i - 1).capital)
+        const bool numbered = i > field.begin + 1 && token(i - 1).kind == TokenKind::Number &&
+                              reader.has(i - 2, Meaning::PlaceNoun);
+        if (i == field.begin || !(token(i - 1).capital || numbered))
             return i;
         for (std::uint32_t k = i; k > field.begin && i - k < kReach; --k) {
             const Token &before = token(k - 1);
+            if (numbered && k == i)
+                continue;
             const bool part = before.kind == TokenKind::Word && !before.used &&
                               m_document.sameSentence(k - 1, i) &&
                               (before.capital || reader.has(k - 1, Meaning::PlaceNoun) ||
@@ -402,7 +419,18 @@ private:
     int headingPenalty(std::uint32_t i) const {
         constexpr int kPenalty = 12;
         const Field &field = m_document.fields[token(i).field];
-        return token(i).field < m_anchorField && token(field.begin).capital ? kPenalty : 0;
+        const bool above = token(i).field < m_anchorField && token(field.begin).capital;
+        return above || isNameBeforeDate(field, i) ? kPenalty : 0;
+    }
+
+    /// "Jazz on the Lawn, Sunday 12 July": a name in capitals with a mark behind it.
+    bool isNameBeforeDate(const Field &field, std::uint32_t i) const {
+        if (token(i).field != m_anchorField || i > m_choice.anchor() || field.begin == i)
+            return false;
+        const Reader reader(m_document, field.end);
+        const std::uint32_t end = nameEnd(reader, i + 1);
+        return (isBreak(reader, end) || reader.symbol(end, '|')) &&
+               shapeOf({field.begin, end}).title;
     }
 
     /// A street with its number is certain.
@@ -470,6 +498,8 @@ private:
         if (end - begin < 2 || isSeat(reader, i) ||
             (!numbered && begin == i && reader.has(i, Meaning::Event)))
             return;
+        if (m_choice.kind == EventKind::Travel && isRouteEnd(field, begin))
+            return;
         if (isTitlePosition(field, begin)) {
             if (isStay() && shapeOf({begin, end}).title)
                 offer({begin, end}, kNamedStay, i);
@@ -482,6 +512,12 @@ private:
     static bool endsCompound(const Reader &reader, std::uint32_t i) {
         return i > 1 && reader.symbol(i - 1, '-') && reader.glued(i) && reader.glued(i - 1) &&
                !reader.has(i, Meaning::PlaceNoun) && !reader.at(i)->capital;
+    }
+
+    /// "Holyport - Port Erran": the second name of a route.
+    bool isRouteEnd(const Field &field, std::uint32_t begin) const {
+        return begin > field.begin + 1 && token(begin - 1).symbol == '-' &&
+               token(begin - 2).capital && !token(begin - 2).used;
     }
 
     /// "Plaza 7", "Seat 22A" on a ticket.
@@ -598,6 +634,30 @@ private:
                field.line != lineOf(m_choice.timeSpan.begin);
     }
 
+    /// "parade square", "Lecture Theatre 1": what it is said last.
+    static bool isKindOfPlace(const Reader &reader, TokenSpan part) {
+        constexpr std::uint32_t kMost = 5;
+        std::uint32_t last = part.end - 1;
+        if (last > part.begin && reader.at(last)->kind == TokenKind::Number)
+            --last;
+        return last > part.begin && part.end - part.begin <= kMost && reader.word(last) &&
+               !reader.at(last)->unspaced && reader.has(last, Meaning::PlaceNoun) &&
+               !reader.has(last - 1, Meaning::Of) && !reader.has(last - 1, Meaning::The);
+    }
+
+    /// "Arrive London": where a journey ends.
+    static bool isArrival(const Reader &reader, std::uint32_t i) {
+        const Sense *role = reader.sense(i, Meaning::RoleWord);
+        return role && role->value == static_cast<int>(Role::End);
+    }
+
+    /// Date, name, place and time on lines of their own, in this order.
+    bool isSecondBeforeTime(const Field &field) const {
+        return !m_choice.timeSpan.empty() && field.label == Label::None && !field.spoken &&
+               field.line > lineOf(m_choice.dateSpan.empty() ? 0 : m_choice.anchor()) + 1 &&
+               field.line < lineOf(m_choice.timeSpan.begin);
+    }
+
     /// Weighs one part; returns where to go on.
     std::uint32_t piece(const Reader &reader, std::uint32_t f, std::uint32_t begin,
                         std::uint32_t end) {
@@ -608,7 +668,7 @@ private:
                              reader.has(begin, Meaning::Chatter) ||
                              (reader.has(begin, Meaning::PlaceStop) && !token(begin).upper()) ||
                              token(begin).kind == TokenKind::Link || isSeat(reader, begin) ||
-                             reader.symbol(end, ':');
+                             isArrival(reader, begin) || reader.symbol(end, ':');
         // Without spaces the name ends where the sentence goes on.
         if (token(begin).unspaced && !reader.has(end - 1, Meaning::PlaceNoun))
             end = std::clamp(nameEnd(reader, begin), begin + 1, end);
@@ -619,10 +679,11 @@ private:
             reader.has(begin, Meaning::PlaceNoun) || reader.has(begin, Meaning::StreetWord);
         const bool named = token(begin).upper() && token(end - 1).upper() && begin + 1 < end &&
                            !reader.has(end - 1, Meaning::Event);
-        const bool placeFirst = nounFirst && (reader.has(begin, Meaning::Event)
-                                                  ? named
-                                                  : reader.has(begin + 1, Meaning::Of) ||
-                                                        reader.has(begin + 1, Meaning::The));
+        const bool placeFirst = isKindOfPlace(reader, {begin, end}) ||
+                                (nounFirst && (reader.has(begin, Meaning::Event)
+                                                   ? named
+                                                   : reader.has(begin + 1, Meaning::Of) ||
+                                                         reader.has(begin + 1, Meaning::The)));
         const bool filler = end == begin + 1 && (reader.has(begin, Meaning::Of) ||
                                                  reader.has(begin, Meaning::RangeFrom) ||
                                                  reader.has(begin, Meaning::The));
@@ -637,16 +698,21 @@ private:
                               (field.cell || m_document.sameSentence(begin, m_choice.anchor()) ||
                                (!m_choice.timeSpan.empty() &&
                                 m_document.sameSentence(begin, m_choice.timeSpan.begin)));
-        const bool nextLine = field.line == m_momentLine + 1;
+        const bool nextLine =
+            field.line == m_momentLine + 1 || (isSecondBeforeTime(field) && end == field.end);
         const std::uint32_t whole =
             token(begin).unspaced ? end : std::max(end, nameEnd(reader, begin));
         const Shape all = shapeOf({begin, whole});
         const bool known = address || kind || (shape.title && (all.noun || all.street));
         // "23:59 AoE": one unknown word glued to a time is no place.
         const bool loose = begin > field.begin && token(begin - 1).used && shape.words == 1;
+        const auto numbers =
+            std::count_if(m_document.tokens.begin() + begin, m_document.tokens.begin() + end,
+                          [](const Token &each) { return each.kind == TokenKind::Number; });
         // Without capitals only a line of its own is a name.
         const bool wholeName =
-            shape.title && (!token(begin).unspaced || (begin == field.begin && end == field.end));
+            shape.title && numbers < 2 &&
+            (!token(begin).unspaced || (begin == field.begin && end == field.end));
         if (!known && (loose || !(wholeName && (sameLine || nextLine || field.spoken))))
             return end;
         int score = known ? 34 : 22;

@@ -366,6 +366,9 @@ private:
             score += part.begin < anchor ? 40 : 28;
         else if (sameField)
             score += 8;
+        else if (field.spoken && contains(trimmed, Meaning::Event) && !m_choice.timeSpan.empty() &&
+                 m_document.sameSentence(part.begin, m_choice.timeSpan.begin))
+            score += 24;
         if (field.cell && &field == &m_document.fields.front())
             score += 20;
         const bool kind = isCalledByNext(trimmed);
@@ -377,8 +380,11 @@ private:
             score += 30;
         if (run.beforeUsed && sameSentence && part.end == run.span.end)
             score += 4;
-        score += penalties(reader, part, trimmed);
-        if (!reader.has(part.begin, Meaning::Greeting) && !kind && !isNotice(reader, part))
+        constexpr int kAnnouncement = -40;
+        const int less = penalties(reader, part, trimmed);
+        score += less;
+        if (!reader.has(part.begin, Meaning::Greeting) && !kind && less > kAnnouncement &&
+            !isNotice(reader, part))
             m_sawText = true;
         return score;
     }
@@ -414,10 +420,18 @@ private:
         std::uint32_t begin = part.begin;
         while (begin + 1 < part.end && isEdgeMark(token(begin)))
             ++begin;
-        // "guys pizza on Friday": the greeting is gone and a kind of event is left.
-        if (reader.has(begin, Meaning::Greeting))
+        // "guys pizza on Friday": the greeting is gone and a kind of event is left. "Team dinner"
+        // greets nobody.
+        const Sense *greeting = reader.sense(begin, Meaning::Greeting);
+        if (greeting && !(greeting->length == 1 && reader.has(begin + 1, Meaning::Event)))
             score -= trimmed.begin > begin && contains(trimmed, Meaning::Event) ? 8 : 70;
         if (reader.has(begin, Meaning::Chatter) || reader.has(begin, Meaning::AsideLead))
+            score -= 40;
+        if (isPageHead(reader, part))
+            score -= 60;
+        // "Mr and Mrs Pope": who invites.
+        if (token(begin).capital && reader.has(begin, Meaning::Person) &&
+            !contains(trimmed, Meaning::Event))
             score -= 40;
         if (begin < part.end && token(begin).symbol == '(')
             score -= 25;
@@ -443,6 +457,24 @@ private:
         if (isCalledByNext(trimmed))
             score -= 30;
         return score;
+    }
+
+    /// "Home › What's on", "Lincoln School News", "SOLD OUT".
+    bool isPageHead(const Reader &reader, TokenSpan part) const {
+        constexpr char32_t kBreadcrumb = 0x203A;
+        bool slash = false;
+        bool number = false;
+        for (std::uint32_t i = part.begin; i < part.end; ++i) {
+            const Sense *head = reader.sense(i, Meaning::PageHead);
+            if (head && (i + head->length == part.end || (i == part.begin && head->value == 1)))
+                return true;
+            if (token(i).symbol == kBreadcrumb)
+                return true;
+            slash = slash || (reader.symbol(i, '/') && !reader.glued(i) && reader.at(i + 1) &&
+                              !reader.glued(i + 1));
+            number = number || token(i).kind == TokenKind::Number;
+        }
+        return slash && !number && part.begin == 0;
     }
 
     /// "Webinar: Reading a Balance Sheet", "Webinar | Reading a Balance Sheet": the kind stands

@@ -342,6 +342,7 @@ std::optional<DateMention> readNumeric(const Reader &reader, std::uint32_t i) {
                          (bare && reader.language(i).dayOrder == DayOrder::DayFirst);
     result.first.eitherOrder = first <= 12 && second <= 12 && !settled;
     result.first.order = reader.language(i).dayOrder;
+    result.first.shortYear = three && year->digits == 2;
     result.weak = !three;
     return result;
 }

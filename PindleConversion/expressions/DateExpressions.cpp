@@ -175,6 +175,18 @@ std::optional<DateMention> readRangeStart(const Reader &reader, std::uint32_t i)
     return result;
 }
 
+/// "moved from 17 March to 20 March" names two days for one event.
+bool isMovedFrom(const Reader &reader, std::uint32_t i) {
+    constexpr std::uint32_t kLongestRole = 4;
+    for (std::uint32_t k = i; k > 0 && i - k < kLongestRole; --k) {
+        const Sense *role = reader.sense(k - 1, Meaning::RoleWord);
+        if (role && role->value == static_cast<int>(Role::MovedFrom) && role->length > 1 &&
+            k - 1 + role->length >= i)
+            return true;
+    }
+    return false;
+}
+
 bool readRangeEnd(const Reader &reader, DateMention &date) {
     if (date.last || !canSpan(date.first) || date.repeated)
         return false;
@@ -195,6 +207,8 @@ bool readRangeEnd(const Reader &reader, DateMention &date) {
     // "moved from Tuesday to Thursday" names two days for one event.
     if (date.first.base == Base::Weekday && to && reader.word(i) &&
         reader.document().tokens[i].end - reader.document().tokens[i].begin == 2)
+        return false;
+    if (to && isMovedFrom(reader, date.span.begin))
         return false;
     date.last = last->first;
     share(date.first, *date.last);

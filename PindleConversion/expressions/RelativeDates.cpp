@@ -42,6 +42,14 @@ bool isCertainWeekday(const Reader &reader, std::uint32_t i, std::uint32_t next)
     const Token &word = *reader.at(i);
     if (word.end - word.begin <= kShort && !word.capital && !word.unspaced)
         return reader.number(reader.skipSymbol(next, '.'), 1, 31);
+    // "are you free sat" closes a line of a conversation.
+    const Field &field = reader.document().fields[word.field];
+    if (field.spoken && word.end - word.begin > kShort && i > field.begin + 1 &&
+        (next >= reader.end() || reader.symbol(next, ',')))
+        return true;
+    // "Hotel Sol de Mar" is named so.
+    if (i > 0 && word.capital && reader.has(i - 1, Meaning::Of) && !reader.number(next, 1, 31))
+        return false;
     const bool announced = i > 0 && reader.has(i - 1, Meaning::DateMarker);
     const std::uint32_t time = reader.skip(next, Meaning::TimeMarker);
     const bool timed = reader.number(time, 0, 31) || reader.has(time, Meaning::ClockWord) ||

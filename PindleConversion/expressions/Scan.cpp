@@ -42,10 +42,20 @@ private:
         if (const Sense *greeting = reader.sense(i, Meaning::Greeting);
             greeting && greeting->length > 1)
             return i + greeting->length;
-        if (const Sense *role = reader.sense(i, Meaning::RoleWord))
+        // "and return by" is no "return by".
+        if (const Sense *role = reader.sense(i, Meaning::RoleWord);
+            role && i + role->length > m_roleEnd) {
             take(m_found.roles, RoleMention{i, static_cast<Role>(role->value)});
+            m_roleEnd = i + role->length;
+        }
         if (const Sense *role = reader.sense(i, Meaning::RoleBehind))
             take(m_found.roles, RoleMention{i, static_cast<Role>(role->value), true});
+        // "Dienstag morgen" is one day.
+        if (const Sense *part = m_afterDate == i ? reader.sense(i, Meaning::PartOfDay) : nullptr;
+            part && isTomorrow(reader, i, *part)) {
+            takePart(reader, i, *part);
+            return i + part->length;
+        }
         if (auto date = readDate(reader, i))
             return takeDate(reader, *date);
         if (const auto next = duration(reader, i); next != i)
@@ -75,17 +85,28 @@ private:
         return reader.word(i) && reader.at(i)->senses == 0 && !reader.symbol(i + 1, '/');
     }
 
+    /// "morgen" and "mañana" name the day here, not its first half as in "heute morgen".
+    static bool isTomorrow(const Reader &reader, std::uint32_t i, const Sense &part) {
+        const Sense *day = reader.sense(i, Meaning::RelativeDay);
+        return day && day->value == 1 && day->length == 1 && part.length == 1;
+    }
+
     std::uint32_t takeDate(const Reader &reader, const DateMention &date) {
         if (take(m_found.dates, date)) {
             use(date.span);
             for (std::uint32_t i = date.span.begin; i < date.span.end; ++i)
-                if (const Sense *part = reader.sense(i, Meaning::PartOfDay)) {
+                if (const Sense *part = reader.sense(i, Meaning::PartOfDay);
+                    part && !isTomorrow(reader, i, *part)) {
                     take(m_found.parts,
                          PartMention{{i, i + part->length}, static_cast<DayPart>(part->value)});
                     break;
                 }
         }
         m_afterDate = date.span.end;
+        // "18:30 Thursday, 45 min"
+        constexpr std::uint32_t kClose = 2;
+        if (m_afterTime <= date.span.begin && date.span.begin - m_afterTime <= kClose)
+            m_length = reader.skipSymbol(date.span.end, ',');
         return date.span.end;
     }
 
@@ -115,6 +136,10 @@ private:
         if (i == field.begin)
             return false;
         const Sense *event = reader.sense(i - 1, Meaning::Event);
+        // "Lecture Theatre 1"
+        if (i > field.begin + 1 && reader.at(i - 1)->capital && reader.word(i - 2) &&
+            reader.has(i - 1, Meaning::PlaceNoun))
+            return false;
         return event && event->value != static_cast<int>(EventKind::Work) &&
                event->value != static_cast<int>(EventKind::Neutral);
     }
@@ -197,6 +222,7 @@ private:
     std::uint32_t m_afterDate = kNowhere;
     std::uint32_t m_afterTime = kNowhere;
     std::uint32_t m_length = kNowhere;
+    std::uint32_t m_roleEnd = 0;
 };
 
 } // namespace

@@ -81,6 +81,23 @@ std::uint32_t skipAirport(const Reader &reader, std::uint32_t i, std::uint32_t r
     return ticket ? i + 1 : i;
 }
 
+/// "19MAR 0725 0850": the second time on a ticket stands beside the first, which ends at `i`.
+std::optional<End> readTicketEnd(const Reader &reader, std::uint32_t i) {
+    constexpr std::uint32_t kFirstYear = 2020;
+    constexpr std::uint32_t kLastYear = 2039;
+    constexpr int kCompact = 4;
+    const Token *token = reader.at(i);
+    if (!token || token->kind != TokenKind::Number || token->digits != kCompact ||
+        reader.glued(i) || (token->number >= kFirstYear && token->number <= kLastYear))
+        return std::nullopt;
+    End end;
+    const auto clock = readClock(reader, i, end.next);
+    if (!clock || !clock->literal)
+        return std::nullopt;
+    end.clock = *clock;
+    return end;
+}
+
 std::optional<End> readEnd(const Reader &reader, std::uint32_t i, bool between) {
     const Sense *to = reader.sense(i, Meaning::RangeTo);
     if (!to && between)
@@ -189,6 +206,11 @@ std::optional<TimeMention> readTime(const Reader &reader, std::uint32_t i, bool 
         next = end->next;
         zoned = readZone(reader, next, true, mention);
         zoned = readPartBehind(reader, zoned, mention);
+    } else if (const auto arrival = afterDate && start->literal && reader.at(i)->digits == 4
+                                        ? readTicketEnd(reader, zoned)
+                                        : std::nullopt) {
+        mention.end = arrival->clock;
+        next = zoned = arrival->next;
     }
     // "10時から11時まで": the word behind the end belongs to the range.
     if (const Sense *until = mention.end ? reader.sense(zoned, Meaning::RoleBehind) : nullptr)

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "PindleConversion/layout/Tiles.h"
+
 namespace pindle::conversion {
 
 namespace {
@@ -46,6 +48,23 @@ Label settle(const Reader &reader, Label label, std::uint32_t content, std::uint
     return label;
 }
 
+/// "Event - Ceilidh" among other lines with a label and a dash.
+bool isDashedList(const Document &document, std::uint32_t dash) {
+    const auto &fields = document.fields;
+    if (!fields.empty() && !fields.back().labelWords.empty() && fields.back().label != Label::None)
+        return true;
+    constexpr std::uint32_t kLongestLine = 30;
+    const auto size = static_cast<std::uint32_t>(document.tokens.size());
+    const Reader reader(document, size);
+    for (std::uint32_t i = dash; i < std::min(size, dash + kLongestLine); ++i) {
+        if (document.tokens[i].kind != TokenKind::LineBreak)
+            continue;
+        const Sense *label = reader.sense(i + 1, Meaning::LabelWord);
+        return label && reader.symbol(i + 1 + label->length, '-');
+    }
+    return false;
+}
+
 LabelMatch labelAt(const Reader &reader, std::uint32_t i, bool lineStart) {
     const Sense *sense = reader.sense(i, Meaning::LabelWord);
     // "Clinic: Brunnen 4" is labelled by its kind of place.
@@ -70,7 +89,8 @@ LabelMatch labelAt(const Reader &reader, std::uint32_t i, bool lineStart) {
     if (reader.symbol(j, ':'))
         return {settle(reader, label, j + 1, i), j + 1, end};
     if (lineStart && reader.symbol(j, '-') && !reader.glued(j) && !reader.glued(j + 1) &&
-        (isMoment(label) || label == Label::Place))
+        (isMoment(label) || label == Label::Place ||
+         (label == Label::Title && isDashedList(reader.document(), j))))
         return {label, j + 1, end};
     // Where words are not spaced, a space behind the label is enough.
     if (lineStart && reader.at(i)->unspaced && reader.at(j) && reader.at(j)->spaceBefore)
@@ -118,7 +138,13 @@ private:
     /// The token behind "Name:" at a line's start, or `kNoSpeaker`.
     std::uint32_t speaker(const Reader &reader, std::uint32_t i) const {
         std::uint32_t j = i;
-        while (j < i + 2 && reader.word(j) && (j == i || reader.at(j)->capital)) {
+        // "Coach Dan:"
+        const bool titled =
+            reader.has(i, Meaning::Person) && reader.at(i)->capital &&
+            (reader.symbol(i + 1, ':') || (reader.word(i + 1) && reader.at(i + 1)->capital));
+        if (titled)
+            j = reader.word(i + 1) ? i + 2 : i + 1;
+        while (!titled && j < i + 2 && reader.word(j) && (j == i || reader.at(j)->capital)) {
             if (reader.has(j, Meaning::Event) || reader.has(j, Meaning::LabelWord) ||
                 reader.has(j, Meaning::TitleLead) || reader.has(j, Meaning::TitleTail))
                 return kNoSpeaker;
@@ -456,6 +482,7 @@ private:
 } // namespace
 
 void layOut(Document &document) {
+    joinDateTiles(document);
     Layout(document).run();
 }
 

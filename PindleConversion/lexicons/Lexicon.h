@@ -96,9 +96,10 @@ enum class Meaning : std::uint8_t {
     OnlineEvent,   ///< a kind of event that is usually held online
     GeneralEvent,  ///< says too little alone: "stay", "booking"; the place completes it
     AsideLead,     ///< what follows is not the event itself: "followed by", "because of"
+    PageHead,      ///< heads a page or a list, and is no event: "What's on", "Sold out"
 };
 
-inline constexpr std::size_t kMeanings = static_cast<std::size_t>(Meaning::AsideLead) + 1;
+inline constexpr std::size_t kMeanings = static_cast<std::size_t>(Meaning::PageHead) + 1;
 
 enum class Unit : std::uint8_t { Minute, Hour, Day, Week, Fortnight, Month, Year, Weekend };
 enum class DayPart : std::uint8_t { None, Morning, Noon, Afternoon, Evening, Night };

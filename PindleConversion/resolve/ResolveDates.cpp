@@ -10,6 +10,7 @@ using namespace std::chrono;
 using Base = DateSpec::Base;
 
 constexpr int kDaysInWeek = 7;
+constexpr int kFarthestShortYear = 15; ///< years ahead that two digits can mean
 
 /// 1 (Monday) to 7.
 int weekdayOf(Day day) {
@@ -171,6 +172,10 @@ std::optional<Day> base(const DateSpec &spec, const Reference &reference, Day fr
     const Day today = reference.today;
     switch (spec.base) {
     case Base::Calendar: {
+        // "1.6.43" of today is a version or a date of birth.
+        if (spec.shortYear &&
+            spec.year > static_cast<int>(year_month_day(today).year()) + kFarthestShortYear)
+            return std::nullopt;
         const Written written = calendar(spec, reference, from);
         orderAssumed = written.assumed;
         return written.day;

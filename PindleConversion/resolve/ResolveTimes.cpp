@@ -73,7 +73,7 @@ int settleStart(const ClockSpec &clock, const TimeContext &context, bool &assume
         return minutes(clock) % kDay;
     if (context.part != DayPart::None)
         return withMeridiem(clock, byPart(context.part, clock.hour).meridiem);
-    if (context.twentyFour && clock.minuteGiven)
+    if (context.twentyFour && clock.minuteGiven && !clock.spoken)
         return minutes(clock);
     if (clock.clock24 && !clock.spoken && clock.hour > 5 && (clock.minuteGiven || clock.hourWord) &&
         (context.kind != EventKind::Evening || clock.hour >= kNoEveningHour))
@@ -182,7 +182,9 @@ ResolvedTime resolveTime(const TimeMention &mention, const TimeContext &context)
     const bool literalEnd = end.literal && end.hour > 12;
     if (open && (literalEnd || context.twentyFour) &&
         start.hour * kHour + start.minute < minutes(end)) {
-        result.start = minutes(start);
+        // "von halb acht bis 21 Uhr": the dial has twelve hours.
+        result.start =
+            start.spoken && literalEnd ? startBefore(start, minutes(end)) : minutes(start);
         result.end = minutes(end);
         return result;
     }

@@ -87,7 +87,10 @@ TEST_F(AccessibilityHungTest, endingTheProgramDoesNotWaitForAHungApplication) {
 
 class AccessibilityTrustTest : public AccessibilityDesktop {
 protected:
-    void TearDown() override { setEnabled(true); }
+    void TearDown() override {
+        accessibility.reset(); // it tells what it observes to the test's own variables
+        setEnabled(true);
+    }
 };
 
 TEST_F(AccessibilityTrustTest, trustFollowsTheSwitch) {

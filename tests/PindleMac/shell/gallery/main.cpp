@@ -143,7 +143,7 @@ QImage render(const Scene &scene, bool whole) {
     return onGround(view.grab());
 }
 
-void renderSymbols(const QString &path) {
+bool renderSymbols(const QString &path) {
     const QStringList names{QStringLiteral("apple.logo"),          QStringLiteral("globe"),
                             QStringLiteral("envelope.badge"),      QStringLiteral("calendar"),
                             QStringLiteral("calendar.badge.plus"), QStringLiteral("xmark"),
@@ -158,7 +158,7 @@ void renderSymbols(const QString &path) {
         symbols::draw(painter, names[index], {x, 145, 18, 18}, Qt::black);
         symbols::draw(painter, names[index], {x + 40, 147, 14, 14}, Qt::black);
     }
-    image.save(path);
+    return image.save(path);
 }
 
 class PaintWatch : public QObject {
@@ -257,11 +257,12 @@ int main(int argc, char **argv) {
     }
     const QDir folder(arguments.at(1));
     folder.mkpath(QStringLiteral("."));
+    bool saved = pindle::renderSymbols(folder.filePath(QStringLiteral("symbols.png")));
     for (const auto &scene : pindle::scenes()) {
-        pindle::render(scene, false).save(folder.filePath(scene.name + QStringLiteral(".png")));
-        pindle::render(scene, true)
-            .save(folder.filePath(scene.name + QStringLiteral("-whole.png")));
+        saved &=
+            pindle::render(scene, false).save(folder.filePath(scene.name + QStringLiteral(".png")));
+        saved &= pindle::render(scene, true)
+                     .save(folder.filePath(scene.name + QStringLiteral("-whole.png")));
     }
-    pindle::renderSymbols(folder.filePath(QStringLiteral("symbols.png")));
-    return 0;
+    return saved ? 0 : 1;
 }

@@ -107,6 +107,9 @@ void privacy(const std::function<void(QWidget &)> &picture, PrivacyPage page, bo
     accessibility.note =
         QStringLiteral("Programs that are running already may have to be restarted to take part. "
                        "While the service is off, screen readers cannot work either.");
+    accessibility.state = [] {
+        return PrivacyPermission::State{false, QStringLiteral("The accessibility service is off.")};
+    };
     accessibility.openSettings = {};
     PrivacyWindow window({calendar, accessibility}, {});
     window.show(page);
@@ -161,14 +164,15 @@ int main(int argc, char **argv) {
     }
     const QDir folder(QApplication::arguments().at(1));
     folder.mkpath(QStringLiteral("."));
+    bool saved = true;
     for (const auto &[name, palette] : pindle::shelltest::desktopPalettes()) {
         QApplication::setPalette(palette);
         for (const auto &scene : pindle::scenes()) {
             scene.show([&](QWidget &window) {
-                window.grab().save(
+                saved &= window.grab().save(
                     folder.filePath(scene.name + QLatin1Char('-') + name + QStringLiteral(".png")));
             });
         }
     }
-    return 0;
+    return saved ? 0 : 1;
 }
