@@ -14,7 +14,7 @@ constexpr int kFrom = 30;  ///< where something comes from
 constexpr int kAside = 35; ///< less for a place that something else happens at
 constexpr int kNamedStay = 30;
 constexpr int kOwnLine = 26;                ///< more for a place that has the line below the date
-constexpr int kAsked = 16;                  ///< less for a place that a speaker only asks about
+constexpr int kAsked = 12;                  ///< less for a place that a speaker only asks about
 constexpr std::uint32_t kLongestName = 14;  ///< tokens
 constexpr std::uint32_t kOnlineReach = 400; ///< tokens that are asked whether the event is online
 
@@ -83,7 +83,8 @@ private:
                 compound(reader, field, i);
             if (reader.symbol(i, '('))
                 bracketed(reader, i);
-            if (const Sense *online = reader.sense(i, Meaning::Online))
+            if (const Sense *online = reader.sense(i, Meaning::Online);
+                online && !reader.has(i, Meaning::Event))
                 offer({i, i + online->length}, kLeastScore, i);
         }
         if (field.label == Label::None || field.label == Label::When)
@@ -110,6 +111,8 @@ private:
             score -= kAside;
         if (isAsked(at))
             score -= kAsked;
+        if (isOfEnd(span))
+            score -= kAside;
         const bool wider = score == m_score && span.end - span.begin > m_best.end - m_best.begin;
         if (score > m_score || wider) {
             m_score = score;
@@ -139,6 +142,18 @@ private:
             if (m_document.sameSentence(i - 1, at) && reader.has(i - 1, Meaning::AsideLead))
                 return true;
         return false;
+    }
+
+    /// "arrival Palma 08:25": where the event ends.
+    bool isOfEnd(TokenSpan span) const {
+        const TokenSpan end = m_choice.endSpan;
+        if (end.empty() || end.begin == m_choice.timeSpan.begin ||
+            end.begin == m_choice.dateSpan.begin)
+            return false;
+        const std::uint32_t field = token(end.begin).field;
+        const bool own = field != m_anchorField && (m_choice.timeSpan.empty() ||
+                                                    field != token(m_choice.timeSpan.begin).field);
+        return span.end == end.begin || (own && token(span.begin).field == field);
     }
 
     /// "At yours?" in a conversation.
@@ -215,6 +230,13 @@ private:
         return shape;
     }
 
+    /// A small word within a name.
+    static bool isFiller(const Reader &reader, std::uint32_t i) {
+        return reader.has(i, Meaning::The) || reader.has(i, Meaning::Of) ||
+               reader.has(i, Meaning::And) || reader.has(i, Meaning::PlaceMarker) ||
+               reader.has(i, Meaning::PlaceNoun);
+    }
+
     /// "Main Street", "rue Haute", "calle de Alcalá", and "Wilgenstraat", whose end alone is known.
     bool isStreet(const Reader &reader, std::uint32_t i, std::uint32_t begin) const {
         const Sense *street = reader.sense(i, Meaning::StreetWord);
@@ -244,6 +266,12 @@ private:
         // Where words are not spaced, a space ends a name.
         if (current.unspaced && current.spaceBefore && token(i - 1).unspaced &&
             reader.has(i - 1, Meaning::PlaceNoun))
+            return true;
+        // "in der Mensa essen": where nouns are capitals, a small word goes on with the sentence.
+        const bool small = current.kind == TokenKind::Word && !current.capital &&
+                           token(i - 1).capital && token(i - 1).kind == TokenKind::Word &&
+                           reader.language(i).capitalNouns && current.spaceBefore;
+        if (small && !isFiller(reader, i))
             return true;
         const bool stopWord = reader.has(i, Meaning::PlaceStop) || reader.has(i, Meaning::Greeting);
         // "amphi A"
@@ -277,6 +305,8 @@ private:
     }
 
     std::uint32_t addressGoesOn(const Reader &reader, std::uint32_t i, std::uint32_t begin) const {
+        if (token(i).kind == TokenKind::Number && reader.has(i + 1, Meaning::UnitWord))
+            return i;
         const bool name = token(i).capital && reader.at(i + 1) && reader.at(i + 1)->capital;
         std::uint32_t end = name ? i + 1 : i;
         const std::uint32_t limit = std::min(reader.end(), i + kLongestName);
@@ -327,6 +357,8 @@ private:
             return;
         const bool named = shape.capital || token(begin).kind == TokenKind::Number;
         // "Abbazia di Santa Maria al Bosco", "Boekhandel Letterlust te Leuven" are one name.
+        if (const std::uint32_t head = spokenHead(reader, i); head < i && named)
+            return offer({head, end}, 58, head);
         if (const std::uint32_t head = nameHead(i); head < i && named)
             return offer({head, end}, 58, head);
         const bool behindTime = i > 0 && token(i - 1).used && shape.title;
@@ -379,6 +411,24 @@ private:
                 head = k - 1;
         }
         return isTitlePosition(field, head) ? i : head;
+    }
+
+    /// "20:15, Capitol am Markt" answers where in a conversation; the name's begin, or `i`.
+    std::uint32_t spokenHead(const Reader &reader, std::uint32_t i) const {
+        constexpr std::uint32_t kMostWords = 3;
+        const Field &field = m_document.fields[token(i).field];
+        if (!field.spoken || token(i).field == m_anchorField)
+            return i;
+        std::uint32_t head = i;
+        while (head > field.begin && i - head <= kMostWords && !token(head - 1).used &&
+               token(head - 1).capital && token(head - 1).kind == TokenKind::Word &&
+               !reader.has(head - 1, Meaning::Event) && !reader.has(head - 1, Meaning::Greeting) &&
+               !reader.has(head - 1, Meaning::Chatter) &&
+               !reader.has(head - 1, Meaning::PlaceStop) && m_document.sameSentence(head - 1, i))
+            --head;
+        const bool starts =
+            head == field.begin || token(head - 1).used || token(head - 1).symbol == ',';
+        return starts ? head : i;
     }
 
     /// "Pfarrkirche Sankt Veit im Moos" on a line below the date is one name.
@@ -634,6 +684,12 @@ private:
                field.line != lineOf(m_choice.timeSpan.begin);
     }
 
+    /// "14 Uhr: Gesundheitstag": what is announced is the event.
+    bool isAnnounced(const Reader &reader, std::uint32_t begin) const {
+        return begin > 1 && reader.symbol(begin - 1, ':') && token(begin - 2).used &&
+               !reader.has(begin, Meaning::PlaceNoun);
+    }
+
     /// "parade square", "Lecture Theatre 1": what it is said last.
     static bool isKindOfPlace(const Reader &reader, TokenSpan part) {
         constexpr std::uint32_t kMost = 5;
@@ -668,7 +724,8 @@ private:
                              reader.has(begin, Meaning::Chatter) ||
                              (reader.has(begin, Meaning::PlaceStop) && !token(begin).upper()) ||
                              token(begin).kind == TokenKind::Link || isSeat(reader, begin) ||
-                             isArrival(reader, begin) || reader.symbol(end, ':');
+                             isArrival(reader, begin) || reader.symbol(end, ':') ||
+                             isAnnounced(reader, begin);
         // Without spaces the name ends where the sentence goes on.
         if (token(begin).unspaced && !reader.has(end - 1, Meaning::PlaceNoun))
             end = std::clamp(nameEnd(reader, begin), begin + 1, end);

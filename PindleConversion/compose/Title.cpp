@@ -13,6 +13,8 @@ constexpr int kWidest = 60;               ///< columns of a title
 constexpr int kRoomy = 44;                ///< columns above which a title is cut at its commas
 constexpr std::uint32_t kLongestRun = 64; ///< tokens of a run that are looked at
 constexpr int kNone = -1000;
+constexpr int kNoContent = 30;    ///< less for words that say nothing of what happens
+constexpr int kLoneKind = 14;     ///< less for "let's meet", of which only "meet" is left
 constexpr int kOnlyFillers = 120; ///< "Let's meet" is a title when there is no better one
 
 class TitleFinder {
@@ -45,11 +47,13 @@ private:
     /// "Check-in: ..." may be all that the event is called.
     void offerLabel(const Field &field) {
         const bool names = field.label == Label::Start || field.label == Label::Deadline;
-        if (field.labelWords.empty() || !names || !contains(field.labelWords, Meaning::Event))
+        if (field.labelWords.empty() || !names)
             return;
         constexpr int kWeak = 5;
-        if (kWeak > m_score) {
-            m_score = kWeak;
+        constexpr int kWeakest = -200;
+        const int score = contains(field.labelWords, Meaning::Event) ? kWeak : kWeakest;
+        if (score > m_score) {
+            m_score = score;
             m_best = field.labelWords;
         }
     }
@@ -71,7 +75,7 @@ private:
             if (trimmed.empty() || !hasLetters(trimmed) || bare)
                 continue;
             const int score = scoreOf(field, run, part, trimmed, alone) -
-                              (onlyFillers && !event ? kOnlyFillers : 0);
+                              (onlyFillers ? (event ? kLoneKind : kOnlyFillers) : 0);
             if (score > m_score) {
                 m_score = score;
                 m_best = shorten(trimmed);
@@ -321,6 +325,14 @@ private:
         return numbers > 1;
     }
 
+    /// "Home > Courses > Crafts": where a page stands.
+    bool isTrail(TokenSpan span) const {
+        for (std::uint32_t i = span.begin; i < span.end; ++i)
+            if (token(i).symbol == '>')
+                return true;
+        return false;
+    }
+
     /// "ul. Krótka 5": a kind of street, a name and a number.
     bool isAddress(TokenSpan span) const {
         const Reader reader(m_document, span.end);
@@ -376,6 +388,8 @@ private:
             score += 48;
         if (contains(trimmed, Meaning::Event) && !namesHost(trimmed))
             score += 16;
+        else if (!hasContent(trimmed))
+            score -= kNoContent;
         if (isQuoted(part))
             score += 30;
         if (run.beforeUsed && sameSentence && part.end == run.span.end)
@@ -384,7 +398,7 @@ private:
         const int less = penalties(reader, part, trimmed);
         score += less;
         if (!reader.has(part.begin, Meaning::Greeting) && !kind && less > kAnnouncement &&
-            !isNotice(reader, part))
+            !isNotice(reader, part) && !tellsRole(trimmed))
             m_sawText = true;
         return score;
     }
@@ -406,6 +420,32 @@ private:
     /// "Rendezvous 6pm at the Café Noir for Chloé's party": the event is named later.
     bool isBeforeMoment(TokenSpan trimmed) const {
         return trimmed.end == m_choice.timeSpan.begin || trimmed.end == m_choice.dateSpan.begin;
+    }
+
+    /// Not only words that hold a sentence together: "hast du", "there is".
+    bool hasContent(TokenSpan span) const {
+        constexpr Meaning kAround[] = {Meaning::Common,      Meaning::Chatter,  Meaning::Greeting,
+                                       Meaning::PresentVerb, Meaning::PastVerb, Meaning::PartOfDay,
+                                       Meaning::AsideLead,   Meaning::Person};
+        const Reader reader(m_document, span.end);
+        for (std::uint32_t i = span.begin; i < span.end; ++i)
+            if (reader.word(i) && std::none_of(std::begin(kAround), std::end(kAround),
+                                               [&](Meaning each) { return reader.has(i, each); }))
+                return true;
+        return false;
+    }
+
+    /// "Posted on", "by": what is left of a date's role.
+    bool tellsRole(TokenSpan span) const {
+        const Reader reader(m_document, span.end);
+        const Sense *role = reader.sense(span.begin, Meaning::RoleWord);
+        return role && span.begin + role->length == span.end;
+    }
+
+    /// "Doors open" before the event itself.
+    bool tellsSide(TokenSpan span) const {
+        const Sense *role = Reader(m_document, span.end).sense(span.begin, Meaning::RoleWord);
+        return role && role->value == static_cast<int>(Role::Side);
     }
 
     /// A name in quotes, of some words.
@@ -440,15 +480,14 @@ private:
             score -= 60;
         if (hasMoney(trimmed))
             score -= 30;
-        if (isCode(trimmed))
+        if (isCode(trimmed) || isTrail(trimmed))
             score -= 60;
         if (isAddress(trimmed))
             score -= 24;
         if (contains(trimmed, Meaning::PastVerb))
             score -= 8;
-        const Sense *role = reader.sense(trimmed.begin, Meaning::RoleWord);
-        if (role && trimmed.begin + role->length == trimmed.end)
-            score -= role->value == static_cast<int>(Role::Side) ? 80 : 40;
+        if (tellsRole(trimmed))
+            score -= tellsSide(trimmed) ? 80 : 40;
         const Sense *general = reader.sense(trimmed.begin, Meaning::GeneralEvent);
         if (general && trimmed.begin + general->length == trimmed.end && isBeforeMoment(trimmed))
             score -= 20;

@@ -48,7 +48,9 @@ bool isOldYear(const Reader &reader, std::uint32_t i) {
     const Token *token = reader.at(i);
     return token && token->kind == TokenKind::Number && token->digits == 4 &&
            token->number >= kFirstOldYear && token->number < kFirstYear &&
-           (token->number % 100 > 59 || token->number % kStep != 0) && !spoilsDay(reader, i + 1);
+           (token->number % 100 > 59 || token->number % kStep != 0 ||
+            reader.has(i + 1, Meaning::YearMark)) &&
+           !spoilsDay(reader, i + 1);
 }
 
 /// A year behind day and month: ", 2026", "2026", "'26", "duemilaventisei".
@@ -251,6 +253,10 @@ std::optional<DateMention> readCompactDate(const Reader &reader, std::uint32_t i
 /// "6-4 om 8.20": two numbers with a hyphen are a day only where a time is said of them.
 bool isHyphenDay(const Reader &reader, std::uint32_t i) {
     const std::uint32_t next = i + 3;
+    // "3-15 10:00" where the month stands first.
+    if (reader.symbol(i + 1, '-') && reader.language(i).script != Script::Latin &&
+        reader.number(next, 0, 23) && !reader.glued(next) && reader.symbol(next + 1, ':'))
+        return true;
     const Sense *marker = reader.sense(next, Meaning::TimeMarker);
     if (!reader.symbol(i + 1, '-') || !marker || reader.has(next, Meaning::RangeTo) ||
         reader.language(i).dayOrder != DayOrder::DayFirst)
@@ -293,6 +299,13 @@ bool isDatedBeside(const Reader &reader, std::uint32_t i) {
     return clock != next || reader.symbol(clock + 1, ':');
 }
 
+/// "27.4.8(木)": the year comes first, the weekday tells that it is a date.
+bool endsBriefDate(const Reader &reader, std::uint32_t i) {
+    return reader.language(i).script != Script::Latin && reader.at(i)->digits == 2 &&
+           reader.number(i + 4, 1, 31) && reader.symbol(i + 5, '(') &&
+           (reader.has(i + 6, Meaning::Weekday) || reader.has(i + 6, Meaning::WeakWeekday));
+}
+
 /// "5/6", "5/6/26", "15.11.2026", "11-15-25".
 std::optional<DateMention> readNumeric(const Reader &reader, std::uint32_t i) {
     const Token *separator = reader.at(i + 1);
@@ -304,7 +317,8 @@ std::optional<DateMention> readNumeric(const Reader &reader, std::uint32_t i) {
         return std::nullopt;
     const Token *year = reader.at(i + 4);
     const bool three = reader.symbol(i + 3, c) && year && year->kind == TokenKind::Number &&
-                       reader.glued(i + 4) && (year->digits == 2 || isYear(reader, i + 4));
+                       reader.glued(i + 4) &&
+                       (year->digits == 2 || isYear(reader, i + 4) || endsBriefDate(reader, i));
     // "14.03." with its second full stop is a date, "14.03" may be anything.
     const bool dotted = !three && c == '.' && reader.symbol(i + 3, '.') && reader.glued(i + 3) &&
                         (reader.at(i + 2)->digits == 2 || reader.language(i).dottedDates) &&
@@ -321,7 +335,7 @@ std::optional<DateMention> readNumeric(const Reader &reader, std::uint32_t i) {
         reader.number(next + 1, 0, 9999, 4))
         return std::nullopt;
     // Where years come first, "25/12/08" is 2025.
-    if (three && year->digits == 2 && reader.language(i).script != Script::Latin &&
+    if (three && year->digits <= 2 && reader.language(i).script != Script::Latin &&
         reader.number(i + 2, 1, 12) && reader.number(i + 4, 1, 31))
         return mention(i, next, static_cast<int>(reader.at(i + 2)->number),
                        static_cast<int>(year->number), fullYear(*reader.at(i)));
@@ -341,7 +355,9 @@ std::optional<DateMention> readNumeric(const Reader &reader, std::uint32_t i) {
     const bool settled = dotted || (habit && reader.language(i).dayOrder == DayOrder::DayFirst) ||
                          (bare && reader.language(i).dayOrder == DayOrder::DayFirst);
     result.first.eitherOrder = first <= 12 && second <= 12 && !settled;
-    result.first.order = reader.language(i).dayOrder;
+    // Where the year comes first, a date that ends with it was written in another habit.
+    const bool foreign = three && reader.language(i).script != Script::Latin;
+    result.first.order = foreign ? DayOrder::ByZone : reader.language(i).dayOrder;
     result.first.shortYear = three && year->digits == 2;
     result.weak = !three;
     return result;

@@ -104,7 +104,10 @@ void readNameBehind(const Reader &reader, DateMention &date) {
     if (name.weekday == 0 || date.first.base != Base::Calendar || date.first.weekday != 0)
         return;
     const std::uint32_t next = skipComma(reader, name.next);
-    if (!bracket && (reader.has(next, Meaning::Month) || reader.number(next, 13, 31)))
+    const bool clock = reader.symbol(next + 1, ':') || reader.has(next + 1, Meaning::HourMark) ||
+                       (reader.symbol(next + 1, '.') && reader.glued(next + 2) &&
+                        reader.number(next + 2, 0, 59) && reader.at(next + 2)->digits == 2);
+    if (!bracket && (reader.has(next, Meaning::Month) || (reader.number(next, 13, 31) && !clock)))
         return;
     if (!bracket && readCalendarDate(reader, next))
         return;
@@ -175,6 +178,14 @@ std::optional<DateMention> readRangeStart(const Reader &reader, std::uint32_t i)
     return result;
 }
 
+/// "1/2 - 3/4" may be a measure, "1/29 - 2/3" are days.
+bool mayBeFractions(const DateSpec &first, const DateSpec &last) {
+    constexpr int kLargest = 8;
+    return first.base != Base::Calendar || last.base != Base::Calendar ||
+           (first.day <= kLargest && last.day <= kLargest && first.month <= kLargest &&
+            last.month <= kLargest);
+}
+
 /// "moved from 17 March to 20 March" names two days for one event.
 bool isMovedFrom(const Reader &reader, std::uint32_t i) {
     constexpr std::uint32_t kLongestRole = 4;
@@ -213,7 +224,7 @@ bool readRangeEnd(const Reader &reader, DateMention &date) {
     date.last = last->first;
     share(date.first, *date.last);
     date.span.end = last->span.end;
-    date.weak = date.weak && last->weak;
+    date.weak = date.weak && last->weak && mayBeFractions(date.first, *date.last);
     return true;
 }
 

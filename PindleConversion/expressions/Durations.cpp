@@ -103,6 +103,17 @@ bool isHour(const Reader &reader, std::uint32_t i, const Part &part) {
     return mark && mark->value == 1 && part.minutes > kLongestTold;
 }
 
+/// "in my office, 45 minutes.": a length between marks.
+bool isListed(const Reader &reader, std::uint32_t i, std::uint32_t next) {
+    if (i == 0 || !reader.symbol(i - 1, ',') || reader.glued(i))
+        return false;
+    // "13/1, 16u10" tells when.
+    if (i > 1 && reader.document().tokens[i - 2].used)
+        return false;
+    return !reader.at(next) || reader.symbol(next, ',') || reader.symbol(next, '.') ||
+           reader.symbol(next, ')') || reader.symbol(next, ';');
+}
+
 } // namespace
 
 std::optional<DurationMention> readDuration(const Reader &reader, std::uint32_t i, bool marked) {
@@ -124,7 +135,9 @@ std::optional<DurationMention> readDuration(const Reader &reader, std::uint32_t 
         part->minutes >= kShortest && (!announced || ofEvent) && !isHour(reader, i, *part) &&
         (ofEvent || reader.has(part->next, Meaning::Event) ||
          reader.has(part->next, Meaning::Person) || reader.has(part->next, Meaning::DurationTail));
-    if (!marked && !bracket && !part->hyphen && !told)
+    const bool listed = part->minutes >= kShortest && !reader.has(i + 1, Meaning::HourMark) &&
+                        isListed(reader, i, part->next);
+    if (!marked && !listed && !bracket && !part->hyphen && !told)
         return std::nullopt;
     if (reader.has(part->next, Meaning::NoDuration) || (part->days > 0 && !marked))
         return std::nullopt;

@@ -107,12 +107,75 @@ Period readPeriodWord(const Reader &reader, std::uint32_t i) {
     return {};
 }
 
+struct Amount {
+    int days = 0;
+    int months = 0;
+    std::uint32_t next = 0;
+};
+
+std::optional<Amount> unitsOf(const Reader &reader, std::uint32_t i, int count) {
+    const Sense *sense = reader.sense(i, Meaning::UnitWord);
+    if (!sense)
+        return std::nullopt;
+    Amount amount;
+    amount.next = i + sense->length;
+    switch (static_cast<Unit>(sense->value)) {
+    case Unit::Day:
+        amount.days = count;
+        return amount;
+    case Unit::Week:
+        amount.days = 7 * count;
+        return amount;
+    case Unit::Fortnight:
+        amount.days = 14 * count;
+        return amount;
+    case Unit::Month:
+        amount.months = count;
+        return amount;
+    case Unit::Year:
+        amount.months = 12 * count;
+        return amount;
+    case Unit::Minute:
+    case Unit::Hour:
+    case Unit::Weekend:
+        break;
+    }
+    return std::nullopt;
+}
+
+/// "two weeks", "3 days".
+std::optional<Amount> readAmount(const Reader &reader, std::uint32_t i) {
+    constexpr int kMostUnits = 1000;
+    std::uint32_t next = i;
+    const auto count = readCount(reader, i, next);
+    if (!count || *count > kMostUnits)
+        return std::nullopt;
+    return unitsOf(reader, next, *count);
+}
+
+/// "in a week", "in 14 Tagen" behind a weekday: so many weeks after the nearest such day.
+std::uint32_t readWeeksAhead(const Reader &reader, std::uint32_t i, DateSpec &spec) {
+    const Sense *ahead = reader.sense(i, Meaning::In);
+    if (!ahead)
+        return i;
+    auto amount = readAmount(reader, i + ahead->length);
+    if (!amount && ahead->value == 1)
+        amount = unitsOf(reader, i + ahead->length, 1);
+    if (!amount || amount->days == 0 || amount->days % 7 != 0)
+        return i;
+    spec.which = Which::This;
+    spec.days += amount->days;
+    return amount->next;
+}
+
 /// "next week", "of next week", "week" (British: a week later), "after next" behind a weekday.
 std::uint32_t readWeekBehind(const Reader &reader, std::uint32_t i, DateSpec &spec) {
     if (const Sense *sense = reader.sense(i, Meaning::AfterNext)) {
         spec.which = Which::AfterNext;
         return i + sense->length;
     }
+    if (const std::uint32_t ahead = readWeeksAhead(reader, i, spec); ahead != i)
+        return ahead;
     if (const Sense *behind = reader.sense(i, Meaning::Behind)) {
         spec.which = static_cast<Which>(behind->value);
         return i + behind->length;
@@ -193,6 +256,14 @@ std::uint32_t readNthDay(const Reader &reader, std::uint32_t i, DateSpec &spec) 
 
 /// "6月の第2土曜日": the month stands first.
 std::optional<DateMention> readNthInMonth(const Reader &reader, std::uint32_t i) {
+    // "6月底": the end of that month.
+    const Sense *end = reader.number(i, 1, 12) ? reader.sense(i + 1, Meaning::MonthEnd) : nullptr;
+    if (end && reader.at(i + 1)->unspaced) {
+        DateMention last = mention(i, i + 1 + end->length, Base::NthWeekday);
+        last.first.nth = -1;
+        last.first.month = static_cast<int>(reader.at(i)->number);
+        return last;
+    }
     const Sense *month = reader.sense(i, Meaning::Month);
     const Sense *mark = reader.number(i, 1, 12) ? reader.sense(i + 1, Meaning::MonthMark) : nullptr;
     if (!month && !mark)
@@ -249,52 +320,6 @@ std::optional<DateMention> readPeriod(const Reader &reader, std::uint32_t i) {
         result.span.end = day.next;
     }
     return result;
-}
-
-struct Amount {
-    int days = 0;
-    int months = 0;
-    std::uint32_t next = 0;
-};
-
-std::optional<Amount> unitsOf(const Reader &reader, std::uint32_t i, int count) {
-    const Sense *sense = reader.sense(i, Meaning::UnitWord);
-    if (!sense)
-        return std::nullopt;
-    Amount amount;
-    amount.next = i + sense->length;
-    switch (static_cast<Unit>(sense->value)) {
-    case Unit::Day:
-        amount.days = count;
-        return amount;
-    case Unit::Week:
-        amount.days = 7 * count;
-        return amount;
-    case Unit::Fortnight:
-        amount.days = 14 * count;
-        return amount;
-    case Unit::Month:
-        amount.months = count;
-        return amount;
-    case Unit::Year:
-        amount.months = 12 * count;
-        return amount;
-    case Unit::Minute:
-    case Unit::Hour:
-    case Unit::Weekend:
-        break;
-    }
-    return std::nullopt;
-}
-
-/// "two weeks", "3 days".
-std::optional<Amount> readAmount(const Reader &reader, std::uint32_t i) {
-    constexpr int kMostUnits = 1000;
-    std::uint32_t next = i;
-    const auto count = readCount(reader, i, next);
-    if (!count || *count > kMostUnits)
-        return std::nullopt;
-    return unitsOf(reader, next, *count);
 }
 
 void shift(DateSpec &spec, const Amount &amount, int sign) {
@@ -399,7 +424,10 @@ std::optional<DateMention> readNthWeekday(const Reader &reader, std::uint32_t i)
             return std::nullopt;
     }
     result.span.end = readMonthBehind(reader, next, result.first);
-    if (result.span.end == next)
+    // "第3土曜日" is one of this month.
+    const bool bare = result.first.nth > 0 && result.first.weekday > 0 &&
+                      reader.language(i).script != Script::Latin;
+    if (result.span.end == next && !bare)
         return std::nullopt;
     return result;
 }

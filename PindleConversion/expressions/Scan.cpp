@@ -40,7 +40,7 @@ private:
         if (const std::uint32_t row = skipNumberRow(reader, i); row != i)
             return row;
         if (const Sense *greeting = reader.sense(i, Meaning::Greeting);
-            greeting && greeting->length > 1)
+            greeting && greeting->length > 1 && greets(reader, i, i + greeting->length))
             return i + greeting->length;
         // "and return by" is no "return by".
         if (const Sense *role = reader.sense(i, Meaning::RoleWord);
@@ -77,6 +77,18 @@ private:
             return i + part->length;
         }
         return marker(reader, i);
+    }
+
+    /// "Bis morgen!" greets, "bis morgen um zwölf" tells when.
+    static bool greets(const Reader &reader, std::uint32_t i, std::uint32_t next) {
+        const Token *behind = reader.at(next);
+        const bool ends = !behind || behind->kind == TokenKind::Symbol ||
+                          behind->sentence != reader.at(i)->sentence;
+        bool day = false;
+        for (std::uint32_t k = i; k < next; ++k)
+            day = day || reader.has(k, Meaning::RelativeDay) || reader.has(k, Meaning::Weekday);
+        const bool starts = i == 0 || reader.document().tokens[i - 1].kind != TokenKind::Word;
+        return !day || (ends && starts);
     }
 
     /// A word without a meaning starts nothing, unless it is the area of a zone's identifier or
@@ -190,6 +202,10 @@ private:
             next = std::max(next, m_length);
         } else if (m_length == i && (isPassage(reader, i) || reader.symbol(i, ')'))) {
             m_length = i + 1;
+        } else if (const Sense *from = m_length == i ? reader.sense(i, Meaning::RangeTo) : nullptr;
+                   from && reader.at(i)->unspaced) {
+            // "10時から2時間"
+            m_length = i + from->length;
         }
         if (m_afterDate == i &&
             (isPassage(reader, i) || reader.symbol(i, '-') || reader.has(i, Meaning::Approximate)))

@@ -43,6 +43,8 @@ bool mayFollowBare(const Reader &reader, std::uint32_t i, bool marked) {
         reader.has(i, Meaning::TimeMarker) || reader.has(i, Meaning::ZoneAfterTime) ||
         reader.has(i, Meaning::Zone) || reader.has(i, Meaning::Event))
         return true;
+    if (marked && reader.has(i, Meaning::PresentVerb))
+        return true;
     return marked && token->capital && !startsAddress(reader, i);
 }
 
@@ -102,9 +104,9 @@ std::optional<End> readEnd(const Reader &reader, std::uint32_t i, bool between) 
     const Sense *to = reader.sense(i, Meaning::RangeTo);
     if (!to && between)
         to = reader.sense(i, Meaning::And);
+    End end;
     if (!to)
         return std::nullopt;
-    End end;
     const std::uint32_t at = skipAirport(reader, reader.skip(i + to->length, Meaning::The), i);
     const auto clock = readClock(reader, at, end.next);
     // "19h au 14 rue Basse"
@@ -140,7 +142,8 @@ bool isListedRange(const Reader &reader, std::uint32_t i, std::uint32_t next) {
 
 /// "2026-08-06T14:05": the T, and an offset glued to the time.
 bool isTimestamp(const Reader &reader, std::uint32_t i) {
-    if (i == 0 || !reader.glued(i))
+    if (i < 2 || !reader.glued(i) || !reader.glued(i - 1) ||
+        reader.document().tokens[i - 2].kind != TokenKind::Number)
         return false;
     const auto before = reader.document().slice(reader.document().tokens[i - 1]);
     return before == "T" || before == "t";

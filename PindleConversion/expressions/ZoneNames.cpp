@@ -180,6 +180,7 @@ std::uint32_t readIdentifier(const Reader &reader, std::uint32_t i, TimeMention 
 std::uint32_t readZone(const Reader &reader, std::uint32_t i, bool afterTime,
                        TimeMention &mention) {
     const std::uint32_t begin = reader.skipSymbol(i, '(');
+    const TimeMention before = mention;
     std::uint32_t end = afterTime || begin != i ? readUniversal(reader, begin, mention) : begin;
     if (end == begin)
         end = readIdentifier(reader, begin, mention);
@@ -201,6 +202,12 @@ std::uint32_t readZone(const Reader &reader, std::uint32_t i, bool afterTime,
                                  : nullptr;
         again && allCapitals(reader.document().slice(*reader.at(end + 1))))
         end += 1 + again->length;
+    // "（伦敦时间13:00）" tells the same moment elsewhere.
+    if (begin != i && reader.at(end) && reader.at(end)->kind == TokenKind::Number &&
+        reader.at(begin)->unspaced) {
+        mention = before;
+        return i;
+    }
     mention.zoneSpan = {begin, end};
     return begin != i ? reader.skipSymbol(end, ')') : end;
 }

@@ -451,8 +451,14 @@ private:
         if (!reader.symbol(i, '.') || reader.glued(i + 1) || i == begin)
             return false;
         const Token &before = m_document.tokens[i - 1];
+        // "19.05. 16 Uhr"
+        const bool dotted = i >= begin + 3 && before.kind == TokenKind::Number &&
+                            reader.symbol(i - 2, '.') && reader.glued(i - 1) &&
+                            reader.number(i - 3, 1, 31);
+        if (dotted && reader.at(i + 1) && reader.at(i + 1)->kind == TokenKind::Number)
+            return false;
         if (before.kind != TokenKind::Word)
-            return !isOrdinal(reader, i);
+            return !isOrdinal(reader, i) && !isCountedNoun(reader, begin, i);
         // "Hall C." is no abbreviation.
         if (before.end - before.begin == 1 && i > begin + 1 && reader.at(i - 1)->capital &&
             reader.has(i - 2, Meaning::PlaceNoun))
@@ -468,6 +474,20 @@ private:
         return reader.has(i, Meaning::OrdinalMark) &&
                (reader.has(i + 1, Meaning::Month) || reader.has(i + 1, Meaning::Weekday) ||
                 (reader.word(i + 1) && !reader.at(i + 1)->capital));
+    }
+
+    /// "der 5. Klassen", ", 2. Stock": the number belongs to the noun behind it.
+    static bool isCountedNoun(const Reader &reader, std::uint32_t begin, std::uint32_t i) {
+        if (!reader.has(i, Meaning::OrdinalMark) || !reader.number(i - 1, 1, 99) ||
+            !reader.word(i + 1))
+            return false;
+        const bool place =
+            reader.has(i + 1, Meaning::PlaceNoun) && !reader.has(i + 1, Meaning::Event);
+        if (i - 1 == begin)
+            return place || reader.has(i + 1, Meaning::Event);
+        return (place && !reader.has(i - 2, Meaning::DateMarker)) ||
+               (reader.has(i - 2, Meaning::The) && i >= begin + 3 && reader.word(i - 3) &&
+                !reader.has(i - 3, Meaning::Weekday));
     }
 
     static constexpr std::size_t kMostColumns = 32;

@@ -164,6 +164,7 @@ struct LanguageInfo {
     Script script;
     bool clock24;           ///< written times are on the 24-hour clock
     bool dottedDates;       ///< "3.5." is a date
+    bool capitalNouns;      ///< nouns are written in capitals
     std::string_view zones; ///< where it is spoken: identifiers or beginnings of them, '|' between
     bool hasTails;
     std::array<bool, kMeanings> tails; ///< meanings that the end of a compound word has

@@ -106,6 +106,8 @@ private:
             m_file.clock24 = value == "24";
         else if (name == "dotted-dates")
             m_file.dottedDates = value == "yes";
+        else if (name == "capital-nouns")
+            m_file.capitalNouns = value == "yes";
         else if (name == "zones")
             m_file.zones = value;
         else if (name == "compound")

@@ -24,6 +24,7 @@ struct LexiconFile {
     Script script = Script::Latin;
     bool clock24 = true;
     bool dottedDates = false;
+    bool capitalNouns = false;
     std::string zones;
     std::vector<std::pair<Meaning, Meaning>> compounds; ///< words made of two: "Freitagabend"
     std::vector<Meaning> tails;
