@@ -50,7 +50,9 @@ int Chooser::scoreTime(const TimeMention &time, int index) {
     }
     if (time.end)
         score += 8;
-    if (index > 0 && isJoined(m_found.times[static_cast<std::size_t>(index - 1)], time))
+    if (const auto *before =
+            index > 0 ? &m_found.times[static_cast<std::size_t>(index - 1)] : nullptr;
+        before && (isJoined(*before, time) || isArrival(*before, time)))
         score -= 45;
     if (index > 0 && isTranslated(m_found.times[static_cast<std::size_t>(index - 1)], time))
         score -= 40;
@@ -104,6 +106,7 @@ bool Chooser::dateIsElsewhere(std::uint32_t at) const {
 void Chooser::pickTime() {
     constexpr int kWorstTaken = -60;
     int best = kWorstTaken;
+    m_choice.kind = m_date >= 0 ? eventKind() : EventKind::None;
     for (std::size_t i = 0; i < m_found.times.size(); ++i) {
         const int score = scoreTime(m_found.times[i], static_cast<int>(i));
         if (score > best) {

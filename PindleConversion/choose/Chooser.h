@@ -24,7 +24,14 @@ public:
     /// A verb of the past stands in the token's sentence.
     bool speaksOfPast(std::uint32_t token) const;
 
+protected:
+    /// Dates to come with their time, which cannot tell when something was written: "our talk of
+    /// Tuesday 26 May at 11:15".
+    std::vector<TokenSpan> m_ahead;
+
 private:
+    Role saidRole(std::uint32_t token) const;
+    bool isAhead(std::uint32_t token) const;
     /// "moved from Tuesday to Thursday": a date at `token`, another one since `from`;
     /// or two times.
     bool isSecondDate(std::uint32_t from, std::uint32_t token) const;
@@ -77,6 +84,9 @@ private:
     bool isPast(const Dated &dated) const;
     /// A written, dated appointment stays one when its day is over; a report of the past is none.
     bool isPastAppointment(const Dated &dated) const;
+    /// "press 1 for sales, the 2 for support": a number that goes on with a word counts something.
+    bool countsOnly(const Dated &dated) const;
+    bool namesMoney(const Field &field) const;
     bool acceptDate();
     /// "was", "released" before a date that has no time: a report, unless an event is named.
     bool hasFutureSense(std::uint32_t token) const;

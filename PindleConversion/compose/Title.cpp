@@ -373,7 +373,7 @@ private:
         int score = labelScore(field.label) - std::min(m_order, 20) + 20;
         const bool sameSentence = m_document.sameSentence(part.begin, anchor);
         const bool sameField = token(part.begin).field == token(anchor).field;
-        const bool first = m_first && alone && !field.spoken;
+        const bool first = m_first && alone && !field.spoken && !isNotice(reader, part);
         if (sameSentence)
             score += part.begin < anchor ? 40 : 28;
         else if (sameField)
@@ -386,7 +386,7 @@ private:
         const bool kind = isCalledByNext(trimmed);
         if (first && isHeading(part) && !kind)
             score += 48;
-        if (contains(trimmed, Meaning::Event))
+        if (contains(trimmed, Meaning::Event) && !namesHost(trimmed))
             score += 16;
         else if (!hasContent(trimmed))
             score -= kNoContent;
@@ -408,7 +408,7 @@ private:
             less -= 40;
         score += less;
         if (!reader.has(part.begin, Meaning::Greeting) && !kind && less > kAnnouncement &&
-            !tellsRole(trimmed))
+            !isNotice(reader, part) && !tellsRole(trimmed))
             m_sawText = true;
         return score;
     }
@@ -429,6 +429,25 @@ private:
                Reader(m_document, before.end).has(before.begin, Meaning::Greeting);
     }
 
+    /// "Your booking VL8K2P" above what is booked.
+    bool isNotice(const Reader &reader, TokenSpan part) const {
+        const Sense *chatter = reader.sense(part.begin, Meaning::Chatter);
+        const std::uint32_t rest = chatter ? part.begin + chatter->length : part.begin;
+        return chatter && (rest == part.end || isCode({rest, part.end}));
+    }
+
+    /// "Chess club The Tower" says who, not what.
+    bool namesHost(TokenSpan trimmed) const {
+        const Reader reader(m_document, trimmed.end);
+        return reader.has(trimmed.begin, Meaning::PlaceNoun) &&
+               !reader.has(trimmed.begin, Meaning::Event);
+    }
+
+    /// "Rendezvous 6pm at the Café Noir for Chloé's party": the event is named later.
+    bool isBeforeMoment(TokenSpan trimmed) const {
+        return trimmed.end == m_choice.timeSpan.begin || trimmed.end == m_choice.dateSpan.begin;
+    }
+
     /// Not only words that hold a sentence together: "hast du", "there is".
     bool hasContent(TokenSpan span) const {
         constexpr Meaning kAround[] = {Meaning::Common,      Meaning::Chatter,  Meaning::Greeting,
@@ -447,6 +466,12 @@ private:
         const Reader reader(m_document, span.end);
         const Sense *role = reader.sense(span.begin, Meaning::RoleWord);
         return role && span.begin + role->length == span.end;
+    }
+
+    /// "Doors open" before the event itself.
+    bool tellsSide(TokenSpan span) const {
+        const Sense *role = Reader(m_document, span.end).sense(span.begin, Meaning::RoleWord);
+        return role && role->value == static_cast<int>(Role::Side);
     }
 
     /// A name in quotes, of some words.
@@ -487,7 +512,10 @@ private:
         if (contains(trimmed, Meaning::PastVerb))
             score -= 8;
         if (tellsRole(trimmed))
-            score -= 40;
+            score -= tellsSide(trimmed) ? 80 : 40;
+        const Sense *general = reader.sense(trimmed.begin, Meaning::GeneralEvent);
+        if (general && trimmed.begin + general->length == trimmed.end && isBeforeMoment(trimmed))
+            score -= 20;
         if (trimmed.end - trimmed.begin == 1 && !contains(trimmed, Meaning::Event))
             score -= 6;
         if (isCalledByNext(trimmed))

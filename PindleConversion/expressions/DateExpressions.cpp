@@ -33,7 +33,7 @@ Named readName(const Reader &reader, std::uint32_t i) {
 bool isDayNumber(const Reader &reader, std::uint32_t at) {
     const std::uint32_t next = at + 1;
     const std::uint32_t time = reader.skip(next, Meaning::TimeMarker);
-    if (reader.symbol(next, ':') || reader.symbol(next, '.') ||
+    if (reader.symbol(next, ':') || (reader.symbol(next, '.') && reader.at(next + 1)) ||
         reader.has(next, Meaning::HourMark) || reader.has(next, Meaning::UnitWord) ||
         reader.has(next, Meaning::Meridiem) || (readDayRange(reader, next) && time == next))
         return false;

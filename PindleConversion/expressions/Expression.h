@@ -139,6 +139,11 @@ std::uint32_t readZone(const Reader &reader, std::uint32_t i, bool afterTime, Ti
 /// A length of time at token `i`. `marked`: a word before it announces a length.
 std::optional<DurationMention> readDuration(const Reader &reader, std::uint32_t i, bool marked);
 
+/// The token behind a row of groups of digits such as a telephone number, or `i`.
+std::uint32_t skipNumberRow(const Reader &reader, std::uint32_t i);
+/// "the 8th, 40th and 55th minute": a number at `next` goes on a row that counts no days.
+bool isCounted(const Reader &reader, std::uint32_t next);
+
 /// A count: digits or a number word. `next` becomes the token behind it.
 std::optional<int> readCount(const Reader &reader, std::uint32_t i, std::uint32_t &next);
 

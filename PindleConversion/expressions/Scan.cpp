@@ -37,6 +37,8 @@ private:
     std::uint32_t step(const Reader &reader, std::uint32_t i, const Field &field) {
         if (isPlain(reader, i))
             return i + 1;
+        if (const std::uint32_t row = skipNumberRow(reader, i); row != i)
+            return row;
         if (const Sense *greeting = reader.sense(i, Meaning::Greeting);
             greeting && greeting->length > 1 && greets(reader, i, i + greeting->length))
             return i + greeting->length;

@@ -110,7 +110,10 @@ std::optional<End> readEnd(const Reader &reader, std::uint32_t i, bool between) 
         return std::nullopt;
     const std::uint32_t at = skipAirport(reader, reader.skip(i + to->length, Meaning::The), i);
     const auto clock = readClock(reader, at, end.next);
-    if (!clock || (!clock->sure && clock->meridiem < 0 && !mayFollowBare(reader, end.next, true)))
+    // "19h au 14 rue Basse"
+    if (!clock ||
+        (!clock->sure && clock->meridiem < 0 &&
+         (!mayFollowBare(reader, end.next, true) || reader.has(end.next, Meaning::StreetWord))))
         return std::nullopt;
     end.clock = *clock;
     return end;
@@ -238,13 +241,18 @@ std::optional<TimeMention> readTime(const Reader &reader, std::uint32_t i, bool 
                       start->minute % 5 == 0 && i > 0 && reader.symbol(i - 1, ',') &&
                       !reader.at(zoned);
     // "..., 19.45 verzamelen": so are hours past twelve where they are counted on.
-    const bool late = start->minuteGiven && start->literal && start->hour > 12 &&
-                      start->minute % 5 == 0 && mention.start.clock24 && i > 0 &&
-                      reader.symbol(i - 1, ',') && reader.has(zoned, Meaning::Connector);
+    const bool late =
+        start->minuteGiven && start->literal && start->hour > 12 && start->minute % 5 == 0 &&
+        mention.start.clock24 && i > 0 && reader.symbol(i - 1, ',') &&
+        (reader.has(zoned, Meaning::Connector) || reader.has(zoned, Meaning::PlaceMarker));
     mention.start.sure = mention.start.sure || last || late;
     const bool listed = mention.end && isListedRange(reader, i, zoned);
     if (lacksEnd(reader, i, mention) ||
         !isAccepted(reader, mention, zoned, marked, afterDate || listed))
+        return std::nullopt;
+    // "24h à l'avance" counts hours.
+    const Sense *length = start->hourWord ? reader.sense(next, Meaning::NoDuration) : nullptr;
+    if (length && !mention.end && !start->minuteGiven && (length->length > 1 || start->hour == 24))
         return std::nullopt;
     mention.span = {stamp ? i - 1 : i, zoned};
     return mention;

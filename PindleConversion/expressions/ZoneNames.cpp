@@ -95,6 +95,19 @@ bool isPaired(const Reader &reader, std::uint32_t i) {
     return clock && clock->sure;
 }
 
+/// "(16h à Paris)": a city that ends brackets is where the clock shows that time.
+std::uint32_t readPlaceOfTime(const Reader &reader, std::uint32_t i, TimeMention &mention) {
+    std::uint32_t name = reader.skip(i, Meaning::In);
+    name = name != i ? name : reader.skip(i, Meaning::PlaceMarker);
+    const Sense *city = reader.sense(name, Meaning::ZoneWord);
+    const std::uint32_t close = city ? name + city->length : i;
+    if (!city || city->value != 0 || !reader.symbol(close, ')'))
+        return i;
+    mention.zone = noteOf(*city);
+    mention.hasOffset = false;
+    return close;
+}
+
 std::uint32_t readNamed(const Reader &reader, std::uint32_t i, bool afterTime,
                         TimeMention &mention) {
     if (const Sense *zone = reader.sense(i, Meaning::Zone)) {
@@ -108,6 +121,8 @@ std::uint32_t readNamed(const Reader &reader, std::uint32_t i, bool afterTime,
         const Sense *word = reader.sense(i + brief->length, Meaning::ZoneWord);
         return i + brief->length + (word && word->value == 1 ? word->length : 0U);
     }
+    if (const std::uint32_t end = afterTime ? readPlaceOfTime(reader, i, mention) : i; end != i)
+        return end;
     const Sense *city = reader.sense(i, Meaning::ZoneWord);
     if (city && city->value == 2) {
         const std::uint32_t name =

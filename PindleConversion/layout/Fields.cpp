@@ -78,7 +78,8 @@ LabelMatch labelAt(const Reader &reader, std::uint32_t i, bool lineStart) {
     const Sense *sense = reader.sense(i, Meaning::LabelWord);
     // "Clinic: Brunnen 4" is labelled by its kind of place.
     if (!sense && reader.has(i, Meaning::PlaceNoun) && reader.symbol(i + 1, ':') &&
-        !looksLikeMoment(reader, i + 2) && reader.at(i + 2))
+        !looksLikeMoment(reader, i + 2) && reader.at(i + 2) &&
+        (reader.at(i + 2)->capital || reader.at(i + 2)->unspaced || !reader.word(i + 2)))
         return {Label::Place, i + 2, i + 1};
     if (!sense)
         return {};
@@ -229,6 +230,8 @@ private:
             }
         }
         cells(begin, end);
+        if (isTrail(begin, end))
+            ignoreLine();
         m_spoken = false;
         if (introducesQuote(reader, begin))
             ignoreLine();
@@ -237,6 +240,25 @@ private:
                 ignoreLine();
                 break;
             }
+    }
+
+    /// "Home > Events > Theatre" above a page.
+    bool isTrail(std::uint32_t begin, std::uint32_t end) const {
+        constexpr int kFewestSteps = 2;
+        constexpr std::uint32_t kLongest = 16;
+        if (m_line != 0 || end - begin > kLongest || end == m_document.tokens.size())
+            return false;
+        const Reader reader(m_document, end);
+        int steps = 0;
+        for (std::uint32_t i = begin; i < end; ++i) {
+            if (reader.at(i)->kind == TokenKind::Number)
+                return false;
+            const bool mark = reader.symbol(i, '>') || reader.symbol(i, '/') ||
+                              reader.symbol(i, 0x203A) || reader.symbol(i, 0xBB) ||
+                              reader.symbol(i, 0x2192);
+            steps += mark && reader.at(i)->spaceBefore && i > begin && i + 1 < end ? 1 : 0;
+        }
+        return steps >= kFewestSteps;
     }
 
     /// "On 6 May 2026 at 9:15, Ada <ada@...>:" in any language.
@@ -374,7 +396,8 @@ private:
                                                reader.symbol(i - 1, ','))) ||
                 reader.at(i)->kind == TokenKind::Symbol;
             const LabelMatch match = mayStart ? labelAt(reader, i, start) : LabelMatch{};
-            if (match.label == Label::None) {
+            // "Under 13 A: ..." heads no mail.
+            if (match.label == Label::None || (match.label == Label::Mail && !start)) {
                 ++i;
                 continue;
             }
