@@ -763,8 +763,10 @@ private:
         // "place du Marché" is no market.
         const bool nounFirst =
             reader.has(begin, Meaning::PlaceNoun) || reader.has(begin, Meaning::StreetWord);
+        const Sense *event = reader.sense(begin, Meaning::Event);
+        // "Pub Quiz" is no pub.
         const bool named = token(begin).upper() && token(end - 1).upper() && begin + 1 < end &&
-                           !reader.has(end - 1, Meaning::Event);
+                           !reader.has(end - 1, Meaning::Event) && (!event || event->length == 1);
         const bool placeFirst =
             isKindOfPlace(reader, {begin, end}) || isNamedKind(reader, {begin, end}) ||
             (nounFirst &&
