@@ -55,7 +55,7 @@ int Chooser::scoreDate(const Dated &dated, int index) {
         score += 4;
     if (dated.mention->weak)
         score -= 30;
-    if (tellsOpeningHours(dated))
+    if (tellsOpeningHours(dated) || hasFirstDay(dated))
         score -= 45;
     switch (roleOf(token)) {
     case Role::Deadline:
@@ -93,6 +93,27 @@ bool Chooser::tellsOpeningHours(const Dated &dated) const {
         return false;
     return std::any_of(m_dates.begin(), m_dates.end(), [&](const Dated &other) {
         return other.mention->first.base == DateSpec::Base::Calendar && other.mention->last;
+    });
+}
+
+bool Chooser::isHoursOnly(const Dated &dated) const {
+    const std::uint32_t token = dated.mention->span.begin;
+    const TokenSpan label = fieldOf(token).labelWords;
+    const bool labelled =
+        !label.empty() && Reader(m_document, label.end).has(label.begin, Meaning::Daily);
+    const bool days = dated.mention->first.base == DateSpec::Base::Weekday && dated.mention->last;
+    return days && (labelled || sentenceHas(token, Meaning::Daily));
+}
+
+bool Chooser::hasFirstDay(const Dated &dated) const {
+    if (!dated.mention->repeated)
+        return false;
+    return std::any_of(m_dates.begin(), m_dates.end(), [&](const Dated &other) {
+        const auto weekday = std::chrono::weekday(other.date.first).iso_encoding();
+        return other.mention->first.base == DateSpec::Base::Calendar && !isPast(other) &&
+               static_cast<int>(weekday) == dated.mention->first.weekday &&
+               roleOf(other.mention->span.begin) != Role::Deadline &&
+               roleOf(other.mention->span.begin) != Role::End;
     });
 }
 
@@ -178,7 +199,7 @@ bool Chooser::acceptDate() {
         refuse(Notice::NoDate);
         return false;
     }
-    if (countsOnly(dated)) {
+    if (isHoursOnly(dated) || countsOnly(dated)) {
         refuse(Notice::NoDate);
         return false;
     }

@@ -56,6 +56,8 @@ std::optional<Part> readPart(const Reader &reader, std::uint32_t i) {
         part.minutes = *count * minutes + tenths * minutes / 10;
     else if (which == Unit::Day && tenths == 0)
         part.days = *count;
+    else if (which == Unit::Night && tenths == 0)
+        part.days = *count + 1; // two nights are three days
     else if (which == Unit::Week && tenths == 0)
         part.days = 7 * *count;
     else

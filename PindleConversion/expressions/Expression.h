@@ -103,6 +103,8 @@ Expressions findExpressions(Document &document);
 
 /// The date that starts at token `i`, with everything that belongs to it.
 std::optional<DateMention> readDate(const Reader &reader, std::uint32_t i);
+/// "moved from" stands right before token `i`: what follows is no first half of a range.
+bool isMovedFrom(const Reader &reader, std::uint32_t i);
 /// A day by the calendar ("5 June", "2026-06-05"), without ranges and weekdays behind it.
 std::optional<DateMention> readCalendarDate(const Reader &reader, std::uint32_t i);
 /// A day by its distance or place in a week or month.

@@ -56,7 +56,8 @@ std::uint32_t readPartBehind(const Reader &reader, std::uint32_t i, TimeMention 
         j = reader.skip(reader.skip(j, Meaning::In), Meaning::The);
         part = j != i ? reader.sense(j, Meaning::PartOfDay) : nullptr;
     }
-    if (!part)
+    // "(3 nights)"
+    if (!part || (j == i && reader.has(i, Meaning::UnitWord)))
         return i;
     mention.part = static_cast<DayPart>(part->value);
     // "tonight" and "this morning" also are dates; those are read as such.
@@ -110,8 +111,9 @@ std::optional<End> readEnd(const Reader &reader, std::uint32_t i, bool between) 
     const std::uint32_t at = skipAirport(reader, reader.skip(i + to->length, Meaning::The), i);
     const auto clock = readClock(reader, at, end.next);
     // "19h au 14 rue Basse"
-    if (!clock || (!clock->sure && (!mayFollowBare(reader, end.next, true) ||
-                                    reader.has(end.next, Meaning::StreetWord))))
+    if (!clock ||
+        (!clock->sure && clock->meridiem < 0 &&
+         (!mayFollowBare(reader, end.next, true) || reader.has(end.next, Meaning::StreetWord))))
         return std::nullopt;
     end.clock = *clock;
     return end;
@@ -142,6 +144,7 @@ bool isListedRange(const Reader &reader, std::uint32_t i, std::uint32_t next) {
 
 /// "2026-08-06T14:05": the T, and an offset glued to the time.
 bool isTimestamp(const Reader &reader, std::uint32_t i) {
+    // "T5" is a terminal.
     if (i < 2 || !reader.glued(i) || !reader.glued(i - 1) ||
         reader.document().tokens[i - 2].kind != TokenKind::Number)
         return false;
@@ -173,6 +176,18 @@ bool isAccepted(const Reader &reader, const TimeMention &mention, std::uint32_t 
     if (isDateLike(reader, next) && reader.has(next, Meaning::RelativeDay))
         return true;
     // "ore 8.30 capannone C": minutes leave little doubt behind a word that announces a time.
+    // "eye test 1.40 on the 18th"
+    if (start.minuteGiven && start.minute % 5 == 0 && reader.has(next, Meaning::DateMarker) &&
+        readDate(reader, reader.skip(next, Meaning::DateMarker)))
+        return true;
+    // "12.45 at Bao House"
+    if (const Sense *at = reader.sense(next, Meaning::PlaceMarker);
+        at && at->value == 1 && start.minuteGiven && start.minute % 5 == 0 && !reader.glued(next)) {
+        const Token *name = reader.at(next + at->length);
+        if (name && name->kind == TokenKind::Word &&
+            (name->capital || reader.has(next + at->length, Meaning::The)))
+            return true;
+    }
     const bool written = marked && start.minuteGiven && reader.word(next) && !reader.glued(next) &&
                          !reader.has(next, Meaning::UnitWord) && reader.language(next).clock24;
     return written || ((marked || afterDate) && mayFollowBare(reader, next, marked));
@@ -204,7 +219,10 @@ std::optional<TimeMention> readTime(const Reader &reader, std::uint32_t i, bool 
     const bool sure = mention.start.sure || marked || afterDate || stamp;
     std::uint32_t zoned = sure ? readZone(reader, next, true, mention) : next;
     zoned = readPartBehind(reader, zoned, mention);
-    if (const auto end = readEnd(reader, zoned, rangeWordBefore(reader, i) != nullptr)) {
+    const bool moved = isMovedFrom(reader, i);
+    if (const auto end =
+            moved ? std::nullopt : readEnd(reader, zoned, rangeWordBefore(reader, i) != nullptr);
+        end) {
         mention.end = end->clock;
         next = end->next;
         zoned = readZone(reader, next, true, mention);

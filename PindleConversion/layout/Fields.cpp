@@ -65,6 +65,15 @@ bool isDashedList(const Document &document, std::uint32_t dash) {
     return false;
 }
 
+/// The line before has a label that nothing but a space ends.
+bool isPlainList(const Document &document) {
+    if (document.fields.empty())
+        return false;
+    const Field &last = document.fields.back();
+    return !last.labelWords.empty() && last.begin == last.labelWords.end &&
+           (last.label == Label::When || last.label == Label::Place);
+}
+
 LabelMatch labelAt(const Reader &reader, std::uint32_t i, bool lineStart) {
     const Sense *sense = reader.sense(i, Meaning::LabelWord);
     // "Clinic: Brunnen 4" is labelled by its kind of place.
@@ -86,7 +95,8 @@ LabelMatch labelAt(const Reader &reader, std::uint32_t i, bool lineStart) {
     // "Show: Saturday, 8pm" names the event and when it is at once.
     if (label == Label::Title && looksLikeMoment(reader, j + 1))
         return {};
-    if (reader.symbol(j, ':'))
+    // "日 = 4月1日"
+    if (reader.symbol(j, ':') || (lineStart && reader.symbol(j, '=') && reader.at(i)->unspaced))
         return {settle(reader, label, j + 1, i), j + 1, end};
     if (lineStart && reader.symbol(j, '-') && !reader.glued(j) && !reader.glued(j + 1) &&
         (isMoment(label) || label == Label::Place ||
@@ -103,6 +113,15 @@ LabelMatch labelAt(const Reader &reader, std::uint32_t i, bool lineStart) {
     const Token &word = *reader.at(i);
     if (lineStart && (label == Label::Start || label == Label::End) && word.capital &&
         word.end - word.begin >= kShortestPlain && looksLikeMoment(reader, j))
+        return {label, j, end};
+    // "When Thu 26 March", and then "Where Room 7".
+    if (lineStart && word.capital && label == Label::When && !reader.has(i, Meaning::Event) &&
+        !reader.symbol(j, ',') && word.end - word.begin >= kShortestPlain &&
+        looksLikeMoment(reader, j))
+        return {label, j, end};
+    const bool goesOn = label == Label::Place || label == Label::Sender;
+    if (lineStart && word.capital && goesOn && isPlainList(reader.document()) && reader.at(j) &&
+        (reader.word(j) || reader.number(j, 0, 9999, 4)))
         return {label, j, end};
     if (lineStart && j == reader.end() && mayStandAlone(label))
         return {label, j, end};
@@ -150,7 +169,25 @@ private:
                 return kNoSpeaker;
             ++j;
         }
+        // "<dana> text"
+        if (reader.symbol(i, '<') && reader.word(i + 1) && reader.symbol(i + 2, '>') &&
+            reader.glued(i + 1) && reader.at(i + 3))
+            return i + 3;
+        if (j > i && reader.symbol(j, '('))
+            j = afterBracketedTime(reader, j);
         return j > i && reader.symbol(j, ':') && reader.at(j + 1) ? j + 1 : kNoSpeaker;
+    }
+
+    /// The token behind "(11:32)", or `i`.
+    static std::uint32_t afterBracketedTime(const Reader &reader, std::uint32_t i) {
+        constexpr std::uint32_t kLongest = 8;
+        if (!reader.number(i + 1, 0, 31) ||
+            !(reader.symbol(i + 2, ':') || reader.symbol(i + 2, '.')))
+            return i;
+        for (std::uint32_t k = i + 3; k < i + kLongest && reader.at(k); ++k)
+            if (reader.symbol(k, ')'))
+                return k + 1;
+        return i;
     }
 
     std::uint32_t afterStamp(const Reader &reader, std::uint32_t i) const {
@@ -251,8 +288,9 @@ private:
 
     std::uint32_t skipBullet(const Reader &reader, std::uint32_t i) const {
         while (reader.at(i) &&
-               (reader.symbol(i, 0x2022) || reader.symbol(i, '|') || reader.symbol(i, '\t') ||
-                reader.symbol(i, '+') || (reader.symbol(i, '-') && !reader.glued(i + 1))))
+               (reader.symbol(i, 0x2022) || reader.symbol(i, 0x30FB) || reader.symbol(i, '|') ||
+                reader.symbol(i, '\t') || reader.symbol(i, '+') ||
+                (reader.symbol(i, '-') && !reader.glued(i + 1))))
             ++i;
         if (reader.number(i, 1, 50) && reader.symbol(i + 1, ')'))
             return i + 2;
@@ -354,9 +392,11 @@ private:
             const bool start = i == begin;
             const bool behindMark =
                 reader.at(i)->unspaced && !start && reader.at(i - 1)->kind == TokenKind::Symbol;
-            const bool mayStart = start || behindMark ||
-                                  (reader.at(i)->spaceBefore && reader.at(i)->capital) ||
-                                  reader.at(i)->kind == TokenKind::Symbol;
+            const bool mayStart =
+                start || behindMark ||
+                (reader.at(i)->spaceBefore && (reader.at(i)->capital || reader.symbol(i - 1, ';') ||
+                                               reader.symbol(i - 1, ','))) ||
+                reader.at(i)->kind == TokenKind::Symbol;
             const LabelMatch match = mayStart ? labelAt(reader, i, start) : LabelMatch{};
             // "Under 13 A: ..." heads no mail.
             if (match.label == Label::None || (match.label == Label::Mail && !start)) {
@@ -464,8 +504,10 @@ private:
             reader.has(i - 2, Meaning::PlaceNoun))
             return true;
         if (before.end - before.begin == 1)
-            return i > begin + 1 && reader.symbol(i - 2, '.') && reader.at(i + 1) &&
-                   reader.at(i + 1)->capital;
+            // "at 5 p.m. Bring ..." ends one, "P.A. Day" does not.
+            return i > begin + 2 && reader.symbol(i - 2, '.') && reader.at(i + 1) &&
+                   reader.at(i + 1)->capital &&
+                   (!reader.at(i - 1)->capital || reader.has(i - 3, Meaning::Meridiem));
         return !reader.has(i - 1, Meaning::Abbreviation);
     }
 
