@@ -63,6 +63,8 @@ private:
     bool hasTimeBeside(TokenSpan span) const;
     int scoreDate(const Dated &dated, int index);
     /// "Tue-Sun" beside the days of an exhibition.
+    /// "by Friday": until when something is to be done.
+    bool isDue(std::uint32_t token) const;
     bool tellsOpeningHours(const Dated &dated) const;
     /// "Arrival 3 April, departure 10 April": who stays arrives first.
     bool opensStay(const Dated &dated) const;
