@@ -15,6 +15,14 @@ void Chooser::resolveDates() {
     for (const DateMention &mention : m_found.dates)
         if (auto date = resolveDate(mention, m_reference))
             m_dates.push_back({&mention, *date});
+    constexpr auto kSoon = std::chrono::days(60);
+    for (const Dated &dated : m_dates) {
+        const bool soon =
+            dated.date.first > m_reference.today && dated.date.first < m_reference.today + kSoon;
+        if (soon && dated.mention->first.weekday != 0 && hasTimeBeside(dated.mention->span) &&
+            fieldOf(dated.mention->span.begin).label == Label::None)
+            m_ahead.push_back(dated.mention->span);
+    }
 }
 
 bool Chooser::hasTimeNear(std::uint32_t token) const {
@@ -52,7 +60,7 @@ int Chooser::scoreDate(const Dated &dated, int index) {
         score -= 18;
     if (dated.mention->first.base == DateSpec::Base::DayOnly && !dated.mention->first.monthGiven)
         score -= 12;
-    if (tellsOpeningHours(dated))
+    if (tellsOpeningHours(dated) || hasFirstDay(dated))
         score -= 45;
     switch (roleOf(token)) {
     case Role::Deadline:
@@ -99,6 +107,27 @@ bool Chooser::tellsOpeningHours(const Dated &dated) const {
     });
 }
 
+bool Chooser::isHoursOnly(const Dated &dated) const {
+    const std::uint32_t token = dated.mention->span.begin;
+    const TokenSpan label = fieldOf(token).labelWords;
+    const bool labelled =
+        !label.empty() && Reader(m_document, label.end).has(label.begin, Meaning::Daily);
+    const bool days = dated.mention->first.base == DateSpec::Base::Weekday && dated.mention->last;
+    return days && (labelled || sentenceHas(token, Meaning::Daily));
+}
+
+bool Chooser::hasFirstDay(const Dated &dated) const {
+    if (!dated.mention->repeated)
+        return false;
+    return std::any_of(m_dates.begin(), m_dates.end(), [&](const Dated &other) {
+        const auto weekday = std::chrono::weekday(other.date.first).iso_encoding();
+        return other.mention->first.base == DateSpec::Base::Calendar && !isPast(other) &&
+               static_cast<int>(weekday) == dated.mention->first.weekday &&
+               roleOf(other.mention->span.begin) != Role::Deadline &&
+               roleOf(other.mention->span.begin) != Role::End;
+    });
+}
+
 bool Chooser::opensStay(const Dated &dated) const {
     if (m_dates.size() < 2 || &dated != &m_dates.front())
         return false;
@@ -140,6 +169,33 @@ bool Chooser::isPastAppointment(const Dated &dated) const {
            roleOf(token) != Role::Posted && !speaksOfPast(token);
 }
 
+bool Chooser::namesMoney(const Field &field) const {
+    constexpr std::u32string_view kSigns = U"$€£¥";
+    constexpr std::uint32_t kReach = 100;
+    const std::uint32_t end = std::min(field.end, field.begin + kReach);
+    for (std::uint32_t i = field.begin; i < end; ++i)
+        if (const char32_t c = m_document.tokens[i].symbol;
+            c != 0 && kSigns.find(c) != std::u32string_view::npos)
+            return true;
+    return false;
+}
+
+bool Chooser::countsOnly(const Dated &dated) const {
+    const DateMention &mention = *dated.mention;
+    const std::uint32_t next = mention.span.end;
+    const Field &field = fieldOf(mention.span.begin);
+    const Reader reader(m_document, field.end);
+    const bool bare = mention.first.base == DateSpec::Base::DayOnly && !mention.last &&
+                      mention.first.weekday == 0 && !mention.first.monthGiven;
+    if (!bare || !m_found.times.empty() || field.label != Label::None || !reader.word(next) ||
+        reader.at(next)->unspaced)
+        return false;
+    if (sentenceHas(mention.span.begin, Meaning::Event) && !namesMoney(field))
+        return false;
+    const Sense *place = reader.sense(next, Meaning::PlaceMarker);
+    return !(place && place->value == 1) && !reader.has(next, Meaning::PartOfDay);
+}
+
 bool Chooser::acceptDate() {
     if (m_date < 0)
         return acceptBareTime();
@@ -151,6 +207,10 @@ bool Chooser::acceptDate() {
     const std::uint32_t token = dated.mention->span.begin;
     if (dated.mention->weak && !hasTimeNear(token) && !hasDateMarker(token) &&
         m_found.times.empty() && !sentenceHas(token, Meaning::Event)) {
+        refuse(Notice::NoDate);
+        return false;
+    }
+    if (isHoursOnly(dated) || countsOnly(dated)) {
         refuse(Notice::NoDate);
         return false;
     }

@@ -12,7 +12,12 @@ constexpr int kLastOnDial = 12;
 } // namespace
 
 void Chooser::pickEnd() {
-    if (endOnLaterDay())
+    // "Outbound: ... 06:10 → Faro 09:00" ends before the journey back.
+    const auto next = static_cast<std::size_t>(m_time + 1);
+    const bool joined = m_time >= 0 && !m_choice.endMinute && next < m_found.times.size() &&
+                        isJoined(m_found.times[next - 1], m_found.times[next]) &&
+                        nothingBetween(m_found.times[next - 1].span, m_found.times[next].span);
+    if ((joined && travelEnd()) || endOnLaterDay())
         return;
     if (!m_choice.startMinute || m_choice.endMinute) {
         lengthInDays();
@@ -149,6 +154,13 @@ bool Chooser::isJoined(const TimeMention &first, const TimeMention &second) cons
         range = range || (reader.has(k, Meaning::RangeTo) && !m_document.tokens[k].used);
     }
     return range;
+}
+
+bool Chooser::nothingBetween(TokenSpan first, TokenSpan second) const {
+    for (std::uint32_t k = first.end; k < second.begin; ++k)
+        if (m_document.tokens[k].used)
+            return false;
+    return true;
 }
 
 bool Chooser::isArrival(const TimeMention &start, const TimeMention &next) const {

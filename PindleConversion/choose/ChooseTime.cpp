@@ -22,7 +22,8 @@ bool Chooser::belongsToOther(const TimeMention &time) const {
             !m_document.sameSentence(other.mention->span.begin, at))
             continue;
         if (other.date.first == mine.date.first ||
-            roleOf(other.mention->span.begin) == Role::MovedFrom)
+            roleOf(other.mention->span.begin) == Role::MovedFrom ||
+            (other.mention->repeated && !mine.mention->repeated))
             continue;
         if (!ownSentence || gap(other.mention->span, time.span) < own)
             return true;
@@ -49,8 +50,12 @@ int Chooser::scoreTime(const TimeMention &time, int index) {
     }
     if (time.end)
         score += 8;
-    if (index > 0 && isJoined(m_found.times[static_cast<std::size_t>(index - 1)], time))
+    if (const auto *before =
+            index > 0 ? &m_found.times[static_cast<std::size_t>(index - 1)] : nullptr;
+        before && (isJoined(*before, time) || isArrival(*before, time)))
         score -= 45;
+    if (index > 0 && isTranslated(m_found.times[static_cast<std::size_t>(index - 1)], time))
+        score -= 40;
     if (time.start.sure)
         score += 4;
     // "(1700–1900)" may be years.
@@ -59,6 +64,17 @@ int Chooser::scoreTime(const TimeMention &time, int index) {
              }))
         score -= 24;
     return score + roleScore(at);
+}
+
+bool Chooser::isTranslated(const TimeMention &first, const TimeMention &second) const {
+    if (first.zoneSpan.empty() || second.span.begin - first.span.end > 2)
+        return false;
+    for (std::uint32_t i = first.span.end; i < second.span.begin; ++i) {
+        const char32_t mark = m_document.tokens[i].symbol;
+        if (mark != '/' && mark != '(' && mark != '=' && mark != '|')
+            return false;
+    }
+    return first.span.end < second.span.begin;
 }
 
 int Chooser::roleScore(std::uint32_t at) const {
@@ -95,6 +111,7 @@ bool Chooser::dateIsElsewhere(std::uint32_t at) const {
 void Chooser::pickTime() {
     constexpr int kWorstTaken = -60;
     int best = kWorstTaken;
+    m_choice.kind = m_date >= 0 ? eventKind() : EventKind::None;
     for (std::size_t i = 0; i < m_found.times.size(); ++i) {
         const int score = scoreTime(m_found.times[i], static_cast<int>(i));
         if (score > best) {

@@ -24,8 +24,16 @@ public:
     /// A verb of the past stands in the token's sentence.
     bool speaksOfPast(std::uint32_t token) const;
 
+protected:
+    /// Dates to come with their time, which cannot tell when something was written: "our talk of
+    /// Tuesday 26 May at 11:15".
+    std::vector<TokenSpan> m_ahead;
+
 private:
-    /// "moved from Tuesday to Thursday": a date at `token`, another one since `from`.
+    Role saidRole(std::uint32_t token) const;
+    bool isAhead(std::uint32_t token) const;
+    /// "moved from Tuesday to Thursday": a date at `token`, another one since `from`;
+    /// or two times.
     bool isSecondDate(std::uint32_t from, std::uint32_t token) const;
     /// Nothing but the expression at `token` stands between it and the role word.
     bool standsBehind(std::uint32_t role, std::uint32_t token) const;
@@ -66,6 +74,10 @@ private:
     /// "by Friday": until when something is to be done.
     bool isDue(std::uint32_t token) const;
     bool tellsOpeningHours(const Dated &dated) const;
+    /// "Saturdays, starts 21 March"
+    bool hasFirstDay(const Dated &dated) const;
+    /// "Opening hours: Mon-Fri 9-5"
+    bool isHoursOnly(const Dated &dated) const;
     /// "Arrival 3 April, departure 10 April": who stays arrives first.
     bool opensStay(const Dated &dated) const;
     /// "Delivered on 16 October", said some days later.
@@ -74,6 +86,9 @@ private:
     bool isPast(const Dated &dated) const;
     /// A written, dated appointment stays one when its day is over; a report of the past is none.
     bool isPastAppointment(const Dated &dated) const;
+    /// "press 1 for sales, the 2 for support": a number that goes on with a word counts something.
+    bool countsOnly(const Dated &dated) const;
+    bool namesMoney(const Field &field) const;
     bool acceptDate();
     /// "was", "released" before a date that has no time: a report, unless an event is named.
     bool hasFutureSense(std::uint32_t token) const;
@@ -85,6 +100,8 @@ private:
     /// Whether another date of the same sentence stands closer to a time.
     bool belongsToOther(const TimeMention &time) const;
     int scoreTime(const TimeMention &time, int index);
+    /// "4pm Berlin / 10am New York": the same time once more.
+    bool isTranslated(const TimeMention &first, const TimeMention &second) const;
     int roleScore(std::uint32_t at) const;
     /// In a conversation a later proposal replaces the first.
     bool counterProposal(std::uint32_t at) const;
@@ -108,6 +125,8 @@ private:
     int endAfter(const ClockSpec &end, const ClockSpec &start) const;
     /// "ATL 6:20 PM - MCO 7:52 PM": two times with a name between them make one range.
     bool isJoined(const TimeMention &first, const TimeMention &second) const;
+    /// No date, time or zone stands between two expressions.
+    bool nothingBetween(TokenSpan first, TokenSpan second) const;
     /// The second time of a journey is its end.
     bool travelEnd();
     /// On a ticket the line behind the departure tells the arrival.

@@ -9,6 +9,17 @@ const Field &Surroundings::fieldOf(std::uint32_t token) const {
 }
 
 Role Surroundings::roleOf(std::uint32_t token) const {
+    const Role role = saidRole(token);
+    return role == Role::Posted && isAhead(token) ? Role::None : role;
+}
+
+bool Surroundings::isAhead(std::uint32_t token) const {
+    return std::any_of(m_ahead.begin(), m_ahead.end(), [&](TokenSpan sentence) {
+        return m_document.sameSentence(sentence.begin, token);
+    });
+}
+
+Role Surroundings::saidRole(std::uint32_t token) const {
     const Field &field = fieldOf(token);
     if (field.label == Label::Deadline)
         return Role::Deadline;
@@ -34,6 +45,13 @@ bool Surroundings::isSecondDate(std::uint32_t from, std::uint32_t token) const {
     for (const DateMention &date : m_found.dates) {
         first = first || (date.span.begin > from && date.span.end <= token);
         second = second || date.span.begin == token;
+    }
+    if (first && second)
+        return true;
+    first = second = false;
+    for (const TimeMention &time : m_found.times) {
+        first = first || (time.span.begin > from && time.span.end <= token);
+        second = second || time.span.begin == token;
     }
     return first && second;
 }

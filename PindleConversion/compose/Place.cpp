@@ -13,6 +13,7 @@ constexpr int kLeastScore = 20;
 constexpr int kFrom = 30;  ///< where something comes from
 constexpr int kAside = 35; ///< less for a place that something else happens at
 constexpr int kNamedStay = 30;
+constexpr int kOwnLine = 26;                ///< more for a place that has the line below the date
 constexpr int kAsked = 12;                  ///< less for a place that a speaker only asks about
 constexpr std::uint32_t kLongestName = 14;  ///< tokens
 constexpr std::uint32_t kOnlineReach = 400; ///< tokens that are asked whether the event is online
@@ -60,7 +61,8 @@ private:
     void consider(std::uint32_t f) {
         const Field &field = m_document.fields[f];
         const Reader reader(m_document, field.end);
-        if (field.label == Label::Place || field.label == Label::Start)
+        if (field.label == Label::Place || field.label == Label::Start ||
+            field.label == Label::When)
             labelled(field);
         links(field);
         if (field.ignored || field.label == Label::Price || field.label == Label::Title)
@@ -97,7 +99,9 @@ private:
             --span.end;
         while (!span.empty() && isEdgeMark(token(span.begin)))
             ++span.begin;
-        if (span.empty())
+        // "local time" in brackets is no place.
+        const Sense *zone = reader.sense(span.begin, Meaning::ZoneWord);
+        if (span.empty() || isAmount(span) || (zone && zone->value != 0))
             return;
         if (m_document.sameSentence(at, m_choice.anchor()))
             score += 12;
@@ -114,6 +118,19 @@ private:
             m_score = score;
             m_best = span;
         }
+    }
+
+    /// "12 €", "5,90": no place consists of digits and signs alone, or has a price.
+    bool isAmount(TokenSpan span) const {
+        constexpr std::u32string_view kMoney = U"$€£¥";
+        for (std::uint32_t i = span.begin; i < span.end; ++i)
+            if (token(i).symbol != 0 && kMoney.find(token(i).symbol) != std::u32string_view::npos)
+                return true;
+        return std::none_of(m_document.tokens.begin() + span.begin,
+                            m_document.tokens.begin() + span.end, [](const Token &each) {
+                                return each.kind != TokenKind::Number &&
+                                       each.kind != TokenKind::Symbol;
+                            });
     }
 
     /// "and afterwards at the hall": not where the event itself is.
@@ -157,7 +174,10 @@ private:
             ++end;
         if (end == field.begin)
             return;
-        if (field.label == Label::Start && end != field.end)
+        if (field.label != Label::Place && end != field.end)
+            return;
+        // "Rendez-vous : parking du Moulin"
+        if (field.label == Label::When && !shapeOf({field.begin, end}).noun)
             return;
         offer({field.begin, end}, field.label == Label::Place ? 1000 : 900, field.begin);
     }
@@ -172,9 +192,21 @@ private:
                 std::any_of(kMeetingHosts.begin(), kMeetingHosts.end(), [&](std::string_view host) {
                     return text.find(host) != std::string_view::npos;
                 });
-            if (meeting || field.label == Label::Link || heldOnline())
+            if (meeting || field.label == Label::Link || isCalledLink(field, i) || heldOnline())
                 offer({i, i + 1}, kLeastScore + (meeting ? 4 : 2), m_choice.anchor());
         }
+    }
+
+    /// "Your link (do not share): https://..."
+    bool isCalledLink(const Field &field, std::uint32_t link) const {
+        constexpr std::uint32_t kReach = 8;
+        const Reader reader(m_document, link);
+        for (std::uint32_t i = link; i > field.begin && link - i < kReach; --i) {
+            const Sense *label = reader.sense(i - 1, Meaning::LabelWord);
+            if (label && label->value == static_cast<int>(Label::Link))
+                return true;
+        }
+        return false;
     }
 
     bool heldOnline() {
@@ -257,7 +289,9 @@ private:
         // "amphi A"
         const bool letter =
             current.end - current.begin == 1 && reader.has(i - 1, Meaning::PlaceNoun);
-        const bool goesOn = token(i - 1).capital || reader.symbol(i - 1, ',') || letter;
+        // "Igreja de São Pedro"
+        const bool ofName = i > begin + 1 && reader.has(i - 1, Meaning::Of) && token(i - 2).capital;
+        const bool goesOn = token(i - 1).capital || reader.symbol(i - 1, ',') || letter || ofName;
         return stopWord && !(current.capital && goesOn);
     }
 
@@ -324,6 +358,9 @@ private:
             return;
         if (token(begin).kind == TokenKind::Number && reader.has(begin + 1, Meaning::UnitWord))
             return;
+        // "From the office: ..." tells who writes.
+        if (isFrom(reader, i) && reader.symbol(end, ':'))
+            return;
         if (offerWholeLine(reader, i, end))
             return;
         const Shape shape = shapeOf({begin, end});
@@ -344,6 +381,9 @@ private:
             !behindTime)
             return;
         const bool known = shape.noun || shape.street;
+        // "pense au rdv véto de Minette"
+        if (!known && reader.has(begin, Meaning::Event) && !token(begin).capital)
+            return;
         if (marker.value == 1 && (named || known))
             offer({nounBefore(reader, i, begin), end},
                   isFrom(reader, i) ? kFrom
@@ -476,8 +516,9 @@ private:
     bool isWeakPlace(const Reader &reader, std::uint32_t i, const Sense &marker,
                      const Shape &shape) const {
         const bool ofTime = reader.has(i, Meaning::RangeTo) || reader.has(i, Meaning::TimeMarker);
+        const bool behindTime = i > 0 && token(i - 1).used;
         if (ofTime)
-            return marker.length > 1 && shape.noun;
+            return (marker.length > 1 || behindTime) && shape.noun;
         const bool inside = reader.has(i, Meaning::In);
         if (!inside)
             return reader.has(i, Meaning::DateMarker)
@@ -515,7 +556,7 @@ private:
             end = next + 1;
         }
         while (begin > field.begin && begin + 5 > i && joinsName(reader, begin - 1, i) &&
-               token(begin - 1).kind == TokenKind::Word)
+               token(begin - 1).kind == TokenKind::Word && !endsCompound(reader, begin - 1))
             --begin;
         const bool numbered =
             end > i + 1 && (token(i + 1).kind == TokenKind::Number || token(i + 1).capital);
@@ -530,6 +571,12 @@ private:
             return;
         }
         offer({begin, end}, numbered ? 26 : 14, i);
+    }
+
+    /// "Vide-grenier": the second half of a hyphened word that is no place.
+    static bool endsCompound(const Reader &reader, std::uint32_t i) {
+        return i > 1 && reader.symbol(i - 1, '-') && reader.glued(i) && reader.glued(i - 1) &&
+               !reader.has(i, Meaning::PlaceNoun) && !reader.at(i)->capital;
     }
 
     /// "Holyport - Port Erran": the second name of a route.
@@ -580,7 +627,12 @@ private:
         if (close == open)
             return;
         const Shape shape = shapeOf({open + 1, close});
-        if ((shape.noun || shape.street) && shape.capital && !shape.event)
+        const Sense *city = reader.sense(open + 1, Meaning::ZoneWord);
+        const bool inCity = city && city->value == 0 && open + 1 + city->length == close &&
+                            open > 0 && !token(open - 1).used && !token(open + 1).used;
+        if (!inCity && reader.has(open + 1, Meaning::ZoneWord))
+            return;
+        if (((shape.noun || shape.street) && shape.capital && !shape.event) || inCity)
             offer({open + 1, close}, 34, open);
     }
 
@@ -588,7 +640,7 @@ private:
     void pieces(const Reader &reader, std::uint32_t f) {
         const Field &field = m_document.fields[f];
         if (f < m_anchorField && !field.cell)
-            return;
+            return venueAbove(reader, f);
         std::uint32_t begin = field.begin;
         const bool later = f > m_anchorField || (field.cell && f != 0);
         for (std::uint32_t i = field.begin; i <= field.end; ++i) {
@@ -606,6 +658,22 @@ private:
                 continue;
             begin = space ? i : i + 1;
         }
+    }
+
+    /// "Théâtre municipal de Sens" on a line of its own between the title and the date.
+    void venueAbove(const Reader &reader, std::uint32_t f) {
+        constexpr int kScore = 30;
+        constexpr int kMostWords = 7;
+        const Field &field = m_document.fields[f];
+        const bool heading = f == 0 || m_document.fields[f - 1].ignored;
+        const bool capital = token(field.begin).upper() && token(field.end - 1).upper();
+        if (heading || field.spoken || !capital || !reader.has(field.begin, Meaning::PlaceNoun) ||
+            nameEnd(reader, field.begin) != field.end ||
+            m_document.fields[f - 1].line + 1 != field.line)
+            return;
+        const Shape shape = shapeOf({field.begin, field.end});
+        if (shape.words > 1 && shape.words <= kMostWords)
+            offer({field.begin, field.end}, kScore, field.begin);
     }
 
     /// Where words are not spaced, a space separates parts.
@@ -627,6 +695,13 @@ private:
                reader.glued(i + 2) && reader.word(i + 2);
     }
 
+    /// On a ticket the line that tells the arrival names another place.
+    bool isArrivalLine(const Field &field) const {
+        return m_choice.kind == EventKind::Travel && !m_choice.endSpan.empty() &&
+               !m_choice.timeSpan.empty() && field.line == lineOf(m_choice.endSpan.begin) &&
+               field.line != lineOf(m_choice.timeSpan.begin);
+    }
+
     /// "14 Uhr: Gesundheitstag": what is announced is the event.
     bool isAnnounced(const Reader &reader, std::uint32_t begin) const {
         return begin > 1 && reader.symbol(begin - 1, ':') && token(begin - 2).used &&
@@ -642,6 +717,17 @@ private:
         return last > part.begin && part.end - part.begin <= kMost && reader.word(last) &&
                !reader.at(last)->unspaced && reader.has(last, Meaning::PlaceNoun) &&
                !reader.has(last - 1, Meaning::Of) && !reader.has(last - 1, Meaning::The);
+    }
+
+    /// "Camp Wanahoo": a kind of place with a name that no lexicon knows.
+    static bool isNamedKind(const Reader &reader, TokenSpan part) {
+        if (!reader.has(part.begin, Meaning::PlaceNoun) || !reader.at(part.begin)->capital ||
+            part.end < part.begin + 2)
+            return false;
+        for (std::uint32_t i = part.begin + 1; i < part.end; ++i)
+            if (!reader.word(i) || !reader.at(i)->capital || reader.has(i, Meaning::Event))
+                return false;
+        return true;
     }
 
     /// "Arrive London": where a journey ends.
@@ -675,13 +761,21 @@ private:
         const Shape shape = shapeOf({begin, end});
         const bool greets = reader.has(begin, Meaning::Greeting) && !(shape.noun && shape.title);
         // "place du Marché" is no market.
+        const bool nounFirst =
+            reader.has(begin, Meaning::PlaceNoun) || reader.has(begin, Meaning::StreetWord);
+        const bool named = token(begin).upper() && token(end - 1).upper() && begin + 1 < end &&
+                           !reader.has(end - 1, Meaning::Event);
         const bool placeFirst =
-            isKindOfPlace(reader, {begin, end}) ||
-            (!reader.has(begin, Meaning::Event) &&
-             (reader.has(begin, Meaning::PlaceNoun) || reader.has(begin, Meaning::StreetWord)) &&
-             (reader.has(begin + 1, Meaning::Of) || reader.has(begin + 1, Meaning::The)));
-        if (refused || greets || shape.words == 0 || shape.words > kMostWords ||
-            (shape.event && !placeFirst))
+            isKindOfPlace(reader, {begin, end}) || isNamedKind(reader, {begin, end}) ||
+            (nounFirst &&
+             (reader.has(begin, Meaning::Event)
+                  ? named
+                  : reader.has(begin + 1, Meaning::Of) || reader.has(begin + 1, Meaning::The)));
+        const bool filler = end == begin + 1 && (reader.has(begin, Meaning::Of) ||
+                                                 reader.has(begin, Meaning::RangeFrom) ||
+                                                 reader.has(begin, Meaning::The));
+        if (refused || greets || filler || isArrivalLine(field) || shape.words == 0 ||
+            shape.words > kMostWords || (shape.event && !placeFirst))
             return end;
         const bool number = token(begin).kind == TokenKind::Number;
         const bool address = shape.street && (number || shape.title || shape.capital);
@@ -703,11 +797,15 @@ private:
             std::count_if(m_document.tokens.begin() + begin, m_document.tokens.begin() + end,
                           [](const Token &each) { return each.kind == TokenKind::Number; });
         // Without capitals only a line of its own is a name.
-        const bool named = shape.title && numbers < 2 &&
-                           (!token(begin).unspaced || (begin == field.begin && end == field.end));
-        if (!known && (loose || !(named && (sameLine || nextLine || field.spoken))))
+        const bool wholeName =
+            shape.title && numbers < 2 &&
+            (!token(begin).unspaced || (begin == field.begin && end == field.end));
+        if (!known && (loose || !(wholeName && (sameLine || nextLine || field.spoken))))
             return end;
         int score = known ? 34 : 22;
+        // "Maison communale de Rixentaert" right below the date.
+        if (known && nextLine && begin == field.begin && whole == field.end && token(begin).upper())
+            score += kOwnLine;
         if (!sameLine && !nextLine && !(field.spoken && end == field.end))
             score -= 8;
         offer({begin, whole}, score, begin);

@@ -122,7 +122,7 @@ private:
     }
 
     bool isHardBreak(const Reader &reader, std::uint32_t i) const {
-        if (reader.symbol(i, ';') || reader.symbol(i, '"'))
+        if (reader.symbol(i, ';') || reader.symbol(i, '"') || isCrumb(i))
             return true;
         if (reader.symbol(i, '-'))
             return !reader.glued(i) || !reader.glued(i + 1);
@@ -378,7 +378,7 @@ private:
         int score = labelScore(field.label) - std::min(m_order, 20) + 20;
         const bool sameSentence = m_document.sameSentence(part.begin, anchor);
         const bool sameField = token(part.begin).field == token(anchor).field;
-        const bool first = m_first && alone && !field.spoken;
+        const bool first = m_first && alone && !field.spoken && !isNotice(reader, part);
         if (sameSentence)
             score += part.begin < anchor ? 40 : 28;
         else if (sameField)
@@ -393,7 +393,7 @@ private:
         const bool kind = isCalledByNext(trimmed);
         if (first && isHeading(part) && !kind)
             score += 48;
-        if (contains(trimmed, Meaning::Event))
+        if (contains(trimmed, Meaning::Event) && !namesHost(trimmed))
             score += 16;
         else if (!hasContent(trimmed))
             score -= kNoContent;
@@ -402,12 +402,57 @@ private:
         if (run.beforeUsed && sameSentence && part.end == run.span.end)
             score += 4;
         constexpr int kAnnouncement = -40;
-        const int less = penalties(reader, part, trimmed);
+        int less = penalties(reader, part, trimmed);
+        // "Mr and Mrs Pope" on a line of their own invite, a name below "Regards" signs.
+        // "The Popes are happy to invite you to": the event is what follows.
+        const Reader beyond(m_document, run.span.end);
+        if (part.end < run.span.end && announces(beyond, part.end))
+            less -= 40;
+        if (part.begin > 0 && isCrumb(part.begin - 1))
+            less -= 40;
+        if (alone && isHeading(part) && !contains(trimmed, Meaning::Event) &&
+            (isPerson(reader, part.begin) || isSignature(field)))
+            less -= 40;
         score += less;
         if (!reader.has(part.begin, Meaning::Greeting) && !kind && less > kAnnouncement &&
-            !tellsRole(trimmed))
+            !isNotice(reader, part) && !tellsRole(trimmed))
             m_sawText = true;
         return score;
+    }
+
+    bool isPerson(const Reader &reader, std::uint32_t i) const {
+        return token(i).capital && reader.has(i, Meaning::Person);
+    }
+
+    /// A few words behind the line that says goodbye.
+    bool isSignature(const Field &field) const {
+        constexpr std::uint32_t kLongest = 4;
+        constexpr std::uint32_t kLongestGoodbye = 5;
+        if (field.begin < m_choice.anchor() || field.end - field.begin > kLongest ||
+            &field == &m_document.fields.front())
+            return false;
+        const Field &before = *(&field - 1);
+        return before.end - before.begin <= kLongestGoodbye && before.begin > m_choice.anchor() &&
+               Reader(m_document, before.end).has(before.begin, Meaning::Greeting);
+    }
+
+    /// "Your booking VL8K2P" above what is booked.
+    bool isNotice(const Reader &reader, TokenSpan part) const {
+        const Sense *chatter = reader.sense(part.begin, Meaning::Chatter);
+        const std::uint32_t rest = chatter ? part.begin + chatter->length : part.begin;
+        return chatter && (rest == part.end || isCode({rest, part.end}));
+    }
+
+    /// "Chess club The Tower" says who, not what.
+    bool namesHost(TokenSpan trimmed) const {
+        const Reader reader(m_document, trimmed.end);
+        return reader.has(trimmed.begin, Meaning::PlaceNoun) &&
+               !reader.has(trimmed.begin, Meaning::Event);
+    }
+
+    /// "Rendezvous 6pm at the Café Noir for Chloé's party": the event is named later.
+    bool isBeforeMoment(TokenSpan trimmed) const {
+        return trimmed.end == m_choice.timeSpan.begin || trimmed.end == m_choice.dateSpan.begin;
     }
 
     /// Not only words that hold a sentence together: "hast du", "there is".
@@ -430,6 +475,12 @@ private:
         return role && span.begin + role->length == span.end;
     }
 
+    /// "Doors open" before the event itself.
+    bool tellsSide(TokenSpan span) const {
+        const Sense *role = Reader(m_document, span.end).sense(span.begin, Meaning::RoleWord);
+        return role && role->value == static_cast<int>(Role::Side);
+    }
+
     /// A name in quotes, of some words.
     bool isQuoted(TokenSpan part) const {
         return part.begin > 0 && token(part.begin - 1).symbol == '"' &&
@@ -446,15 +497,15 @@ private:
         // greets nobody.
         const Sense *greeting = reader.sense(begin, Meaning::Greeting);
         if (greeting && !(greeting->length == 1 && reader.has(begin + 1, Meaning::Event)))
-            score -= trimmed.begin > begin && contains(trimmed, Meaning::Event) ? 8 : 70;
+            score -= trimmed.begin > begin && contains(trimmed, Meaning::Event) &&
+                             !(trimmed.end == trimmed.begin + 1 && isPerson(reader, trimmed.begin))
+                         ? 8
+                         : 70;
         if (reader.has(begin, Meaning::Chatter) || reader.has(begin, Meaning::AsideLead))
             score -= 40;
-        if (isPageHead(reader, {part.begin, std::max(part.begin, trimmed.end)}))
+        if (isPageHead(reader, {part.begin, std::max(part.begin, trimmed.end)}) ||
+            isOnlyOnline(trimmed))
             score -= 60;
-        // "Mr and Mrs Pope": who invites.
-        if (token(begin).capital && reader.has(begin, Meaning::Person) &&
-            !contains(trimmed, Meaning::Event))
-            score -= 40;
         if (begin < part.end && token(begin).symbol == '(')
             score -= 25;
         // "保護者の皆様": whom the text speaks to.
@@ -472,7 +523,10 @@ private:
         if (contains(trimmed, Meaning::PastVerb))
             score -= 8;
         if (tellsRole(trimmed))
-            score -= 40;
+            score -= tellsSide(trimmed) ? 80 : 40;
+        const Sense *general = reader.sense(trimmed.begin, Meaning::GeneralEvent);
+        if (general && trimmed.begin + general->length == trimmed.end && isBeforeMoment(trimmed))
+            score -= 20;
         if (trimmed.end - trimmed.begin == 1 && !contains(trimmed, Meaning::Event))
             score -= 6;
         if (isCalledByNext(trimmed))
@@ -480,22 +534,40 @@ private:
         return score;
     }
 
+    /// "Microsoft Teams meeting", "Zoom call"
+    bool isOnlyOnline(TokenSpan trimmed) const {
+        const Reader reader(m_document, trimmed.end);
+        const Sense *online = reader.sense(trimmed.begin, Meaning::Online);
+        if (!online)
+            return false;
+        const std::uint32_t next = trimmed.begin + online->length;
+        const Sense *general = reader.sense(next, Meaning::OnlineEvent);
+        return next == trimmed.end || (general && next + general->length == trimmed.end);
+    }
+
+    /// "Home › Music" leads to what follows.
+    bool isCrumb(std::uint32_t i) const {
+        constexpr char32_t kBreadcrumb = 0x203A;
+        const char32_t mark = token(i).symbol;
+        return (mark == kBreadcrumb || mark == '>') && token(i).spaceBefore &&
+               m_document.fields[token(i).field].line == 0;
+    }
+
     /// "Home › What's on", "Lincoln School News", "SOLD OUT".
     bool isPageHead(const Reader &reader, TokenSpan part) const {
-        constexpr char32_t kBreadcrumb = 0x203A;
         bool slash = false;
         bool number = false;
         for (std::uint32_t i = part.begin; i < part.end; ++i) {
             const Sense *head = reader.sense(i, Meaning::PageHead);
             if (head && (i + head->length == part.end || (i == part.begin && head->value == 1)))
                 return true;
-            if (token(i).symbol == kBreadcrumb)
-                return true;
             slash = slash || (reader.symbol(i, '/') && !reader.glued(i) && reader.at(i + 1) &&
                               !reader.glued(i + 1));
             number = number || token(i).kind == TokenKind::Number;
         }
-        return slash && !number && part.begin == 0;
+        const bool crumb = part.end < m_document.tokens.size() && isCrumb(part.end) &&
+                           m_document.sameSentence(part.begin, part.end);
+        return crumb || (slash && !number && part.begin == 0);
     }
 
     /// "Webinar: Reading a Balance Sheet", "Webinar | Reading a Balance Sheet": the kind stands

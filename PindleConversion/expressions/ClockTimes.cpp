@@ -143,7 +143,7 @@ std::optional<ClockSpec> readDigits(const Reader &reader, std::uint32_t i, std::
     } else if (mark && minutes) {
         clock.literal = true;
         j += mark->length;
-    } else if (mark && reader.glued(j) && clock.hour > 4) {
+    } else if (mark && reader.glued(j) && (clock.hour > 4 || isAnnounced(reader, i))) {
         clock.literal = clock.sure = true;
         j += mark->length;
     }

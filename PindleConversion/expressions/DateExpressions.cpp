@@ -33,7 +33,7 @@ Named readName(const Reader &reader, std::uint32_t i) {
 bool isDayNumber(const Reader &reader, std::uint32_t at) {
     const std::uint32_t next = at + 1;
     const std::uint32_t time = reader.skip(next, Meaning::TimeMarker);
-    if (reader.symbol(next, ':') || reader.symbol(next, '.') ||
+    if (reader.symbol(next, ':') || (reader.symbol(next, '.') && reader.at(next + 1)) ||
         reader.has(next, Meaning::HourMark) || reader.has(next, Meaning::UnitWord) ||
         reader.has(next, Meaning::Meridiem) || (readDayRange(reader, next) && time == next))
         return false;
@@ -186,18 +186,6 @@ bool mayBeFractions(const DateSpec &first, const DateSpec &last) {
             last.month <= kLargest);
 }
 
-/// "moved from 17 March to 20 March" names two days for one event.
-bool isMovedFrom(const Reader &reader, std::uint32_t i) {
-    constexpr std::uint32_t kLongestRole = 4;
-    for (std::uint32_t k = i; k > 0 && i - k < kLongestRole; --k) {
-        const Sense *role = reader.sense(k - 1, Meaning::RoleWord);
-        if (role && role->value == static_cast<int>(Role::MovedFrom) && role->length > 1 &&
-            k - 1 + role->length >= i)
-            return true;
-    }
-    return false;
-}
-
 bool readRangeEnd(const Reader &reader, DateMention &date) {
     if (date.last || !canSpan(date.first) || date.repeated)
         return false;
@@ -238,6 +226,17 @@ std::optional<DateMention> readDate(const Reader &reader, std::uint32_t i) {
     if (date)
         readRangeEnd(reader, *date);
     return date;
+}
+
+bool isMovedFrom(const Reader &reader, std::uint32_t i) {
+    constexpr std::uint32_t kLongestRole = 4;
+    for (std::uint32_t k = i; k > 0 && i - k < kLongestRole; --k) {
+        const Sense *role = reader.sense(k - 1, Meaning::RoleWord);
+        if (role && role->value == static_cast<int>(Role::MovedFrom) && role->length > 1 &&
+            k - 1 + role->length >= i)
+            return true;
+    }
+    return false;
 }
 
 } // namespace pindle::conversion

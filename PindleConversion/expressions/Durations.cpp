@@ -56,6 +56,8 @@ std::optional<Part> readPart(const Reader &reader, std::uint32_t i) {
         part.minutes = *count * minutes + tenths * minutes / 10;
     else if (which == Unit::Day && tenths == 0)
         part.days = *count;
+    else if (which == Unit::Night && tenths == 0)
+        part.days = *count + 1; // two nights are three days
     else if (which == Unit::Week && tenths == 0)
         part.days = 7 * *count;
     else
@@ -88,6 +90,12 @@ void readRest(const Reader &reader, Part &part) {
         part.minutes += static_cast<int>(reader.at(j)->number);
         part.next = j + 1;
     }
+}
+
+/// "Réunion de 2h": so long is the event before it.
+bool belongsToEvent(const Reader &reader, std::uint32_t i, const Part &part) {
+    return i > 1 && part.minutes > 0 && reader.has(i - 1, Meaning::Of) &&
+           reader.has(i - 2, Meaning::Event) && !reader.has(part.next, Meaning::RangeTo);
 }
 
 /// "18h" in a language that writes clock times so.
@@ -124,18 +132,21 @@ std::optional<DurationMention> readDuration(const Reader &reader, std::uint32_t 
     constexpr int kShortest = 15;
     // "om twaalf uur lunch" tells the hour.
     const bool announced = i > 0 && reader.has(i - 1, Meaning::TimeMarker);
+    const bool ofEvent = belongsToEvent(reader, i, *part);
     const bool told =
-        part->minutes >= kShortest && !announced && !isHour(reader, i, *part) &&
-        (reader.has(part->next, Meaning::Event) || reader.has(part->next, Meaning::Person) ||
-         reader.has(part->next, Meaning::DurationTail));
-    const bool listed = part->minutes >= kShortest &&
-                        !reader.has(part->next - 1, Meaning::HourMark) &&
+        part->minutes >= kShortest && (!announced || ofEvent) && !isHour(reader, i, *part) &&
+        (ofEvent || reader.has(part->next, Meaning::Event) ||
+         reader.has(part->next, Meaning::Person) || reader.has(part->next, Meaning::DurationTail));
+    const bool listed = part->minutes >= kShortest && !reader.has(i + 1, Meaning::HourMark) &&
                         isListed(reader, i, part->next);
     if (!marked && !listed && !bracket && !part->hyphen && !told)
         return std::nullopt;
     if (reader.has(part->next, Meaning::NoDuration) || (part->days > 0 && !marked))
         return std::nullopt;
-    if (part->minutes > kLongestMinutes || part->days > 366)
+    // "(16h à Paris)" is a time elsewhere.
+    const bool elsewhere = isHour(reader, i, *part) && (reader.has(part->next, Meaning::RangeTo) ||
+                                                        reader.has(part->next, Meaning::In));
+    if (elsewhere || part->minutes > kLongestMinutes || part->days > 366)
         return std::nullopt;
     DurationMention mention;
     mention.span = {i, part->next};

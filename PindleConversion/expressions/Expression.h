@@ -103,6 +103,8 @@ Expressions findExpressions(Document &document);
 
 /// The date that starts at token `i`, with everything that belongs to it.
 std::optional<DateMention> readDate(const Reader &reader, std::uint32_t i);
+/// "moved from" stands right before token `i`: what follows is no first half of a range.
+bool isMovedFrom(const Reader &reader, std::uint32_t i);
 /// A day by the calendar ("5 June", "2026-06-05"), without ranges and weekdays behind it.
 std::optional<DateMention> readCalendarDate(const Reader &reader, std::uint32_t i);
 /// A day by its distance or place in a week or month.
@@ -136,6 +138,11 @@ std::uint32_t readZone(const Reader &reader, std::uint32_t i, bool afterTime, Ti
 
 /// A length of time at token `i`. `marked`: a word before it announces a length.
 std::optional<DurationMention> readDuration(const Reader &reader, std::uint32_t i, bool marked);
+
+/// The token behind a row of groups of digits such as a telephone number, or `i`.
+std::uint32_t skipNumberRow(const Reader &reader, std::uint32_t i);
+/// "the 8th, 40th and 55th minute": a number at `next` goes on a row that counts no days.
+bool isCounted(const Reader &reader, std::uint32_t next);
 
 /// A count: digits or a number word. `next` becomes the token behind it.
 std::optional<int> readCount(const Reader &reader, std::uint32_t i, std::uint32_t &next);

@@ -47,6 +47,9 @@ bool isCertainWeekday(const Reader &reader, std::uint32_t i, std::uint32_t next)
     if (field.spoken && word.end - word.begin > kShort && i > field.begin + 1 &&
         (next >= reader.end() || reader.symbol(next, ',')))
         return true;
+    // "Hotel Sol de Mar" is named so.
+    if (i > 0 && word.capital && reader.has(i - 1, Meaning::Of) && !reader.number(next, 1, 31))
+        return false;
     const bool announced = i > 0 && reader.has(i - 1, Meaning::DateMarker);
     const std::uint32_t time = reader.skip(next, Meaning::TimeMarker);
     const bool timed = reader.number(time, 0, 31) || reader.has(time, Meaning::ClockWord) ||
@@ -135,6 +138,7 @@ std::optional<Amount> unitsOf(const Reader &reader, std::uint32_t i, int count) 
     case Unit::Minute:
     case Unit::Hour:
     case Unit::Weekend:
+    case Unit::Night:
         break;
     }
     return std::nullopt;
@@ -186,6 +190,10 @@ std::uint32_t readWeekBehind(const Reader &reader, std::uint32_t i, DateSpec &sp
         spec.days += 7;
         return i + week->length;
     }
+    if (const Sense *weeks = unit(reader, i, Unit::Fortnight)) {
+        spec.days += 14;
+        return i + weeks->length;
+    }
     return i;
 }
 
@@ -223,6 +231,9 @@ struct Rank {
 Rank readRank(const Reader &reader, std::uint32_t i) {
     if (const Sense *ordinal = reader.sense(i, Meaning::Ordinal))
         return {ordinal->value, i + ordinal->length};
+    // "na última sexta do mês": the word for a day that is past is the last of a month, too.
+    if (const Sense *last = reader.sense(i, Meaning::Last))
+        return {-1, i + last->length};
     if (reader.number(i, 1, 31) && reader.has(i + 1, Meaning::OrdinalMark) && reader.glued(i + 1))
         return {static_cast<int>(reader.at(i)->number), i + 2};
     return {};
@@ -454,9 +465,8 @@ std::optional<DateMention> readLedDay(const Reader &reader, std::uint32_t i) {
         (behind->symbol == '\'' || behind->symbol == '"' || behind->symbol == '%'))
         return std::nullopt;
     // "de 12e en 77e minuut": such a row counts something else.
-    constexpr std::uint32_t kLastDay = 31;
-    const std::uint32_t second = reader.skip(next, Meaning::And);
-    if (second != next && reader.number(second, kLastDay + 1, 9999, 4))
+    if (isCounted(reader, next) || skipNumberRow(reader, number) != number ||
+        reader.has(next, Meaning::StreetWord))
         return std::nullopt;
     // "do 13.04" goes on.
     if (ordinal && reader.glued(next) && reader.number(next, 0, 9999, 4))
@@ -494,6 +504,8 @@ std::optional<DateMention> readDayOnly(const Reader &reader, std::uint32_t i) {
     result.span.end = readMonthBehind(reader, rank.next, result.first);
     if (result.span.end != rank.next)
         return result;
+    if (isCounted(reader, rank.next))
+        return std::nullopt;
     const Token *before = i > 0 ? &reader.document().tokens[i - 1] : nullptr;
     const bool digits = reader.at(begin)->kind == TokenKind::Number;
     const Reader all(reader.document(), reader.end());

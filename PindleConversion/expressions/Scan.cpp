@@ -37,6 +37,8 @@ private:
     std::uint32_t step(const Reader &reader, std::uint32_t i, const Field &field) {
         if (isPlain(reader, i))
             return i + 1;
+        if (const std::uint32_t row = skipNumberRow(reader, i); row != i)
+            return row;
         if (const Sense *greeting = reader.sense(i, Meaning::Greeting);
             greeting && greeting->length > 1 && greets(reader, i, i + greeting->length))
             return i + greeting->length;
@@ -114,9 +116,10 @@ private:
         }
         m_afterDate = date.span.end;
         // "18:30 Thursday, 45 min"
-        constexpr std::uint32_t kClose = 2;
-        if (m_afterTime <= date.span.begin && date.span.begin - m_afterTime <= kClose)
-            m_length = reader.skipSymbol(date.span.end, ',');
+        constexpr std::uint32_t kClose = 1;
+        if (m_afterTime <= date.span.begin && date.span.begin - m_afterTime <= kClose &&
+            reader.symbol(date.span.end, ','))
+            m_length = date.span.end + 1;
         return date.span.end;
     }
 

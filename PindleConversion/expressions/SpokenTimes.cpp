@@ -163,6 +163,15 @@ std::uint32_t readMeridiem(const Reader &reader, std::uint32_t i, ClockSpec &clo
     const Sense *sense = reader.sense(i, Meaning::Meridiem);
     if (!sense || clock.hour > 12 || clock.hour == 0)
         return i;
+    // "8a-1p": a lone letter belongs to the digits it touches.
+    constexpr int kLetter = 2;
+    if (sense->value >= kLetter) {
+        if (!reader.glued(i) || (reader.word(i + 1) && reader.glued(i + 1)))
+            return i;
+        clock.meridiem = sense->value - kLetter;
+        clock.sure = clock.sure || clock.minuteGiven;
+        return i + sense->length;
+    }
     // "at 5 am I" would be an odd time; "am" needs to stand close or end the thought.
     clock.meridiem = sense->value;
     clock.sure = true;

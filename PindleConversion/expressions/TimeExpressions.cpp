@@ -56,7 +56,8 @@ std::uint32_t readPartBehind(const Reader &reader, std::uint32_t i, TimeMention 
         j = reader.skip(reader.skip(j, Meaning::In), Meaning::The);
         part = j != i ? reader.sense(j, Meaning::PartOfDay) : nullptr;
     }
-    if (!part)
+    // "(3 nights)"
+    if (!part || (j == i && reader.has(i, Meaning::UnitWord)))
         return i;
     mention.part = static_cast<DayPart>(part->value);
     // "tonight" and "this morning" also are dates; those are read as such.
@@ -109,7 +110,10 @@ std::optional<End> readEnd(const Reader &reader, std::uint32_t i, bool between) 
         return std::nullopt;
     const std::uint32_t at = skipAirport(reader, reader.skip(i + to->length, Meaning::The), i);
     const auto clock = readClock(reader, at, end.next);
-    if (!clock || (!clock->sure && !mayFollowBare(reader, end.next, true)))
+    // "19h au 14 rue Basse"
+    if (!clock ||
+        (!clock->sure && clock->meridiem < 0 &&
+         (!mayFollowBare(reader, end.next, true) || reader.has(end.next, Meaning::StreetWord))))
         return std::nullopt;
     end.clock = *clock;
     return end;
@@ -140,6 +144,7 @@ bool isListedRange(const Reader &reader, std::uint32_t i, std::uint32_t next) {
 
 /// "2026-08-06T14:05": the T, and an offset glued to the time.
 bool isTimestamp(const Reader &reader, std::uint32_t i) {
+    // "T5" is a terminal.
     if (i < 2 || !reader.glued(i) || !reader.glued(i - 1) ||
         reader.document().tokens[i - 2].kind != TokenKind::Number)
         return false;
@@ -171,6 +176,18 @@ bool isAccepted(const Reader &reader, const TimeMention &mention, std::uint32_t 
     if (isDateLike(reader, next) && reader.has(next, Meaning::RelativeDay))
         return true;
     // "ore 8.30 capannone C": minutes leave little doubt behind a word that announces a time.
+    // "eye test 1.40 on the 18th"
+    if (start.minuteGiven && start.minute % 5 == 0 && reader.has(next, Meaning::DateMarker) &&
+        readDate(reader, reader.skip(next, Meaning::DateMarker)))
+        return true;
+    // "12.45 at Bao House"
+    if (const Sense *at = reader.sense(next, Meaning::PlaceMarker);
+        at && at->value == 1 && start.minuteGiven && start.minute % 5 == 0 && !reader.glued(next)) {
+        const Token *name = reader.at(next + at->length);
+        if (name && name->kind == TokenKind::Word &&
+            (name->capital || reader.has(next + at->length, Meaning::The)))
+            return true;
+    }
     const bool written = marked && start.minuteGiven && reader.word(next) && !reader.glued(next) &&
                          !reader.has(next, Meaning::UnitWord) && reader.language(next).clock24;
     return written || ((marked || afterDate) && mayFollowBare(reader, next, marked));
@@ -202,7 +219,10 @@ std::optional<TimeMention> readTime(const Reader &reader, std::uint32_t i, bool 
     const bool sure = mention.start.sure || marked || afterDate || stamp;
     std::uint32_t zoned = sure ? readZone(reader, next, true, mention) : next;
     zoned = readPartBehind(reader, zoned, mention);
-    if (const auto end = readEnd(reader, zoned, rangeWordBefore(reader, i) != nullptr)) {
+    const bool moved = isMovedFrom(reader, i);
+    if (const auto end =
+            moved ? std::nullopt : readEnd(reader, zoned, rangeWordBefore(reader, i) != nullptr);
+        end) {
         mention.end = end->clock;
         next = end->next;
         zoned = readZone(reader, next, true, mention);
@@ -221,13 +241,18 @@ std::optional<TimeMention> readTime(const Reader &reader, std::uint32_t i, bool 
                       start->minute % 5 == 0 && i > 0 && reader.symbol(i - 1, ',') &&
                       !reader.at(zoned);
     // "..., 19.45 verzamelen": so are hours past twelve where they are counted on.
-    const bool late = start->minuteGiven && start->literal && start->hour > 12 &&
-                      start->minute % 5 == 0 && mention.start.clock24 && i > 0 &&
-                      reader.symbol(i - 1, ',') && reader.has(zoned, Meaning::Connector);
+    const bool late =
+        start->minuteGiven && start->literal && start->hour > 12 && start->minute % 5 == 0 &&
+        mention.start.clock24 && i > 0 && reader.symbol(i - 1, ',') &&
+        (reader.has(zoned, Meaning::Connector) || reader.has(zoned, Meaning::PlaceMarker));
     mention.start.sure = mention.start.sure || last || late;
     const bool listed = mention.end && isListedRange(reader, i, zoned);
     if (lacksEnd(reader, i, mention) ||
         !isAccepted(reader, mention, zoned, marked, afterDate || listed))
+        return std::nullopt;
+    // "24h à l'avance" counts hours.
+    const Sense *length = start->hourWord ? reader.sense(next, Meaning::NoDuration) : nullptr;
+    if (length && !mention.end && !start->minuteGiven && (length->length > 1 || start->hour == 24))
         return std::nullopt;
     mention.span = {stamp ? i - 1 : i, zoned};
     return mention;

@@ -85,6 +85,29 @@ bool endsMoment(const Reader &reader, std::uint32_t i, std::uint32_t length) {
            (label == Label::When || label == Label::Date || label == Label::Time);
 }
 
+/// "4pm Berlin / 10am New York": another time follows the mark at `i`.
+bool isPaired(const Reader &reader, std::uint32_t i) {
+    if (!reader.symbol(i, '/') && !reader.symbol(i, '(') && !reader.symbol(i, '=') &&
+        !reader.symbol(i, '|'))
+        return false;
+    std::uint32_t next = i + 1;
+    const auto clock = reader.number(i + 1, 0, 23) ? readClock(reader, i + 1, next) : std::nullopt;
+    return clock && clock->sure;
+}
+
+/// "(16h à Paris)": a city that ends brackets is where the clock shows that time.
+std::uint32_t readPlaceOfTime(const Reader &reader, std::uint32_t i, TimeMention &mention) {
+    std::uint32_t name = reader.skip(i, Meaning::In);
+    name = name != i ? name : reader.skip(i, Meaning::PlaceMarker);
+    const Sense *city = reader.sense(name, Meaning::ZoneWord);
+    const std::uint32_t close = city ? name + city->length : i;
+    if (!city || city->value != 0 || !reader.symbol(close, ')'))
+        return i;
+    mention.zone = noteOf(*city);
+    mention.hasOffset = false;
+    return close;
+}
+
 std::uint32_t readNamed(const Reader &reader, std::uint32_t i, bool afterTime,
                         TimeMention &mention) {
     if (const Sense *zone = reader.sense(i, Meaning::Zone)) {
@@ -98,6 +121,8 @@ std::uint32_t readNamed(const Reader &reader, std::uint32_t i, bool afterTime,
         const Sense *word = reader.sense(i + brief->length, Meaning::ZoneWord);
         return i + brief->length + (word && word->value == 1 ? word->length : 0U);
     }
+    if (const std::uint32_t end = afterTime ? readPlaceOfTime(reader, i, mention) : i; end != i)
+        return end;
     const Sense *city = reader.sense(i, Meaning::ZoneWord);
     if (city && city->value == 2) {
         const std::uint32_t name =
@@ -108,7 +133,8 @@ std::uint32_t readNamed(const Reader &reader, std::uint32_t i, bool afterTime,
             return name + of->length;
         }
     }
-    if (city && city->value == 0 && afterTime && endsMoment(reader, i, city->length)) {
+    if (city && city->value == 0 && afterTime &&
+        (endsMoment(reader, i, city->length) || isPaired(reader, i + city->length))) {
         mention.zone = noteOf(*city);
         return i + city->length;
     }
@@ -187,6 +213,12 @@ std::uint32_t readZone(const Reader &reader, std::uint32_t i, bool afterTime,
                                  : nullptr;
         again && allCapitals(reader.document().slice(*reader.at(end + 1))))
         end += 1 + again->length;
+    // "IST (Mumbai)": the city says no more than the abbreviation.
+    if (const Sense *city = reader.symbol(end, '(') && begin == i && end == begin + 1
+                                ? reader.sense(end + 1, Meaning::ZoneWord)
+                                : nullptr;
+        city && city->value == 0 && reader.symbol(end + 1 + city->length, ')'))
+        end += 2 + city->length;
     // "（伦敦时间13:00）" tells the same moment elsewhere.
     if (begin != i && reader.at(end) && reader.at(end)->kind == TokenKind::Number &&
         reader.at(begin)->unspaced) {

@@ -65,11 +65,21 @@ bool isDashedList(const Document &document, std::uint32_t dash) {
     return false;
 }
 
+/// The line before has a label that nothing but a space ends.
+bool isPlainList(const Document &document) {
+    if (document.fields.empty())
+        return false;
+    const Field &last = document.fields.back();
+    return !last.labelWords.empty() && last.begin == last.labelWords.end &&
+           (last.label == Label::When || last.label == Label::Place);
+}
+
 LabelMatch labelAt(const Reader &reader, std::uint32_t i, bool lineStart) {
     const Sense *sense = reader.sense(i, Meaning::LabelWord);
     // "Clinic: Brunnen 4" is labelled by its kind of place.
     if (!sense && reader.has(i, Meaning::PlaceNoun) && reader.symbol(i + 1, ':') &&
-        !looksLikeMoment(reader, i + 2) && reader.at(i + 2))
+        !looksLikeMoment(reader, i + 2) && reader.at(i + 2) &&
+        (reader.at(i + 2)->capital || reader.at(i + 2)->unspaced || !reader.word(i + 2)))
         return {Label::Place, i + 2, i + 1};
     if (!sense)
         return {};
@@ -102,6 +112,15 @@ LabelMatch labelAt(const Reader &reader, std::uint32_t i, bool lineStart) {
     const Token &word = *reader.at(i);
     if (lineStart && (label == Label::Start || label == Label::End) && word.capital &&
         word.end - word.begin >= kShortestPlain && looksLikeMoment(reader, j))
+        return {label, j, end};
+    // "When Thu 26 March", and then "Where Room 7".
+    if (lineStart && word.capital && label == Label::When && !reader.has(i, Meaning::Event) &&
+        !reader.symbol(j, ',') && word.end - word.begin >= kShortestPlain &&
+        looksLikeMoment(reader, j))
+        return {label, j, end};
+    const bool goesOn = label == Label::Place || label == Label::Sender;
+    if (lineStart && word.capital && goesOn && isPlainList(reader.document()) && reader.at(j) &&
+        (reader.word(j) || reader.number(j, 0, 9999, 4)))
         return {label, j, end};
     if (lineStart && j == reader.end() && mayStandAlone(label))
         return {label, j, end};
@@ -149,7 +168,25 @@ private:
                 return kNoSpeaker;
             ++j;
         }
+        // "<dana> text"
+        if (reader.symbol(i, '<') && reader.word(i + 1) && reader.symbol(i + 2, '>') &&
+            reader.glued(i + 1) && reader.at(i + 3))
+            return i + 3;
+        if (j > i && reader.symbol(j, '('))
+            j = afterBracketedTime(reader, j);
         return j > i && reader.symbol(j, ':') && reader.at(j + 1) ? j + 1 : kNoSpeaker;
+    }
+
+    /// The token behind "(11:32)", or `i`.
+    static std::uint32_t afterBracketedTime(const Reader &reader, std::uint32_t i) {
+        constexpr std::uint32_t kLongest = 8;
+        if (!reader.number(i + 1, 0, 31) ||
+            !(reader.symbol(i + 2, ':') || reader.symbol(i + 2, '.')))
+            return i;
+        for (std::uint32_t k = i + 3; k < i + kLongest && reader.at(k); ++k)
+            if (reader.symbol(k, ')'))
+                return k + 1;
+        return i;
     }
 
     std::uint32_t afterStamp(const Reader &reader, std::uint32_t i) const {
@@ -193,6 +230,8 @@ private:
             }
         }
         cells(begin, end);
+        if (isTrail(begin, end))
+            ignoreLine();
         m_spoken = false;
         if (introducesQuote(reader, begin))
             ignoreLine();
@@ -201,6 +240,25 @@ private:
                 ignoreLine();
                 break;
             }
+    }
+
+    /// "Home > Events > Theatre" above a page.
+    bool isTrail(std::uint32_t begin, std::uint32_t end) const {
+        constexpr int kFewestSteps = 2;
+        constexpr std::uint32_t kLongest = 16;
+        if (m_line != 0 || end - begin > kLongest || end == m_document.tokens.size())
+            return false;
+        const Reader reader(m_document, end);
+        int steps = 0;
+        for (std::uint32_t i = begin; i < end; ++i) {
+            if (reader.at(i)->kind == TokenKind::Number)
+                return false;
+            const bool mark = reader.symbol(i, '>') || reader.symbol(i, '/') ||
+                              reader.symbol(i, 0x203A) || reader.symbol(i, 0xBB) ||
+                              reader.symbol(i, 0x2192);
+            steps += mark && reader.at(i)->spaceBefore && i > begin && i + 1 < end ? 1 : 0;
+        }
+        return steps >= kFewestSteps;
     }
 
     /// "On 6 May 2026 at 9:15, Ada <ada@...>:" in any language.
@@ -332,11 +390,14 @@ private:
             const bool start = i == begin;
             const bool behindMark =
                 reader.at(i)->unspaced && !start && reader.at(i - 1)->kind == TokenKind::Symbol;
-            const bool mayStart = start || behindMark ||
-                                  (reader.at(i)->spaceBefore && reader.at(i)->capital) ||
-                                  reader.at(i)->kind == TokenKind::Symbol;
+            const bool mayStart =
+                start || behindMark ||
+                (reader.at(i)->spaceBefore && (reader.at(i)->capital || reader.symbol(i - 1, ';') ||
+                                               reader.symbol(i - 1, ','))) ||
+                reader.at(i)->kind == TokenKind::Symbol;
             const LabelMatch match = mayStart ? labelAt(reader, i, start) : LabelMatch{};
-            if (match.label == Label::None) {
+            // "Under 13 A: ..." heads no mail.
+            if (match.label == Label::None || (match.label == Label::Mail && !start)) {
                 ++i;
                 continue;
             }
@@ -441,8 +502,10 @@ private:
             reader.has(i - 2, Meaning::PlaceNoun))
             return true;
         if (before.end - before.begin == 1)
-            return i > begin + 1 && reader.symbol(i - 2, '.') && reader.at(i + 1) &&
-                   reader.at(i + 1)->capital;
+            // "at 5 p.m. Bring ..." ends one, "P.A. Day" does not.
+            return i > begin + 2 && reader.symbol(i - 2, '.') && reader.at(i + 1) &&
+                   reader.at(i + 1)->capital &&
+                   (!reader.at(i - 1)->capital || reader.has(i - 3, Meaning::Meridiem));
         return !reader.has(i - 1, Meaning::Abbreviation);
     }
 

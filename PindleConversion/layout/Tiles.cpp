@@ -50,8 +50,8 @@ std::uint32_t tileEnd(const Reader &reader, std::uint32_t begin) {
         end = next;
         i = next + 1;
     }
-    const bool date = seen[static_cast<std::size_t>(Piece::Day)] &&
-                      seen[static_cast<std::size_t>(Piece::Month)];
+    const bool date =
+        seen[static_cast<std::size_t>(Piece::Day)] && seen[static_cast<std::size_t>(Piece::Month)];
     return date ? end : begin;
 }
 

@@ -102,7 +102,7 @@ enum class Meaning : std::uint8_t {
 
 inline constexpr std::size_t kMeanings = static_cast<std::size_t>(Meaning::PageHead) + 1;
 
-enum class Unit : std::uint8_t { Minute, Hour, Day, Week, Fortnight, Month, Year, Weekend };
+enum class Unit : std::uint8_t { Minute, Hour, Day, Week, Fortnight, Month, Year, Weekend, Night };
 enum class DayPart : std::uint8_t { None, Morning, Noon, Afternoon, Evening, Night };
 enum class EventKind : std::uint8_t { None, Neutral, Work, Morning, Midday, Evening, Travel };
 enum class Role : std::uint8_t { None, Deadline, Posted, MovedFrom, MovedTo, End, Side, Show };

@@ -103,8 +103,8 @@ constexpr TableKind kTableKinds[] = {
     {"zone-time-of", Meaning::ZoneWord, Values::None, 2},
 };
 
-constexpr std::string_view kUnits[] = {"minute",    "hour",  "day",  "week",
-                                       "fortnight", "month", "year", "weekend"};
+constexpr std::string_view kUnits[] = {"minute", "hour", "day",     "week", "fortnight",
+                                       "month",  "year", "weekend", "night"};
 constexpr std::string_view kParts[] = {"none", "morning", "noon", "afternoon", "evening", "night"};
 constexpr std::string_view kLabels[] = {"none",     "title", "place",    "when", "date", "time",
                                         "start",    "end",   "zone",     "sent", "mail", "sender",
