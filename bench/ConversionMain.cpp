@@ -141,9 +141,11 @@ json timesOf(const LongText &kind) {
     return result;
 }
 
-int timeLongTexts(const std::vector<std::string> &) {
+/// Of the kinds named, or of all.
+int timeLongTexts(const std::vector<std::string> &names) {
     for (const LongText &kind : longTexts())
-        std::cout << timesOf(kind) << std::endl;
+        if (names.empty() || std::count(names.begin(), names.end(), kind.name) > 0)
+            std::cout << timesOf(kind) << std::endl;
     return 0;
 }
 
@@ -186,9 +188,9 @@ int main(int argc, char *argv[]) {
     try {
         if (found != commands.end())
             return found->second({argv + 2, argv + argc});
-        std::cerr
-            << "usage: conversion-bench judge FILE... | cases ROUNDS FILE... | long | first | "
-               "print NAME BYTES\n";
+        std::cerr << "usage: conversion-bench judge FILE... | cases ROUNDS FILE... | long "
+                     "[NAME...] | first | "
+                     "print NAME BYTES\n";
     } catch (const std::exception &error) {
         std::cerr << "conversion-bench: " << error.what() << '\n';
     }
