@@ -230,9 +230,25 @@ bool Chooser::acceptDate() {
     return true;
 }
 
+bool Chooser::isThisMorningsReport(const Dated &dated) const {
+    const DateMention &mention = *dated.mention;
+    const std::uint32_t token = mention.span.begin;
+    const Field &field = fieldOf(token);
+    const bool today = mention.first.base == DateSpec::Base::Today && mention.first.days == 0;
+    const bool moved = std::any_of(m_found.roles.begin(), m_found.roles.end(),
+                                   [](const auto &role) { return role.role == Role::MovedTo; });
+    if (!today || moved || m_dates.size() > 1 || !speaksOfPast(token))
+        return false;
+    const Sense *part = Reader(m_document, field.end).sense(token, Meaning::PartOfDay);
+    return part && part->value == static_cast<int>(DayPart::Morning) &&
+           !sentenceHas(token, Meaning::PresentVerb);
+}
+
 bool Chooser::hasFutureSense(std::uint32_t token) const {
     const Field &field = fieldOf(token);
     if (isLongPast(m_dates[static_cast<std::size_t>(m_date)]))
+        return false;
+    if (isThisMorningsReport(m_dates[static_cast<std::size_t>(m_date)]))
         return false;
     if (field.label != Label::None || hasTimeNear(token) || !m_found.times.empty())
         return true;

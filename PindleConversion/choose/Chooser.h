@@ -90,6 +90,8 @@ private:
     bool countsOnly(const Dated &dated) const;
     bool namesMoney(const Field &field) const;
     bool acceptDate();
+    /// "The 8:12 train was late this morning".
+    bool isThisMorningsReport(const Dated &dated) const;
     /// "was", "released" before a date that has no time: a report, unless an event is named.
     bool hasFutureSense(std::uint32_t token) const;
     /// Without any date: today, if a time is clearly an appointment's.

@@ -63,7 +63,13 @@ bool Surroundings::standsBehind(std::uint32_t role, std::uint32_t token) const {
     for (std::uint32_t i = token; i < role; ++i)
         if (!m_document.tokens[i].used)
             return false;
-    return true;
+    // "18:00 開演19:00": the word is said of the time it is joined to.
+    const Reader reader(m_document, static_cast<std::uint32_t>(m_document.tokens.size()));
+    const Sense *word = reader.sense(role, Meaning::RoleBehind);
+    const std::uint32_t next = role + (word ? word->length : 1U);
+    const Token *behind = reader.at(next);
+    return !(m_document.tokens[role].spaceBefore && behind && behind->used &&
+             !behind->spaceBefore && behind->kind == TokenKind::Number);
 }
 
 bool Surroundings::cutOff(std::uint32_t from, std::uint32_t to) const {

@@ -79,7 +79,7 @@ private:
                 marked(reader, i, *marker);
             if (reader.has(i, Meaning::PlaceBehind))
                 before(reader, field, i);
-            if (reader.has(i, Meaning::PlaceNoun))
+            if (isPlaceNoun(reader, i))
                 compound(reader, field, i);
             if (reader.symbol(i, '('))
                 bracketed(reader, i);
@@ -227,7 +227,7 @@ private:
             shape.event = shape.event || reader.has(i, Meaning::Event);
             if (!reader.word(i))
                 continue;
-            const bool noun = reader.has(i, Meaning::PlaceNoun);
+            const bool noun = isPlaceNoun(reader, i);
             const bool filler = reader.has(i, Meaning::The) || reader.has(i, Meaning::Of) ||
                                 reader.has(i, Meaning::And) ||
                                 (shape.words > 0 && reader.has(i, Meaning::PlaceMarker));
@@ -240,6 +240,22 @@ private:
         }
         shape.title = shape.title && shape.words > 0 && shape.capital;
         return shape;
+    }
+
+    static bool leadsToPlace(const Reader &reader, std::uint32_t i) {
+        return reader.has(i, Meaning::PlaceNoun) ||
+               (reader.word(i) && reader.at(i)->word == 0 && reader.has(i + 1, Meaning::PlaceNoun));
+    }
+
+    /// "張家銘": a sign that goes on is no kind of place.
+    static bool isPlaceNoun(const Reader &reader, std::uint32_t i) {
+        constexpr std::uint32_t kOneSign = 3; ///< bytes
+        if (!reader.has(i, Meaning::PlaceNoun))
+            return false;
+        const Token &sign = *reader.at(i);
+        const Token *next = reader.at(i + 1);
+        return !(sign.unspaced && sign.end - sign.begin <= kOneSign && next && next->unspaced &&
+                 !next->spaceBefore && next->kind == TokenKind::Word && next->word == 0);
     }
 
     /// A small word within a name.
@@ -285,6 +301,9 @@ private:
                            reader.language(i).capitalNouns && current.spaceBefore;
         if (small && !isFiller(reader, i))
             return true;
+        // "駅の改札前"
+        if (current.unspaced && reader.has(i, Meaning::Of) && leadsToPlace(reader, i + 1))
+            return false;
         const bool stopWord = reader.has(i, Meaning::PlaceStop) || reader.has(i, Meaning::Greeting);
         // "amphi A"
         const bool letter =
@@ -350,13 +369,18 @@ private:
         const bool article =
             marker.length > 1 && token(last).capital && reader.has(last, Meaning::The);
         const std::uint32_t begin = article ? last : last + 1;
-        if (!reader.at(begin) || reader.has(begin, Meaning::NotAPlace) ||
+        if (!reader.at(begin) || endsPhrase(reader, i) ||
+            (reader.has(begin, Meaning::NotAPlace) && !isStreet(reader, begin, begin)) ||
             reader.has(begin, Meaning::Greeting) || token(begin).used)
             return;
         const std::uint32_t end = nameEnd(reader, begin);
         if (end == begin)
             return;
         if (token(begin).kind == TokenKind::Number && reader.has(begin + 1, Meaning::UnitWord))
+            return;
+        // "去打疫苗": what one goes to do.
+        const std::uint32_t verb = reader.has(begin, Meaning::PlaceStop) ? begin + 1 : begin;
+        if (token(begin).unspaced && reader.has(verb, Meaning::Event) && !isPlaceNoun(reader, verb))
             return;
         // "From the office: ..." tells who writes.
         if (isFrom(reader, i) && reader.symbol(end, ':'))
@@ -400,6 +424,21 @@ private:
         else if (marker.value == 0 && isWeakPlace(reader, i, marker, shape))
             offer({nounBefore(reader, i, begin), end},
                   (known ? 38 : 24) - headingPenalty(i) + addressBonus({begin, end}), i);
+    }
+
+    /// "suite à la réunion", "have the pleasure of inviting you to": the marker ends a phrase of
+    /// its own.
+    static bool endsPhrase(const Reader &reader, std::uint32_t i) {
+        constexpr std::uint32_t kLongestPhrase = 8;
+        const auto ends = [&](Meaning meaning, std::uint32_t back) {
+            const Sense *phrase = reader.sense(i - back, meaning);
+            return phrase && phrase->length == back + 1;
+        };
+        for (std::uint32_t back = 1; back < std::min(i + 1, kLongestPhrase); ++back)
+            if (ends(Meaning::Chatter, back) || ends(Meaning::AsideLead, back) ||
+                (back > 2 && ends(Meaning::TitleLead, back)))
+                return true;
+        return false;
     }
 
     /// The kind of place that starts the name before token `i`, or `i`.
@@ -560,7 +599,7 @@ private:
             --begin;
         const bool numbered =
             end > i + 1 && (token(i + 1).kind == TokenKind::Number || token(i + 1).capital);
-        if (end - begin < 2 || isSeat(reader, i) ||
+        if (end - begin < 2 || isSeat(reader, i) || tellsSeat(reader, begin, end) ||
             (!numbered && begin == i && reader.has(i, Meaning::Event)))
             return;
         if (m_choice.kind == EventKind::Travel && isRouteEnd(field, begin))
@@ -585,6 +624,15 @@ private:
                token(begin - 2).capital && !token(begin - 2).used;
     }
 
+    /// "06车12F号 二等座"
+    static bool tellsSeat(const Reader &reader, std::uint32_t begin, std::uint32_t end) {
+        for (std::uint32_t i = begin; i < end; ++i)
+            if (reader.at(i)->unspaced && reader.has(i, Meaning::Chatter) &&
+                !reader.has(i, Meaning::PlaceNoun))
+                return true;
+        return false;
+    }
+
     /// "Plaza 7", "Seat 22A" on a ticket.
     static bool isSeat(const Reader &reader, std::uint32_t i) {
         const Sense *label = reader.sense(i, Meaning::LabelWord);
@@ -607,6 +655,9 @@ private:
         while (begin > field.begin && i - begin < kLongestName && joinsBefore(reader, begin - 1, i))
             --begin;
         const Shape shape = shapeOf({begin, i});
+        // "跟伦敦团队开会": who meets is no place.
+        if (reader.has(i, Meaning::Event) && !shape.noun)
+            return;
         if (begin != i && !(shape.event && !shape.noun))
             offer({begin, i}, shape.noun ? 52 : 44, i);
     }
@@ -618,6 +669,9 @@ private:
             return false;
         if (current.kind == TokenKind::Symbol)
             return current.symbol == '-' || current.symbol == '&' || current.symbol == 0x30FB;
+        // "水族館の入口"
+        if (reader.has(at, Meaning::Of) && reader.has(at + 1, Meaning::PlaceNoun))
+            return true;
         return !(reader.has(at, Meaning::PlaceStop) || reader.has(at, Meaning::TitleLead) ||
                  reader.has(at, Meaning::And) || reader.has(at, Meaning::RangeTo));
     }
@@ -748,13 +802,19 @@ private:
                         std::uint32_t end) {
         constexpr int kMostWords = 7;
         const Field &field = m_document.fields[f];
+        // "に駅の改札前": a particle belongs to what stands before it.
+        constexpr std::uint32_t kOneSign = 3; ///< bytes
+        while (begin + 1 < end && token(begin).unspaced && begin > field.begin &&
+               token(begin - 1).used && token(begin).end - token(begin).begin <= kOneSign &&
+               reader.has(begin, Meaning::PlaceStop) && reader.has(begin, Meaning::TitleLead))
+            ++begin;
         const bool refused = reader.has(begin, Meaning::Person) ||
                              (reader.has(begin, Meaning::PlaceMarker) && !token(begin).upper()) ||
                              reader.has(begin, Meaning::Chatter) ||
                              (reader.has(begin, Meaning::PlaceStop) && !token(begin).upper()) ||
                              token(begin).kind == TokenKind::Link || isSeat(reader, begin) ||
                              isArrival(reader, begin) || reader.symbol(end, ':') ||
-                             isAnnounced(reader, begin);
+                             isAnnounced(reader, begin) || tellsSeat(reader, begin, end);
         // Without spaces the name ends where the sentence goes on.
         if (token(begin).unspaced && !reader.has(end - 1, Meaning::PlaceNoun))
             end = std::clamp(nameEnd(reader, begin), begin + 1, end);
@@ -771,10 +831,13 @@ private:
              (reader.has(begin, Meaning::Event)
                   ? named
                   : reader.has(begin + 1, Meaning::Of) || reader.has(begin + 1, Meaning::The)));
+        // "(le 11 a New York)"
+        const bool listed = reader.has(begin, Meaning::The) && !reader.symbol(begin, '\'') &&
+                            reader.number(begin + 1, 0, 31);
         const bool filler = end == begin + 1 && (reader.has(begin, Meaning::Of) ||
                                                  reader.has(begin, Meaning::RangeFrom) ||
                                                  reader.has(begin, Meaning::The));
-        if (refused || greets || filler || isArrivalLine(field) || shape.words == 0 ||
+        if (refused || greets || filler || listed || isArrivalLine(field) || shape.words == 0 ||
             shape.words > kMostWords || (shape.event && !placeFirst))
             return end;
         const bool number = token(begin).kind == TokenKind::Number;

@@ -217,7 +217,10 @@ std::uint32_t readBareDay(const Reader &reader, std::uint32_t i, int &day) {
     const Sense *mark = reader.sense(i + 1, Meaning::DayMark);
     // "永和路18號" is a house number.
     const bool house = i > 0 && reader.glued(i) && reader.has(i - 1, Meaning::StreetWord);
-    if (!mark || house)
+    // "在3号会议室" numbers a room.
+    const bool room = mark && i > 0 && reader.has(i - 1, Meaning::PlaceMarker) &&
+                      reader.has(i + 1 + mark->length, Meaning::PlaceNoun);
+    if (!mark || house || room)
         return i;
     day = static_cast<int>(reader.at(i)->number);
     return i + 1 + mark->length;

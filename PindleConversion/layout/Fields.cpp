@@ -95,7 +95,8 @@ LabelMatch labelAt(const Reader &reader, std::uint32_t i, bool lineStart) {
     // "Show: Saturday, 8pm" names the event and when it is at once.
     if (label == Label::Title && looksLikeMoment(reader, j + 1))
         return {};
-    if (reader.symbol(j, ':'))
+    // "日 = 4月1日"
+    if (reader.symbol(j, ':') || (lineStart && reader.symbol(j, '=') && reader.at(i)->unspaced))
         return {settle(reader, label, j + 1, i), j + 1, end};
     if (lineStart && reader.symbol(j, '-') && !reader.glued(j) && !reader.glued(j + 1) &&
         (isMoment(label) || label == Label::Place ||
@@ -287,8 +288,9 @@ private:
 
     std::uint32_t skipBullet(const Reader &reader, std::uint32_t i) const {
         while (reader.at(i) &&
-               (reader.symbol(i, 0x2022) || reader.symbol(i, '|') || reader.symbol(i, '\t') ||
-                reader.symbol(i, '+') || (reader.symbol(i, '-') && !reader.glued(i + 1))))
+               (reader.symbol(i, 0x2022) || reader.symbol(i, 0x30FB) || reader.symbol(i, '|') ||
+                reader.symbol(i, '\t') || reader.symbol(i, '+') ||
+                (reader.symbol(i, '-') && !reader.glued(i + 1))))
             ++i;
         if (reader.number(i, 1, 50) && reader.symbol(i + 1, ')'))
             return i + 2;

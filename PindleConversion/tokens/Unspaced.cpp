@@ -86,6 +86,10 @@ std::uint8_t digitsOf(const Numeral &numeral) {
 bool mayBeWord(std::string_view text, std::uint32_t at, Vocabulary::Match match, Unspaced script,
                Before before) {
     const bool single = decodeAt(text, at).end == at + match.bytes;
+    // "バル" in "グローバル"
+    constexpr std::uint32_t kThreeSigns = 9; ///< bytes
+    if (script == Unspaced::Katakana && before == Before::Unknown && match.bytes < kThreeSigns)
+        return false;
     if (!single)
         return true;
     if (script == Unspaced::Katakana)
