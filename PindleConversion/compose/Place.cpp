@@ -310,6 +310,12 @@ private:
             current.end - current.begin == 1 && reader.has(i - 1, Meaning::PlaceNoun);
         // "Igreja de São Pedro"
         const bool ofName = i > begin + 1 && reader.has(i - 1, Meaning::Of) && token(i - 2).capital;
+        // "hal van blok B"
+        const bool ofKind = reader.has(i, Meaning::Of) && reader.has(i - 1, Meaning::PlaceNoun) &&
+                            reader.word(i + 1) && !token(i + 1).used &&
+                            (token(i + 1).capital || reader.has(i + 1, Meaning::PlaceNoun));
+        if (ofKind)
+            return false;
         const bool goesOn = token(i - 1).capital || reader.symbol(i - 1, ',') || letter || ofName;
         return stopWord && !(current.capital && goesOn);
     }
