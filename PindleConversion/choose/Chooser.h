@@ -71,6 +71,8 @@ private:
     bool hasTimeBeside(TokenSpan span) const;
     int scoreDate(const Dated &dated, int index);
     /// "Tue-Sun" beside the days of an exhibition.
+    /// "by Friday": until when something is to be done.
+    bool isDue(std::uint32_t token) const;
     bool tellsOpeningHours(const Dated &dated) const;
     /// "Saturdays, starts 21 March"
     bool hasFirstDay(const Dated &dated) const;
@@ -88,6 +90,8 @@ private:
     bool countsOnly(const Dated &dated) const;
     bool namesMoney(const Field &field) const;
     bool acceptDate();
+    /// "The 8:12 train was late this morning".
+    bool isThisMorningsReport(const Dated &dated) const;
     /// "was", "released" before a date that has no time: a report, unless an event is named.
     bool hasFutureSense(std::uint32_t token) const;
     /// Without any date: today, if a time is clearly an appointment's.

@@ -369,7 +369,8 @@ private:
         const bool article =
             marker.length > 1 && token(last).capital && reader.has(last, Meaning::The);
         const std::uint32_t begin = article ? last : last + 1;
-        if (!reader.at(begin) || reader.has(begin, Meaning::NotAPlace) ||
+        if (!reader.at(begin) || endsPhrase(reader, i) ||
+            (reader.has(begin, Meaning::NotAPlace) && !isStreet(reader, begin, begin)) ||
             reader.has(begin, Meaning::Greeting) || token(begin).used)
             return;
         const std::uint32_t end = nameEnd(reader, begin);
@@ -423,6 +424,21 @@ private:
         else if (marker.value == 0 && isWeakPlace(reader, i, marker, shape))
             offer({nounBefore(reader, i, begin), end},
                   (known ? 38 : 24) - headingPenalty(i) + addressBonus({begin, end}), i);
+    }
+
+    /// "suite à la réunion", "have the pleasure of inviting you to": the marker ends a phrase of
+    /// its own.
+    static bool endsPhrase(const Reader &reader, std::uint32_t i) {
+        constexpr std::uint32_t kLongestPhrase = 8;
+        const auto ends = [&](Meaning meaning, std::uint32_t back) {
+            const Sense *phrase = reader.sense(i - back, meaning);
+            return phrase && phrase->length == back + 1;
+        };
+        for (std::uint32_t back = 1; back < std::min(i + 1, kLongestPhrase); ++back)
+            if (ends(Meaning::Chatter, back) || ends(Meaning::AsideLead, back) ||
+                (back > 2 && ends(Meaning::TitleLead, back)))
+                return true;
+        return false;
     }
 
     /// The kind of place that starts the name before token `i`, or `i`.
@@ -823,10 +839,13 @@ private:
              (reader.has(begin, Meaning::Event)
                   ? named
                   : reader.has(begin + 1, Meaning::Of) || reader.has(begin + 1, Meaning::The)));
+        // "(le 11 a New York)"
+        const bool listed = reader.has(begin, Meaning::The) && !reader.symbol(begin, '\'') &&
+                            reader.number(begin + 1, 0, 31);
         const bool filler = end == begin + 1 && (reader.has(begin, Meaning::Of) ||
                                                  reader.has(begin, Meaning::RangeFrom) ||
                                                  reader.has(begin, Meaning::The));
-        if (refused || greets || filler || isArrivalLine(field) || shape.words == 0 ||
+        if (refused || greets || filler || listed || isArrivalLine(field) || shape.words == 0 ||
             shape.words > kMostWords || (shape.event && !placeFirst))
             return end;
         const bool number = token(begin).kind == TokenKind::Number;
