@@ -6,7 +6,8 @@ namespace pindle::conversion {
 
 namespace {
 
-constexpr int kNever = -100000; ///< below every score
+constexpr int kNever = -100000;        ///< below every score
+constexpr std::size_t kShortText = 15; ///< tokens of a text in which a bare hour is enough
 
 } // namespace
 
@@ -55,6 +56,10 @@ int Chooser::scoreDate(const Dated &dated, int index) {
         score += 4;
     if (dated.mention->weak)
         score -= 30;
+    if (isDue(token))
+        score -= 18;
+    if (dated.mention->first.base == DateSpec::Base::DayOnly && !dated.mention->first.monthGiven)
+        score -= 12;
     if (tellsOpeningHours(dated) || hasFirstDay(dated))
         score -= 45;
     switch (roleOf(token)) {
@@ -86,6 +91,12 @@ int Chooser::scoreDate(const Dated &dated, int index) {
     if (sentenceHas(token, Meaning::Event))
         score += 10;
     return score;
+}
+
+bool Chooser::isDue(std::uint32_t token) const {
+    const Reader reader(m_document, static_cast<std::uint32_t>(m_document.tokens.size()));
+    return token > 0 && reader.has(token - 1, Meaning::DueMarker) &&
+           m_document.sameSentence(token - 1, token);
 }
 
 bool Chooser::tellsOpeningHours(const Dated &dated) const {
@@ -255,7 +266,10 @@ bool Chooser::hasFutureSense(std::uint32_t token) const {
 bool Chooser::acceptBareTime() {
     const bool usable =
         std::any_of(m_found.times.begin(), m_found.times.end(), [&](const TimeMention &time) {
-            const bool strong = time.marked || time.start.meridiem >= 0 || time.end ||
+            // "people want bread at seven" in a long sentence tells of no day.
+            const bool told = time.start.sure || fieldOf(time.span.begin).spoken ||
+                              m_document.tokens.size() <= kShortText;
+            const bool strong = (time.marked && told) || time.start.meridiem >= 0 || time.end ||
                                 time.part != DayPart::None ||
                                 sentenceHas(time.span.begin, Meaning::Event);
             return strong && !speaksOfPast(time.span.begin) &&

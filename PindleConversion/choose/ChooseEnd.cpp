@@ -7,6 +7,7 @@ namespace pindle::conversion {
 namespace {
 
 constexpr int kMinutesInDay = 24 * 60;
+constexpr int kLastOnDial = 12;
 
 } // namespace
 
@@ -108,7 +109,11 @@ bool Chooser::endFromTime() {
         if (!near)
             continue;
         const ClockSpec &start = m_found.times[static_cast<std::size_t>(m_time)].start;
-        m_choice.endMinute = endAfter(time.start, start);
+        ClockSpec until = time.start;
+        // "by 2 in the afternoon"
+        if (until.meridiem < 0 && until.hour <= kLastOnDial && time.part != DayPart::None)
+            until.meridiem = time.part == DayPart::Morning ? 0 : 1;
+        m_choice.endMinute = endAfter(until, start);
         m_choice.endSpan = time.span;
         return true;
     }

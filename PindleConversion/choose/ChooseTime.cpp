@@ -58,6 +58,11 @@ int Chooser::scoreTime(const TimeMention &time, int index) {
         score -= 40;
     if (time.start.sure)
         score += 4;
+    // "(1700–1900)" may be years.
+    else if (std::any_of(m_found.times.begin(), m_found.times.end(), [](const TimeMention &other) {
+                 return other.start.sure && other.start.meridiem >= 0;
+             }))
+        score -= 24;
     return score + roleScore(at);
 }
 

@@ -71,6 +71,8 @@ private:
     bool hasTimeBeside(TokenSpan span) const;
     int scoreDate(const Dated &dated, int index);
     /// "Tue-Sun" beside the days of an exhibition.
+    /// "by Friday": until when something is to be done.
+    bool isDue(std::uint32_t token) const;
     bool tellsOpeningHours(const Dated &dated) const;
     /// "Saturdays, starts 21 March"
     bool hasFirstDay(const Dated &dated) const;

@@ -81,6 +81,19 @@ bool isWordByte(char c) {
            (c >= 'A' && c <= 'Z');
 }
 
+/// Stays as it is within a line, whatever stands beside it.
+constexpr bool isSettled(unsigned char c) {
+    return c >= 0x20 && c < 0x7F && c != '*' && c != '_' && c != '`' && c != '~' && c != '&' &&
+           c != '<';
+}
+
+constexpr auto kSettled = [] {
+    std::array<bool, 256> settled{};
+    for (std::size_t c = 0; c < settled.size(); ++c)
+        settled[c] = isSettled(static_cast<unsigned char>(c));
+    return settled;
+}();
+
 class Cleaner {
 public:
     explicit Cleaner(std::string_view text)
@@ -89,12 +102,24 @@ public:
     }
 
     std::string run() {
-        while (m_at < m_in.size())
+        while (m_at < m_in.size()) {
             step();
+            if (!lineStarts())
+                copySettled();
+        }
         return std::move(m_out);
     }
 
 private:
+    /// Most of a text, all at once.
+    void copySettled() {
+        std::size_t end = m_at;
+        while (end < m_in.size() && kSettled[static_cast<unsigned char>(m_in[end])])
+            ++end;
+        m_out.append(m_in, m_at, end - m_at);
+        m_at = end;
+    }
+
     void step() {
         const auto c = static_cast<unsigned char>(m_in[m_at]);
         if (c == '\r' && m_at + 1 < m_in.size() && m_in[m_at + 1] == '\n') {

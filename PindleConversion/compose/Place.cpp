@@ -612,7 +612,13 @@ private:
             --begin;
         const bool numbered =
             end > i + 1 && (token(i + 1).kind == TokenKind::Number || token(i + 1).capital);
-        if (end - begin < 2 || isSeat(reader, i) || tellsSeat(reader, begin, end) ||
+        // "Handmade-Markt" is an event.
+        const bool hyphened =
+            i > begin && reader.symbol(i - 1, '-') && end == i + 1 && reader.has(i, Meaning::Event);
+        // "pokój 3-osobowy"
+        const bool counted = isCounted(reader, i + 1);
+        if (end - begin < 2 || hyphened || counted || isSeat(reader, i) ||
+            tellsSeat(reader, begin, end) ||
             (!numbered && begin == i && reader.has(i, Meaning::Event)))
             return;
         if (m_choice.kind == EventKind::Travel && isRouteEnd(field, begin))
@@ -745,7 +751,9 @@ private:
 
     /// Where words are not spaced, a space separates parts.
     static bool startsUnspaced(const Reader &reader, std::uint32_t i) {
-        return reader.at(i)->unspaced && reader.at(i)->spaceBefore;
+        const bool room = reader.at(i)->kind == TokenKind::Number && reader.at(i + 1) &&
+                          reader.at(i + 1)->unspaced && reader.has(i + 1, Meaning::PlaceNoun);
+        return (reader.at(i)->unspaced || room) && reader.at(i)->spaceBefore;
     }
 
     bool isBreak(const Reader &reader, std::uint32_t i) const {
@@ -915,7 +923,10 @@ TokenSpan findPlace(Document &document, const Choice &choice) {
         begin -= length;
         break;
     }
-    const std::uint32_t end = reader.skip(place.end, Meaning::PlaceBehind);
+    // "在居委会开会": what happens there may be the event's name.
+    const std::uint32_t end = reader.has(place.end, Meaning::Event)
+                                  ? place.end
+                                  : reader.skip(place.end, Meaning::PlaceBehind);
     for (std::uint32_t i = begin; i < end; ++i)
         document.tokens[i].used = true;
     return place;

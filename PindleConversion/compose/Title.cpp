@@ -13,6 +13,8 @@ constexpr int kWidest = 60;               ///< columns of a title
 constexpr int kRoomy = 44;                ///< columns above which a title is cut at its commas
 constexpr std::uint32_t kLongestRun = 64; ///< tokens of a run that are looked at
 constexpr int kNone = -1000;
+constexpr int kTopic = 20;        ///< for what a conversation is about
+constexpr int kPlaceName = 24;    ///< less for what rather names a place: "flat 4"
 constexpr int kNoContent = 30;    ///< less for words that say nothing of what happens
 constexpr int kLoneKind = 14;     ///< less for "let's meet", of which only "meet" is left
 constexpr int kOnlyFillers = 120; ///< "Let's meet" is a title when there is no better one
@@ -100,7 +102,10 @@ private:
                 parts.push_back({begin, i});
                 begin = i;
             }
-            if (!(hard || soft))
+            // "Biscuit (Labrador) is due"
+            const bool closed =
+                reader.symbol(i, ')') && begin > run.begin && token(begin - 1).symbol == '(';
+            if (!(hard || soft || closed))
                 continue;
             parts.push_back({begin, i});
             begin = i + 1;
@@ -117,7 +122,10 @@ private:
     }
 
     bool isHardBreak(const Reader &reader, std::uint32_t i) const {
-        if (reader.symbol(i, ';') || reader.symbol(i, '"') || isCrumb(i))
+        constexpr char32_t kOpen = 0x3010; ///< of the brackets that enclose a heading
+        constexpr char32_t kClose = 0x3011;
+        if (reader.symbol(i, ';') || reader.symbol(i, '"') || reader.symbol(i, kOpen) ||
+            reader.symbol(i, kClose) || isCrumb(i))
             return true;
         if (reader.symbol(i, '-'))
             return !reader.glued(i) || !reader.glued(i + 1);
@@ -381,6 +389,8 @@ private:
         else if (field.spoken && contains(trimmed, Meaning::Event) && !m_choice.timeSpan.empty() &&
                  m_document.sameSentence(part.begin, m_choice.timeSpan.begin))
             score += 24;
+        else if (field.spoken && contains(trimmed, Meaning::Event))
+            score += kTopic;
         if (field.cell && &field == &m_document.fields.front())
             score += 20;
         const bool kind = isCalledByNext(trimmed);
@@ -496,7 +506,8 @@ private:
                          : 70;
         if (reader.has(begin, Meaning::Chatter) || reader.has(begin, Meaning::AsideLead))
             score -= 40;
-        if (isPageHead(reader, part) || isOnlyOnline(trimmed))
+        if (isPageHead(reader, {part.begin, std::max(part.begin, trimmed.end)}) ||
+            isOnlyOnline(trimmed))
             score -= 60;
         if (begin < part.end && token(begin).symbol == '(')
             score -= 25;
@@ -509,6 +520,9 @@ private:
             score -= 60;
         if (isAddress(trimmed))
             score -= 24;
+        else if (!m_first && !contains(trimmed, Meaning::Event) &&
+                 (contains(trimmed, Meaning::PlaceNoun) || contains(trimmed, Meaning::StreetWord)))
+            score -= kPlaceName;
         if (contains(trimmed, Meaning::PastVerb))
             score -= 8;
         if (tellsRole(trimmed))

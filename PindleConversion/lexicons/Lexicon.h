@@ -96,6 +96,7 @@ enum class Meaning : std::uint8_t {
     OnlineEvent,   ///< a kind of event that is usually held online
     GeneralEvent,  ///< says too little alone: "stay", "booking"; the place completes it
     AsideLead,     ///< what follows is not the event itself: "followed by", "because of"
+    DueMarker,     ///< before the last day for something: "by"
     PageHead,      ///< heads a page or a list, and is no event: "What's on", "Sold out"
 };
 

@@ -171,7 +171,7 @@ private:
 
     void chooseLanguages() {
         const std::uint32_t all = (1U << kTables.languages.size()) - 2U;
-        m_main = m_total.best(all, englishLanguage());
+        m_main = m_total.best(all, m_english);
         for (std::size_t i = 1; i < kTables.languages.size(); ++i) {
             const int score = m_total.of(static_cast<LanguageId>(i));
             if (score >= kSecondaryLeast && score * kSecondaryShare >= m_total.of(m_main) &&
@@ -223,13 +223,13 @@ private:
 
     void noteSenses(std::uint32_t i, const WordSlot &slot, LanguageId language) {
         const bool ownWord = (slot.languages >> language & 1U) != 0;
+        const std::uint32_t own = 1U << language | 1U << kSharedWords;
+        const std::uint32_t read = ownWord ? own : own | m_active;
         for (const Phrase &phrase : phrasesOf(slot)) {
             const LanguageId from = phrase.sense.language;
-            if (from != language && from != kSharedWords) {
-                const bool lent = from == englishLanguage() && isContent(phrase.sense.meaning);
-                if (ownWord || (!lent && (m_active >> from & 1U) == 0))
-                    continue;
-            }
+            const bool lent = !ownWord && from == m_english && isContent(phrase.sense.meaning);
+            if ((read >> from & 1U) == 0 && !lent)
+                continue;
             if (matches(i, phrase))
                 m_document.senses.push_back(phrase.sense);
         }
@@ -289,6 +289,7 @@ private:
     std::vector<Line> m_lines;
     std::vector<LanguageScores> m_scores;
     LanguageScores m_total;
+    const LanguageId m_english = englishLanguage();
     LanguageId m_main = kSharedWords;
     std::uint32_t m_active = 0;
     std::string m_folded;

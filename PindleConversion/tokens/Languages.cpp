@@ -1,5 +1,6 @@
 #include "PindleConversion/tokens/Languages.h"
 
+#include <algorithm>
 #include <bit>
 
 namespace pindle::conversion {
@@ -12,12 +13,16 @@ constexpr int kZone = 50;         ///< the language of the user's zone
 constexpr int kScript = 60;       ///< a word in letters that few languages use
 constexpr std::size_t kShort = 2; ///< bytes
 
+/// Whether a zone starts with an entry of a list like "Europe/London|US/".
 bool isListed(std::string_view list, std::string_view zone) {
     while (!list.empty()) {
-        const auto bar = list.find('|');
-        if (zone.starts_with(list.substr(0, bar)))
+        const auto bar = std::min(list.find('|'), list.size());
+        const auto entry = list.substr(0, bar);
+        // Many entries start alike: the last letter tells most of them apart.
+        if (!entry.empty() && entry.size() <= zone.size() &&
+            entry.back() == zone[entry.size() - 1] && zone.starts_with(entry))
             return true;
-        list = bar == std::string_view::npos ? std::string_view{} : list.substr(bar + 1);
+        list.remove_prefix(std::min(bar + 1, list.size()));
     }
     return false;
 }

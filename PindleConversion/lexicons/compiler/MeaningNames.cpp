@@ -94,6 +94,7 @@ constexpr TableKind kTableKinds[] = {
     {"online-event", Meaning::OnlineEvent, Values::Number},
     {"general-event", Meaning::GeneralEvent, Values::Number},
     {"aside-lead", Meaning::AsideLead, Values::Number},
+    {"due-marker", Meaning::DueMarker, Values::Number},
     {"page-head", Meaning::PageHead, Values::Number},
     {"zone-abbreviation", Meaning::ZoneAfterTime, Values::Note},
     {"zone-in-capitals", Meaning::ZoneAfterTime, Values::Note, 1},
