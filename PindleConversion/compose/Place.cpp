@@ -311,6 +311,12 @@ private:
             current.end - current.begin == 1 && reader.has(i - 1, Meaning::PlaceNoun);
         // "Igreja de São Pedro"
         const bool ofName = i > begin + 1 && reader.has(i - 1, Meaning::Of) && token(i - 2).capital;
+        // "hal van blok B"
+        const bool ofKind = reader.has(i, Meaning::Of) && reader.has(i - 1, Meaning::PlaceNoun) &&
+                            reader.word(i + 1) && !token(i + 1).used &&
+                            (token(i + 1).capital || reader.has(i + 1, Meaning::PlaceNoun));
+        if (ofKind)
+            return false;
         const bool goesOn = token(i - 1).capital || reader.symbol(i - 1, ',') || letter || ofName;
         return stopWord && !(current.capital && goesOn);
     }
@@ -370,8 +376,7 @@ private:
         const bool article =
             marker.length > 1 && token(last).capital && reader.has(last, Meaning::The);
         const std::uint32_t begin = article ? last : last + 1;
-        if (!reader.at(begin) || endsPhrase(reader, i) ||
-            (reader.has(begin, Meaning::NotAPlace) && !isStreet(reader, begin, begin)) ||
+        if (!reader.at(begin) || endsPhrase(reader, i) || refusesPlace(reader, begin) ||
             reader.has(begin, Meaning::Greeting) || token(begin).used)
             return;
         const std::uint32_t end = nameEnd(reader, begin);
@@ -440,6 +445,14 @@ private:
                 (back > 2 && ends(Meaning::TitleLead, back)))
                 return true;
         return false;
+    }
+
+    /// "in corso" is no place, but "in corso Garibaldi" and "op mijn kantoor" are.
+    bool refusesPlace(const Reader &reader, std::uint32_t begin) const {
+        const Sense *refused = reader.sense(begin, Meaning::NotAPlace);
+        return refused && !isStreet(reader, begin, begin) &&
+               !(refused->length == 1 && !token(begin).capital &&
+                 reader.has(begin + 1, Meaning::PlaceNoun));
     }
 
     /// The kind of place that starts the name before token `i`, or `i`.
@@ -607,7 +620,13 @@ private:
             --begin;
         const bool numbered =
             end > i + 1 && (token(i + 1).kind == TokenKind::Number || token(i + 1).capital);
-        if (end - begin < 2 || isSeat(reader, i) || tellsSeat(reader, begin, end) ||
+        // "Handmade-Markt" is an event.
+        const bool hyphened =
+            i > begin && reader.symbol(i - 1, '-') && end == i + 1 && reader.has(i, Meaning::Event);
+        // "pokój 3-osobowy"
+        const bool counted = isCounted(reader, i + 1);
+        if (end - begin < 2 || hyphened || counted || isSeat(reader, i) ||
+            tellsSeat(reader, begin, end) ||
             (!numbered && begin == i && reader.has(i, Meaning::Event)))
             return;
         if (m_choice.kind == EventKind::Travel && isRouteEnd(field, begin))
@@ -740,7 +759,9 @@ private:
 
     /// Where words are not spaced, a space separates parts.
     static bool startsUnspaced(const Reader &reader, std::uint32_t i) {
-        return reader.at(i)->unspaced && reader.at(i)->spaceBefore;
+        const bool room = reader.at(i)->kind == TokenKind::Number && reader.at(i + 1) &&
+                          reader.at(i + 1)->unspaced && reader.has(i + 1, Meaning::PlaceNoun);
+        return (reader.at(i)->unspaced || room) && reader.at(i)->spaceBefore;
     }
 
     bool isBreak(const Reader &reader, std::uint32_t i) const {
@@ -831,10 +852,11 @@ private:
         // "place du Marché" is no market.
         const bool nounFirst =
             reader.has(begin, Meaning::PlaceNoun) || reader.has(begin, Meaning::StreetWord);
+        const std::uint32_t last = end - (reader.symbol(end - 1, '.') ? 2 : 1);
         const Sense *event = reader.sense(begin, Meaning::Event);
         // "Pub Quiz" is no pub.
-        const bool named = token(begin).upper() && token(end - 1).upper() && begin + 1 < end &&
-                           !reader.has(end - 1, Meaning::Event) && (!event || event->length == 1);
+        const bool named = token(begin).upper() && begin < last && token(last).upper() &&
+                           !reader.has(last, Meaning::Event) && (!event || event->length == 1);
         const bool placeFirst =
             isKindOfPlace(reader, {begin, end}) || isNamedKind(reader, {begin, end}) ||
             (nounFirst &&
@@ -911,7 +933,10 @@ TokenSpan findPlace(Document &document, const Choice &choice) {
         begin -= length;
         break;
     }
-    const std::uint32_t end = reader.skip(place.end, Meaning::PlaceBehind);
+    // "在居委会开会": what happens there may be the event's name.
+    const std::uint32_t end = reader.has(place.end, Meaning::Event)
+                                  ? place.end
+                                  : reader.skip(place.end, Meaning::PlaceBehind);
     for (std::uint32_t i = begin; i < end; ++i)
         document.tokens[i].used = true;
     return place;

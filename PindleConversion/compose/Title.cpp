@@ -122,7 +122,10 @@ private:
     }
 
     bool isHardBreak(const Reader &reader, std::uint32_t i) const {
-        if (reader.symbol(i, ';') || reader.symbol(i, '"') || isCrumb(i))
+        constexpr char32_t kOpen = 0x3010; ///< of the brackets that enclose a heading
+        constexpr char32_t kClose = 0x3011;
+        if (reader.symbol(i, ';') || reader.symbol(i, '"') || reader.symbol(i, kOpen) ||
+            reader.symbol(i, kClose) || isCrumb(i))
             return true;
         if (reader.symbol(i, '-'))
             return !reader.glued(i) || !reader.glued(i + 1);

@@ -1,5 +1,7 @@
 #include "PindleConversion/expressions/Expression.h"
 
+#include <algorithm>
+
 namespace pindle::conversion {
 
 namespace {
@@ -280,6 +282,9 @@ bool isDatedBeside(const Reader &reader, std::uint32_t i) {
         return true;
     if (i > 0 && day && reader.has(i - 1, Meaning::Weekday))
         return true;
+    // "26.12 obiad rodzinny"
+    if (day && reader.at(i + 2)->digits == 2 && reader.has(i + 3, Meaning::Event))
+        return true;
     constexpr std::uint32_t kFirstOfRange = 4;
     if (i >= kFirstOfRange && day && reader.has(i - 1, Meaning::RangeTo) &&
         isDotted(reader, i - kFirstOfRange))
@@ -306,6 +311,19 @@ bool endsBriefDate(const Reader &reader, std::uint32_t i) {
            (reader.has(i + 6, Meaning::Weekday) || reader.has(i + 6, Meaning::WeakWeekday));
 }
 
+/// "ul. Krzywa 11/3": house and flat.
+bool isHouseNumber(const Reader &reader, std::uint32_t i) {
+    constexpr std::uint32_t kLongestStreet = 3;
+    for (std::uint32_t k = 1; k <= std::min(kLongestStreet, i); ++k) {
+        const Token &before = reader.document().tokens[i - k];
+        if (reader.has(i - k, Meaning::StreetWord))
+            return !before.used && (k > 1 || before.word == 0);
+        if (before.used || (before.symbol != '.' && !before.capital))
+            return false;
+    }
+    return false;
+}
+
 /// "5/6", "5/6/26", "15.11.2026", "11-15-25".
 std::optional<DateMention> readNumeric(const Reader &reader, std::uint32_t i) {
     const Token *separator = reader.at(i + 1);
@@ -313,7 +331,7 @@ std::optional<DateMention> readNumeric(const Reader &reader, std::uint32_t i) {
         !reader.glued(i + 1) || !reader.glued(i + 2) || !reader.number(i + 2, 1, 31))
         return std::nullopt;
     const char32_t c = separator->symbol;
-    if (c != '/' && c != '.' && c != '-')
+    if ((c != '/' && c != '.' && c != '-') || (c == '/' && isHouseNumber(reader, i)))
         return std::nullopt;
     const Token *year = reader.at(i + 4);
     const bool three = reader.symbol(i + 3, c) && year && year->kind == TokenKind::Number &&

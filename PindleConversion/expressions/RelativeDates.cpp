@@ -295,6 +295,15 @@ std::optional<DateMention> readPeriod(const Reader &reader, std::uint32_t i) {
         result.first.months = period.which == Which::Next        ? 1
                               : period.which == Which::AfterNext ? 2
                                                                  : 0;
+    // "来月末"
+    if (const Sense *end = reader.sense(period.next, Meaning::MonthEnd);
+        end && period.unit == Unit::Month && reader.at(period.next)->unspaced) {
+        result.first.base = Base::NthWeekday;
+        result.first.nth = -1;
+        result.first.monthGiven = true;
+        result.span.end = period.next + end->length;
+        return result;
+    }
     result.weak = true;
     std::uint32_t next = reader.skip(reader.skipSymbol(period.next, ','), Meaning::DateMarker);
     next = reader.skip(next, Meaning::Of);

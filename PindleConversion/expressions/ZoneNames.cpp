@@ -124,7 +124,7 @@ std::uint32_t readNamed(const Reader &reader, std::uint32_t i, bool afterTime,
     if (const std::uint32_t end = afterTime ? readPlaceOfTime(reader, i, mention) : i; end != i)
         return end;
     const Sense *city = reader.sense(i, Meaning::ZoneWord);
-    if (city && city->value == 2) {
+    if (city && city->value >= 1) {
         const std::uint32_t name =
             reader.skip(reader.skip(i + city->length, Meaning::Of), Meaning::The);
         const Sense *of = reader.sense(name, Meaning::ZoneWord);

@@ -92,6 +92,9 @@ LabelMatch labelAt(const Reader &reader, std::uint32_t i, bool lineStart) {
         j += 1 + second->length;
     }
     const std::uint32_t end = j;
+    // "Ende November" is a date.
+    if (reader.has(i, Meaning::MonthEnd) && reader.has(j, Meaning::Month))
+        return {};
     // "Show: Saturday, 8pm" names the event and when it is at once.
     if (label == Label::Title && looksLikeMoment(reader, j + 1))
         return {};
@@ -465,7 +468,7 @@ private:
         for (Field &field : m_document.fields) {
             if (mayBe(field, Label::Start) && mayBe(field, Label::End))
                 field.label = started ? Label::End : Label::Start;
-            started = started || field.label == Label::Start;
+            started = started || field.label == Label::Start || field.label == Label::When;
         }
     }
 
@@ -495,7 +498,8 @@ private:
         const bool dotted = i >= begin + 3 && before.kind == TokenKind::Number &&
                             reader.symbol(i - 2, '.') && reader.glued(i - 1) &&
                             reader.number(i - 3, 1, 31);
-        if (dotted && reader.at(i + 1) && reader.at(i + 1)->kind == TokenKind::Number)
+        if (dotted && reader.at(i + 1) &&
+            (reader.at(i + 1)->kind == TokenKind::Number || i == begin + 3))
             return false;
         if (before.kind != TokenKind::Word)
             return !isOrdinal(reader, i) && !isCountedNoun(reader, begin, i);
