@@ -60,6 +60,8 @@ int Chooser::scoreDate(const Dated &dated, int index) {
         score -= 18;
     if (dated.mention->first.base == DateSpec::Base::DayOnly && !dated.mention->first.monthGiven)
         score -= 12;
+    if (mayBeStreet(dated.mention->span))
+        score -= 60;
     if (tellsOpeningHours(dated) || hasFirstDay(dated))
         score -= 45;
     switch (roleOf(token)) {
@@ -114,6 +116,17 @@ bool Chooser::isHoursOnly(const Dated &dated) const {
         !label.empty() && Reader(m_document, label.end).has(label.begin, Meaning::Daily);
     const bool days = dated.mention->first.base == DateSpec::Base::Weekday && dated.mention->last;
     return days && (labelled || sentenceHas(token, Meaning::Daily));
+}
+
+bool Chooser::mayBeStreet(TokenSpan span) const {
+    const auto &tokens = m_document.tokens;
+    if (span.begin < 2 || tokens[span.begin].kind != TokenKind::Number ||
+        span.end - span.begin != 2 || !hasDateMarker(span.begin))
+        return false;
+    const Token &name = tokens[span.begin - 2];
+    return name.kind == TokenKind::Word && name.capital && !name.used &&
+           m_document.sameSentence(span.begin - 2, span.begin) &&
+           fieldOf(span.begin).begin + 2 < span.begin;
 }
 
 bool Chooser::hasFirstDay(const Dated &dated) const {

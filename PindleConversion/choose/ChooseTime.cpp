@@ -23,6 +23,7 @@ bool Chooser::belongsToOther(const TimeMention &time) const {
             continue;
         if (other.date.first == mine.date.first ||
             roleOf(other.mention->span.begin) == Role::MovedFrom ||
+            mayBeStreet(other.mention->span) ||
             (roleOf(other.mention->span.begin) == Role::End && at < other.mention->span.begin &&
              roleOf(at) != Role::End) ||
             (other.mention->repeated && !mine.mention->repeated))

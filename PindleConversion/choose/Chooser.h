@@ -74,6 +74,8 @@ private:
     /// "by Friday": until when something is to be done.
     bool isDue(std::uint32_t token) const;
     bool tellsOpeningHours(const Dated &dated) const;
+    /// "Blue Door on 5th": an ordinal behind a name.
+    bool mayBeStreet(TokenSpan span) const;
     /// "Saturdays, starts 21 March"
     bool hasFirstDay(const Dated &dated) const;
     /// "Opening hours: Mon-Fri 9-5"

@@ -563,9 +563,12 @@ private:
     bool isPageHead(const Reader &reader, TokenSpan part) const {
         bool slash = false;
         bool number = false;
+        std::uint32_t last = part.end;
+        while (last > part.begin && isEdgeMark(token(last - 1)))
+            --last;
         for (std::uint32_t i = part.begin; i < part.end; ++i) {
             const Sense *head = reader.sense(i, Meaning::PageHead);
-            if (head && (i + head->length == part.end || (i == part.begin && head->value == 1)))
+            if (head && (i + head->length == last || (i == part.begin && head->value == 1)))
                 return true;
             slash = slash || (reader.symbol(i, '/') && !reader.glued(i) && reader.at(i + 1) &&
                               !reader.glued(i + 1));

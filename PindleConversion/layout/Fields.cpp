@@ -372,7 +372,8 @@ private:
                 continue;
             if (field->line + 1 < m_line || !field->cell)
                 return;
-            field->ignored = true;
+            // "| Event | Jazz Night |" above the rule is a row of its own.
+            field->ignored = field->ignored || field->label == Label::None;
         }
     }
 
