@@ -13,7 +13,9 @@ constexpr int kWidest = 60;               ///< columns of a title
 constexpr int kRoomy = 44;                ///< columns above which a title is cut at its commas
 constexpr std::uint32_t kLongestRun = 64; ///< tokens of a run that are looked at
 constexpr int kNone = -1000;
+constexpr int kOpening = 20;      ///< for the words that a text opens with
 constexpr int kTopic = 20;        ///< for what a conversation is about
+constexpr int kCount = 16;        ///< less for what opens with a number: "2 guests"
 constexpr int kPlaceName = 24;    ///< less for what rather names a place: "flat 4"
 constexpr int kNoContent = 30;    ///< less for words that say nothing of what happens
 constexpr int kLoneKind = 14;     ///< less for "let's meet", of which only "meet" is left
@@ -128,8 +130,18 @@ private:
             reader.symbol(i, kClose) || isCrumb(i))
             return true;
         if (reader.symbol(i, '-'))
-            return !reader.glued(i) || !reader.glued(i + 1);
+            return (!reader.glued(i) || !reader.glued(i + 1)) && !isSubtitle(reader, i + 1);
         return token(i).kind == TokenKind::Link || token(i).kind == TokenKind::Mail;
+    }
+
+    /// "Osteoporosis – myths and facts" goes on behind its dash.
+    bool isSubtitle(const Reader &reader, std::uint32_t i) const {
+        const Token *next = reader.at(i);
+        return next && next->kind == TokenKind::Word && !next->capital && !next->unspaced &&
+               !next->used && !reader.has(i, Meaning::Chatter) &&
+               !reader.has(i, Meaning::PlaceMarker) && !reader.has(i, Meaning::PlaceNoun) &&
+               !reader.has(i, Meaning::TitleLead) && !reader.has(i, Meaning::AsideLead) &&
+               !reader.has(i, Meaning::RoleWord) && !reader.has(i, Meaning::Event);
     }
 
     bool isSoftBreak(const Reader &reader, std::uint32_t i) const {
@@ -396,6 +408,8 @@ private:
         const bool kind = isCalledByNext(trimmed);
         if (first && isHeading(part) && !kind)
             score += 48;
+        else if (m_first && !field.spoken && part.begin == field.begin && !sameSentence)
+            score += kOpening;
         if (contains(trimmed, Meaning::Event) && !namesHost(trimmed))
             score += 16;
         else if (!hasContent(trimmed))
@@ -458,6 +472,13 @@ private:
         return trimmed.end == m_choice.timeSpan.begin || trimmed.end == m_choice.dateSpan.begin;
     }
 
+    /// "Tobias, see you at nine": whom the text speaks to.
+    bool isVocative(TokenSpan part, TokenSpan trimmed) const {
+        return part.begin == 0 && trimmed.end == part.begin + 1 && token(part.begin).capital &&
+               !token(part.begin).unspaced && token(part.begin).word == 0 &&
+               trimmed.end < m_document.tokens.size() && token(trimmed.end).symbol == ',';
+    }
+
     /// Not only words that hold a sentence together: "hast du", "there is".
     bool hasContent(TokenSpan span) const {
         constexpr Meaning kAround[] = {Meaning::Common,      Meaning::Chatter,  Meaning::Greeting,
@@ -518,6 +539,10 @@ private:
             score -= 30;
         if (isCode(trimmed) || isTrail(trimmed))
             score -= 60;
+        if (isVocative(part, trimmed))
+            score -= 50;
+        if (token(trimmed.begin).kind == TokenKind::Number && !contains(trimmed, Meaning::Event))
+            score -= kCount;
         if (isAddress(trimmed))
             score -= 24;
         else if (!m_first && !contains(trimmed, Meaning::Event) &&
