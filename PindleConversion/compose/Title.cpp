@@ -15,7 +15,9 @@ constexpr std::uint32_t kLongestRun = 64; ///< tokens of a run that are looked a
 constexpr int kNone = -1000;
 constexpr int kOpening = 20;      ///< for the words that a text opens with
 constexpr int kTopic = 20;        ///< for what a conversation is about
-constexpr int kCount = 16;        ///< less for what opens with a number: "2 guests"
+constexpr int kFlight = 30;       ///< for the number of a flight
+constexpr int kGeneric = 300;     ///< less for a label's value that says nothing: "Reminder"
+constexpr int kCount = 40;        ///< less for what opens with a number: "2 guests"
 constexpr int kPlaceName = 24;    ///< less for what rather names a place: "flat 4"
 constexpr int kNoContent = 30;    ///< less for words that say nothing of what happens
 constexpr int kLoneKind = 14;     ///< less for "let's meet", of which only "meet" is left
@@ -345,6 +347,16 @@ private:
         return numbers > 1;
     }
 
+    /// "KL 0592", "SQ326"
+    bool hasFlightNumber(TokenSpan span) const {
+        for (std::uint32_t i = span.begin; i + 1 < span.end; ++i)
+            if (token(i).kind == TokenKind::Word && token(i).end - token(i).begin == 2 &&
+                token(i).upper() && token(i + 1).kind == TokenKind::Number &&
+                token(i + 1).digits >= 2 && token(i + 1).digits <= 4)
+                return true;
+        return false;
+    }
+
     /// "Home > Courses > Crafts": where a page stands.
     bool isTrail(TokenSpan span) const {
         for (std::uint32_t i = span.begin; i < span.end; ++i)
@@ -416,6 +428,8 @@ private:
             score -= kNoContent;
         if (isQuoted(part))
             score += 30;
+        if (m_choice.kind == EventKind::Travel && hasFlightNumber(trimmed))
+            score += kFlight;
         if (run.beforeUsed && sameSentence && part.end == run.span.end)
             score += 4;
         constexpr int kAnnouncement = -40;
@@ -529,7 +543,8 @@ private:
             score -= 40;
         if (isPageHead(reader, {part.begin, std::max(part.begin, trimmed.end)}) ||
             isOnlyOnline(trimmed))
-            score -= 60;
+            score -=
+                m_document.fields[token(part.begin).field].label == Label::Title ? kGeneric : 60;
         if (begin < part.end && token(begin).symbol == '(')
             score -= 25;
         // "保護者の皆様": whom the text speaks to.
