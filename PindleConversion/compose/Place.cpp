@@ -310,6 +310,12 @@ private:
             current.end - current.begin == 1 && reader.has(i - 1, Meaning::PlaceNoun);
         // "Igreja de São Pedro"
         const bool ofName = i > begin + 1 && reader.has(i - 1, Meaning::Of) && token(i - 2).capital;
+        // "hal van blok B"
+        const bool ofKind = reader.has(i, Meaning::Of) && reader.has(i - 1, Meaning::PlaceNoun) &&
+                            reader.word(i + 1) && !token(i + 1).used &&
+                            (token(i + 1).capital || reader.has(i + 1, Meaning::PlaceNoun));
+        if (ofKind)
+            return false;
         const bool goesOn = token(i - 1).capital || reader.symbol(i - 1, ',') || letter || ofName;
         return stopWord && !(current.capital && goesOn);
     }
@@ -369,8 +375,7 @@ private:
         const bool article =
             marker.length > 1 && token(last).capital && reader.has(last, Meaning::The);
         const std::uint32_t begin = article ? last : last + 1;
-        if (!reader.at(begin) || endsPhrase(reader, i) ||
-            (reader.has(begin, Meaning::NotAPlace) && !isStreet(reader, begin, begin)) ||
+        if (!reader.at(begin) || endsPhrase(reader, i) || refusesPlace(reader, begin) ||
             reader.has(begin, Meaning::Greeting) || token(begin).used)
             return;
         const std::uint32_t end = nameEnd(reader, begin);
@@ -440,6 +445,14 @@ private:
                 (back > 2 && ends(Meaning::TitleLead, back)))
                 return true;
         return false;
+    }
+
+    /// "in corso" is no place, but "in corso Garibaldi" and "op mijn kantoor" are.
+    bool refusesPlace(const Reader &reader, std::uint32_t begin) const {
+        const Sense *refused = reader.sense(begin, Meaning::NotAPlace);
+        return refused && !isStreet(reader, begin, begin) &&
+               !(refused->length == 1 && !token(begin).capital &&
+                 reader.has(begin + 1, Meaning::PlaceNoun));
     }
 
     /// The kind of place that starts the name before token `i`, or `i`.
@@ -832,8 +845,9 @@ private:
         // "place du Marché" is no market.
         const bool nounFirst =
             reader.has(begin, Meaning::PlaceNoun) || reader.has(begin, Meaning::StreetWord);
-        const bool named = token(begin).upper() && token(end - 1).upper() && begin + 1 < end &&
-                           !reader.has(end - 1, Meaning::Event);
+        const std::uint32_t last = end - (reader.symbol(end - 1, '.') ? 2 : 1);
+        const bool named = token(begin).upper() && begin < last && token(last).upper() &&
+                           !reader.has(last, Meaning::Event);
         const bool placeFirst =
             isKindOfPlace(reader, {begin, end}) || isNamedKind(reader, {begin, end}) ||
             (nounFirst &&

@@ -144,7 +144,8 @@ std::optional<ClockSpec> readDigits(const Reader &reader, std::uint32_t i, std::
         clock.literal = true;
         j += mark->length;
     } else if (mark && reader.glued(j) && (clock.hour > 4 || isAnnounced(reader, i))) {
-        clock.literal = clock.sure = true;
+        clock.sure = true;
+        clock.literal = clock.literal || clock.hour > 4;
         j += mark->length;
     }
     j = readMinutesBehind(reader, j, clock);

@@ -243,7 +243,8 @@ std::optional<TimeMention> readTime(const Reader &reader, std::uint32_t i, bool 
     // "..., 19.45 verzamelen": so are hours past twelve where they are counted on.
     const bool late =
         start->minuteGiven && start->literal && start->hour > 12 && start->minute % 5 == 0 &&
-        mention.start.clock24 && i > 0 && reader.symbol(i - 1, ',') &&
+        (mention.start.clock24 || reader.language(i).dayOrder == DayOrder::DayFirst) && i > 0 &&
+        reader.symbol(i - 1, ',') &&
         (reader.has(zoned, Meaning::Connector) || reader.has(zoned, Meaning::PlaceMarker));
     mention.start.sure = mention.start.sure || last || late;
     const bool listed = mention.end && isListedRange(reader, i, zoned);
