@@ -10,8 +10,9 @@ namespace pindle::conversion {
 namespace {
 
 constexpr int kLeastScore = 20;
-constexpr int kFrom = 30;  ///< where something comes from
-constexpr int kAside = 35; ///< less for a place that something else happens at
+constexpr int kFrom = 30;    ///< where something comes from
+constexpr int kUnnamed = 46; ///< "the park"
+constexpr int kAside = 35;   ///< less for a place that something else happens at
 constexpr int kNamedStay = 30;
 constexpr int kOwnLine = 26;                ///< more for a place that has the line below the date
 constexpr int kAsked = 12;                  ///< less for a place that a speaker only asks about
@@ -312,6 +313,12 @@ private:
             current.end - current.begin == 1 && reader.has(i - 1, Meaning::PlaceNoun);
         // "Igreja de São Pedro"
         const bool ofName = i > begin + 1 && reader.has(i - 1, Meaning::Of) && token(i - 2).capital;
+        // "hal van blok B"
+        const bool ofKind = reader.has(i, Meaning::Of) && reader.has(i - 1, Meaning::PlaceNoun) &&
+                            reader.word(i + 1) && !token(i + 1).used &&
+                            (token(i + 1).capital || reader.has(i + 1, Meaning::PlaceNoun));
+        if (ofKind)
+            return false;
         const bool goesOn = token(i - 1).capital || reader.symbol(i - 1, ',') || letter || ofName;
         return stopWord && !(current.capital && goesOn);
     }
@@ -371,8 +378,7 @@ private:
         const bool article =
             marker.length > 1 && token(last).capital && reader.has(last, Meaning::The);
         const std::uint32_t begin = article ? last : last + 1;
-        if (!reader.at(begin) || endsPhrase(reader, i) ||
-            (reader.has(begin, Meaning::NotAPlace) && !isStreet(reader, begin, begin)) ||
+        if (!reader.at(begin) || endsPhrase(reader, i) || refusesPlace(reader, begin) ||
             reader.has(begin, Meaning::Greeting) || token(begin).used)
             return;
         const std::uint32_t end = nameEnd(reader, begin);
@@ -413,7 +419,7 @@ private:
         if (marker.value == 1 && (named || known))
             offer({nounBefore(reader, i, begin), end},
                   isFrom(reader, i) ? kFrom
-                  : known           ? 58 - headingPenalty(i)
+                  : known           ? (named ? 58 : kUnnamed) - headingPenalty(i)
                                     : 50 - 2 * headingPenalty(i),
                   i);
         else if (marker.value == 1 && token(begin).possessive && shape.words <= 3)
@@ -441,6 +447,14 @@ private:
                 (back > 2 && ends(Meaning::TitleLead, back)))
                 return true;
         return false;
+    }
+
+    /// "in corso" is no place, but "in corso Garibaldi" and "op mijn kantoor" are.
+    bool refusesPlace(const Reader &reader, std::uint32_t begin) const {
+        const Sense *refused = reader.sense(begin, Meaning::NotAPlace);
+        return refused && !isStreet(reader, begin, begin) &&
+               !(refused->length == 1 && !token(begin).capital &&
+                 reader.has(begin + 1, Meaning::PlaceNoun));
     }
 
     /// The kind of place that starts the name before token `i`, or `i`.
@@ -559,13 +573,20 @@ private:
         const bool ofTime = reader.has(i, Meaning::RangeTo) || reader.has(i, Meaning::TimeMarker);
         const bool behindTime = i > 0 && token(i - 1).used;
         if (ofTime)
-            return (marker.length > 1 || behindTime) && shape.noun;
+            return (marker.length > 1 || behindTime || isVisit(reader, i)) && shape.noun;
         const bool inside = reader.has(i, Meaning::In);
         if (!inside)
             return reader.has(i, Meaning::DateMarker)
                        ? shape.noun && shape.words <= 4 && !shape.event
                        : shape.noun;
         return shape.noun || shape.street || (shape.title && !shape.event);
+    }
+
+    /// "field trip to the Aquarium"
+    static bool isVisit(const Reader &reader, std::uint32_t i) {
+        const Token *name = reader.at(i + 2);
+        return i > 0 && reader.has(i, Meaning::RangeTo) && reader.has(i - 1, Meaning::Event) &&
+               reader.has(i + 1, Meaning::The) && name && name->capital;
     }
 
     bool joinsName(const Reader &reader, std::uint32_t i, std::uint32_t with) const {
@@ -834,8 +855,11 @@ private:
         // "place du Marché" is no market.
         const bool nounFirst =
             reader.has(begin, Meaning::PlaceNoun) || reader.has(begin, Meaning::StreetWord);
-        const bool named = token(begin).upper() && token(end - 1).upper() && begin + 1 < end &&
-                           !reader.has(end - 1, Meaning::Event);
+        const std::uint32_t last = end - (reader.symbol(end - 1, '.') ? 2 : 1);
+        const Sense *event = reader.sense(begin, Meaning::Event);
+        // "Pub Quiz" is no pub.
+        const bool named = token(begin).upper() && begin < last && token(last).upper() &&
+                           !reader.has(last, Meaning::Event) && (!event || event->length == 1);
         const bool placeFirst =
             isKindOfPlace(reader, {begin, end}) || isNamedKind(reader, {begin, end}) ||
             (nounFirst &&

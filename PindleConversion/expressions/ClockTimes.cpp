@@ -144,7 +144,8 @@ std::optional<ClockSpec> readDigits(const Reader &reader, std::uint32_t i, std::
         clock.literal = true;
         j += mark->length;
     } else if (mark && reader.glued(j) && (clock.hour > 4 || isAnnounced(reader, i))) {
-        clock.literal = clock.sure = true;
+        clock.sure = true;
+        clock.literal = clock.literal || clock.hour > 4;
         j += mark->length;
     }
     j = readMinutesBehind(reader, j, clock);
@@ -165,7 +166,10 @@ std::optional<ClockSpec> readDigits(const Reader &reader, std::uint32_t i, std::
 namespace {
 
 std::optional<ClockSpec> readBareClock(const Reader &reader, std::uint32_t i, std::uint32_t &next) {
-    if (const Sense *named = reader.sense(i, Meaning::ClockWord)) {
+    // "Brussels-Midi" is a station.
+    const bool joined = i > 0 && reader.glued(i) && reader.symbol(i - 1, '-') &&
+                        reader.glued(i - 1) && !reader.at(i)->unspaced;
+    if (const Sense *named = joined ? nullptr : reader.sense(i, Meaning::ClockWord)) {
         ClockSpec clock;
         clock.hour = named->value / 60;
         clock.minute = named->value % 60;

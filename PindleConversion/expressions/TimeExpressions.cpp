@@ -64,6 +64,12 @@ std::uint32_t readPartBehind(const Reader &reader, std::uint32_t i, TimeMention 
     return reader.has(j, Meaning::RelativeDay) ? i : j + part->length;
 }
 
+void setHalf(ClockSpec &clock, DayPart part) {
+    constexpr int kNoon = 12;
+    if (clock.meridiem < 0 && clock.hour <= kNoon && clock.hour > 0)
+        clock.meridiem = part == DayPart::Morning ? 0 : 1;
+}
+
 struct End {
     ClockSpec clock;
     std::uint32_t next = 0;
@@ -223,10 +229,18 @@ std::optional<TimeMention> readTime(const Reader &reader, std::uint32_t i, bool 
     if (const auto end =
             moved ? std::nullopt : readEnd(reader, zoned, rangeWordBefore(reader, i) != nullptr);
         end) {
+        const DayPart first = mention.part;
         mention.end = end->clock;
         next = end->next;
         zoned = readZone(reader, next, true, mention);
+        mention.part = DayPart::None;
         zoned = readPartBehind(reader, zoned, mention);
+        // "9 in the evening till 6 in the morning": each end has its own half of the day.
+        if (first != DayPart::None && mention.part != DayPart::None) {
+            setHalf(mention.start, first);
+            setHalf(*mention.end, mention.part);
+        }
+        mention.part = first != DayPart::None ? first : mention.part;
     } else if (const auto arrival = afterDate && start->literal && reader.at(i)->digits == 4
                                         ? readTicketEnd(reader, zoned)
                                         : std::nullopt) {
@@ -243,7 +257,8 @@ std::optional<TimeMention> readTime(const Reader &reader, std::uint32_t i, bool 
     // "..., 19.45 verzamelen": so are hours past twelve where they are counted on.
     const bool late =
         start->minuteGiven && start->literal && start->hour > 12 && start->minute % 5 == 0 &&
-        mention.start.clock24 && i > 0 && reader.symbol(i - 1, ',') &&
+        (mention.start.clock24 || reader.language(i).dayOrder == DayOrder::DayFirst) && i > 0 &&
+        reader.symbol(i - 1, ',') &&
         (reader.has(zoned, Meaning::Connector) || reader.has(zoned, Meaning::PlaceMarker));
     mention.start.sure = mention.start.sure || last || late;
     const bool listed = mention.end && isListedRange(reader, i, zoned);
