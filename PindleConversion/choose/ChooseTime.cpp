@@ -23,6 +23,8 @@ bool Chooser::belongsToOther(const TimeMention &time) const {
             continue;
         if (other.date.first == mine.date.first ||
             roleOf(other.mention->span.begin) == Role::MovedFrom ||
+            (roleOf(other.mention->span.begin) == Role::End && at < other.mention->span.begin &&
+             roleOf(at) != Role::End) ||
             (other.mention->repeated && !mine.mention->repeated))
             continue;
         if (!ownSentence || gap(other.mention->span, time.span) < own)

@@ -10,8 +10,9 @@ namespace pindle::conversion {
 namespace {
 
 constexpr int kLeastScore = 20;
-constexpr int kFrom = 30;  ///< where something comes from
-constexpr int kAside = 35; ///< less for a place that something else happens at
+constexpr int kFrom = 30;    ///< where something comes from
+constexpr int kUnnamed = 46; ///< "the park"
+constexpr int kAside = 35;   ///< less for a place that something else happens at
 constexpr int kNamedStay = 30;
 constexpr int kOwnLine = 26;                ///< more for a place that has the line below the date
 constexpr int kAsked = 12;                  ///< less for a place that a speaker only asks about
@@ -416,7 +417,7 @@ private:
         if (marker.value == 1 && (named || known))
             offer({nounBefore(reader, i, begin), end},
                   isFrom(reader, i) ? kFrom
-                  : known           ? 58 - headingPenalty(i)
+                  : known           ? (named ? 58 : kUnnamed) - headingPenalty(i)
                                     : 50 - 2 * headingPenalty(i),
                   i);
         else if (marker.value == 1 && token(begin).possessive && shape.words <= 3)
@@ -570,13 +571,20 @@ private:
         const bool ofTime = reader.has(i, Meaning::RangeTo) || reader.has(i, Meaning::TimeMarker);
         const bool behindTime = i > 0 && token(i - 1).used;
         if (ofTime)
-            return (marker.length > 1 || behindTime) && shape.noun;
+            return (marker.length > 1 || behindTime || isVisit(reader, i)) && shape.noun;
         const bool inside = reader.has(i, Meaning::In);
         if (!inside)
             return reader.has(i, Meaning::DateMarker)
                        ? shape.noun && shape.words <= 4 && !shape.event
                        : shape.noun;
         return shape.noun || shape.street || (shape.title && !shape.event);
+    }
+
+    /// "field trip to the Aquarium"
+    static bool isVisit(const Reader &reader, std::uint32_t i) {
+        const Token *name = reader.at(i + 2);
+        return i > 0 && reader.has(i, Meaning::RangeTo) && reader.has(i - 1, Meaning::Event) &&
+               reader.has(i + 1, Meaning::The) && name && name->capital;
     }
 
     bool joinsName(const Reader &reader, std::uint32_t i, std::uint32_t with) const {
@@ -845,8 +853,10 @@ private:
         const bool nounFirst =
             reader.has(begin, Meaning::PlaceNoun) || reader.has(begin, Meaning::StreetWord);
         const std::uint32_t last = end - (reader.symbol(end - 1, '.') ? 2 : 1);
+        const Sense *event = reader.sense(begin, Meaning::Event);
+        // "Pub Quiz" is no pub.
         const bool named = token(begin).upper() && begin < last && token(last).upper() &&
-                           !reader.has(last, Meaning::Event);
+                           !reader.has(last, Meaning::Event) && (!event || event->length == 1);
         const bool placeFirst =
             isKindOfPlace(reader, {begin, end}) || isNamedKind(reader, {begin, end}) ||
             (nounFirst &&

@@ -419,7 +419,7 @@ private:
             score += kTopic;
         if (field.cell && &field == &m_document.fields.front())
             score += 20;
-        const bool kind = isCalledByNext(trimmed);
+        const bool kind = isCalledByNext(trimmed) || (alone && isKindAbove(field, trimmed));
         if (first && isHeading(part) && !kind)
             score += 48;
         if (contains(trimmed, Meaning::Event) && !namesHost(trimmed))
@@ -442,6 +442,9 @@ private:
         if (alone && isHeading(part) && !contains(trimmed, Meaning::Event) &&
             (isPerson(reader, part.begin) || isSignature(field)))
             less -= 40;
+        // The subject of a mail may say no more than that something was booked.
+        if (field.label == Label::Title && isPageHead(reader, part))
+            less -= 360;
         score += less;
         if (!reader.has(part.begin, Meaning::Greeting) && !kind && less > kAnnouncement &&
             !isNotice(reader, part) && !tellsRole(trimmed))
@@ -597,6 +600,20 @@ private:
         const bool crumb = part.end < m_document.tokens.size() && isCrumb(part.end) &&
                            m_document.sameSentence(part.begin, part.end);
         return crumb || (slash && !number && part.begin == 0);
+    }
+
+    /// "Workshop" on a line above "Sourdough for Beginners".
+    bool isKindAbove(const Field &field, TokenSpan trimmed) const {
+        const Field *next = &field + 1;
+        if (next > &m_document.fields.back() || next->begin >= m_choice.anchor() ||
+            next->label != Label::None || next->line != field.line + 1 || field.cell ||
+            next->spoken)
+            return false;
+        const Reader reader(m_document, trimmed.end);
+        const Sense *event = reader.sense(trimmed.begin, Meaning::Event);
+        const Token &word = token(next->begin);
+        return event && trimmed.begin + event->length == trimmed.end && word.capital &&
+               !word.used && trimmed.begin == field.begin;
     }
 
     /// "Webinar: Reading a Balance Sheet", "Webinar | Reading a Balance Sheet": the kind stands

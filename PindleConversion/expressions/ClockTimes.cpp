@@ -179,7 +179,10 @@ std::optional<ClockSpec> readDigits(const Reader &reader, std::uint32_t i, std::
 namespace {
 
 std::optional<ClockSpec> readBareClock(const Reader &reader, std::uint32_t i, std::uint32_t &next) {
-    if (const Sense *named = reader.sense(i, Meaning::ClockWord)) {
+    // "Brussels-Midi" is a station.
+    const bool joined = i > 0 && reader.glued(i) && reader.symbol(i - 1, '-') &&
+                        reader.glued(i - 1) && !reader.at(i)->unspaced;
+    if (const Sense *named = joined ? nullptr : reader.sense(i, Meaning::ClockWord)) {
         ClockSpec clock;
         clock.hour = named->value / 60;
         clock.minute = named->value % 60;

@@ -11,6 +11,7 @@ struct Part {
     int days = 0;
     std::uint32_t next = 0;
     bool hyphen = false;
+    bool nights = false;
 };
 
 int unitMinutes(Unit unit) {
@@ -57,11 +58,13 @@ std::optional<Part> readPart(const Reader &reader, std::uint32_t i) {
     else if (which == Unit::Day && tenths == 0)
         part.days = *count;
     else if (which == Unit::Night && tenths == 0)
-        part.days = *count + 1; // two nights are three days
+        part.nights = true;
     else if (which == Unit::Week && tenths == 0)
         part.days = 7 * *count;
     else
         return std::nullopt;
+    if (part.nights)
+        part.days = *count + 1; // two nights are three days
     return part;
 }
 
@@ -141,7 +144,8 @@ std::optional<DurationMention> readDuration(const Reader &reader, std::uint32_t 
                         isListed(reader, i, part->next);
     if (!marked && !listed && !bracket && !part->hyphen && !told)
         return std::nullopt;
-    if (reader.has(part->next, Meaning::NoDuration) || (part->days > 0 && !marked))
+    if ((reader.has(part->next, Meaning::NoDuration) && !part->nights) ||
+        (part->days > 0 && !marked && !part->nights))
         return std::nullopt;
     // "(16h à Paris)" is a time elsewhere.
     const bool elsewhere = isHour(reader, i, *part) && (reader.has(part->next, Meaning::RangeTo) ||

@@ -195,6 +195,8 @@ private:
             next = reader.sense(i, Meaning::RoleWord) ? i + 1 : i + time->length;
             if (next != m_marked)
                 next = m_marked;
+        } else if (reader.symbol(i, ',') && m_document.fields[m_document.tokens[i].field].spoken) {
+            m_marked = i + 1;
         } else if (m_marked == i && isPassage(reader, i)) {
             m_marked = i + 1;
         }

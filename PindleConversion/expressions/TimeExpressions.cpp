@@ -64,6 +64,12 @@ std::uint32_t readPartBehind(const Reader &reader, std::uint32_t i, TimeMention 
     return reader.has(j, Meaning::RelativeDay) ? i : j + part->length;
 }
 
+void setHalf(ClockSpec &clock, DayPart part) {
+    constexpr int kNoon = 12;
+    if (clock.meridiem < 0 && clock.hour <= kNoon && clock.hour > 0)
+        clock.meridiem = part == DayPart::Morning ? 0 : 1;
+}
+
 struct End {
     ClockSpec clock;
     std::uint32_t next = 0;
@@ -225,10 +231,18 @@ std::optional<TimeMention> readTime(const Reader &reader, std::uint32_t i, bool 
     if (const auto end =
             moved ? std::nullopt : readEnd(reader, zoned, rangeWordBefore(reader, i) != nullptr);
         end) {
+        const DayPart first = mention.part;
         mention.end = end->clock;
         next = end->next;
         zoned = readZone(reader, next, true, mention);
+        mention.part = DayPart::None;
         zoned = readPartBehind(reader, zoned, mention);
+        // "9 in the evening till 6 in the morning": each end has its own half of the day.
+        if (first != DayPart::None && mention.part != DayPart::None) {
+            setHalf(mention.start, first);
+            setHalf(*mention.end, mention.part);
+        }
+        mention.part = first != DayPart::None ? first : mention.part;
     } else if (const auto arrival = afterDate && start->literal && reader.at(i)->digits == 4
                                         ? readTicketEnd(reader, zoned)
                                         : std::nullopt) {
