@@ -59,7 +59,7 @@ int Chooser::scoreDate(const Dated &dated, int index) {
     if (isDue(token))
         score -= 18;
     if (dated.mention->first.base == DateSpec::Base::DayOnly && !dated.mention->first.monthGiven)
-        score -= 12;
+        score -= isOnlyDay(dated) ? 12 : 40;
     if (tellsOpeningHours(dated) || hasFirstDay(dated))
         score -= 45;
     switch (roleOf(token)) {
@@ -91,6 +91,14 @@ int Chooser::scoreDate(const Dated &dated, int index) {
     if (sentenceHas(token, Meaning::Event))
         score += 10;
     return score;
+}
+
+bool Chooser::isOnlyDay(const Dated &dated) const {
+    return std::none_of(m_dates.begin(), m_dates.end(), [&](const Dated &other) {
+        return other.mention != dated.mention && !other.mention->weak && !isPast(other) &&
+               other.mention->first.base != DateSpec::Base::DayOnly &&
+               roleOf(other.mention->span.begin) == Role::None;
+    });
 }
 
 bool Chooser::isDue(std::uint32_t token) const {

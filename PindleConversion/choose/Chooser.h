@@ -71,6 +71,8 @@ private:
     bool hasTimeBeside(TokenSpan span) const;
     int scoreDate(const Dated &dated, int index);
     /// "Tue-Sun" beside the days of an exhibition.
+    /// "on 5th" is a day where no other is named; else it may be a street.
+    bool isOnlyDay(const Dated &dated) const;
     /// "by Friday": until when something is to be done.
     bool isDue(std::uint32_t token) const;
     bool tellsOpeningHours(const Dated &dated) const;

@@ -422,7 +422,8 @@ private:
                   i);
         else if (marker.value == 1 && token(begin).possessive && shape.words <= 3)
             offer({begin, end}, 40, i);
-        else if (marker.value == 1 && determined && shape.words <= 4 && shape.words > 1)
+        else if (marker.value == 1 && determined && !shape.event && shape.words <= 4 &&
+                 shape.words > 1)
             offer({begin, end}, 30, i);
         else if (marker.value == 0 && determined && shape.words <= 3 && i > 0 &&
                  token(i - 1).used && reader.has(i, Meaning::In))

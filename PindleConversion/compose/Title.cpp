@@ -13,7 +13,11 @@ constexpr int kWidest = 60;               ///< columns of a title
 constexpr int kRoomy = 44;                ///< columns above which a title is cut at its commas
 constexpr std::uint32_t kLongestRun = 64; ///< tokens of a run that are looked at
 constexpr int kNone = -1000;
+constexpr int kOpening = 20;      ///< for the words that a text opens with
 constexpr int kTopic = 20;        ///< for what a conversation is about
+constexpr int kFlight = 30;       ///< for the number of a flight
+constexpr int kGeneric = 300;     ///< less for a label's value that says nothing: "Reminder"
+constexpr int kCount = 40;        ///< less for what opens with a number: "2 guests"
 constexpr int kPlaceName = 24;    ///< less for what rather names a place: "flat 4"
 constexpr int kNoContent = 30;    ///< less for words that say nothing of what happens
 constexpr int kLoneKind = 14;     ///< less for "let's meet", of which only "meet" is left
@@ -128,8 +132,18 @@ private:
             reader.symbol(i, kClose) || isCrumb(i))
             return true;
         if (reader.symbol(i, '-'))
-            return !reader.glued(i) || !reader.glued(i + 1);
+            return (!reader.glued(i) || !reader.glued(i + 1)) && !isSubtitle(reader, i + 1);
         return token(i).kind == TokenKind::Link || token(i).kind == TokenKind::Mail;
+    }
+
+    /// "Osteoporosis – myths and facts" goes on behind its dash.
+    bool isSubtitle(const Reader &reader, std::uint32_t i) const {
+        const Token *next = reader.at(i);
+        return next && next->kind == TokenKind::Word && !next->capital && !next->unspaced &&
+               !next->used && !reader.has(i, Meaning::Chatter) &&
+               !reader.has(i, Meaning::PlaceMarker) && !reader.has(i, Meaning::PlaceNoun) &&
+               !reader.has(i, Meaning::TitleLead) && !reader.has(i, Meaning::AsideLead) &&
+               !reader.has(i, Meaning::RoleWord) && !reader.has(i, Meaning::Event);
     }
 
     bool isSoftBreak(const Reader &reader, std::uint32_t i) const {
@@ -359,6 +373,16 @@ private:
         return numbers > 1;
     }
 
+    /// "KL 0592", "SQ326"
+    bool hasFlightNumber(TokenSpan span) const {
+        for (std::uint32_t i = span.begin; i + 1 < span.end; ++i)
+            if (token(i).kind == TokenKind::Word && token(i).end - token(i).begin == 2 &&
+                token(i).upper() && token(i + 1).kind == TokenKind::Number &&
+                token(i + 1).digits >= 2 && token(i + 1).digits <= 4)
+                return true;
+        return false;
+    }
+
     /// "Home > Courses > Crafts": where a page stands.
     bool isTrail(TokenSpan span) const {
         for (std::uint32_t i = span.begin; i < span.end; ++i)
@@ -422,12 +446,16 @@ private:
         const bool kind = isCalledByNext(trimmed) || (alone && isKindAbove(field, trimmed));
         if (first && isHeading(part) && !kind)
             score += 48;
+        else if (m_first && !field.spoken && part.begin == field.begin && !sameSentence)
+            score += kOpening;
         if (contains(trimmed, Meaning::Event) && !namesHost(trimmed))
             score += 16;
         else if (!hasContent(trimmed))
             score -= kNoContent;
         if (isQuoted(part))
             score += 30;
+        if (m_choice.kind == EventKind::Travel && hasFlightNumber(trimmed))
+            score += kFlight;
         if (run.beforeUsed && sameSentence && part.end == run.span.end)
             score += 4;
         constexpr int kAnnouncement = -40;
@@ -487,6 +515,13 @@ private:
         return trimmed.end == m_choice.timeSpan.begin || trimmed.end == m_choice.dateSpan.begin;
     }
 
+    /// "Tobias, see you at nine": whom the text speaks to.
+    bool isVocative(TokenSpan part, TokenSpan trimmed) const {
+        return part.begin == 0 && trimmed.end == part.begin + 1 && token(part.begin).capital &&
+               !token(part.begin).unspaced && token(part.begin).word == 0 &&
+               trimmed.end < m_document.tokens.size() && token(trimmed.end).symbol == ',';
+    }
+
     /// Not only words that hold a sentence together: "hast du", "there is".
     bool hasContent(TokenSpan span) const {
         constexpr Meaning kAround[] = {Meaning::Common,      Meaning::Chatter,  Meaning::Greeting,
@@ -537,7 +572,8 @@ private:
             score -= 40;
         if (isPageHead(reader, {part.begin, std::max(part.begin, trimmed.end)}) ||
             isOnlyOnline(trimmed))
-            score -= 60;
+            score -=
+                m_document.fields[token(part.begin).field].label == Label::Title ? kGeneric : 60;
         if (begin < part.end && token(begin).symbol == '(')
             score -= 25;
         // "保護者の皆様": whom the text speaks to.
@@ -547,6 +583,10 @@ private:
             score -= 30;
         if (isCode(trimmed) || isTrail(trimmed))
             score -= 60;
+        if (isVocative(part, trimmed))
+            score -= 50;
+        if (token(trimmed.begin).kind == TokenKind::Number && !contains(trimmed, Meaning::Event))
+            score -= kCount;
         if (isAddress(trimmed))
             score -= 24;
         else if (!m_first && !contains(trimmed, Meaning::Event) &&

@@ -101,6 +101,12 @@ LabelMatch labelAt(const Reader &reader, std::uint32_t i, bool lineStart) {
     // "日 = 4月1日"
     if (reader.symbol(j, ':') || (lineStart && reader.symbol(j, '=') && reader.at(i)->unspaced))
         return {settle(reader, label, j + 1, i), j + 1, end};
+    // "When.... Saturday"
+    if (lineStart && reader.symbol(j, '.') && reader.symbol(j + 1, '.')) {
+        while (reader.symbol(j, '.'))
+            ++j;
+        return {settle(reader, label, j, i), j, end};
+    }
     if (lineStart && reader.symbol(j, '-') && !reader.glued(j) && !reader.glued(j + 1) &&
         (isMoment(label) || label == Label::Place ||
          (label == Label::Title && isDashedList(reader.document(), j))))
@@ -339,11 +345,13 @@ private:
             begin = i += i < end && isDoubleSlash(reader, i) ? 2U : 1U;
         }
         const bool table = column > 1;
-        if (table && column == 2 && !allLabels && header[0] != Label::None &&
-            m_document.fields[firstField].end <= firstCellEnd)
+        // "Event | Wine night" above the rule is a row like those below.
+        const bool pair = table && column == 2 && !allLabels && header[0] != Label::None;
+        if (pair && m_document.fields[firstField].end <= firstCellEnd)
             m_document.fields[firstField].ignored = true;
-        if (isRule(lineBegin, end))
+        if (isRule(lineBegin, end) && !m_pairAbove)
             ignoreHeaderAbove();
+        m_pairAbove = pair;
         for (auto f = firstField; f < m_document.fields.size(); ++f)
             m_document.fields[f].cell = table;
         m_header.clear();
@@ -541,6 +549,7 @@ private:
     Document &m_document;
     std::uint32_t m_line = 0;
     bool m_spoken = false;
+    bool m_pairAbove = false; ///< the line above is a label and its value
     Label m_pending = Label::None;
     std::vector<Label> m_header;
 };
