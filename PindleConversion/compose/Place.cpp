@@ -271,10 +271,12 @@ private:
         const Sense *street = reader.sense(i, Meaning::StreetWord);
         if (!street)
             return false;
-        const Token *next = reader.at(i + 1);
+        // "ul. Krzywa"
+        const std::uint32_t at = reader.skipSymbol(i + street->length, '.');
+        const Token *next = reader.at(at);
         const bool numbered = next && street->value == 1 && next->kind == TokenKind::Number;
         return i > begin || token(i).word == 0 || numbered ||
-               (next && (next->capital || reader.has(i + 1, Meaning::Of)));
+               (next && (next->capital || reader.has(at, Meaning::Of)));
     }
 
     bool stops(const Reader &reader, std::uint32_t i, std::uint32_t begin) const {
@@ -625,7 +627,7 @@ private:
         const bool hyphened =
             i > begin && reader.symbol(i - 1, '-') && end == i + 1 && reader.has(i, Meaning::Event);
         // "pokój 3-osobowy"
-        const bool counted = isCounted(reader, i + 1);
+        const bool counted = isCounted(reader, i + 1) || isCounted(reader, begin);
         if (end - begin < 2 || hyphened || counted || isSeat(reader, i) ||
             tellsSeat(reader, begin, end) ||
             (!numbered && begin == i && reader.has(i, Meaning::Event)))
@@ -843,8 +845,9 @@ private:
                              reader.has(begin, Meaning::Chatter) ||
                              (reader.has(begin, Meaning::PlaceStop) && !token(begin).upper()) ||
                              token(begin).kind == TokenKind::Link || isSeat(reader, begin) ||
-                             isArrival(reader, begin) || reader.symbol(end, ':') ||
-                             isAnnounced(reader, begin) || tellsSeat(reader, begin, end);
+                             isCounted(reader, begin) || isArrival(reader, begin) ||
+                             reader.symbol(end, ':') || isAnnounced(reader, begin) ||
+                             tellsSeat(reader, begin, end);
         // Without spaces the name ends where the sentence goes on.
         if (token(begin).unspaced && !reader.has(end - 1, Meaning::PlaceNoun))
             end = std::clamp(nameEnd(reader, begin), begin + 1, end);
@@ -898,6 +901,12 @@ private:
             (!token(begin).unspaced || (begin == field.begin && end == field.end));
         if (!known && (loose || !(wholeName && (sameLine || nextLine || field.spoken))))
             return end;
+        // "Club Sin Rumbo – Av. Constituyentes 6120"
+        if (address && reader.symbol(begin - 1, '-') && !m_best.empty() &&
+            m_best.end + 1 == begin) {
+            m_best.end = whole;
+            return end;
+        }
         int score = known ? 34 : 22;
         // "Maison communale de Rixentaert" right below the date.
         if (known && nextLine && begin == field.begin && whole == field.end && token(begin).upper())

@@ -125,10 +125,15 @@ std::uint32_t readSecondDay(const Reader &reader, std::uint32_t i, int firstDay,
     return after;
 }
 
+bool isRoman(std::string_view word) {
+    return word.find_first_not_of("IVXivx") == std::string_view::npos;
+}
+
 /// "June 5", "June 5-7, 2026", "June the 5th".
 std::optional<DateMention> readMonthFirst(const Reader &reader, std::uint32_t i) {
     const Sense *month = reader.sense(i, Meaning::Month);
-    if (!month)
+    // "Jana Pawła II 15": numerals name a month only behind its day.
+    if (!month || isRoman(reader.document().slice(*reader.at(i))))
         return std::nullopt;
     std::uint32_t j = reader.skipSymbol(i + month->length, '.');
     j = reader.skip(j, Meaning::The);
@@ -314,6 +319,10 @@ bool endsBriefDate(const Reader &reader, std::uint32_t i) {
 /// "ul. Krzywa 11/3": house and flat.
 bool isHouseNumber(const Reader &reader, std::uint32_t i) {
     constexpr std::uint32_t kLongestStreet = 3;
+    // "Lindenstr. 11/3"
+    if (i > 1 && reader.symbol(i - 1, '.') && reader.document().tokens[i - 2].capital &&
+        reader.document().tokens[i - 2].word == 0)
+        return true;
     for (std::uint32_t k = 1; k <= std::min(kLongestStreet, i); ++k) {
         const Token &before = reader.document().tokens[i - k];
         if (reader.has(i - k, Meaning::StreetWord))

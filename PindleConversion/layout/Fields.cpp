@@ -509,6 +509,8 @@ private:
         if (dotted && reader.at(i + 1) &&
             (reader.at(i + 1)->kind == TokenKind::Number || i == begin + 3))
             return false;
+        if (before.kind == TokenKind::Word && isHouse(reader, i))
+            return false;
         if (before.kind != TokenKind::Word)
             return !isOrdinal(reader, i) && !isCountedNoun(reader, begin, i);
         // "Hall C." is no abbreviation.
@@ -528,6 +530,14 @@ private:
         return reader.has(i, Meaning::OrdinalMark) &&
                (reader.has(i + 1, Meaning::Month) || reader.has(i + 1, Meaning::Weekday) ||
                 (reader.word(i + 1) && !reader.at(i + 1)->capital));
+    }
+
+    /// "Lindenstr. 11": a number that nothing but a mark follows belongs to the name.
+    static bool isHouse(const Reader &reader, std::uint32_t i) {
+        const Token *next = reader.at(i + 2);
+        const bool open = next && (next->kind != TokenKind::Symbol || next->symbol == ':' ||
+                                   next->symbol == '.' || next->symbol == '-');
+        return reader.at(i - 1)->capital && reader.number(i + 1, 1, 999, 3) && !open;
     }
 
     /// "der 5. Klassen", ", 2. Stock": the number belongs to the noun behind it.
