@@ -245,6 +245,10 @@ private:
         if (span.empty())
             return span;
         const std::uint32_t last = span.end - 1;
+        if (const std::uint32_t length = lengthBehind(span); length != span.end)
+            return {span.begin, length};
+        if (closesQuote(span, last))
+            return span;
         if (isEdgeMark(token(last)) || token(last).symbol == '(' || token(last).symbol == '[' ||
             isUnopened(span, last))
             return {span.begin, last};
@@ -261,6 +265,28 @@ private:
                     return {span.begin, i};
             }
         return span;
+    }
+
+    /// "Course: 3 days" loses its length; returns where it starts, or the end.
+    std::uint32_t lengthBehind(TokenSpan span) const {
+        constexpr std::uint32_t kShortest = 4;
+        if (span.end < span.begin + kShortest)
+            return span.end;
+        const Reader reader(m_document, span.end);
+        const std::uint32_t count = span.end - 2;
+        const char32_t mark = token(count - 1).symbol;
+        const bool length = reader.number(count, 1, 99) && reader.has(count + 1, Meaning::UnitWord);
+        return length && (mark == ':' || mark == ',') ? count - 1 : span.end;
+    }
+
+    /// "Exhibition 'Light'": the quotation mark belongs to the one before.
+    bool closesQuote(TokenSpan span, std::uint32_t last) const {
+        if (token(last).symbol != '\'' || token(last).spaceBefore)
+            return false;
+        for (std::uint32_t i = span.begin + 1; i + 1 < last; ++i)
+            if (token(i).symbol == '\'' && token(i).spaceBefore)
+                return true;
+        return false;
     }
 
     /// A capitalised last word behind another is part of a name ("Sign On").

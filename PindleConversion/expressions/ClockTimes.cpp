@@ -84,6 +84,8 @@ bool spoiled(const Reader &reader, std::uint32_t begin, std::uint32_t next) {
         if (close && before.kind == TokenKind::Word && before.end - before.begin > 1)
             return true;
     }
+    if (isTimeBehindSlash(reader, next))
+        return false;
     if (reader.symbol(next, '%') || reader.symbol(next, '$') || reader.symbol(next, U'€') ||
         reader.symbol(next, U'£') || reader.symbol(next, '/'))
         return !(reader.symbol(next, '/') && reader.at(next)->spaceBefore);
@@ -97,6 +99,17 @@ bool spoiled(const Reader &reader, std::uint32_t begin, std::uint32_t next) {
                       reader.number(next + 1, 0, 99999999, 99);
     return more;
 }
+
+} // namespace
+
+bool isTimeBehindSlash(const Reader &reader, std::uint32_t i) {
+    return reader.symbol(i, '/') && reader.glued(i) && reader.glued(i + 1) &&
+           reader.number(i + 1, 0, 24) && reader.glued(i + 2) && reader.number(i + 3, 0, 59) &&
+           (reader.symbol(i + 2, ':') || reader.symbol(i + 2, '.') ||
+            reader.has(i + 2, Meaning::HourMark));
+}
+
+namespace {
 
 /// Behind "Uhr", "時": minutes may follow, and the hour is one for sure.
 std::uint32_t readHourWord(const Reader &reader, std::uint32_t i, ClockSpec &clock,

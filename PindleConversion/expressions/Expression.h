@@ -122,6 +122,8 @@ std::optional<TimeMention> readTime(const Reader &reader, std::uint32_t i, bool 
 /// One clock time; `next` becomes the token behind it.
 std::optional<ClockSpec> readClock(const Reader &reader, std::uint32_t i, std::uint32_t &next);
 
+/// "18:30/20:30": a second time behind a slash ends a range.
+bool isTimeBehindSlash(const Reader &reader, std::uint32_t i);
 /// A clock time in words: "half past two", "halb acht".
 std::optional<ClockSpec> readSpokenClock(const Reader &reader, std::uint32_t i,
                                          std::uint32_t &next);

@@ -112,9 +112,11 @@ std::optional<End> readEnd(const Reader &reader, std::uint32_t i, bool between) 
     if (!to && between)
         to = reader.sense(i, Meaning::And);
     End end;
-    if (!to)
+    const bool slash = !to && isTimeBehindSlash(reader, i);
+    if (!to && !slash)
         return std::nullopt;
-    const std::uint32_t at = skipAirport(reader, reader.skip(i + to->length, Meaning::The), i);
+    const std::uint32_t at =
+        slash ? i + 1 : skipAirport(reader, reader.skip(i + to->length, Meaning::The), i);
     const auto clock = readClock(reader, at, end.next);
     // "19h au 14 rue Basse"
     if (!clock ||
