@@ -1,0 +1,217 @@
+#include "PindleConversion/expressions/NumericDates.h"
+
+#include <algorithm>
+
+#include "PindleConversion/expressions/CalendarParts.h"
+
+namespace pindle::conversion {
+
+namespace {
+
+int fullYear(const Token &token) {
+    return static_cast<int>(token.digits <= 2 ? 2000 + token.number : token.number);
+}
+
+/// "2026-06-05", "2026/6/5".
+std::optional<DateMention> readYearFirst(const Reader &reader, std::uint32_t i) {
+    if (!isYear(reader, i) ||
+        !(reader.symbol(i + 1, '-') || reader.symbol(i + 1, '/') || reader.symbol(i + 1, '.')))
+        return std::nullopt;
+    const char32_t separator = reader.at(i + 1)->symbol;
+    if (!reader.number(i + 2, 1, 12) || !reader.symbol(i + 3, separator) ||
+        !reader.number(i + 4, 1, 31) || !reader.glued(i + 2) || !reader.glued(i + 4))
+        return std::nullopt;
+    return mentionOf(i, i + 5, static_cast<int>(reader.at(i + 2)->number),
+                     static_cast<int>(reader.at(i + 4)->number),
+                     static_cast<int>(reader.at(i)->number));
+}
+
+/// "20260605", before a "T".
+std::optional<DateMention> readCompactDate(const Reader &reader, std::uint32_t i) {
+    const Token *token = reader.at(i);
+    if (!token || token->kind != TokenKind::Number || token->digits != 8 || !reader.word(i + 1) ||
+        !reader.glued(i + 1) || !reader.glued(i + 2))
+        return std::nullopt;
+    const auto letter = reader.document().slice(*reader.at(i + 1));
+    const int month = static_cast<int>(token->number / 100 % 100);
+    const int day = static_cast<int>(token->number % 100);
+    const std::uint32_t year = token->number / 10000;
+    if (letter != "T" || year < kFirstYear || year > kLastYear || month < 1 || month > 12 ||
+        day < 1 || day > 31)
+        return std::nullopt;
+    return mentionOf(i, i + 1, month, day, static_cast<int>(year));
+}
+
+/// "6-4 om 8.20": two numbers with a hyphen are a day only where a time is said of them.
+bool isHyphenDay(const Reader &reader, std::uint32_t i) {
+    const std::uint32_t next = i + 3;
+    // "3-15 10:00" where the month stands first.
+    if (reader.symbol(i + 1, '-') && reader.language(i).script != Script::Latin &&
+        reader.number(next, 0, 23) && !reader.glued(next) && reader.symbol(next + 1, ':'))
+        return true;
+    const Sense *marker = reader.sense(next, Meaning::TimeMarker);
+    if (!reader.symbol(i + 1, '-') || !marker || reader.has(next, Meaning::RangeTo) ||
+        reader.language(i).dayOrder != DayOrder::DayFirst)
+        return false;
+    std::uint32_t behind = next;
+    const auto clock = readClock(reader, next + marker->length, behind);
+    return clock && (clock->minuteGiven || clock->sure);
+}
+
+bool isDotted(const Reader &reader, std::uint32_t i) {
+    return reader.number(i, 1, 31) && reader.symbol(i + 1, '.') && reader.glued(i + 1) &&
+           reader.number(i + 2, 1, 31) && reader.glued(i + 2);
+}
+
+/// "6.3" may be anything, but a weekday or a time beside it, or another such number behind
+/// "to", tells a date.
+bool isDatedBeside(const Reader &reader, std::uint32_t i) {
+    constexpr std::uint32_t kLastHour = 24;
+    const bool day = reader.number(i, kLastHour + 1, 31) || reader.number(i + 2, kLastHour + 1, 31);
+    if (i > 0 && reader.has(i - 1, Meaning::DateMarker) && !reader.has(i - 1, Meaning::TimeMarker))
+        return true;
+    if (i > 0 && day && reader.has(i - 1, Meaning::Weekday))
+        return true;
+    // "26.12 obiad rodzinny"
+    if (day && reader.at(i + 2)->digits == 2 && reader.has(i + 3, Meaning::Event))
+        return true;
+    constexpr std::uint32_t kFirstOfRange = 4;
+    if (i >= kFirstOfRange && day && reader.has(i - 1, Meaning::RangeTo) &&
+        isDotted(reader, i - kFirstOfRange))
+        return true;
+    const std::uint32_t next = reader.skipSymbol(i + 3, ',');
+    const std::uint32_t name = reader.skipSymbol(next, '(');
+    if (reader.has(name, Meaning::Weekday) ||
+        (name != next && reader.has(name, Meaning::WeakWeekday)))
+        return true;
+    if (const Sense *to = reader.sense(next, Meaning::RangeTo);
+        to && isDotted(reader, next + to->length))
+        return day || reader.number(next + to->length, kLastHour + 1, 31);
+    const std::uint32_t time = reader.skip(next, Meaning::PartOfDay);
+    const std::uint32_t clock = reader.skip(time, Meaning::TimeMarker);
+    if (!reader.number(clock, 0, kLastHour))
+        return false;
+    return clock != next || reader.symbol(clock + 1, ':');
+}
+
+/// "27.4.8(木)": the year comes first, the weekday tells that it is a date.
+bool endsBriefDate(const Reader &reader, std::uint32_t i) {
+    return reader.language(i).script != Script::Latin && reader.at(i)->digits == 2 &&
+           reader.number(i + 4, 1, 31) && reader.symbol(i + 5, '(') &&
+           (reader.has(i + 6, Meaning::Weekday) || reader.has(i + 6, Meaning::WeakWeekday));
+}
+
+/// "ul. Krzywa 11/3": house and flat.
+bool isHouseNumber(const Reader &reader, std::uint32_t i) {
+    constexpr std::uint32_t kLongestStreet = 3;
+    // "Lindenstr. 11/3"
+    if (i > 1 && reader.symbol(i - 1, '.') && reader.document().tokens[i - 2].capital &&
+        reader.document().tokens[i - 2].word == 0)
+        return true;
+    for (std::uint32_t k = 1; k <= std::min(kLongestStreet, i); ++k) {
+        const Token &before = reader.document().tokens[i - k];
+        if (reader.has(i - k, Meaning::StreetWord))
+            return !before.used && (k > 1 || before.word == 0);
+        if (before.used || (before.symbol != '.' && !before.capital))
+            return false;
+    }
+    return false;
+}
+
+/// How day, month and perhaps year are written between equal marks.
+struct NumericForm {
+    char32_t mark = 0;
+    bool three = false;  ///< with a third number, the year
+    bool dotted = false; ///< "14.03." with its second full stop is a date, "14.03" may be anything
+    bool bare = false;   ///< "14.03", but what stands beside it tells a date
+    std::uint32_t next = 0;
+};
+
+/// The form of the numbers at `i`, if it may be a date's.
+std::optional<NumericForm> readNumericForm(const Reader &reader, std::uint32_t i) {
+    const Token *separator = reader.at(i + 1);
+    if (!reader.number(i, 1, 31) || !separator || separator->kind != TokenKind::Symbol ||
+        !reader.glued(i + 1) || !reader.glued(i + 2) || !reader.number(i + 2, 1, 31))
+        return std::nullopt;
+    const char32_t c = separator->symbol;
+    if ((c != '/' && c != '.' && c != '-') || (c == '/' && isHouseNumber(reader, i)))
+        return std::nullopt;
+    NumericForm form;
+    form.mark = c;
+    const bool goesOn = reader.symbol(i + 3, c);
+    const Token *year = reader.at(i + 4);
+    form.three = goesOn && year && year->kind == TokenKind::Number && reader.glued(i + 4) &&
+                 (year->digits == 2 || isYear(reader, i + 4) || endsBriefDate(reader, i));
+    const bool stops = c == '.' && goesOn && reader.glued(i + 3);
+    form.dotted = !form.three && stops &&
+                  (reader.at(i + 2)->digits == 2 || reader.language(i).dottedDates) &&
+                  !(reader.glued(i + 4) && reader.number(i + 4, 0, 9999, 4));
+    form.bare = !form.three && !form.dotted && c == '.' && reader.language(i).dottedDates &&
+                !stops && isDatedBeside(reader, i);
+    form.next = i + (form.three ? 5U : form.dotted ? 4U : 3U);
+    const bool slashed = c == '/' && !goesOn;
+    if (!form.three && !form.dotted && !form.bare && !slashed && !isHyphenDay(reader, i))
+        return std::nullopt;
+    // A longer chain of numbers is a version, an address or a telephone number.
+    if (form.three && reader.symbol(form.next, c) && reader.glued(form.next) &&
+        reader.number(form.next + 1, 0, 9999, 4))
+        return std::nullopt;
+    return form;
+}
+
+/// "25/12/08" is 2025 where years come first, and where the month comes before the day.
+std::optional<DateMention> readBriefYearFirst(const Reader &reader, std::uint32_t i,
+                                              std::uint32_t next) {
+    const Token &first = *reader.at(i);
+    const Token &last = *reader.at(i + 4);
+    if (last.digits > 2 || !reader.number(i + 2, 1, 12) || !reader.number(i + 4, 1, 31))
+        return std::nullopt;
+    const int month = static_cast<int>(reader.at(i + 2)->number);
+    const int day = static_cast<int>(last.number);
+    if (reader.language(i).script != Script::Latin)
+        return mentionOf(i, next, month, day, fullYear(first));
+    if (last.digits == 2 && reader.language(i).dayOrder == DayOrder::MonthFirst &&
+        first.number > 12)
+        return mentionOf(i, next, month, day, 2000 + static_cast<int>(first.number));
+    return std::nullopt;
+}
+
+/// "5/6", "5/6/26", "15.11.2026", "11-15-25".
+std::optional<DateMention> readNumeric(const Reader &reader, std::uint32_t i) {
+    const auto form = readNumericForm(reader, i);
+    if (!form)
+        return std::nullopt;
+    const bool three = form->three;
+    if (auto date = three ? readBriefYearFirst(reader, i, form->next) : std::nullopt)
+        return date;
+    const LanguageInfo &language = reader.language(i);
+    const bool dayFirst = language.dayOrder == DayOrder::DayFirst;
+    const int first = static_cast<int>(reader.at(i)->number);
+    const int second = static_cast<int>(reader.at(i + 2)->number);
+    if ((first > 12 || form->dotted || (form->bare && dayFirst)) && second > 12)
+        return std::nullopt;
+    const int year = three ? fullYear(*reader.at(i + 4)) : 0;
+    DateMention result = second > 12 ? mentionOf(i, form->next, first, second, year)
+                                     : mentionOf(i, form->next, second, first, year);
+    const bool habit = form->mark == '.' && language.dottedDates;
+    const bool settled = form->dotted || (habit && dayFirst);
+    result.first.eitherOrder = first <= 12 && second <= 12 && !settled;
+    // Where the year comes first, a date that ends with it was written in another habit.
+    const bool foreign = three && language.script != Script::Latin;
+    result.first.order = foreign ? DayOrder::ByZone : language.dayOrder;
+    result.first.shortYear = three && reader.at(i + 4)->digits == 2;
+    result.weak = !three;
+    return result;
+}
+
+} // namespace
+
+std::optional<DateMention> readNumericDate(const Reader &reader, std::uint32_t i) {
+    if (auto date = readYearFirst(reader, i))
+        return date;
+    if (auto date = readCompactDate(reader, i))
+        return date;
+    return readNumeric(reader, i);
+}
+
+} // namespace pindle::conversion

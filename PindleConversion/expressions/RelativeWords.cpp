@@ -1,0 +1,144 @@
+#include "PindleConversion/expressions/RelativeWords.h"
+
+namespace pindle::conversion {
+
+namespace {
+
+/// A weekday word that is also an everyday word needs company.
+bool isCertainWeekday(const Reader &reader, std::uint32_t i, std::uint32_t next) {
+    // "so" is a Sunday in "So 14.6.", but hardly in "so gegen sechs".
+    constexpr std::uint32_t kShort = 2;
+    const Token &word = *reader.at(i);
+    if (word.end - word.begin <= kShort && !word.capital && !word.unspaced)
+        return reader.number(reader.skipSymbol(next, '.'), 1, 31);
+    // "are you free sat" closes a line of a conversation.
+    const Field &field = reader.document().fields[word.field];
+    if (field.spoken && word.end - word.begin > kShort && i > field.begin + 1 &&
+        (next >= reader.end() || reader.symbol(next, ',')))
+        return true;
+    // "Hotel Sol de Mar" is named so.
+    if (i > 0 && word.capital && reader.has(i - 1, Meaning::Of) && !reader.number(next, 1, 31))
+        return false;
+    const bool announced = i > 0 && reader.has(i - 1, Meaning::DateMarker);
+    const std::uint32_t time = reader.skip(next, Meaning::TimeMarker);
+    const bool timed = reader.number(time, 0, 31) || reader.has(time, Meaning::ClockWord) ||
+                       (time != next && reader.has(time, Meaning::Number));
+    if (announced || timed || reader.has(next, Meaning::PartOfDay) ||
+        reader.has(next, Meaning::Month))
+        return true;
+    return (reader.at(i)->capital && !reader.word(next)) || reader.symbol(next, '?');
+}
+
+} // namespace
+
+DateMention mentionOf(std::uint32_t begin, std::uint32_t end, DateSpec::Base base) {
+    DateMention result;
+    result.span = {begin, end};
+    result.first.base = base;
+    return result;
+}
+
+Qualifier readQualifier(const Reader &reader, std::uint32_t i) {
+    if (const Sense *sense = reader.sense(i, Meaning::Next))
+        return {Which::Next, i + sense->length};
+    if (const Sense *sense = reader.sense(i, Meaning::This))
+        return {Which::This, i + sense->length};
+    if (const Sense *sense = reader.sense(i, Meaning::Last))
+        return {Which::Last, i + sense->length};
+    if (const Sense *sense = reader.sense(i, Meaning::AfterNext))
+        return {Which::AfterNext, i + sense->length};
+    return {Which::Nearest, i};
+}
+
+const Sense *readUnit(const Reader &reader, std::uint32_t i, Unit wanted) {
+    const Sense *sense = reader.sense(i, Meaning::UnitWord);
+    return sense && sense->value == static_cast<int>(wanted) ? sense : nullptr;
+}
+
+DayName readDayName(const Reader &reader, std::uint32_t i, bool qualified) {
+    if (const Sense *sense = reader.sense(i, Meaning::Repeated))
+        return {sense->value, i + sense->length, true};
+    if (const Sense *sense = reader.sense(i, Meaning::Weekday))
+        return {sense->value, i + sense->length};
+    const Sense *weak = reader.sense(i, Meaning::WeakWeekday);
+    // A lone sign for a weekday counts only in brackets, which dates read themselves.
+    if (weak && !reader.at(i)->unspaced &&
+        (qualified || isCertainWeekday(reader, i, i + weak->length)))
+        return {weak->value, i + weak->length};
+    return {};
+}
+
+Period readPeriodWord(const Reader &reader, std::uint32_t i) {
+    if (const Sense *period = reader.sense(i, Meaning::Period))
+        return {static_cast<Which>(period->value / 16), static_cast<Unit>(period->value % 16),
+                i + period->length};
+    const std::uint32_t article = reader.skip(i, Meaning::The);
+    const Qualifier qualifier = readQualifier(reader, i);
+    const bool qualified = qualifier.next != i;
+    const Sense *sense = reader.sense(qualified ? qualifier.next : article, Meaning::UnitWord);
+    if (!sense)
+        return {};
+    const auto kind = static_cast<Unit>(sense->value);
+    const std::uint32_t next = (qualified ? qualifier.next : article) + sense->length;
+    if (qualified)
+        return {qualifier.which, kind, next};
+    if (const Sense *behind = reader.sense(next, Meaning::Behind))
+        return {static_cast<Which>(behind->value), kind, next + behind->length};
+    if (article != i && kind == Unit::Weekend)
+        return {Which::This, kind, next};
+    return {};
+}
+
+std::optional<Amount> readUnits(const Reader &reader, std::uint32_t i, int count) {
+    const Sense *sense = reader.sense(i, Meaning::UnitWord);
+    if (!sense)
+        return std::nullopt;
+    Amount amount;
+    amount.next = i + sense->length;
+    switch (static_cast<Unit>(sense->value)) {
+    case Unit::Day:
+        amount.days = count;
+        return amount;
+    case Unit::Week:
+        amount.days = 7 * count;
+        return amount;
+    case Unit::Fortnight:
+        amount.days = 14 * count;
+        return amount;
+    case Unit::Month:
+        amount.months = count;
+        return amount;
+    case Unit::Year:
+        amount.months = 12 * count;
+        return amount;
+    case Unit::Minute:
+    case Unit::Hour:
+    case Unit::Weekend:
+    case Unit::Night:
+        break;
+    }
+    return std::nullopt;
+}
+
+std::optional<Amount> readAmount(const Reader &reader, std::uint32_t i) {
+    constexpr int kMostUnits = 1000;
+    std::uint32_t next = i;
+    const auto count = readCount(reader, i, next);
+    if (!count || *count > kMostUnits)
+        return std::nullopt;
+    return readUnits(reader, next, *count);
+}
+
+std::optional<int> readCount(const Reader &reader, std::uint32_t i, std::uint32_t &next) {
+    if (reader.number(i, 1, 9999, 4)) {
+        next = i + 1;
+        return static_cast<int>(reader.at(i)->number);
+    }
+    const Sense *word = reader.sense(i, Meaning::Number);
+    if (!word)
+        return std::nullopt;
+    next = i + word->length;
+    return word->value;
+}
+
+} // namespace pindle::conversion

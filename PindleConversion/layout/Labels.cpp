@@ -1,0 +1,197 @@
+#include "PindleConversion/layout/Labels.h"
+
+#include <algorithm>
+
+namespace pindle::conversion {
+
+namespace {
+
+bool isMoment(Label label) {
+    return label == Label::When || label == Label::Date || label == Label::Time;
+}
+
+bool looksLikeMoment(const Reader &reader, std::uint32_t i) {
+    return reader.number(i, 0, 9999, 4) || reader.has(i, Meaning::Weekday) ||
+           reader.has(i, Meaning::WeakWeekday) || reader.has(i, Meaning::Month) ||
+           reader.has(i, Meaning::ClockWord) || reader.has(i, Meaning::RelativeDay);
+}
+
+/// "From:" heads a mail unless a date or time follows.
+Label settle(const Reader &reader, Label label, std::uint32_t content, std::uint32_t word) {
+    if (label != Label::Mail && label != Label::Start)
+        return label;
+    const Token &token = reader.document().tokens[word];
+    bool isMail = false;
+    bool isStart = false;
+    for (std::uint32_t s = token.firstSense; s < token.firstSense + token.senses; ++s) {
+        const Sense &sense = reader.document().senses[s];
+        if (sense.meaning != Meaning::LabelWord)
+            continue;
+        isMail = isMail || sense.value == static_cast<int>(Label::Mail);
+        isStart = isStart || sense.value == static_cast<int>(Label::Start);
+    }
+    if (isMail && isStart)
+        return looksLikeMoment(reader, content) ? Label::Start : Label::Mail;
+    return label;
+}
+
+/// "Event - Ceilidh" among other lines with a label and a dash.
+bool isDashedList(const Document &document, std::uint32_t dash) {
+    const auto &fields = document.fields;
+    if (!fields.empty() && !fields.back().labelWords.empty() && fields.back().label != Label::None)
+        return true;
+    constexpr std::uint32_t kLongestLine = 30;
+    const auto size = static_cast<std::uint32_t>(document.tokens.size());
+    const Reader reader(document, size);
+    for (std::uint32_t i = dash; i < std::min(size, dash + kLongestLine); ++i) {
+        if (document.tokens[i].kind != TokenKind::LineBreak)
+            continue;
+        const Sense *label = reader.sense(i + 1, Meaning::LabelWord);
+        return label && reader.symbol(i + 1 + label->length, '-');
+    }
+    return false;
+}
+
+/// The line before has a label that nothing but a space ends.
+bool isPlainList(const Document &document) {
+    if (document.fields.empty())
+        return false;
+    const Field &last = document.fields.back();
+    return !last.labelWords.empty() && last.begin == last.labelWords.end &&
+           (last.label == Label::When || last.label == Label::Place);
+}
+
+/// A label that a mark ends: a colon, dots, a dash. `label` is said by the tokens `i` to `end`.
+LabelMatch markedLabel(const Reader &reader, std::uint32_t i, std::uint32_t end, Label label,
+                       bool lineStart) {
+    std::uint32_t j = end;
+    // "日 = 4月1日"
+    if (reader.symbol(j, ':') || (lineStart && reader.symbol(j, '=') && reader.at(i)->unspaced))
+        return {settle(reader, label, j + 1, i), j + 1, end};
+    // "When.... Saturday"
+    if (lineStart && reader.symbol(j, '.') && reader.symbol(j + 1, '.')) {
+        while (reader.symbol(j, '.'))
+            ++j;
+        return {settle(reader, label, j, i), j, end};
+    }
+    if (lineStart && reader.symbol(j, '-') && !reader.glued(j) && !reader.glued(j + 1) &&
+        (isMoment(label) || label == Label::Place ||
+         (label == Label::Title && isDashedList(reader.document(), j))))
+        return {label, j + 1, end};
+    return {};
+}
+
+/// A label that nothing but a space ends.
+LabelMatch plainLabel(const Reader &reader, std::uint32_t i, std::uint32_t end, Label label,
+                      bool lineStart) {
+    // Where words are not spaced, a space behind the label is enough.
+    if (lineStart && reader.at(i)->unspaced && reader.at(end) && reader.at(end)->spaceBefore)
+        return {label, end, end};
+    const bool picture = reader.at(i)->kind == TokenKind::Symbol && reader.at(i)->symbol > 0x2000;
+    if (picture)
+        return {label, end, end};
+    // "Check-in 14 Aug", "Saída 17 ago" on lines of their own.
+    constexpr std::uint32_t kShortestPlain = 4;
+    const Token &word = *reader.at(i);
+    if (lineStart && (label == Label::Start || label == Label::End) && word.capital &&
+        word.end - word.begin >= kShortestPlain && looksLikeMoment(reader, end))
+        return {label, end, end};
+    // "When Thu 26 March", and then "Where Room 7".
+    if (lineStart && word.capital && label == Label::When && !reader.has(i, Meaning::Event) &&
+        !reader.symbol(end, ',') && word.end - word.begin >= kShortestPlain &&
+        looksLikeMoment(reader, end))
+        return {label, end, end};
+    const bool goesOn = label == Label::Place || label == Label::Sender;
+    if (lineStart && word.capital && goesOn && isPlainList(reader.document()) && reader.at(end) &&
+        (reader.word(end) || reader.number(end, 0, 9999, 4)))
+        return {label, end, end};
+    if (lineStart && end == reader.end() && mayStandAlone(label))
+        return {label, end, end};
+    return {};
+}
+
+/// A "Date:" among the lines that head a mail tells when it was sent.
+void settleMailHeads(std::vector<Field> &fields) {
+    for (std::size_t i = 0; i < fields.size();) {
+        std::size_t end = i;
+        bool mail = false;
+        bool time = false;
+        while (end < fields.size() && fields[end].label != Label::None &&
+               (end == i || fields[end].line <= fields[end - 1].line + 1)) {
+            mail = mail || fields[end].label == Label::Mail;
+            time = time || fields[end].label == Label::Time || fields[end].label == Label::Place;
+            ++end;
+        }
+        for (std::size_t k = i; k < end && mail && !time; ++k)
+            if (fields[k].label == Label::Date)
+                fields[k].ignored = true;
+        i = std::max(end, i + 1);
+    }
+}
+
+bool mayBe(const Document &document, const Field &field, Label label) {
+    if (field.labelWords.empty())
+        return false;
+    const Token &token = document.tokens[field.labelWords.begin];
+    const auto senses = document.senses.begin() + token.firstSense;
+    return std::any_of(senses, senses + token.senses, [&](const Sense &sense) {
+        return sense.meaning == Meaning::LabelWord && sense.value == static_cast<int>(label);
+    });
+}
+
+/// Arrival and departure: who stays arrives first, who travels departs first.
+void settleStays(Document &document) {
+    bool started = false;
+    for (Field &field : document.fields) {
+        if (mayBe(document, field, Label::Start) && mayBe(document, field, Label::End))
+            field.label = started ? Label::End : Label::Start;
+        started = started || field.label == Label::Start || field.label == Label::When;
+    }
+}
+
+} // namespace
+
+bool mayStandAlone(Label label) {
+    return isMoment(label) || label == Label::Place || label == Label::Start ||
+           label == Label::End || label == Label::Zone;
+}
+
+LabelMatch labelAt(const Reader &reader, std::uint32_t i, bool lineStart) {
+    const Sense *sense = reader.sense(i, Meaning::LabelWord);
+    // "Clinic: Brunnen 4" is labelled by its kind of place.
+    if (!sense && reader.has(i, Meaning::PlaceNoun) && reader.symbol(i + 1, ':') &&
+        !looksLikeMoment(reader, i + 2) && reader.at(i + 2) &&
+        (reader.at(i + 2)->capital || reader.at(i + 2)->unspaced || !reader.word(i + 2)))
+        return {Label::Place, i + 2, i + 1};
+    if (!sense)
+        return {};
+    auto label = static_cast<Label>(sense->value);
+    std::uint32_t j = i + sense->length;
+    const bool joined = reader.symbol(j, '/') || reader.has(j, Meaning::And);
+    if (const Sense *second = joined ? reader.sense(j + 1, Meaning::LabelWord) : nullptr) {
+        if (isMoment(label) || isMoment(static_cast<Label>(second->value)))
+            label = Label::When;
+        j += 1 + second->length;
+    }
+    // "Ende November" is a date.
+    if (reader.has(i, Meaning::MonthEnd) && reader.has(j, Meaning::Month))
+        return {};
+    // "Show: Saturday, 8pm" names the event and when it is at once.
+    if (label == Label::Title && looksLikeMoment(reader, j + 1))
+        return {};
+    const LabelMatch marked = markedLabel(reader, i, j, label, lineStart);
+    return marked.label != Label::None ? marked : plainLabel(reader, i, j, label, lineStart);
+}
+
+Label wholeLabel(const Reader &reader, std::uint32_t begin) {
+    const Sense *sense = reader.sense(begin, Meaning::LabelWord);
+    return sense && begin + sense->length == reader.end() ? static_cast<Label>(sense->value)
+                                                          : Label::None;
+}
+
+void settleLabels(Document &document) {
+    settleMailHeads(document.fields);
+    settleStays(document);
+}
+
+} // namespace pindle::conversion

@@ -1,0 +1,81 @@
+#include "PindleConversion/layout/Sentences.h"
+
+namespace pindle::conversion {
+
+namespace {
+
+/// "6. November", "vom 3. bis 5.": the full stop makes an ordinal.
+bool isOrdinal(const Reader &reader, std::uint32_t i) {
+    return reader.has(i, Meaning::OrdinalMark) &&
+           (reader.has(i + 1, Meaning::Month) || reader.has(i + 1, Meaning::Weekday) ||
+            (reader.word(i + 1) && !reader.at(i + 1)->capital));
+}
+
+/// "Lindenstr. 11": a number that nothing but a mark follows belongs to the name.
+bool isHouse(const Reader &reader, std::uint32_t i) {
+    const Token *next = reader.at(i + 2);
+    const bool open = next && (next->kind != TokenKind::Symbol || next->symbol == ':' ||
+                               next->symbol == '.' || next->symbol == '-');
+    return reader.at(i - 1)->capital && reader.number(i + 1, 1, 999, 3) && !open;
+}
+
+/// "der 5. Klassen", ", 2. Stock": the number belongs to the noun behind it.
+bool isCountedNoun(const Reader &reader, std::uint32_t begin, std::uint32_t i) {
+    if (!reader.has(i, Meaning::OrdinalMark) || !reader.number(i - 1, 1, 99) || !reader.word(i + 1))
+        return false;
+    const bool place = reader.has(i + 1, Meaning::PlaceNoun) && !reader.has(i + 1, Meaning::Event);
+    if (i - 1 == begin)
+        return place || reader.has(i + 1, Meaning::Event);
+    return (place && !reader.has(i - 2, Meaning::DateMarker)) ||
+           (reader.has(i - 2, Meaning::The) && i >= begin + 3 && reader.word(i - 3) &&
+            !reader.has(i - 3, Meaning::Weekday));
+}
+
+bool endsSentence(const Reader &reader, std::uint32_t begin, std::uint32_t i) {
+    constexpr char32_t kIdeographicStop = 0x3002;
+    if (reader.symbol(i, '!') || reader.symbol(i, '?') || reader.symbol(i, kIdeographicStop))
+        return true;
+    if (!reader.symbol(i, '.') || reader.glued(i + 1) || i == begin)
+        return false;
+    const Token &before = reader.document().tokens[i - 1];
+    // "19.05. 16 Uhr"
+    const bool dotted = i >= begin + 3 && before.kind == TokenKind::Number &&
+                        reader.symbol(i - 2, '.') && reader.glued(i - 1) &&
+                        reader.number(i - 3, 1, 31);
+    if (dotted && reader.at(i + 1) &&
+        (reader.at(i + 1)->kind == TokenKind::Number || i == begin + 3))
+        return false;
+    if (before.kind == TokenKind::Word && isHouse(reader, i))
+        return false;
+    if (before.kind != TokenKind::Word)
+        return !isOrdinal(reader, i) && !isCountedNoun(reader, begin, i);
+    // "Hall C." is no abbreviation.
+    if (before.end - before.begin == 1 && i > begin + 1 && reader.at(i - 1)->capital &&
+        reader.has(i - 2, Meaning::PlaceNoun))
+        return true;
+    if (before.end - before.begin == 1)
+        // "at 5 p.m. Bring ..." ends one, "P.A. Day" does not.
+        return i > begin + 2 && reader.symbol(i - 2, '.') && reader.at(i + 1) &&
+               reader.at(i + 1)->capital &&
+               (!reader.at(i - 1)->capital || reader.has(i - 3, Meaning::Meridiem));
+    return !reader.has(i - 1, Meaning::Abbreviation);
+}
+
+} // namespace
+
+void numberSentences(Document &document) {
+    std::uint32_t sentence = 0;
+    for (std::uint32_t f = 0; f < document.fields.size(); ++f) {
+        const Field &field = document.fields[f];
+        const Reader reader(document, field.end);
+        ++sentence;
+        for (std::uint32_t i = field.begin; i < field.end; ++i) {
+            document.tokens[i].sentence = sentence;
+            document.tokens[i].field = f;
+            if (endsSentence(reader, field.begin, i))
+                ++sentence;
+        }
+    }
+}
+
+} // namespace pindle::conversion

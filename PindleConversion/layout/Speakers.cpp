@@ -1,0 +1,67 @@
+#include "PindleConversion/layout/Speakers.h"
+
+namespace pindle::conversion {
+
+namespace {
+
+/// The token behind "(11:32)", or `i`.
+std::uint32_t afterBracketedTime(const Reader &reader, std::uint32_t i) {
+    constexpr std::uint32_t kLongest = 8;
+    if (!reader.number(i + 1, 0, 31) || !(reader.symbol(i + 2, ':') || reader.symbol(i + 2, '.')))
+        return i;
+    for (std::uint32_t k = i + 3; k < i + kLongest && reader.at(k); ++k)
+        if (reader.symbol(k, ')'))
+            return k + 1;
+    return i;
+}
+
+} // namespace
+
+std::uint32_t speaker(const Reader &reader, std::uint32_t i) {
+    std::uint32_t j = i;
+    // "Coach Dan:"
+    const bool titled =
+        reader.has(i, Meaning::Person) && reader.at(i)->capital &&
+        (reader.symbol(i + 1, ':') || (reader.word(i + 1) && reader.at(i + 1)->capital));
+    if (titled)
+        j = reader.word(i + 1) ? i + 2 : i + 1;
+    while (!titled && j < i + 2 && reader.word(j) && (j == i || reader.at(j)->capital)) {
+        if (reader.has(j, Meaning::Event) || reader.has(j, Meaning::LabelWord) ||
+            reader.has(j, Meaning::TitleLead) || reader.has(j, Meaning::TitleTail))
+            return kNoSpeaker;
+        ++j;
+    }
+    // "<dana> text"
+    if (reader.symbol(i, '<') && reader.word(i + 1) && reader.symbol(i + 2, '>') &&
+        reader.glued(i + 1) && reader.at(i + 3))
+        return i + 3;
+    if (j > i && reader.symbol(j, '('))
+        j = afterBracketedTime(reader, j);
+    return j > i && reader.symbol(j, ':') && reader.at(j + 1) ? j + 1 : kNoSpeaker;
+}
+
+std::uint32_t afterStamp(const Reader &reader, std::uint32_t i) {
+    constexpr std::uint32_t kLongestStamp = 16;
+    if (!reader.symbol(i, '['))
+        return i;
+    for (std::uint32_t j = i + 1; j < i + kLongestStamp && reader.at(j); ++j)
+        if (reader.symbol(j, ']'))
+            return reader.number(i + 1, 0, 9999, 4) ? j + 1 : i;
+    return i;
+}
+
+bool isConversation(const Document &document) {
+    const auto &tokens = document.tokens;
+    const auto size = static_cast<std::uint32_t>(tokens.size());
+    int lines = 0;
+    bool lineStart = true;
+    for (std::uint32_t i = 0; i < size; ++i) {
+        const Reader reader(document, size);
+        if (lineStart && speaker(reader, afterStamp(reader, i)) != kNoSpeaker)
+            ++lines;
+        lineStart = tokens[i].kind == TokenKind::LineBreak;
+    }
+    return lines >= 2;
+}
+
+} // namespace pindle::conversion
