@@ -52,7 +52,7 @@ private:
     void marked(const Reader &reader, std::uint32_t i, const Sense &marker);
     /// What follows the marker at `i` is an amount, a deed or who writes.
     bool leadsToOther(const Reader &reader, std::uint32_t i, TokenSpan name) const;
-    /// "at the wedding of"
+    /// "at the wedding of": an event, no place.
     bool isAtEvent(const Reader &reader, TokenSpan name) const;
     /// "at": a place may follow even without a word for its kind.
     void offerBehindStrong(const Reader &reader, std::uint32_t i, TokenSpan name,
@@ -84,7 +84,7 @@ private:
     /// "in Paris" and "in the gym" are places, "to Lyon" and "on Projects" need a kind of place.
     bool isWeakPlace(const Reader &reader, std::uint32_t i, const Sense &marker,
                      const Shape &shape) const;
-    /// "field trip to the Aquarium"
+    /// "field trip to the Aquarium": a kind of event leads to the place.
     static bool isVisit(const Reader &reader, std::uint32_t i);
 
     // PlaceCompounds.cpp
@@ -98,7 +98,7 @@ private:
     void bracketed(const Reader &reader, std::uint32_t open);
     /// "Holyport - Port Erran": the second name of a route.
     bool isRouteEnd(const Field &field, std::uint32_t begin) const;
-    /// "06车12F号 二等座"
+    /// "06车12F号 二等座": a seat in a train.
     static bool tellsSeat(const Reader &reader, std::uint32_t begin, std::uint32_t end);
     /// "Plaza 7", "Seat 22A" on a ticket.
     static bool isSeat(const Reader &reader, std::uint32_t i);
