@@ -1,0 +1,108 @@
+#include "PindleConversion/compose/PlaceFinder.h"
+
+namespace pindle::conversion {
+
+namespace {
+
+constexpr int kNamedStay = 30; ///< for a name that one stays at
+
+} // namespace
+
+void PlaceFinder::compound(const Reader &reader, const Field &field, std::uint32_t i) {
+    std::uint32_t begin = i;
+    std::uint32_t end = i + 1;
+    constexpr std::uint32_t kMost = 9;
+    while (end < field.end && end < i + kMost) {
+        const std::uint32_t next = reader.skip(reader.skip(end, Meaning::Of), Meaning::The);
+        if (next >= field.end || !joinsName(reader, next, i))
+            break;
+        end = next + 1;
+    }
+    while (begin > field.begin && begin + 5 > i && joinsName(reader, begin - 1, i) &&
+           token(begin - 1).kind == TokenKind::Word && !endsCompound(reader, begin - 1))
+        --begin;
+    const bool numbered =
+        end > i + 1 && (token(i + 1).kind == TokenKind::Number || token(i + 1).capital);
+    // "Handmade-Markt" is an event.
+    const bool hyphened =
+        i > begin && reader.symbol(i - 1, '-') && end == i + 1 && reader.has(i, Meaning::Event);
+    // "pokój 3-osobowy"
+    const bool counted = isCounted(reader, i + 1) || isCounted(reader, begin);
+    if (end - begin < 2 || hyphened || counted || isSeat(reader, i) ||
+        tellsSeat(reader, begin, end) || (!numbered && begin == i && reader.has(i, Meaning::Event)))
+        return;
+    if (m_choice.kind == EventKind::Travel && isRouteEnd(field, begin))
+        return;
+    if (isTitlePosition(field, begin)) {
+        if (isStay() && shapeOf({begin, end}).title)
+            offer({begin, end}, kNamedStay, i);
+        return;
+    }
+    offer({begin, end}, numbered ? 26 : 14, i);
+}
+
+bool PlaceFinder::isRouteEnd(const Field &field, std::uint32_t begin) const {
+    return begin > field.begin + 1 && token(begin - 1).symbol == '-' && token(begin - 2).capital &&
+           !token(begin - 2).used;
+}
+
+bool PlaceFinder::tellsSeat(const Reader &reader, std::uint32_t begin, std::uint32_t end) {
+    for (std::uint32_t i = begin; i < end; ++i)
+        if (reader.at(i)->unspaced && reader.has(i, Meaning::Chatter) &&
+            !reader.has(i, Meaning::PlaceNoun))
+            return true;
+    return false;
+}
+
+bool PlaceFinder::isSeat(const Reader &reader, std::uint32_t i) {
+    const Sense *label = reader.sense(i, Meaning::LabelWord);
+    return label && label->value == static_cast<int>(Label::Sender) &&
+           reader.number(i + 1, 0, 9999, 4);
+}
+
+void PlaceFinder::before(const Reader &reader, const Field &field, std::uint32_t i) {
+    std::uint32_t begin = i;
+    while (begin > field.begin && i - begin < kLongestName && joinsBefore(reader, begin - 1, i))
+        --begin;
+    const Shape shape = shapeOf({begin, i});
+    // "跟伦敦团队开会": who meets is no place.
+    if (reader.has(i, Meaning::Event) && !shape.noun)
+        return;
+    if (begin != i && !(shape.event && !shape.noun))
+        offer({begin, i}, shape.noun ? 52 : 44, i);
+}
+
+bool PlaceFinder::joinsBefore(const Reader &reader, std::uint32_t at, std::uint32_t i) const {
+    const Token &current = token(at);
+    if (current.used || current.sentence != token(i).sentence || current.kind == TokenKind::Link ||
+        current.kind == TokenKind::Mail)
+        return false;
+    if (current.kind == TokenKind::Symbol)
+        return current.symbol == '-' || current.symbol == '&' || current.symbol == 0x30FB;
+    // "水族館の入口"
+    if (reader.has(at, Meaning::Of) && reader.has(at + 1, Meaning::PlaceNoun))
+        return true;
+    return !(reader.has(at, Meaning::PlaceStop) || reader.has(at, Meaning::TitleLead) ||
+             reader.has(at, Meaning::And) || reader.has(at, Meaning::RangeTo));
+}
+
+void PlaceFinder::bracketed(const Reader &reader, std::uint32_t open) {
+    const std::uint32_t close = closing(reader, open);
+    if (close == open)
+        return;
+    const Shape shape = shapeOf({open + 1, close});
+    const Sense *city = reader.sense(open + 1, Meaning::ZoneWord);
+    const bool inCity = city && city->value == 0 && open + 1 + city->length == close && open > 0 &&
+                        !token(open - 1).used && !token(open + 1).used;
+    if (!inCity && reader.has(open + 1, Meaning::ZoneWord))
+        return;
+    if (((shape.noun || shape.street) && shape.capital && !shape.event) || inCity)
+        offer({open + 1, close}, 34, open);
+}
+
+bool PlaceFinder::isCounted(const Reader &reader, std::uint32_t i) {
+    return reader.number(i, 0, 99) && reader.symbol(i + 1, '-') && reader.glued(i + 1) &&
+           reader.glued(i + 2) && reader.word(i + 2);
+}
+
+} // namespace pindle::conversion

@@ -1,0 +1,152 @@
+#pragma once
+
+#include <optional>
+
+#include "PindleConversion/compose/Compose.h"
+#include "PindleConversion/compose/PlaceNames.h"
+
+namespace pindle::conversion {
+
+/// Weighs what a text says of where its event is.
+class PlaceFinder : private PlaceNames {
+public:
+    PlaceFinder(const Document &document, const Choice &choice);
+
+    /// The place that the text most likely means; empty when none is likely enough.
+    TokenSpan run();
+    /// The place is the event's name as well.
+    bool isName(TokenSpan place) const;
+
+private:
+    // Place.cpp
+    std::uint32_t lineOf(std::uint32_t i) const { return m_document.fields[token(i).field].line; }
+    /// Offers all that one field may say of where the event is.
+    void consider(std::uint32_t f);
+    /// Takes a span as the best place so far when its score is higher, after what its surroundings
+    /// at token `at` take from it or add to it.
+    void offer(TokenSpan span, int score, std::uint32_t at);
+    /// "12 €", "5,90": no place consists of digits and signs alone, or has a price.
+    bool isAmount(TokenSpan span) const;
+    /// "and afterwards at the hall": not where the event itself is.
+    bool isAside(std::uint32_t at) const;
+    /// "arrival Palma 08:25": where the event ends.
+    bool isOfEnd(TokenSpan span) const;
+    /// "At yours?" in a conversation.
+    bool isAsked(std::uint32_t at) const;
+    /// What stands behind "Place:" or the like.
+    void labelled(const Field &field);
+    /// A link is the place of a meeting that is held online.
+    void links(const Field &field);
+    /// "Your link (do not share): https://..."
+    bool isCalledLink(const Field &field, std::uint32_t link) const;
+    /// The text's first words say that the event is online.
+    bool heldOnline();
+    /// From one day to another that the text names apart: where one stays is the event's name
+    /// and its place.
+    bool isStay() const;
+    /// The first words of a line are the title's sooner than the place's.
+    bool isTitlePosition(const Field &field, std::uint32_t begin) const;
+
+    // PlaceMarkers.cpp
+    /// "in", "at": the name that a marker leads to.
+    void marked(const Reader &reader, std::uint32_t i, const Sense &marker);
+    /// What follows the marker at `i` is an amount, a deed or who writes.
+    bool leadsToOther(const Reader &reader, std::uint32_t i, TokenSpan name) const;
+    /// "at the wedding of": an event, no place.
+    bool isAtEvent(const Reader &reader, TokenSpan name) const;
+    /// "at": a place may follow even without a word for its kind.
+    void offerBehindStrong(const Reader &reader, std::uint32_t i, TokenSpan name,
+                           const Shape &shape);
+    /// "in", "to": what follows may be something else as well.
+    void offerBehindWeak(const Reader &reader, std::uint32_t i, const Sense &marker, TokenSpan name,
+                         const Shape &shape);
+    /// "suite à la réunion", "have the pleasure of inviting you to": the marker ends a phrase of
+    /// its own.
+    static bool endsPhrase(const Reader &reader, std::uint32_t i);
+    /// "in corso" is no place, but "in corso Garibaldi" and "op mijn kantoor" are.
+    bool refusesPlace(const Reader &reader, std::uint32_t begin) const;
+    /// The kind of place that starts the name before token `i`, or `i`.
+    std::uint32_t nameHead(std::uint32_t i) const;
+    /// "20:15, Capitol am Markt" answers where in a conversation; the name's begin, or `i`.
+    std::uint32_t spokenHead(const Reader &reader, std::uint32_t i) const;
+    /// "Pfarrkirche Sankt Veit im Moos" on a line below the date is one name.
+    bool offerWholeLine(const Reader &reader, std::uint32_t marker, std::uint32_t end);
+    /// The kind of place that a marker goes on from ("kaplica na Wzgórzu"), else `begin`.
+    std::uint32_t nounBefore(const Reader &reader, std::uint32_t marker, std::uint32_t begin) const;
+    /// "Astronomy in the Park" above the date is a name.
+    int headingPenalty(std::uint32_t i) const;
+    /// "Jazz on the Lawn, Sunday 12 July": a name in capitals with a mark behind it.
+    bool isNameBeforeDate(const Field &field, std::uint32_t i) const;
+    /// A street with its number is certain.
+    int addressBonus(TokenSpan span) const;
+    /// "from" tells where something starts, but also who sends it.
+    bool isFrom(const Reader &reader, std::uint32_t i) const;
+    /// "in Paris" and "in the gym" are places, "to Lyon" and "on Projects" need a kind of place.
+    bool isWeakPlace(const Reader &reader, std::uint32_t i, const Sense &marker,
+                     const Shape &shape) const;
+    /// "field trip to the Aquarium": a kind of event leads to the place.
+    static bool isVisit(const Reader &reader, std::uint32_t i);
+
+    // PlaceCompounds.cpp
+    /// "Room Havel", "library room 2": a kind of place with its name beside it.
+    void compound(const Reader &reader, const Field &field, std::uint32_t i);
+    /// "新宿クリニックにて": the name before the word.
+    void before(const Reader &reader, const Field &field, std::uint32_t i);
+    /// Whether token `at` is part of the name that ends before token `i`.
+    bool joinsBefore(const Reader &reader, std::uint32_t at, std::uint32_t i) const;
+    /// "(Town hall)", "Heathrow (London)"
+    void bracketed(const Reader &reader, std::uint32_t open);
+    /// "Holyport - Port Erran": the second name of a route.
+    bool isRouteEnd(const Field &field, std::uint32_t begin) const;
+    /// "06车12F号 二等座": a seat in a train.
+    static bool tellsSeat(const Reader &reader, std::uint32_t begin, std::uint32_t end);
+    /// "Plaza 7", "Seat 22A" on a ticket.
+    static bool isSeat(const Reader &reader, std::uint32_t i);
+    /// "2-persoonskamer": a kind of room, not a room.
+    static bool isCounted(const Reader &reader, std::uint32_t i);
+
+    // PlacePieces.cpp
+    /// The parts between commas, dashes and values behind the date: one may be the place.
+    void pieces(const Reader &reader, std::uint32_t f);
+    /// "Théâtre municipal de Sens" on a line of its own between the title and the date.
+    void venueAbove(const Reader &reader, std::uint32_t f);
+    /// Where words are not spaced, a space separates parts.
+    static bool startsUnspaced(const Reader &reader, std::uint32_t i);
+    /// A mark that separates the parts of a line.
+    bool isBreak(const Reader &reader, std::uint32_t i) const;
+    /// On a ticket the line that tells the arrival names another place.
+    bool isArrivalLine(const Field &field) const;
+    /// "14 Uhr: Gesundheitstag": what is announced is the event.
+    bool isAnnounced(const Reader &reader, std::uint32_t begin) const;
+    /// "parade square", "Lecture Theatre 1": what it is said last.
+    static bool isKindOfPlace(const Reader &reader, TokenSpan part);
+    /// "Camp Wanahoo": a kind of place with a name that no lexicon knows.
+    static bool isNamedKind(const Reader &reader, TokenSpan part);
+    /// "Arrive London": where a journey ends.
+    static bool isArrival(const Reader &reader, std::uint32_t i);
+    /// Date, name, place and time on lines of their own, in this order.
+    bool isSecondBeforeTime(const Field &field) const;
+    /// Weighs one part; returns where to go on.
+    std::uint32_t piece(const Reader &reader, std::uint32_t f, std::uint32_t begin,
+                        std::uint32_t end);
+    /// "に駅の改札前": a particle belongs to what stands before it.
+    std::uint32_t behindParticles(const Reader &reader, const Field &field, TokenSpan part) const;
+    /// The part's first words or what follows it say that it is something else.
+    bool refusesPart(const Reader &reader, TokenSpan part) const;
+    /// "place du Marché" is no market.
+    bool opensWithPlace(const Reader &reader, TokenSpan part) const;
+    /// Offers a part that has words of its own kind, or the form of a name where one belongs.
+    void offerPart(const Reader &reader, const Field &field, TokenSpan part, const Shape &shape);
+    /// A name of which nothing says that it is a place's.
+    bool isOnlyName(const Field &field, TokenSpan part, const Shape &shape) const;
+
+    const Document &m_document;
+    const Choice &m_choice;
+    std::uint32_t m_anchorField; ///< the field that says when
+    std::uint32_t m_momentLine;  ///< the last line that says when
+    std::optional<bool> m_online;
+    TokenSpan m_best;
+    int m_score = 0;
+};
+
+} // namespace pindle::conversion

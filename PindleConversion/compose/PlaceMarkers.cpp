@@ -1,0 +1,235 @@
+#include <algorithm>
+
+#include "PindleConversion/compose/PlaceFinder.h"
+
+namespace pindle::conversion {
+
+namespace {
+
+constexpr int kFrom = 30;    ///< where something comes from
+constexpr int kUnnamed = 46; ///< "the park"
+
+} // namespace
+
+void PlaceFinder::marked(const Reader &reader, std::uint32_t i, const Sense &marker) {
+    // "à La Rochelle": a capital article belongs to the name.
+    const std::uint32_t last = i + marker.length - 1;
+    const bool article = marker.length > 1 && token(last).capital && reader.has(last, Meaning::The);
+    const std::uint32_t begin = article ? last : last + 1;
+    if (!reader.at(begin) || endsPhrase(reader, i) || refusesPlace(reader, begin) ||
+        reader.has(begin, Meaning::Greeting) || token(begin).used)
+        return;
+    const TokenSpan name{begin, nameEnd(reader, begin)};
+    if (name.empty() || leadsToOther(reader, i, name) || offerWholeLine(reader, i, name.end) ||
+        isAtEvent(reader, name))
+        return;
+    const Shape shape = shapeOf(name);
+    // "Abbazia di Santa Maria al Bosco", "Boekhandel Letterlust te Leuven" are one name.
+    if (shape.capital || token(begin).kind == TokenKind::Number) {
+        if (const std::uint32_t head = spokenHead(reader, i); head < i)
+            return offer({head, name.end}, 58, head);
+        if (const std::uint32_t head = nameHead(i); head < i)
+            return offer({head, name.end}, 58, head);
+    }
+    const bool behindTime = i > 0 && token(i - 1).used && shape.title;
+    if (marker.value == 1 && i > 0 && token(i).word != 0 && isFrom(reader, i) && !shape.noun &&
+        !behindTime)
+        return;
+    // "pense au rdv véto de Minette"
+    if (!shape.noun && !shape.street && reader.has(begin, Meaning::Event) && !token(begin).capital)
+        return;
+    if (marker.value == 1)
+        offerBehindStrong(reader, i, name, shape);
+    else if (marker.value == 0)
+        offerBehindWeak(reader, i, marker, name, shape);
+}
+
+bool PlaceFinder::leadsToOther(const Reader &reader, std::uint32_t i, TokenSpan name) const {
+    const std::uint32_t begin = name.begin;
+    if (token(begin).kind == TokenKind::Number && reader.has(begin + 1, Meaning::UnitWord))
+        return true;
+    // "去打疫苗": what one goes to do.
+    const std::uint32_t verb = reader.has(begin, Meaning::PlaceStop) ? begin + 1 : begin;
+    if (token(begin).unspaced && reader.has(verb, Meaning::Event) && !isPlaceNoun(reader, verb))
+        return true;
+    // "From the office: ..." tells who writes.
+    return isFrom(reader, i) && reader.symbol(name.end, ':');
+}
+
+bool PlaceFinder::isAtEvent(const Reader &reader, TokenSpan name) const {
+    const std::uint32_t first = reader.skip(name.begin, Meaning::The);
+    return reader.has(name.begin, Meaning::The) && !token(first).capital &&
+           reader.has(first, Meaning::Event) && !reader.has(first, Meaning::PlaceNoun) &&
+           !reader.has(name.end - 1, Meaning::PlaceNoun);
+}
+
+void PlaceFinder::offerBehindStrong(const Reader &reader, std::uint32_t i, TokenSpan name,
+                                    const Shape &shape) {
+    const bool determined = reader.has(name.begin, Meaning::The);
+    const bool named = shape.capital || token(name.begin).kind == TokenKind::Number;
+    const bool known = shape.noun || shape.street;
+    if (named || known)
+        offer({nounBefore(reader, i, name.begin), name.end},
+              isFrom(reader, i) ? kFrom
+              : known           ? (named ? 58 : kUnnamed) - headingPenalty(i)
+                                : 50 - 2 * headingPenalty(i),
+              i);
+    else if (token(name.begin).possessive && shape.words <= 3)
+        offer(name, 40, i);
+    else if (determined && !shape.event && shape.words <= 4 && shape.words > 1)
+        offer(name, 30, i);
+}
+
+void PlaceFinder::offerBehindWeak(const Reader &reader, std::uint32_t i, const Sense &marker,
+                                  TokenSpan name, const Shape &shape) {
+    const bool known = shape.noun || shape.street;
+    if (reader.has(name.begin, Meaning::The) && shape.words <= 3 && i > 0 && token(i - 1).used &&
+        reader.has(i, Meaning::In))
+        offer(name, 24, i);
+    else if (isWeakPlace(reader, i, marker, shape))
+        offer({nounBefore(reader, i, name.begin), name.end},
+              (known ? 38 : 24) - headingPenalty(i) + addressBonus(name), i);
+}
+
+bool PlaceFinder::endsPhrase(const Reader &reader, std::uint32_t i) {
+    constexpr std::uint32_t kPhraseReach = 8;
+    const auto ends = [&](Meaning meaning, std::uint32_t back) {
+        const Sense *phrase = reader.sense(i - back, meaning);
+        return phrase && phrase->length == back + 1;
+    };
+    for (std::uint32_t back = 1; back < std::min(i + 1, kPhraseReach); ++back)
+        if (ends(Meaning::Chatter, back) || ends(Meaning::AsideLead, back) ||
+            (back > 2 && ends(Meaning::TitleLead, back)))
+            return true;
+    return false;
+}
+
+bool PlaceFinder::refusesPlace(const Reader &reader, std::uint32_t begin) const {
+    const Sense *refused = reader.sense(begin, Meaning::NotAPlace);
+    return refused && !isStreet(reader, begin, begin) &&
+           !(refused->length == 1 && !token(begin).capital &&
+             reader.has(begin + 1, Meaning::PlaceNoun));
+}
+
+std::uint32_t PlaceFinder::nameHead(std::uint32_t i) const {
+    constexpr std::uint32_t kReach = 6;
+    const Field &field = m_document.fields[token(i).field];
+    const Reader reader(m_document, i);
+    std::uint32_t head = i;
+    const bool numbered = i > field.begin + 1 && token(i - 1).kind == TokenKind::Number &&
+                          reader.has(i - 2, Meaning::PlaceNoun);
+    if (i == field.begin || !(token(i - 1).capital || numbered))
+        return i;
+    for (std::uint32_t k = i; k > field.begin && i - k < kReach; --k) {
+        const Token &before = token(k - 1);
+        if (numbered && k == i)
+            continue;
+        const bool part = before.kind == TokenKind::Word && !before.used &&
+                          m_document.sameSentence(k - 1, i) &&
+                          (before.capital || reader.has(k - 1, Meaning::PlaceNoun) ||
+                           reader.has(k - 1, Meaning::Of) || reader.has(k - 1, Meaning::The));
+        if (!part)
+            break;
+        if (reader.has(k - 1, Meaning::PlaceNoun) && !reader.has(k - 1, Meaning::Event))
+            head = k - 1;
+    }
+    return isTitlePosition(field, head) ? i : head;
+}
+
+std::uint32_t PlaceFinder::spokenHead(const Reader &reader, std::uint32_t i) const {
+    constexpr std::uint32_t kMostWords = 3;
+    const Field &field = m_document.fields[token(i).field];
+    if (!field.spoken || token(i).field == m_anchorField)
+        return i;
+    std::uint32_t head = i;
+    while (head > field.begin && i - head <= kMostWords && !token(head - 1).used &&
+           token(head - 1).capital && token(head - 1).kind == TokenKind::Word &&
+           !reader.has(head - 1, Meaning::Event) && !reader.has(head - 1, Meaning::Greeting) &&
+           !reader.has(head - 1, Meaning::Chatter) && !reader.has(head - 1, Meaning::PlaceStop) &&
+           m_document.sameSentence(head - 1, i))
+        --head;
+    const bool starts =
+        head == field.begin || token(head - 1).used || token(head - 1).symbol == ',';
+    return starts ? head : i;
+}
+
+bool PlaceFinder::offerWholeLine(const Reader &reader, std::uint32_t marker, std::uint32_t end) {
+    const Field &field = m_document.fields[token(marker).field];
+    if (token(marker).field <= m_anchorField || marker == field.begin || field.spoken ||
+        marker - field.begin > kLongestName)
+        return false;
+    const Shape before = shapeOf({field.begin, marker});
+    bool free = end == field.end;
+    for (std::uint32_t k = field.begin; k < marker && free; ++k)
+        free = !token(k).used && reader.word(k);
+    if (!free || !before.title || !before.noun || before.event)
+        return false;
+    offer({field.begin, end}, 54, marker);
+    return true;
+}
+
+std::uint32_t PlaceFinder::nounBefore(const Reader &reader, std::uint32_t marker,
+                                      std::uint32_t begin) const {
+    constexpr std::uint32_t kReach = 5;
+    const std::uint32_t low = m_document.fields[token(marker).field].begin;
+    for (std::uint32_t i = marker; i > low && marker - i < kReach; --i) {
+        const Token &before = token(i - 1);
+        if (reader.symbol(i - 1, '.') && !before.used)
+            continue;
+        if (before.used || before.kind != TokenKind::Word || before.unspaced ||
+            !m_document.sameSentence(i - 1, marker) || reader.has(i - 1, Meaning::PlaceStop) ||
+            reader.has(i - 1, Meaning::Event))
+            return begin;
+        if (reader.has(i - 1, Meaning::PlaceNoun))
+            return i - 1;
+    }
+    return begin;
+}
+
+int PlaceFinder::headingPenalty(std::uint32_t i) const {
+    constexpr int kPenalty = 12;
+    const Field &field = m_document.fields[token(i).field];
+    const bool above = token(i).field < m_anchorField && token(field.begin).capital;
+    return above || isNameBeforeDate(field, i) ? kPenalty : 0;
+}
+
+bool PlaceFinder::isNameBeforeDate(const Field &field, std::uint32_t i) const {
+    if (token(i).field != m_anchorField || i > m_choice.anchor() || field.begin == i)
+        return false;
+    const Reader reader(m_document, field.end);
+    const std::uint32_t end = nameEnd(reader, i + 1);
+    return (isBreak(reader, end) || reader.symbol(end, '|')) && shapeOf({field.begin, end}).title;
+}
+
+int PlaceFinder::addressBonus(TokenSpan span) const {
+    constexpr int kBonus = 16;
+    const bool number =
+        std::any_of(m_document.tokens.begin() + span.begin, m_document.tokens.begin() + span.end,
+                    [](const Token &each) { return each.kind == TokenKind::Number; });
+    return number && shapeOf(span).street ? kBonus : 0;
+}
+
+bool PlaceFinder::isFrom(const Reader &reader, std::uint32_t i) const {
+    return reader.has(i, Meaning::RangeFrom);
+}
+
+bool PlaceFinder::isWeakPlace(const Reader &reader, std::uint32_t i, const Sense &marker,
+                              const Shape &shape) const {
+    const bool ofTime = reader.has(i, Meaning::RangeTo) || reader.has(i, Meaning::TimeMarker);
+    const bool behindTime = i > 0 && token(i - 1).used;
+    if (ofTime)
+        return (marker.length > 1 || behindTime || isVisit(reader, i)) && shape.noun;
+    const bool inside = reader.has(i, Meaning::In);
+    if (!inside)
+        return reader.has(i, Meaning::DateMarker) ? shape.noun && shape.words <= 4 && !shape.event
+                                                  : shape.noun;
+    return shape.noun || shape.street || (shape.title && !shape.event);
+}
+
+bool PlaceFinder::isVisit(const Reader &reader, std::uint32_t i) {
+    const Token *name = reader.at(i + 2);
+    return i > 0 && reader.has(i, Meaning::RangeTo) && reader.has(i - 1, Meaning::Event) &&
+           reader.has(i + 1, Meaning::The) && name && name->capital;
+}
+
+} // namespace pindle::conversion

@@ -1,0 +1,179 @@
+#include "PindleConversion/compose/PlaceNames.h"
+
+#include <algorithm>
+
+namespace pindle::conversion {
+
+Shape PlaceNames::shapeOf(TokenSpan span) const {
+    Shape shape;
+    const Reader reader(m_document, span.end);
+    for (std::uint32_t i = span.begin; i < span.end; ++i) {
+        shape.event = shape.event || reader.has(i, Meaning::Event);
+        if (!reader.word(i))
+            continue;
+        const bool noun = isPlaceNoun(reader, i);
+        const bool filler = reader.has(i, Meaning::The) || reader.has(i, Meaning::Of) ||
+                            reader.has(i, Meaning::And) ||
+                            (shape.words > 0 && reader.has(i, Meaning::PlaceMarker));
+        const bool inNumber = reader.glued(i) && i > span.begin;
+        shape.noun = shape.noun || noun;
+        shape.street = shape.street || isStreet(reader, i, span.begin);
+        shape.capital = shape.capital || token(i).capital;
+        shape.title = shape.title && (token(i).capital || filler || inNumber);
+        ++shape.words;
+    }
+    shape.title = shape.title && shape.words > 0 && shape.capital;
+    return shape;
+}
+
+bool PlaceNames::leadsToPlace(const Reader &reader, std::uint32_t i) {
+    return reader.has(i, Meaning::PlaceNoun) ||
+           (reader.word(i) && reader.at(i)->word == 0 && reader.has(i + 1, Meaning::PlaceNoun));
+}
+
+bool PlaceNames::isPlaceNoun(const Reader &reader, std::uint32_t i) {
+    constexpr std::uint32_t kOneSign = 3; ///< bytes
+    if (!reader.has(i, Meaning::PlaceNoun))
+        return false;
+    const Token &sign = *reader.at(i);
+    const Token *next = reader.at(i + 1);
+    return !(sign.unspaced && sign.end - sign.begin <= kOneSign && next && next->unspaced &&
+             !next->spaceBefore && next->kind == TokenKind::Word && next->word == 0);
+}
+
+bool PlaceNames::isFiller(const Reader &reader, std::uint32_t i) {
+    return reader.has(i, Meaning::The) || reader.has(i, Meaning::Of) ||
+           reader.has(i, Meaning::And) || reader.has(i, Meaning::PlaceMarker) ||
+           reader.has(i, Meaning::PlaceNoun);
+}
+
+bool PlaceNames::isStreet(const Reader &reader, std::uint32_t i, std::uint32_t begin) const {
+    const Sense *street = reader.sense(i, Meaning::StreetWord);
+    if (!street)
+        return false;
+    // "ul. Krzywa"
+    const std::uint32_t at = reader.skipSymbol(i + street->length, '.');
+    const Token *next = reader.at(at);
+    const bool numbered = next && street->value == 1 && next->kind == TokenKind::Number;
+    return i > begin || token(i).word == 0 || numbered ||
+           (next && (next->capital || reader.has(at, Meaning::Of)));
+}
+
+bool PlaceNames::goesOnWithoutName(const Reader &reader, std::uint32_t i) const {
+    const Token &current = token(i);
+    // "在信義威秀看電影": what happens there follows its name.
+    if (current.unspaced && reader.has(i, Meaning::Event) && !reader.has(i, Meaning::PlaceNoun) &&
+        !reader.has(i + 1, Meaning::PlaceNoun))
+        return true;
+    // Where words are not spaced, a space ends a name.
+    if (current.unspaced && current.spaceBefore && token(i - 1).unspaced &&
+        reader.has(i - 1, Meaning::PlaceNoun))
+        return true;
+    // "in der Mensa essen": where nouns are capitals, a small word goes on with the sentence.
+    const bool small = current.kind == TokenKind::Word && !current.capital &&
+                       token(i - 1).capital && token(i - 1).kind == TokenKind::Word &&
+                       reader.language(i).capitalNouns && current.spaceBefore;
+    return small && !isFiller(reader, i);
+}
+
+bool PlaceNames::stops(const Reader &reader, std::uint32_t i, std::uint32_t begin) const {
+    const Token &current = token(i);
+    if (current.used || current.kind == TokenKind::Link || current.kind == TokenKind::Mail ||
+        current.sentence != token(begin).sentence)
+        return true;
+    if (current.kind == TokenKind::Symbol)
+        return !(current.symbol == '&' || current.symbol == '\'' || current.symbol == '#' ||
+                 current.symbol == '.' || (current.symbol == '-' && reader.glued(i)) ||
+                 ((current.symbol == '/' || current.symbol == '+') && reader.glued(i)));
+    if (i == begin)
+        return false;
+    if (goesOnWithoutName(reader, i))
+        return true;
+    // "駅の改札前"
+    if (current.unspaced && reader.has(i, Meaning::Of) && leadsToPlace(reader, i + 1))
+        return false;
+    // "hal van blok B"
+    if (reader.has(i, Meaning::Of) && reader.has(i - 1, Meaning::PlaceNoun) && reader.word(i + 1) &&
+        !token(i + 1).used && (token(i + 1).capital || reader.has(i + 1, Meaning::PlaceNoun)))
+        return false;
+    // "amphi A"
+    const bool letter = current.end - current.begin == 1 && reader.has(i - 1, Meaning::PlaceNoun);
+    // "Igreja de São Pedro"
+    const bool ofName = i > begin + 1 && reader.has(i - 1, Meaning::Of) && token(i - 2).capital;
+    const bool goesOn = token(i - 1).capital || reader.symbol(i - 1, ',') || letter || ofName;
+    const bool stopWord = reader.has(i, Meaning::PlaceStop) || reader.has(i, Meaning::Greeting);
+    return stopWord && !(current.capital && goesOn);
+}
+
+std::uint32_t PlaceNames::nameEnd(const Reader &reader, std::uint32_t begin) const {
+    std::uint32_t i = begin;
+    const std::uint32_t limit = std::min(reader.end(), begin + kLongestName);
+    while (i < limit && !stops(reader, i, begin))
+        ++i;
+    if (reader.symbol(i, '(') && i < limit) {
+        const std::uint32_t close = closing(reader, i);
+        const Shape inner = shapeOf({i + 1, close});
+        if (close != i && inner.words > 0 && (inner.noun || inner.street))
+            i = close + 1;
+    }
+    while (i < limit && reader.symbol(i, ',')) {
+        const std::uint32_t next = addressGoesOn(reader, i + 1, begin);
+        if (next == i + 1)
+            break;
+        i = next;
+    }
+    return i;
+}
+
+std::uint32_t PlaceNames::addressGoesOn(const Reader &reader, std::uint32_t i,
+                                        std::uint32_t begin) const {
+    if (token(i).kind == TokenKind::Number && reader.has(i + 1, Meaning::UnitWord))
+        return i;
+    const bool name = token(i).capital && reader.at(i + 1) && reader.at(i + 1)->capital;
+    std::uint32_t end = name ? i + 1 : i;
+    const std::uint32_t limit = std::min(reader.end(), i + kLongestName);
+    while (end < limit && !stops(reader, end, begin))
+        ++end;
+    const bool stop = reader.has(i, Meaning::PlaceStop) && !name && !token(i).capital;
+    if (end == i || stop || reader.has(i, Meaning::Greeting))
+        return i;
+    const Shape shape = shapeOf({i, end});
+    if (shape.event && !shape.noun && !shape.street)
+        return i;
+    const bool number = token(i).kind == TokenKind::Number;
+    const bool address = (number && (shape.street || shape.capital || shape.words == 0)) ||
+                         (shape.street && shape.capital);
+    const bool fits = address || shape.title || shape.noun || shape.street;
+    return fits && shape.words <= 5 ? end : i;
+}
+
+std::uint32_t PlaceNames::closing(const Reader &reader, std::uint32_t open) {
+    for (std::uint32_t i = open + 1; i < open + kLongestName && reader.at(i); ++i)
+        if (reader.symbol(i, ')'))
+            return i;
+    return open;
+}
+
+bool PlaceNames::joinsName(const Reader &reader, std::uint32_t i, std::uint32_t with) const {
+    const Token &current = token(i);
+    if (current.used || current.sentence != token(with).sentence)
+        return false;
+    if (current.kind == TokenKind::Number)
+        return true;
+    if (current.kind == TokenKind::Symbol)
+        return current.symbol == '#' || current.symbol == '&' ||
+               (current.symbol == '-' && reader.glued(i) && reader.glued(i + 1));
+    if (i > 0 && token(i - 1).symbol == '-' && reader.glued(i))
+        return true;
+    const bool joined = current.unspaced && !reader.has(i, Meaning::TitleLead);
+    return current.kind == TokenKind::Word &&
+           (current.capital || joined || reader.has(i, Meaning::PlaceNoun)) &&
+           !reader.has(i, Meaning::Event);
+}
+
+bool PlaceNames::endsCompound(const Reader &reader, std::uint32_t i) {
+    return i > 1 && reader.symbol(i - 1, '-') && reader.glued(i) && reader.glued(i - 1) &&
+           !reader.has(i, Meaning::PlaceNoun) && !reader.at(i)->capital;
+}
+
+} // namespace pindle::conversion

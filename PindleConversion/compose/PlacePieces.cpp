@@ -1,0 +1,212 @@
+#include <algorithm>
+
+#include "PindleConversion/compose/PlaceFinder.h"
+
+namespace pindle::conversion {
+
+namespace {
+
+constexpr int kOwnLine = 26; ///< more for a place that has the line below the date
+
+} // namespace
+
+void PlaceFinder::pieces(const Reader &reader, std::uint32_t f) {
+    const Field &field = m_document.fields[f];
+    if (f < m_anchorField && !field.cell)
+        return venueAbove(reader, f);
+    std::uint32_t begin = field.begin;
+    const bool later = f > m_anchorField || (field.cell && f != 0);
+    for (std::uint32_t i = field.begin; i <= field.end; ++i) {
+        const bool space = i < field.end && i > begin && startsUnspaced(reader, i);
+        if (space && !token(i).used && (later || begin > m_choice.anchor())) {
+            begin = std::max(piece(reader, f, begin, i), i);
+            continue;
+        }
+        const bool mark = i == field.end || token(i).used || isBreak(reader, i) || space;
+        if (!mark)
+            continue;
+        if (i > begin && (later || begin > m_choice.anchor()))
+            begin = piece(reader, f, begin, i);
+        if (i < begin)
+            continue;
+        begin = space ? i : i + 1;
+    }
+}
+
+void PlaceFinder::venueAbove(const Reader &reader, std::uint32_t f) {
+    constexpr int kScore = 30;
+    constexpr int kMostWords = 7;
+    const Field &field = m_document.fields[f];
+    const bool heading = f == 0 || m_document.fields[f - 1].ignored;
+    const bool capital = token(field.begin).upper() && token(field.end - 1).upper();
+    if (heading || field.spoken || !capital || !reader.has(field.begin, Meaning::PlaceNoun) ||
+        nameEnd(reader, field.begin) != field.end ||
+        m_document.fields[f - 1].line + 1 != field.line)
+        return;
+    const Shape shape = shapeOf({field.begin, field.end});
+    if (shape.words > 1 && shape.words <= kMostWords)
+        offer({field.begin, field.end}, kScore, field.begin);
+}
+
+bool PlaceFinder::startsUnspaced(const Reader &reader, std::uint32_t i) {
+    const bool room = reader.at(i)->kind == TokenKind::Number && reader.at(i + 1) &&
+                      reader.at(i + 1)->unspaced && reader.has(i + 1, Meaning::PlaceNoun);
+    return (reader.at(i)->unspaced || room) && reader.at(i)->spaceBefore;
+}
+
+bool PlaceFinder::isBreak(const Reader &reader, std::uint32_t i) const {
+    return reader.symbol(i, ',') || reader.symbol(i, ';') || reader.symbol(i, '(') ||
+           reader.symbol(i, ')') || reader.symbol(i, ':') || reader.symbol(i, '!') ||
+           reader.symbol(i, '?') || (reader.symbol(i, '-') && !reader.glued(i)) ||
+           (reader.symbol(i, '.') && i + 1 < m_document.tokens.size() &&
+            token(i + 1).sentence != token(i).sentence);
+}
+
+bool PlaceFinder::isArrivalLine(const Field &field) const {
+    return m_choice.kind == EventKind::Travel && !m_choice.endSpan.empty() &&
+           !m_choice.timeSpan.empty() && field.line == lineOf(m_choice.endSpan.begin) &&
+           field.line != lineOf(m_choice.timeSpan.begin);
+}
+
+bool PlaceFinder::isAnnounced(const Reader &reader, std::uint32_t begin) const {
+    return begin > 1 && reader.symbol(begin - 1, ':') && token(begin - 2).used &&
+           !reader.has(begin, Meaning::PlaceNoun);
+}
+
+bool PlaceFinder::isKindOfPlace(const Reader &reader, TokenSpan part) {
+    constexpr std::uint32_t kMost = 5;
+    std::uint32_t last = part.end - 1;
+    if (last > part.begin && reader.at(last)->kind == TokenKind::Number)
+        --last;
+    return last > part.begin && part.end - part.begin <= kMost && reader.word(last) &&
+           !reader.at(last)->unspaced && reader.has(last, Meaning::PlaceNoun) &&
+           !reader.has(last - 1, Meaning::Of) && !reader.has(last - 1, Meaning::The);
+}
+
+bool PlaceFinder::isNamedKind(const Reader &reader, TokenSpan part) {
+    if (!reader.has(part.begin, Meaning::PlaceNoun) || !reader.at(part.begin)->capital ||
+        part.end < part.begin + 2)
+        return false;
+    for (std::uint32_t i = part.begin + 1; i < part.end; ++i)
+        if (!reader.word(i) || !reader.at(i)->capital || reader.has(i, Meaning::Event))
+            return false;
+    return true;
+}
+
+bool PlaceFinder::isArrival(const Reader &reader, std::uint32_t i) {
+    const Sense *role = reader.sense(i, Meaning::RoleWord);
+    return role && role->value == static_cast<int>(Role::End);
+}
+
+bool PlaceFinder::isSecondBeforeTime(const Field &field) const {
+    return !m_choice.timeSpan.empty() && field.label == Label::None && !field.spoken &&
+           field.line > lineOf(m_choice.dateSpan.empty() ? 0 : m_choice.anchor()) + 1 &&
+           field.line < lineOf(m_choice.timeSpan.begin);
+}
+
+std::uint32_t PlaceFinder::piece(const Reader &reader, std::uint32_t f, std::uint32_t begin,
+                                 std::uint32_t end) {
+    constexpr int kMostWords = 7;
+    const Field &field = m_document.fields[f];
+    begin = behindParticles(reader, field, {begin, end});
+    const bool refused = refusesPart(reader, {begin, end});
+    // Without spaces the name ends where the sentence goes on.
+    if (token(begin).unspaced && !reader.has(end - 1, Meaning::PlaceNoun))
+        end = std::clamp(nameEnd(reader, begin), begin + 1, end);
+    const Shape shape = shapeOf({begin, end});
+    const bool greets = reader.has(begin, Meaning::Greeting) && !(shape.noun && shape.title);
+    // "(le 11 a New York)"
+    const bool listed = reader.has(begin, Meaning::The) && !reader.symbol(begin, '\'') &&
+                        reader.number(begin + 1, 0, 31);
+    const bool filler = end == begin + 1 &&
+                        (reader.has(begin, Meaning::Of) || reader.has(begin, Meaning::RangeFrom) ||
+                         reader.has(begin, Meaning::The));
+    if (!refused && !greets && !filler && !listed && !isArrivalLine(field) && shape.words > 0 &&
+        shape.words <= kMostWords && (!shape.event || opensWithPlace(reader, {begin, end})))
+        offerPart(reader, field, {begin, end}, shape);
+    return end;
+}
+
+std::uint32_t PlaceFinder::behindParticles(const Reader &reader, const Field &field,
+                                           TokenSpan part) const {
+    constexpr std::uint32_t kOneSign = 3; ///< bytes
+    std::uint32_t begin = part.begin;
+    while (begin + 1 < part.end && token(begin).unspaced && begin > field.begin &&
+           token(begin - 1).used && token(begin).end - token(begin).begin <= kOneSign &&
+           reader.has(begin, Meaning::PlaceStop) && reader.has(begin, Meaning::TitleLead))
+        ++begin;
+    return begin;
+}
+
+bool PlaceFinder::refusesPart(const Reader &reader, TokenSpan part) const {
+    const std::uint32_t begin = part.begin;
+    return reader.has(begin, Meaning::Person) ||
+           (reader.has(begin, Meaning::PlaceMarker) && !token(begin).upper()) ||
+           reader.has(begin, Meaning::Chatter) ||
+           (reader.has(begin, Meaning::PlaceStop) && !token(begin).upper()) ||
+           token(begin).kind == TokenKind::Link || isSeat(reader, begin) ||
+           isCounted(reader, begin) || isArrival(reader, begin) || reader.symbol(part.end, ':') ||
+           isAnnounced(reader, begin) || tellsSeat(reader, begin, part.end);
+}
+
+bool PlaceFinder::opensWithPlace(const Reader &reader, TokenSpan part) const {
+    const std::uint32_t begin = part.begin;
+    if (isKindOfPlace(reader, part) || isNamedKind(reader, part))
+        return true;
+    if (!reader.has(begin, Meaning::PlaceNoun) && !reader.has(begin, Meaning::StreetWord))
+        return false;
+    const Sense *event = reader.sense(begin, Meaning::Event);
+    if (!event)
+        return reader.has(begin + 1, Meaning::Of) || reader.has(begin + 1, Meaning::The);
+    // "Pub Quiz" is no pub.
+    const std::uint32_t last = part.end - (reader.symbol(part.end - 1, '.') ? 2 : 1);
+    return token(begin).upper() && begin < last && token(last).upper() &&
+           !reader.has(last, Meaning::Event) && event->length == 1;
+}
+
+void PlaceFinder::offerPart(const Reader &reader, const Field &field, TokenSpan part,
+                            const Shape &shape) {
+    const auto [begin, end] = part;
+    const bool number = token(begin).kind == TokenKind::Number;
+    const bool address = shape.street && (number || shape.title || shape.capital);
+    const bool kind =
+        shape.noun && (shape.title || shape.words <= 4 || reader.has(begin, Meaning::PlaceNoun));
+    const bool sameLine =
+        field.line == m_document.fields[m_anchorField].line &&
+        (field.cell || m_document.sameSentence(begin, m_choice.anchor()) ||
+         (!m_choice.timeSpan.empty() && m_document.sameSentence(begin, m_choice.timeSpan.begin)));
+    const bool nextLine =
+        field.line == m_momentLine + 1 || (isSecondBeforeTime(field) && end == field.end);
+    const std::uint32_t whole = token(begin).unspaced ? end : std::max(end, nameEnd(reader, begin));
+    const Shape all = shapeOf({begin, whole});
+    const bool known = address || kind || (shape.title && (all.noun || all.street));
+    if (!known && !(isOnlyName(field, part, shape) && (sameLine || nextLine || field.spoken)))
+        return;
+    // "Club Sin Rumbo – Av. Constituyentes 6120"
+    if (address && reader.symbol(begin - 1, '-') && !m_best.empty() && m_best.end + 1 == begin) {
+        m_best.end = whole;
+        return;
+    }
+    int score = known ? 34 : 22;
+    // "Maison communale de Rixentaert" right below the date.
+    if (known && nextLine && begin == field.begin && whole == field.end && token(begin).upper())
+        score += kOwnLine;
+    if (!sameLine && !nextLine && !(field.spoken && end == field.end))
+        score -= 8;
+    offer({begin, whole}, score, begin);
+}
+
+bool PlaceFinder::isOnlyName(const Field &field, TokenSpan part, const Shape &shape) const {
+    const auto [begin, end] = part;
+    // "23:59 AoE": one unknown word glued to a time is no place.
+    if (begin > field.begin && token(begin - 1).used && shape.words == 1)
+        return false;
+    const auto numbers =
+        std::count_if(m_document.tokens.begin() + begin, m_document.tokens.begin() + end,
+                      [](const Token &each) { return each.kind == TokenKind::Number; });
+    // Without capitals only a line of its own is a name.
+    return shape.title && numbers < 2 &&
+           (!token(begin).unspaced || (begin == field.begin && end == field.end));
+}
+
+} // namespace pindle::conversion

@@ -1,0 +1,101 @@
+#include "PindleConversion/compose/TitleParts.h"
+
+#include <algorithm>
+
+#include <unicode/uchar.h>
+
+#include "PindleConversion/clean/Utf8.h"
+
+namespace pindle::conversion {
+
+namespace {
+
+constexpr int kWidest = 60;               ///< columns of a title
+constexpr int kRoomy = 44;                ///< columns above which a title is cut at its commas
+constexpr std::uint32_t kLongestRun = 64; ///< tokens of a run that are looked at
+
+} // namespace
+
+std::vector<TokenSpan> TitleParts::partsOf(TokenSpan run) const {
+    run.end = std::min(run.end, run.begin + kLongestRun);
+    const Reader reader(m_document, run.end);
+    const TokenSpan trimmed = trim(run);
+    const bool wide = columns(trimmed) > kRoomy;
+    const bool greeting = reader.has(run.begin, Meaning::Greeting);
+    std::vector<TokenSpan> parts;
+    std::uint32_t begin = run.begin;
+    for (std::uint32_t i = run.begin; i < run.end; ++i) {
+        const bool hard = isHardBreak(reader, i);
+        const bool soft = (wide || greeting) && isSoftBreak(reader, i) &&
+                          !(reader.symbol(i, ':') && !greeting && columns(trimmed) <= kWidest);
+        if (i > begin && announces(reader, i)) {
+            parts.push_back({begin, i});
+            begin = i;
+        }
+        // "Biscuit (Labrador) is due"
+        const bool closed =
+            reader.symbol(i, ')') && begin > run.begin && token(begin - 1).symbol == '(';
+        if (!(hard || soft || closed))
+            continue;
+        parts.push_back({begin, i});
+        begin = i + 1;
+    }
+    parts.push_back({begin, run.end});
+    return parts;
+}
+
+bool TitleParts::isHardBreak(const Reader &reader, std::uint32_t i) const {
+    constexpr char32_t kOpen = 0x3010; ///< of the brackets that enclose a heading
+    constexpr char32_t kClose = 0x3011;
+    if (reader.symbol(i, ';') || reader.symbol(i, '"') || reader.symbol(i, kOpen) ||
+        reader.symbol(i, kClose) || isCrumb(i))
+        return true;
+    if (reader.symbol(i, '-'))
+        return (!reader.glued(i) || !reader.glued(i + 1)) && !isSubtitle(reader, i + 1);
+    return token(i).kind == TokenKind::Link || token(i).kind == TokenKind::Mail;
+}
+
+bool TitleParts::isSubtitle(const Reader &reader, std::uint32_t i) const {
+    const Token *next = reader.at(i);
+    return next && next->kind == TokenKind::Word && !next->capital && !next->unspaced &&
+           !next->used && !reader.has(i, Meaning::Chatter) &&
+           !reader.has(i, Meaning::PlaceMarker) && !reader.has(i, Meaning::PlaceNoun) &&
+           !reader.has(i, Meaning::TitleLead) && !reader.has(i, Meaning::AsideLead) &&
+           !reader.has(i, Meaning::RoleWord) && !reader.has(i, Meaning::Event);
+}
+
+bool TitleParts::isSoftBreak(const Reader &reader, std::uint32_t i) const {
+    return reader.symbol(i, ',') || reader.symbol(i, ':') || reader.symbol(i, '(');
+}
+
+int TitleParts::columns(TokenSpan span) const {
+    const auto text = m_document.slice(span);
+    int width = 0;
+    for (std::size_t at = 0; at < text.size() && width <= 2 * kWidest;) {
+        const CodePoint point = decodeAt(text, at);
+        const bool blank = point.value == ' ' && at > 0 && text[at - 1] == ' ';
+        at = point.end;
+        if (point.value < 0x1100) {
+            width += blank ? 0 : 1;
+            continue;
+        }
+        const int wide = u_getIntPropertyValue(point.value, UCHAR_EAST_ASIAN_WIDTH);
+        width += wide == U_EA_WIDE || wide == U_EA_FULLWIDTH ? 2 : 1;
+    }
+    return width;
+}
+
+TokenSpan TitleParts::shorten(TokenSpan span) const {
+    if (columns(span) <= kWidest)
+        return span;
+    const Reader reader(m_document, span.end);
+    TokenSpan shorter = span;
+    for (std::uint32_t i = span.begin + 1; i < span.end; ++i)
+        if (isSoftBreak(reader, i) && columns({span.begin, i}) <= kWidest)
+            shorter.end = i;
+    while (columns(shorter) > kWidest && shorter.end > shorter.begin + 1)
+        --shorter.end;
+    return trim(shorter);
+}
+
+} // namespace pindle::conversion

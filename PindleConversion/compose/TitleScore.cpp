@@ -1,0 +1,175 @@
+#include "PindleConversion/compose/TitleScore.h"
+
+#include <algorithm>
+
+namespace pindle::conversion {
+
+namespace {
+
+constexpr int kOpening = 20;   ///< for the words that a text opens with
+constexpr int kTopic = 20;     ///< for what a conversation is about
+constexpr int kFlight = 30;    ///< for the number of a flight
+constexpr int kGeneric = 300;  ///< less for a label's value that says nothing: "Reminder"
+constexpr int kCount = 40;     ///< less for what opens with a number: "2 guests"
+constexpr int kPlaceName = 24; ///< less for what rather names a place: "flat 4"
+constexpr int kNoContent = 30; ///< less for words that say nothing of what happens
+
+/// What a label says of the words behind it.
+int labelScore(Label label) {
+    switch (label) {
+    case Label::Title:
+        return 400;
+    case Label::Note:
+        return -60;
+    case Label::Place:
+        return -80;
+    case Label::Deadline:
+        return -60;
+    case Label::Duration:
+    case Label::Zone:
+        return -80;
+    default:
+        return 0;
+    }
+}
+
+} // namespace
+
+TitleScore::Weight TitleScore::weigh(const TitleCandidate &candidate) const {
+    constexpr int kAnnouncement = -40;
+    const auto &[field, run, part, trimmed, alone, first, order] = candidate;
+    const Reader reader(m_document, part.end);
+    const bool kind = isCalledByNext(trimmed) || (alone && isKindAbove(field, trimmed));
+    const int less = penalties(candidate);
+    const int score = labelScore(field.label) - std::min(order, 20) + 20 +
+                      positionScore(candidate) + contentScore(candidate, kind) + less;
+    const bool opens = !reader.has(part.begin, Meaning::Greeting) && !kind &&
+                       less > kAnnouncement && !isNotice(reader, part) && !tellsRole(trimmed);
+    return {score, opens};
+}
+
+int TitleScore::positionScore(const TitleCandidate &candidate) const {
+    const auto &[field, run, part, trimmed, alone, first, order] = candidate;
+    const std::uint32_t anchor = m_choice.anchor();
+    const bool sameSentence = m_document.sameSentence(part.begin, anchor);
+    int score = 0;
+    if (sameSentence)
+        score += part.begin < anchor ? 40 : 28;
+    else if (token(part.begin).field == token(anchor).field)
+        score += 8;
+    else if (field.spoken && contains(trimmed, Meaning::Event) && !m_choice.timeSpan.empty() &&
+             m_document.sameSentence(part.begin, m_choice.timeSpan.begin))
+        score += 24;
+    else if (field.spoken && contains(trimmed, Meaning::Event))
+        score += kTopic;
+    if (field.cell && &field == &m_document.fields.front())
+        score += 20;
+    if (run.beforeUsed && sameSentence && part.end == run.span.end)
+        score += 4;
+    return score;
+}
+
+int TitleScore::contentScore(const TitleCandidate &candidate, bool kind) const {
+    const auto &[field, run, part, trimmed, alone, first, order] = candidate;
+    const Reader reader(m_document, part.end);
+    int score = 0;
+    if (first && alone && !field.spoken && !isNotice(reader, part) && isHeading(part) && !kind)
+        score += 48;
+    else if (first && !field.spoken && part.begin == field.begin &&
+             !m_document.sameSentence(part.begin, m_choice.anchor()))
+        score += kOpening;
+    if (contains(trimmed, Meaning::Event) && !namesHost(trimmed))
+        score += 16;
+    else if (!hasContent(trimmed))
+        score -= kNoContent;
+    if (isQuoted(part))
+        score += 30;
+    if (m_choice.kind == EventKind::Travel && hasFlightNumber(trimmed))
+        score += kFlight;
+    return score;
+}
+
+int TitleScore::penalties(const TitleCandidate &candidate) const {
+    const Reader reader(m_document, candidate.part.end);
+    return openingPenalties(reader, candidate) + wordPenalties(reader, candidate) +
+           linePenalties(reader, candidate);
+}
+
+int TitleScore::openingPenalties(const Reader &reader, const TitleCandidate &candidate) const {
+    const auto &[field, run, part, trimmed, alone, first, order] = candidate;
+    int score = 0;
+    std::uint32_t begin = part.begin;
+    while (begin + 1 < part.end && isEdgeMark(token(begin)))
+        ++begin;
+    // "guys pizza on Friday": the greeting is gone and a kind of event is left. "Team dinner"
+    // greets nobody.
+    const Sense *greeting = reader.sense(begin, Meaning::Greeting);
+    if (greeting && !(greeting->length == 1 && reader.has(begin + 1, Meaning::Event)))
+        score -= trimmed.begin > begin && contains(trimmed, Meaning::Event) &&
+                         !(trimmed.end == trimmed.begin + 1 && isPerson(reader, trimmed.begin))
+                     ? 8
+                     : 70;
+    if (reader.has(begin, Meaning::Chatter) || reader.has(begin, Meaning::AsideLead))
+        score -= 40;
+    if (isPageHead(reader, {part.begin, std::max(part.begin, trimmed.end)}) ||
+        isOnlyOnline(trimmed))
+        score -= m_document.fields[token(part.begin).field].label == Label::Title ? kGeneric : 60;
+    if (begin < part.end && token(begin).symbol == '(')
+        score -= 25;
+    // "保護者の皆様": whom the text speaks to.
+    if (token(part.end - 1).unspaced && reader.has(part.end - 1, Meaning::Person))
+        score -= 60;
+    if (isVocative(part, trimmed))
+        score -= 50;
+    return score;
+}
+
+int TitleScore::wordPenalties(const Reader &reader, const TitleCandidate &candidate) const {
+    const TokenSpan trimmed = candidate.trimmed;
+    const bool event = contains(trimmed, Meaning::Event);
+    int score = 0;
+    if (hasMoney(trimmed))
+        score -= 30;
+    if (isCode(trimmed) || isTrail(trimmed))
+        score -= 60;
+    if (token(trimmed.begin).kind == TokenKind::Number && !event)
+        score -= kCount;
+    if (isAddress(trimmed))
+        score -= 24;
+    else if (!candidate.first && !event &&
+             (contains(trimmed, Meaning::PlaceNoun) || contains(trimmed, Meaning::StreetWord)))
+        score -= kPlaceName;
+    if (contains(trimmed, Meaning::PastVerb))
+        score -= 8;
+    if (tellsRole(trimmed))
+        score -= tellsSide(trimmed) ? 80 : 40;
+    const Sense *general = reader.sense(trimmed.begin, Meaning::GeneralEvent);
+    if (general && trimmed.begin + general->length == trimmed.end && isBeforeMoment(trimmed))
+        score -= 20;
+    if (trimmed.end - trimmed.begin == 1 && !event)
+        score -= 6;
+    if (isCalledByNext(trimmed))
+        score -= 30;
+    return score;
+}
+
+int TitleScore::linePenalties(const Reader &reader, const TitleCandidate &candidate) const {
+    const auto &[field, run, part, trimmed, alone, first, order] = candidate;
+    int score = 0;
+    // "The Popes are happy to invite you to": the event is what follows.
+    const Reader beyond(m_document, run.span.end);
+    if (part.end < run.span.end && announces(beyond, part.end))
+        score -= 40;
+    if (part.begin > 0 && isCrumb(part.begin - 1))
+        score -= 40;
+    // "Mr and Mrs Pope" on a line of their own invite, a name below "Regards" signs.
+    if (alone && isHeading(part) && !contains(trimmed, Meaning::Event) &&
+        (isPerson(reader, part.begin) || isSignature(field)))
+        score -= 40;
+    // The subject of a mail may say no more than that something was booked.
+    if (field.label == Label::Title && isPageHead(reader, part))
+        score -= 360;
+    return score;
+}
+
+} // namespace pindle::conversion

@@ -1,0 +1,75 @@
+#pragma once
+
+#include "PindleConversion/compose/Compose.h"
+#include "PindleConversion/compose/TitleWords.h"
+
+namespace pindle::conversion {
+
+/// Words that may be the title, and where they stand.
+struct TitleCandidate {
+    const Field &field;
+    const Run &run;
+    TokenSpan part;    ///< of the run
+    TokenSpan trimmed; ///< the part without fillers
+    bool alone;        ///< the run is its whole field
+    bool first;        ///< nothing before it could be a title
+    int order;         ///< the run's number, from 1
+};
+
+/// Weighs candidates for the title against each other.
+class TitleScore : private TitleWords {
+public:
+    struct Weight {
+        int score;
+        bool opens; ///< what follows is no longer the first that the text says
+    };
+
+    TitleScore(const Document &document, const Choice &choice)
+        : TitleWords(document)
+        , m_document(document)
+        , m_choice(choice) {}
+
+    /// How likely the candidate is the title, of at least one token in `trimmed`.
+    Weight weigh(const TitleCandidate &candidate) const;
+
+private:
+    // TitleScore.cpp
+    /// Where the candidate stands, seen from the words that say when.
+    int positionScore(const TitleCandidate &candidate) const;
+    /// How the candidate stands out as the first line, and what its words and form say.
+    int contentScore(const TitleCandidate &candidate, bool kind) const;
+    /// What takes from a candidate.
+    int penalties(const TitleCandidate &candidate) const;
+    /// Less for a greeting, small talk or a page's head that the part opens or ends with.
+    int openingPenalties(const Reader &reader, const TitleCandidate &candidate) const;
+    /// Less for words that say who, where or how much rather than what.
+    int wordPenalties(const Reader &reader, const TitleCandidate &candidate) const;
+    /// Less for a line that leads to what follows, names its hosts or signs.
+    int linePenalties(const Reader &reader, const TitleCandidate &candidate) const;
+
+    // TitleSurroundings.cpp
+    /// "Your booking VL8K2P" above what is booked.
+    bool isNotice(const Reader &reader, TokenSpan part) const;
+    /// A few words behind the line that says goodbye.
+    bool isSignature(const Field &field) const;
+    /// "Rendezvous 6pm at the Café Noir for Chloé's party": the event is named later.
+    bool isBeforeMoment(TokenSpan trimmed) const;
+    /// "Tobias, see you at nine": whom the text speaks to.
+    bool isVocative(TokenSpan part, TokenSpan trimmed) const;
+    /// A name in quotes, of some words.
+    bool isQuoted(TokenSpan part) const;
+    /// "Home › What's on", "Lincoln School News", "SOLD OUT".
+    bool isPageHead(const Reader &reader, TokenSpan part) const;
+    /// "Workshop" on a line above "Sourdough for Beginners".
+    bool isKindAbove(const Field &field, TokenSpan trimmed) const;
+    /// "Webinar: Reading a Balance Sheet", "Webinar | Reading a Balance Sheet": the kind stands
+    /// before the name.
+    bool isCalledByNext(TokenSpan trimmed) const;
+    /// A short line without a sentence's full stop.
+    bool isHeading(TokenSpan part) const;
+
+    const Document &m_document;
+    const Choice &m_choice;
+};
+
+} // namespace pindle::conversion

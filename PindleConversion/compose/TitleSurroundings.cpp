@@ -1,0 +1,92 @@
+#include "PindleConversion/compose/TitleScore.h"
+
+namespace pindle::conversion {
+
+bool TitleScore::isSignature(const Field &field) const {
+    constexpr std::uint32_t kLongest = 4;
+    constexpr std::uint32_t kLongestGoodbye = 5;
+    if (field.begin < m_choice.anchor() || field.end - field.begin > kLongest ||
+        &field == &m_document.fields.front())
+        return false;
+    const Field &before = *(&field - 1);
+    return before.end - before.begin <= kLongestGoodbye && before.begin > m_choice.anchor() &&
+           Reader(m_document, before.end).has(before.begin, Meaning::Greeting);
+}
+
+bool TitleScore::isNotice(const Reader &reader, TokenSpan part) const {
+    const Sense *chatter = reader.sense(part.begin, Meaning::Chatter);
+    const std::uint32_t rest = chatter ? part.begin + chatter->length : part.begin;
+    return chatter && (rest == part.end || isCode({rest, part.end}));
+}
+
+bool TitleScore::isBeforeMoment(TokenSpan trimmed) const {
+    return trimmed.end == m_choice.timeSpan.begin || trimmed.end == m_choice.dateSpan.begin;
+}
+
+bool TitleScore::isVocative(TokenSpan part, TokenSpan trimmed) const {
+    return part.begin == 0 && trimmed.end == part.begin + 1 && token(part.begin).capital &&
+           !token(part.begin).unspaced && token(part.begin).word == 0 &&
+           trimmed.end < m_document.tokens.size() && token(trimmed.end).symbol == ',';
+}
+
+bool TitleScore::isQuoted(TokenSpan part) const {
+    return part.begin > 0 && token(part.begin - 1).symbol == '"' &&
+           part.end < m_document.tokens.size() && token(part.end).symbol == '"' &&
+           (part.end - part.begin > 1 || token(part.begin).unspaced);
+}
+
+bool TitleScore::isPageHead(const Reader &reader, TokenSpan part) const {
+    bool slash = false;
+    bool number = false;
+    std::uint32_t last = part.end;
+    while (last > part.begin && isEdgeMark(token(last - 1)))
+        --last;
+    for (std::uint32_t i = part.begin; i < part.end; ++i) {
+        const Sense *head = reader.sense(i, Meaning::PageHead);
+        if (head && (i + head->length == last || (i == part.begin && head->value == 1)))
+            return true;
+        slash = slash || (reader.symbol(i, '/') && !reader.glued(i) && reader.at(i + 1) &&
+                          !reader.glued(i + 1));
+        number = number || token(i).kind == TokenKind::Number;
+    }
+    const bool crumb = part.end < m_document.tokens.size() && isCrumb(part.end) &&
+                       m_document.sameSentence(part.begin, part.end);
+    return crumb || (slash && !number && part.begin == 0);
+}
+
+bool TitleScore::isKindAbove(const Field &field, TokenSpan trimmed) const {
+    const Field *next = &field + 1;
+    if (next > &m_document.fields.back() || next->begin >= m_choice.anchor() ||
+        next->label != Label::None || next->line != field.line + 1 || field.cell || next->spoken)
+        return false;
+    const Reader reader(m_document, trimmed.end);
+    const Sense *event = reader.sense(trimmed.begin, Meaning::Event);
+    const Token &word = token(next->begin);
+    return event && trimmed.begin + event->length == trimmed.end && word.capital && !word.used &&
+           trimmed.begin == field.begin;
+}
+
+bool TitleScore::isCalledByNext(TokenSpan trimmed) const {
+    constexpr std::uint32_t kLongestKind = 3;
+    constexpr char32_t kBullet = 0x2022;
+    const std::uint32_t size = trimmed.end - trimmed.begin;
+    const std::uint32_t next = trimmed.end + 1;
+    if (size > kLongestKind || next >= m_document.tokens.size() || token(next).used)
+        return false;
+    const char32_t mark = token(trimmed.end).symbol;
+    if (mark == ':')
+        return m_document.sameSentence(trimmed.begin, trimmed.end);
+    const bool event = token(next).kind == TokenKind::Word && contains(trimmed, Meaning::Event);
+    // "Talk "Heat Pumps""
+    if (mark == '"')
+        return event && m_document.sameSentence(trimmed.begin, next);
+    return size == 1 && (mark == '|' || mark == kBullet) && event;
+}
+
+bool TitleScore::isHeading(TokenSpan part) const {
+    constexpr std::uint32_t kMostTokens = 14;
+    return part.end - part.begin <= kMostTokens && token(part.end - 1).symbol != '.' &&
+           token(part.end - 1).symbol != ',' && token(part.end - 1).symbol != '?';
+}
+
+} // namespace pindle::conversion

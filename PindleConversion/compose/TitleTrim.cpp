@@ -1,0 +1,142 @@
+#include "PindleConversion/compose/Compose.h"
+#include "PindleConversion/compose/TitleParts.h"
+
+namespace pindle::conversion {
+
+TokenSpan TitleParts::trim(TokenSpan span) const {
+    for (bool changed = true; changed && !span.empty();) {
+        const TokenSpan before = span;
+        span = trimFront(span);
+        span = trimBack(span);
+        changed = span.begin != before.begin || span.end != before.end;
+    }
+    return span;
+}
+
+TokenSpan TitleParts::trimMarks(TokenSpan span) const {
+    while (!span.empty() && isEdgeMark(token(span.begin)))
+        ++span.begin;
+    while (!span.empty() && isEdgeMark(token(span.end - 1)))
+        --span.end;
+    return span;
+}
+
+TokenSpan TitleParts::trimFront(TokenSpan span) const {
+    const Reader reader(m_document, span.end);
+    if (span.empty())
+        return span;
+    if (isEdgeMark(token(span.begin)) || reader.symbol(span.begin, ')') ||
+        reader.symbol(span.begin, ']') || isUnclosed(span, span.begin))
+        return {span.begin + 1, span.end};
+    const Sense *lead = reader.sense(span.begin, Meaning::TitleLead);
+    if (!lead || namesEvent(reader, span.begin, *lead))
+        return span;
+    const std::uint32_t next = span.begin + lead->length;
+    if (startsLongerWord(span, next))
+        return span;
+    // "Invitation: ..." loses its prefix, "Invitation design" keeps its first word.
+    if (lead->value == 1 && !reader.symbol(next, ':') && !reader.symbol(next, '-') &&
+        !reader.symbol(next, '!') && !reader.symbol(next, ']') &&
+        (next != span.end || isKindAlone(span)))
+        return span;
+    // "Book festival", "Call the bank": only "book a table" loses its verb.
+    if (lead->value == 3 && !reader.has(next, Meaning::Number))
+        return span;
+    const bool name = token(span.begin).upper() && next < span.end && token(next).capital &&
+                      lead->length == 1 && span.begin != next && isArticle(reader, span.begin);
+    return name ? span : TokenSpan{next, span.end};
+}
+
+bool TitleParts::isKindAlone(TokenSpan span) const {
+    return contains(span, Meaning::Event) && span.end < m_document.tokens.size() &&
+           token(span.end).symbol != ':' && token(span.end).symbol != '-';
+}
+
+bool TitleParts::startsLongerWord(TokenSpan span, std::uint32_t next) const {
+    constexpr std::uint32_t kOneSign = 3; ///< bytes
+    const Token &first = token(span.begin);
+    return first.unspaced && first.end - first.begin <= kOneSign && next < span.end &&
+           next == span.begin + 1 && token(next).unspaced && !token(next).spaceBefore &&
+           token(next).word == 0;
+}
+
+bool TitleParts::namesEvent(const Reader &reader, std::uint32_t i, const Sense &lead) const {
+    const Sense *event = reader.sense(i, Meaning::Event);
+    return event && event->length > lead.length;
+}
+
+bool TitleParts::isArticle(const Reader &reader, std::uint32_t i) const {
+    return reader.has(i, Meaning::The) || reader.has(i, Meaning::Number);
+}
+
+TokenSpan TitleParts::trimBack(TokenSpan span) const {
+    if (span.empty())
+        return span;
+    const std::uint32_t last = span.end - 1;
+    if (const std::uint32_t length = lengthBehind(span); length != span.end)
+        return {span.begin, length};
+    if (closesQuote(span, last))
+        return span;
+    if (isEdgeMark(token(last)) || token(last).symbol == '(' || token(last).symbol == '[' ||
+        isUnopened(span, last))
+        return {span.begin, last};
+    constexpr std::uint32_t kLongestTail = 4;
+    const Reader reader(m_document, span.end);
+    const std::uint32_t low =
+        span.end > span.begin + kLongestTail ? span.end - kLongestTail : span.begin;
+    for (std::uint32_t i = low; i < span.end; ++i)
+        for (std::uint32_t s = token(i).firstSense; s < token(i).firstSense + token(i).senses;
+             ++s) {
+            const Sense &sense = m_document.senses[s];
+            if (sense.meaning == Meaning::TitleTail && i + sense.length == span.end &&
+                !(token(last).upper() && isName(span, last)))
+                return {span.begin, i};
+        }
+    return span;
+}
+
+std::uint32_t TitleParts::lengthBehind(TokenSpan span) const {
+    constexpr std::uint32_t kShortest = 4;
+    if (span.end < span.begin + kShortest)
+        return span.end;
+    const Reader reader(m_document, span.end);
+    const std::uint32_t count = span.end - 2;
+    const char32_t mark = token(count - 1).symbol;
+    const bool length = reader.number(count, 1, 99) && reader.has(count + 1, Meaning::UnitWord);
+    return length && (mark == ':' || mark == ',') ? count - 1 : span.end;
+}
+
+bool TitleParts::closesQuote(TokenSpan span, std::uint32_t last) const {
+    if (token(last).symbol != '\'' || token(last).spaceBefore)
+        return false;
+    for (std::uint32_t i = span.begin + 1; i + 1 < last; ++i)
+        if (token(i).symbol == '\'' && token(i).spaceBefore)
+            return true;
+    return false;
+}
+
+bool TitleParts::isName(TokenSpan span, std::uint32_t last) const {
+    return last > span.begin && token(last - 1).capital && token(last).end - token(last).begin > 3;
+}
+
+bool TitleParts::isUnclosed(TokenSpan span, std::uint32_t at) const {
+    if (token(at).symbol != '(' && token(at).symbol != '[')
+        return false;
+    const char32_t close = token(at).symbol == '(' ? ')' : ']';
+    for (std::uint32_t i = at + 1; i < span.end; ++i)
+        if (token(i).symbol == close)
+            return i + 1 == span.end || close == ']';
+    return true;
+}
+
+bool TitleParts::isUnopened(TokenSpan span, std::uint32_t at) const {
+    if (token(at).symbol != ')' && token(at).symbol != ']')
+        return false;
+    const char32_t open = token(at).symbol == ')' ? '(' : '[';
+    for (std::uint32_t i = span.begin; i < at; ++i)
+        if (token(i).symbol == open)
+            return i == span.begin;
+    return true;
+}
+
+} // namespace pindle::conversion

@@ -1,0 +1,139 @@
+#include "PindleConversion/compose/TitleWords.h"
+
+#include <algorithm>
+
+namespace pindle::conversion {
+
+bool TitleWords::announces(const Reader &reader, std::uint32_t i) {
+    constexpr std::uint8_t kLongPhrase = 3;
+    const Sense *lead = reader.sense(i, Meaning::TitleLead);
+    return lead && lead->value == 0 && lead->length >= kLongPhrase;
+}
+
+bool TitleWords::hasLetters(TokenSpan span) const {
+    for (std::uint32_t i = span.begin; i < span.end; ++i)
+        if (token(i).kind == TokenKind::Word && token(i).end - token(i).begin > 1)
+            return true;
+    return false;
+}
+
+bool TitleWords::says(TokenSpan span) const {
+    constexpr Meaning kAround[] = {Meaning::TimeMarker, Meaning::DateMarker, Meaning::The,
+                                   Meaning::Of,         Meaning::RangeTo,    Meaning::And,
+                                   Meaning::In,         Meaning::PlaceMarker};
+    const Reader reader(m_document, span.end);
+    for (std::uint32_t i = span.begin; i < span.end; ++i)
+        if (reader.word(i) && std::none_of(std::begin(kAround), std::end(kAround),
+                                           [&](Meaning each) { return reader.has(i, each); }))
+            return true;
+    return false;
+}
+
+bool TitleWords::contains(TokenSpan span, Meaning meaning) const {
+    const Reader reader(m_document, span.end);
+    for (std::uint32_t i = span.begin; i < span.end; ++i)
+        if (reader.has(i, meaning))
+            return true;
+    return false;
+}
+
+TokenSpan TitleWords::eventIn(TokenSpan span) const {
+    const Reader reader(m_document, span.end);
+    for (std::uint32_t i = span.begin; i < span.end; ++i)
+        if (const Sense *event = reader.sense(i, Meaning::Event))
+            return {i, std::min(i + event->length, span.end)};
+    return {};
+}
+
+bool TitleWords::isCode(TokenSpan span) const {
+    int numbers = 0;
+    for (std::uint32_t i = span.begin; i < span.end; ++i) {
+        if (i > span.begin && token(i).spaceBefore)
+            return false;
+        numbers += token(i).kind == TokenKind::Number ? 1 : 0;
+    }
+    return numbers > 1;
+}
+
+bool TitleWords::hasFlightNumber(TokenSpan span) const {
+    for (std::uint32_t i = span.begin; i + 1 < span.end; ++i)
+        if (token(i).kind == TokenKind::Word && token(i).end - token(i).begin == 2 &&
+            token(i).upper() && token(i + 1).kind == TokenKind::Number &&
+            token(i + 1).digits >= 2 && token(i + 1).digits <= 4)
+            return true;
+    return false;
+}
+
+bool TitleWords::isTrail(TokenSpan span) const {
+    for (std::uint32_t i = span.begin; i < span.end; ++i)
+        if (token(i).symbol == '>')
+            return true;
+    return false;
+}
+
+bool TitleWords::isAddress(TokenSpan span) const {
+    const Reader reader(m_document, span.end);
+    const Sense *street = reader.sense(span.begin, Meaning::StreetWord);
+    return street && street->value == 1 && token(span.end - 1).kind == TokenKind::Number;
+}
+
+bool TitleWords::hasMoney(TokenSpan span) const {
+    for (std::uint32_t i = span.begin; i < span.end; ++i) {
+        const char32_t c = token(i).symbol;
+        if (c == '$' || c == U'€' || c == U'£' || c == U'¥')
+            return true;
+    }
+    return false;
+}
+
+bool TitleWords::isPerson(const Reader &reader, std::uint32_t i) const {
+    return token(i).capital && reader.has(i, Meaning::Person);
+}
+
+bool TitleWords::namesHost(TokenSpan trimmed) const {
+    const Reader reader(m_document, trimmed.end);
+    return reader.has(trimmed.begin, Meaning::PlaceNoun) &&
+           !reader.has(trimmed.begin, Meaning::Event);
+}
+
+bool TitleWords::hasContent(TokenSpan span) const {
+    constexpr Meaning kAround[] = {Meaning::Common,      Meaning::Chatter,  Meaning::Greeting,
+                                   Meaning::PresentVerb, Meaning::PastVerb, Meaning::PartOfDay,
+                                   Meaning::AsideLead,   Meaning::Person};
+    const Reader reader(m_document, span.end);
+    for (std::uint32_t i = span.begin; i < span.end; ++i)
+        if (reader.word(i) && std::none_of(std::begin(kAround), std::end(kAround),
+                                           [&](Meaning each) { return reader.has(i, each); }))
+            return true;
+    return false;
+}
+
+bool TitleWords::tellsRole(TokenSpan span) const {
+    const Reader reader(m_document, span.end);
+    const Sense *role = reader.sense(span.begin, Meaning::RoleWord);
+    return role && span.begin + role->length == span.end;
+}
+
+bool TitleWords::tellsSide(TokenSpan span) const {
+    const Sense *role = Reader(m_document, span.end).sense(span.begin, Meaning::RoleWord);
+    return role && role->value == static_cast<int>(Role::Side);
+}
+
+bool TitleWords::isOnlyOnline(TokenSpan trimmed) const {
+    const Reader reader(m_document, trimmed.end);
+    const Sense *online = reader.sense(trimmed.begin, Meaning::Online);
+    if (!online)
+        return false;
+    const std::uint32_t next = trimmed.begin + online->length;
+    const Sense *general = reader.sense(next, Meaning::OnlineEvent);
+    return next == trimmed.end || (general && next + general->length == trimmed.end);
+}
+
+bool TitleWords::isCrumb(std::uint32_t i) const {
+    constexpr char32_t kBreadcrumb = 0x203A;
+    const char32_t mark = token(i).symbol;
+    return (mark == kBreadcrumb || mark == '>') && token(i).spaceBefore &&
+           m_document.fields[token(i).field].line == 0;
+}
+
+} // namespace pindle::conversion

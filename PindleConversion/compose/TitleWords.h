@@ -1,0 +1,55 @@
+#pragma once
+
+#include "PindleConversion/tokens/Token.h"
+
+namespace pindle::conversion {
+
+/// What the words of a span say that may become the title.
+class TitleWords {
+public:
+    explicit TitleWords(const Document &document)
+        : m_document(document) {}
+
+    /// Some word of the span has that meaning.
+    bool contains(TokenSpan span, Meaning meaning) const;
+    /// The words that name a kind of event.
+    TokenSpan eventIn(TokenSpan span) const;
+    /// Some word of the span is longer than a letter.
+    bool hasLetters(TokenSpan span) const;
+    /// More than the words around a time or place: "a las", "in the".
+    bool says(TokenSpan span) const;
+    /// Not only words that hold a sentence together: "hast du", "there is".
+    bool hasContent(TokenSpan span) const;
+    /// "The Smiths are happy to invite you to": the event is what follows.
+    static bool announces(const Reader &reader, std::uint32_t i);
+    /// "Home › Music" leads to what follows.
+    bool isCrumb(std::uint32_t i) const;
+    /// "VL8K2P": letters and numbers without a space.
+    bool isCode(TokenSpan span) const;
+    /// "KL 0592", "SQ326": the number of a flight.
+    bool hasFlightNumber(TokenSpan span) const;
+    /// "Home > Courses > Crafts": where a page stands.
+    bool isTrail(TokenSpan span) const;
+    /// "ul. Krótka 5": a kind of street, a name and a number.
+    bool isAddress(TokenSpan span) const;
+    /// A sign of a currency stands in the span.
+    bool hasMoney(TokenSpan span) const;
+    /// A capitalised word for a person.
+    bool isPerson(const Reader &reader, std::uint32_t i) const;
+    /// "Posted on", "by": what is left of a date's role.
+    bool tellsRole(TokenSpan span) const;
+    /// "Doors open" before the event itself.
+    bool tellsSide(TokenSpan span) const;
+    /// "Chess club The Tower" says who, not what.
+    bool namesHost(TokenSpan trimmed) const;
+    /// "Microsoft Teams meeting", "Zoom call": how one meets, not what for.
+    bool isOnlyOnline(TokenSpan trimmed) const;
+
+protected:
+    const Token &token(std::uint32_t i) const { return m_document.tokens[i]; }
+
+private:
+    const Document &m_document;
+};
+
+} // namespace pindle::conversion
