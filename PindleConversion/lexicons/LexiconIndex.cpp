@@ -1,5 +1,6 @@
 #include "PindleConversion/lexicons/LexiconIndex.h"
 
+#include <algorithm>
 #include <cstring>
 
 namespace pindle::conversion {
@@ -14,6 +15,11 @@ std::uint32_t findWord(std::string_view folded, std::uint32_t hash) {
             std::memcmp(kTables.text + slot.text, folded.data(), folded.size()) == 0)
             return at + 1;
     }
+}
+
+std::span<const Phrase> phrasesWith(std::span<const Phrase> phrases, std::uint32_t second) {
+    const auto [first, last] = std::ranges::equal_range(phrases, second, {}, &Phrase::second);
+    return {first, last};
 }
 
 } // namespace pindle::conversion

@@ -22,7 +22,8 @@ struct Sense {
 
 /// A phrase: the words behind its first one, and what it means.
 struct Phrase {
-    std::uint32_t rest; ///< where its further words start in `Tables::phraseWords`
+    std::uint32_t second; ///< number of its second word, 0 when it has one word
+    std::uint32_t rest;   ///< where the words behind the second start in `Tables::phraseWords`
     Sense sense;
 };
 
@@ -32,7 +33,7 @@ struct WordSlot {
     std::uint32_t text; ///< where its letters start in `Tables::text`
     std::uint32_t firstPhrase;
     std::uint32_t languages; ///< a bit per lexicon that has the word
-    std::uint16_t phrases;   ///< longest first
+    std::uint16_t phrases;   ///< by their second word, then longest first
     std::uint8_t length;     ///< bytes; 0 for a free place
     std::uint8_t flags;      ///< see `kCounter`, `kElision`
 };
@@ -75,6 +76,16 @@ inline const WordSlot &wordSlot(std::uint32_t word) {
 inline std::span<const Phrase> phrasesOf(const WordSlot &slot) {
     return kTables.phrases.subspan(slot.firstPhrase, slot.phrases);
 }
+/// The phrases of one word among those of a word.
+inline std::span<const Phrase> singleWords(std::span<const Phrase> phrases) {
+    std::size_t count = 0;
+    while (count < phrases.size() && phrases[count].second == 0)
+        ++count;
+    return phrases.first(count);
+}
+/// The phrases whose second word is `second`, which is not 0. Logarithmic: some words start
+/// hundreds of phrases.
+std::span<const Phrase> phrasesWith(std::span<const Phrase> phrases, std::uint32_t second);
 inline std::string_view noteOf(const Sense &sense) {
     return kTables.notes[sense.note];
 }

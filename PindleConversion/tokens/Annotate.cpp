@@ -225,21 +225,27 @@ private:
         const bool ownWord = (slot.languages >> language & 1U) != 0;
         const std::uint32_t own = 1U << language | 1U << kSharedWords;
         const std::uint32_t read = ownWord ? own : own | m_active;
-        for (const Phrase &phrase : phrasesOf(slot)) {
+        const auto note = [&](const Phrase &phrase) {
             const LanguageId from = phrase.sense.language;
             const bool lent = !ownWord && from == m_english && isContent(phrase.sense.meaning);
-            if ((read >> from & 1U) == 0 && !lent)
-                continue;
-            if (matches(i, phrase))
+            if (((read >> from & 1U) != 0 || lent) && matches(i, phrase))
                 m_document.senses.push_back(phrase.sense);
-        }
+        };
+        const auto phrases = phrasesOf(slot);
+        const auto single = singleWords(phrases);
+        const auto &tokens = m_document.tokens;
+        const std::uint32_t next = i + 1 < tokens.size() ? tokens[i + 1].word : 0;
+        // The longer ones come first.
+        if (next != 0 && single.size() < phrases.size())
+            std::ranges::for_each(phrasesWith(phrases.subspan(single.size()), next), note);
+        std::ranges::for_each(single, note);
     }
 
     bool matches(std::uint32_t at, const Phrase &phrase) const {
         if (at + phrase.sense.length > m_document.tokens.size())
             return false;
-        for (std::uint32_t k = 1; k < phrase.sense.length; ++k)
-            if (m_document.tokens[at + k].word != kTables.phraseWords[phrase.rest + k - 1])
+        for (std::uint32_t k = 2; k < phrase.sense.length; ++k)
+            if (m_document.tokens[at + k].word != kTables.phraseWords[phrase.rest + k - 2])
                 return false;
         return true;
     }
@@ -274,10 +280,9 @@ private:
 
     bool noteTailSenses(const WordSlot &slot, LanguageId language, const LanguageInfo &info) {
         bool found = false;
-        for (const Phrase &phrase : phrasesOf(slot)) {
+        for (const Phrase &phrase : singleWords(phrasesOf(slot))) {
             const Sense &sense = phrase.sense;
-            if (sense.length != 1 || sense.language != language ||
-                !info.tails[static_cast<std::size_t>(sense.meaning)])
+            if (sense.language != language || !info.tails[static_cast<std::size_t>(sense.meaning)])
                 continue;
             m_document.senses.push_back(sense);
             found = true;

@@ -169,6 +169,14 @@ void TableBuilder::place() {
         word.firstPhrase = phrases;
         phrases += static_cast<std::uint32_t>(word.phrases.size());
     }
+    for (auto &[text, word] : m_words)
+        std::stable_sort(word.phrases.begin(), word.phrases.end(),
+                         [&](const Built &a, const Built &b) { return second(a) < second(b); });
+}
+
+/// The number of a phrase's second word, 0 when it has none.
+std::uint32_t TableBuilder::second(const Built &phrase) const {
+    return phrase.words.size() < 2 ? 0 : m_words.at(phrase.words[1]).slot + 1;
 }
 
 namespace {
@@ -219,11 +227,11 @@ void TableBuilder::writePhrases(std::string &out) const {
     for (const auto &[text, word] : m_words) {
         for (const Built &phrase : word.phrases) {
             const Sense &sense = phrase.sense;
-            out += "{" + std::to_string(count) + ",{static_cast<Meaning>(" +
-                   std::to_string(static_cast<int>(sense.meaning)) + ")," +
-                   std::to_string(sense.length) + "," + std::to_string(sense.value) + "," +
+            out += "{" + std::to_string(second(phrase)) + "," + std::to_string(count) +
+                   ",{static_cast<Meaning>(" + std::to_string(static_cast<int>(sense.meaning)) +
+                   ")," + std::to_string(sense.length) + "," + std::to_string(sense.value) + "," +
                    std::to_string(sense.note) + "," + std::to_string(sense.language) + "}},\n";
-            for (std::size_t k = 1; k < phrase.words.size(); ++k, ++count)
+            for (std::size_t k = 2; k < phrase.words.size(); ++k, ++count)
                 rest += std::to_string(m_words.at(phrase.words[k]).slot + 1) + ",\n";
         }
     }

@@ -36,6 +36,7 @@ private:
     void writeLanguages(std::string &out) const;
     void writePhrases(std::string &out) const;
     void place();
+    std::uint32_t second(const Built &phrase) const;
 
     struct Word {
         std::vector<Built> phrases;
