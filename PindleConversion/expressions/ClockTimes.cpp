@@ -1,4 +1,5 @@
 #include "PindleConversion/expressions/Expression.h"
+#include "PindleConversion/expressions/Starts.h"
 
 namespace pindle::conversion {
 
@@ -190,7 +191,8 @@ std::optional<ClockSpec> readBareClock(const Reader &reader, std::uint32_t i, st
         next = i + named->length;
         return clock;
     }
-    if (auto clock = readSpokenClock(reader, i, next))
+    if (auto clock =
+            mayStartSpokenClock(reader, i) ? readSpokenClock(reader, i, next) : std::nullopt)
         return clock;
     if (reader.at(i) && reader.at(i)->kind == TokenKind::Number) {
         auto clock = readDigits(reader, i, next);

@@ -1,4 +1,5 @@
 #include "PindleConversion/expressions/Expression.h"
+#include "PindleConversion/expressions/Starts.h"
 
 namespace pindle::conversion {
 
@@ -128,7 +129,8 @@ std::optional<DateMention> readSingle(const Reader &reader, std::uint32_t i) {
         readNameBehind(reader, *date);
         return date;
     }
-    date = readRelativeDate(reader, i);
+    if (mayStartRelativeDate(reader, i))
+        date = readRelativeDate(reader, i);
     // "tomorrow (Friday 5 June)": the written date says it best.
     if (date && (reader.symbol(date->span.end, ',') || reader.symbol(date->span.end, '('))) {
         const std::uint32_t inner = date->span.end + 1;

@@ -1,4 +1,5 @@
 #include "PindleConversion/expressions/Expression.h"
+#include "PindleConversion/expressions/Starts.h"
 
 namespace pindle::conversion {
 
@@ -56,20 +57,14 @@ private:
             takePart(reader, i, *part);
             return i + part->length;
         }
-        if (auto date = readDate(reader, i))
+        if (auto date = mayStartDate(reader, i) ? readDate(reader, i) : std::nullopt)
             return takeDate(reader, *date);
-        if (const auto next = duration(reader, i); next != i)
+        if (const auto next = mayStartDuration(reader, i) ? duration(reader, i) : i; next != i)
             return next;
-        if (const auto next = time(reader, i, field); next != i)
+        if (const auto next = mayStartTime(reader, i) ? time(reader, i, field) : i; next != i)
             return next;
-        TimeMention zone;
-        const bool zoneField = field.label == Label::Zone;
-        if (const auto next = readZone(reader, i, zoneField, zone); next != i) {
-            zone.span = {i, next};
-            use(zone.span);
-            take(m_found.zones, zone);
+        if (const auto next = zone(reader, i, field); next != i)
             return next;
-        }
         if (auto date = readHoliday(reader, i))
             return takeHoliday(reader, *date);
         if (const Sense *part = reader.sense(i, Meaning::PartOfDay)) {
@@ -169,6 +164,20 @@ private:
         m_marked = kNowhere;
         m_length = reader.symbol(found->span.end, ',') ? found->span.end + 1 : found->span.end;
         return found->span.end;
+    }
+
+    std::uint32_t zone(const Reader &reader, std::uint32_t i, const Field &field) {
+        const bool zoneField = field.label == Label::Zone;
+        if (!zoneField && !mayStartZone(reader, i))
+            return i;
+        TimeMention zone;
+        const std::uint32_t next = readZone(reader, i, zoneField, zone);
+        if (next != i) {
+            zone.span = {i, next};
+            use(zone.span);
+            take(m_found.zones, zone);
+        }
+        return next;
     }
 
     void takePart(const Reader &reader, std::uint32_t i, const Sense &part) {

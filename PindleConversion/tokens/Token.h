@@ -2,6 +2,7 @@
 
 #include <array>
 #include <cstdint>
+#include <initializer_list>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -15,12 +16,28 @@ enum class TokenKind : std::uint8_t { Word, Number, Symbol, LineBreak, Link, Mai
 /// A set of meanings.
 class Meanings {
 public:
-    void add(Meaning meaning) { m_bits[place(meaning)] |= bit(meaning); }
-    bool has(Meaning meaning) const { return (m_bits[place(meaning)] & bit(meaning)) != 0; }
+    constexpr Meanings() = default;
+    constexpr Meanings(std::initializer_list<Meaning> meanings) {
+        for (Meaning meaning : meanings)
+            add(meaning);
+    }
+    constexpr void add(Meaning meaning) { m_bits[place(meaning)] |= bit(meaning); }
+    constexpr bool has(Meaning meaning) const {
+        return (m_bits[place(meaning)] & bit(meaning)) != 0;
+    }
+    /// Both have some meaning.
+    constexpr bool meets(const Meanings &other) const {
+        std::uint64_t common = 0;
+        for (std::size_t i = 0; i < m_bits.size(); ++i)
+            common |= m_bits[i] & other.m_bits[i];
+        return common != 0;
+    }
 
 private:
-    static std::size_t place(Meaning meaning) { return static_cast<std::size_t>(meaning) / 64; }
-    static std::uint64_t bit(Meaning meaning) {
+    static constexpr std::size_t place(Meaning meaning) {
+        return static_cast<std::size_t>(meaning) / 64;
+    }
+    static constexpr std::uint64_t bit(Meaning meaning) {
         return std::uint64_t{1} << (static_cast<std::size_t>(meaning) % 64);
     }
     std::array<std::uint64_t, (kMeanings + 63) / 64> m_bits{};
@@ -115,6 +132,11 @@ public:
         return nullptr;
     }
     bool has(std::uint32_t i, Meaning meaning) const { return sense(i, meaning) != nullptr; }
+    /// Token `i` may have some of those meanings; without, it has none of them. Quick.
+    bool mayHave(std::uint32_t i, const Meanings &meanings) const {
+        const Token *token = at(i);
+        return token && token->meanings.meets(meanings);
+    }
     bool symbol(std::uint32_t i, char32_t symbol) const {
         const Token *token = at(i);
         return token && token->kind == TokenKind::Symbol && token->symbol == symbol;

@@ -1,0 +1,72 @@
+#pragma once
+
+#include "PindleConversion/tokens/Token.h"
+
+namespace pindle::conversion {
+
+// What an expression can start with, by the readers of its kind: where one of these says no, that
+// reader finds nothing. Most words have a meaning that starts no expression, and asking here is
+// much quicker than trying all readers. A reader that learns a new beginning tells it here.
+
+inline bool isNumber(const Reader &reader, std::uint32_t i) {
+    const Token *token = reader.at(i);
+    return token && token->kind == TokenKind::Number;
+}
+
+/// `readDate` may find a date at token `i`.
+inline bool mayStartDate(const Reader &reader, std::uint32_t i) {
+    static constexpr Meanings kWords{Meaning::Month,       Meaning::Weekday,  Meaning::WeakWeekday,
+                                     Meaning::Repeated,    Meaning::Number,   Meaning::Ordinal,
+                                     Meaning::RelativeDay, Meaning::UnitWord, Meaning::This,
+                                     Meaning::Next,        Meaning::Last,     Meaning::AfterNext,
+                                     Meaning::Period,      Meaning::In,       Meaning::The,
+                                     Meaning::DayLead,     Meaning::MonthEnd, Meaning::Era};
+    return isNumber(reader, i) || reader.mayHave(i, kWords);
+}
+
+/// `readRelativeDate` may find a date at token `i`; digits need company.
+inline bool mayStartRelativeDate(const Reader &reader, std::uint32_t i) {
+    static constexpr Meanings kWords{Meaning::Month,       Meaning::Weekday,  Meaning::WeakWeekday,
+                                     Meaning::Repeated,    Meaning::Number,   Meaning::Ordinal,
+                                     Meaning::RelativeDay, Meaning::UnitWord, Meaning::This,
+                                     Meaning::Next,        Meaning::Last,     Meaning::AfterNext,
+                                     Meaning::Period,      Meaning::In,       Meaning::The,
+                                     Meaning::DayLead,     Meaning::MonthEnd};
+    static constexpr Meanings kBehindDigits{Meaning::OrdinalMark, Meaning::MonthEnd,
+                                            Meaning::MonthMark, Meaning::UnitWord,
+                                            Meaning::DayMark};
+    return reader.mayHave(i, kWords) ||
+           (isNumber(reader, i) && reader.mayHave(i + 1, kBehindDigits));
+}
+
+/// `readDuration` may find a length of time at token `i`.
+inline bool mayStartDuration(const Reader &reader, std::uint32_t i) {
+    static constexpr Meanings kWords{Meaning::Number, Meaning::HalfBare};
+    return isNumber(reader, i) || reader.mayHave(i, kWords);
+}
+
+/// `readTime` may find a time at token `i`.
+inline bool mayStartTime(const Reader &reader, std::uint32_t i) {
+    static constexpr Meanings kWords{Meaning::Number,      Meaning::PartOfDay,   Meaning::ClockWord,
+                                     Meaning::SpokenClock, Meaning::TowardsHour, Meaning::HalfPast,
+                                     Meaning::HalfBare,    Meaning::QuarterWord};
+    return isNumber(reader, i) || reader.mayHave(i, kWords);
+}
+
+/// `readSpokenClock` may find a time at token `i`; digits need company.
+inline bool mayStartSpokenClock(const Reader &reader, std::uint32_t i) {
+    static constexpr Meanings kWords{Meaning::Number,   Meaning::SpokenClock, Meaning::TowardsHour,
+                                     Meaning::HalfPast, Meaning::HalfBare,    Meaning::QuarterWord};
+    static constexpr Meanings kBehindDigits{Meaning::PastWord, Meaning::ToWord, Meaning::UnitWord};
+    return reader.mayHave(i, kWords) ||
+           (isNumber(reader, i) && reader.mayHave(i + 1, kBehindDigits));
+}
+
+/// `readZone` may find a zone at token `i`, which follows no time.
+inline bool mayStartZone(const Reader &reader, std::uint32_t i) {
+    static constexpr Meanings kWords{Meaning::Zone, Meaning::ZoneWord, Meaning::ZoneOffset};
+    const std::uint32_t name = reader.skipSymbol(i, '(');
+    return reader.mayHave(name, kWords) || (reader.word(name) && reader.symbol(name + 1, '/'));
+}
+
+} // namespace pindle::conversion
