@@ -94,6 +94,13 @@ constexpr auto kSettled = [] {
     return settled;
 }();
 
+/// A letter that stays as it is: of Europe's languages, kana, or an ideograph. Asking this first
+/// saves looking it up among pictures, blanks and controls.
+constexpr bool isPlainLetter(UChar32 c) {
+    return (c >= 0xC0 && c <= 0x24F) || (c >= 0x3041 && c <= 0x30FF) ||
+           (c >= 0x3400 && c <= 0x9FFF);
+}
+
 class Cleaner {
 public:
     explicit Cleaner(std::string_view text)
@@ -114,10 +121,24 @@ private:
     /// Most of a text, all at once.
     void copySettled() {
         std::size_t end = m_at;
-        while (end < m_in.size() && kSettled[static_cast<unsigned char>(m_in[end])])
-            ++end;
+        for (std::size_t next = end; end < m_in.size(); end = next) {
+            next = behindSettled(end);
+            if (next == end)
+                break;
+        }
         m_out.append(m_in, m_at, end - m_at);
         m_at = end;
+    }
+
+    /// The end of the settled letter or run of ASCII at `at`, or `at`.
+    std::size_t behindSettled(std::size_t at) const {
+        std::size_t end = at;
+        while (end < m_in.size() && kSettled[static_cast<unsigned char>(m_in[end])])
+            ++end;
+        if (end > at || end == m_in.size())
+            return end;
+        const CodePoint point = decodeAt(m_in, at);
+        return isPlainLetter(point.value) ? point.end : at;
     }
 
     void step() {

@@ -153,6 +153,7 @@ enum class DayOrder : std::uint8_t { DayFirst, MonthFirst, ByZone };
 
 /// Which letters tell a language.
 enum class Script : std::uint8_t { Latin, Japanese, Chinese };
+inline constexpr std::size_t kScripts = static_cast<std::size_t>(Script::Chinese) + 1;
 
 /// Number of a lexicon; 0 is the one that all languages share.
 using LanguageId = std::uint8_t;

@@ -49,6 +49,8 @@ struct Tables {
     std::span<const std::uint32_t> phraseWords;
     std::span<const std::string_view> notes;
     std::span<const LanguageInfo> languages; ///< the shared words first
+    std::span<const std::uint32_t> oneByte;  ///< the words of one ASCII letter, digit or mark
+    std::span<const std::uint8_t> hints;     ///< see `unspacedHint`
 };
 extern const Tables kTables;
 
@@ -62,6 +64,17 @@ inline constexpr std::uint32_t hashWord(std::string_view folded) {
     for (char c : folded)
         hash = hashByte(hash, c);
     return hash;
+}
+
+/// Whether a word of a script without spaces starts with letters of this hash and goes on, and
+/// whether one ends there. May be wrong when it says yes. Such words are looked for at every
+/// letter, and nearly always in vain.
+inline constexpr unsigned kGoesOn = 1;
+inline constexpr unsigned kEnds = 2;
+inline constexpr std::size_t kHints = 1U << 16U; ///< four in a byte
+inline unsigned unspacedHint(std::uint32_t hash) {
+    const std::uint32_t place = hash % kHints;
+    return kTables.hints[place / 4] >> (place % 4 * 2) & 3U;
 }
 
 /// The number of a folded word, 0 when no lexicon has it. Constant time.

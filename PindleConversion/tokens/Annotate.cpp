@@ -42,10 +42,14 @@ public:
                 break;
             for (; end < point.end; ++end)
                 hash = hashByte(hash, text[end]);
-            const std::uint32_t word = findWord(text.substr(at, end - at), hash);
+            const unsigned hint = unspacedHint(hash);
+            const std::uint32_t word =
+                (hint & kEnds) != 0 ? findWord(text.substr(at, end - at), hash) : 0;
             if (word != 0)
                 best = {static_cast<std::uint32_t>(end - at),
                         (wordSlot(word).flags & kCounter) != 0};
+            if ((hint & kGoesOn) == 0)
+                break;
         }
         return best;
     }
@@ -117,9 +121,7 @@ private:
     void lookUp(Token &token, LanguageScores &scores) {
         const auto text = m_document.slice(token);
         if (token.kind == TokenKind::Symbol) {
-            m_folded.clear();
-            appendPoint(m_folded, static_cast<std::int32_t>(token.symbol));
-            token.word = findWord(m_folded);
+            lookUpSymbol(token);
         } else if (token.kind == TokenKind::Number && token.digits <= 2 && !token.unspaced) {
             token.word = findWord(text);
         } else if (token.kind == TokenKind::Word && text.size() <= kLongestWord) {
@@ -131,7 +133,23 @@ private:
         }
     }
 
+    void lookUpSymbol(Token &token) {
+        if (token.symbol < kTables.oneByte.size()) {
+            token.word = kTables.oneByte[token.symbol];
+            return;
+        }
+        m_folded.clear();
+        appendPoint(m_folded, static_cast<std::int32_t>(token.symbol));
+        token.word = findWord(m_folded);
+    }
+
     void lookUpWord(Token &token, std::string_view text) {
+        // Scripts without spaces have no capitals, so nothing needs folding.
+        if (token.unspaced) {
+            const std::uint32_t hash = hashWord(text);
+            token.word = (unspacedHint(hash) & kEnds) != 0 ? findWord(text, hash) : 0;
+            return;
+        }
         if (!foldPlain(text, token))
             return lookUpLetters(token, text);
     }

@@ -27,20 +27,32 @@ bool isListed(std::string_view list, std::string_view zone) {
     return false;
 }
 
+/// The languages of a script, a bit each.
+std::uint32_t languagesOf(Script script) {
+    static const auto languages = [] {
+        std::array<std::uint32_t, kScripts> bits{};
+        for (std::size_t i = 0; i < kTables.languages.size(); ++i)
+            bits[static_cast<std::size_t>(kTables.languages[i].script)] |= 1U << i;
+        return bits;
+    }();
+    return languages[static_cast<std::size_t>(script)];
+}
+
 } // namespace
 
 void LanguageScores::addWord(std::uint32_t languages, std::size_t bytes) {
     if (languages == 0)
         return;
-    const int gain = (bytes <= kShort ? kShortWord : kWord) / std::popcount(languages);
+    int gain = bytes <= kShort ? kShortWord : kWord;
+    if (!std::has_single_bit(languages))
+        gain /= std::popcount(languages);
     for (std::uint32_t rest = languages; rest != 0; rest &= rest - 1)
         m_scores[static_cast<std::size_t>(std::countr_zero(rest))] += gain;
 }
 
 void LanguageScores::addScript(Script script) {
-    for (std::size_t i = 0; i < kTables.languages.size(); ++i)
-        if (kTables.languages[i].script == script)
-            m_scores[i] += kScript;
+    for (std::uint32_t rest = languagesOf(script); rest != 0; rest &= rest - 1)
+        m_scores[static_cast<std::size_t>(std::countr_zero(rest))] += kScript;
 }
 
 void LanguageScores::add(const LanguageScores &other) {

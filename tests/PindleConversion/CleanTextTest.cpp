@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "PindleConversion/clean/CleanText.h"
+#include "PindleConversion/clean/Utf8.h"
 
 namespace pindle::conversion::test {
 
@@ -21,6 +22,18 @@ TEST(CleanText, emphasisGoesAndMarksInsideWordsStay) {
 TEST(CleanText, entitiesAndTagsGoWhereverTheyStand) {
     EXPECT_EQ(cleanText("A&amp;B &lt;3 & C"), "A&B <3 & C");
     EXPECT_EQ(cleanText("x<b>y</b> 1 < 2"), "xy 1 < 2");
+}
+
+TEST(CleanText, everyCharacterIsReadAlikeWithinALineAndAtItsStart) {
+    for (std::int32_t c = 0x80; c < 0x30000; ++c) {
+        if (c >= 0xD800 && c <= 0xDFFF)
+            continue;
+        std::string rest;
+        appendPoint(rest, c);
+        rest += 'b';
+        const std::string within = cleanText("a" + rest);
+        EXPECT_EQ(cleanText("a\n" + rest), "a\n" + within.substr(1)) << c;
+    }
 }
 
 TEST(CleanText, lettersBesideOddOnesStay) {

@@ -7,8 +7,10 @@
 
 #include <gtest/gtest.h>
 
+#include "PindleConversion/clean/Utf8.h"
 #include "PindleConversion/lexicons/LexiconIndex.h"
 #include "PindleConversion/lexicons/compiler/LexiconFile.h"
+#include "PindleConversion/tokens/Unspaced.h"
 
 namespace pindle::conversion::test {
 
@@ -89,6 +91,31 @@ TEST(Lexicons, wordsAreFoundAndOthersAreNot) {
     EXPECT_NE(findWord("marz"), 0U);
     EXPECT_EQ(findWord("zxqv"), 0U);
     EXPECT_EQ(findWord(""), 0U);
+}
+
+TEST(Lexicons, wordsOfOneByteAreFoundWithoutHashing) {
+    for (std::size_t c = 1; c < kTables.oneByte.size(); ++c) {
+        const std::string word(1, static_cast<char>(c));
+        EXPECT_EQ(kTables.oneByte[c], findWord(word)) << word;
+    }
+}
+
+TEST(Lexicons, noWordWithoutSpacesIsMissedForItsHints) {
+    int ends = 0;
+    for (const WordSlot &slot : kTables.slots) {
+        const std::string_view word(kTables.text + slot.text, slot.length);
+        if (word.empty() || unspacedScript(decodeAt(word, 0).value) == Unspaced::None)
+            continue;
+        std::uint32_t hash = kHashStart;
+        for (std::size_t at = 0; at < word.size();) {
+            for (const std::size_t end = decodeAt(word, at).end; at < end; ++at)
+                hash = hashByte(hash, word[at]);
+            const unsigned expected = at < word.size() ? kGoesOn : kEnds;
+            EXPECT_NE(unspacedHint(hash) & expected, 0U) << word;
+        }
+        ++ends;
+    }
+    EXPECT_GT(ends, 0);
 }
 
 TEST(Lexicons, aFaultInALexiconNamesItsLine) {

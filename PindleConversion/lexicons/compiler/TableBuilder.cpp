@@ -41,6 +41,18 @@ std::string wordOf(const Token &token, const std::string &phrase) {
     return mark;
 }
 
+/// Writes down where a word can be found letter by letter, see `unspacedHint`.
+void hint(std::vector<std::uint32_t> &hints, std::string_view word) {
+    std::uint32_t hash = kHashStart;
+    for (std::size_t at = 0; at < word.size();) {
+        const std::size_t end = decodeAt(word, at).end;
+        for (; at < end; ++at)
+            hash = hashByte(hash, word[at]);
+        const std::uint32_t place = hash % kHints;
+        hints[place / 4] |= (at < word.size() ? kGoesOn : kEnds) << (place % 4 * 2);
+    }
+}
+
 bool isUnspacedWord(const std::string &word) {
     constexpr unsigned char kFirstIdeographicByte = 0xE2;
     return static_cast<unsigned char>(word.front()) > kFirstIdeographicByte;
@@ -238,6 +250,25 @@ void TableBuilder::writePhrases(std::string &out) const {
     out += "};\n" + rest + "};\n";
 }
 
+void TableBuilder::writeShortCuts(std::string &out) const {
+    constexpr std::size_t kAscii = 128;
+    std::vector<std::uint32_t> letters(kAscii, 0);
+    std::vector<std::uint32_t> hints(kHints / 4, 0);
+    for (const auto &[text, word] : m_words) {
+        if (const auto c = static_cast<unsigned char>(text[0]); text.size() == 1 && c < kAscii)
+            letters[c] = word.slot + 1;
+        if (isUnspacedWord(text))
+            hint(hints, text);
+    }
+    out += "constexpr std::uint32_t kOneByte[] = {\n";
+    for (std::uint32_t letter : letters)
+        out += std::to_string(letter) + ",\n";
+    out += "};\nconstexpr std::uint8_t kHintBytes[] = {\n";
+    for (std::uint32_t byte : hints)
+        out += std::to_string(byte) + ",\n";
+    out += "};\n";
+}
+
 void TableBuilder::writeLanguages(std::string &out) const {
     out += "constexpr std::string_view kNotes[] = {\n";
     for (const std::string &note : m_notes)
@@ -270,9 +301,10 @@ std::string TableBuilder::source() const {
     writeSlots(out);
     writePhrases(out);
     writeLanguages(out);
+    writeShortCuts(out);
     out += "} // namespace\n"
            "constinit const Tables kTables{kSlots, kText, kPhrases, kPhraseWords, kNotes, "
-           "kLanguages};\n} // namespace pindle::conversion\n";
+           "kLanguages, kOneByte, kHintBytes};\n} // namespace pindle::conversion\n";
     return out;
 }
 
