@@ -164,10 +164,9 @@ struct LanguageInfo {
     std::string_view code; ///< ISO 639-1; "" for the shared words
     DayOrder dayOrder;
     Script script;
-    bool clock24;           ///< written times are on the 24-hour clock
-    bool dottedDates;       ///< "3.5." is a date
-    bool capitalNouns;      ///< nouns are written in capitals
-    std::string_view zones; ///< where it is spoken: identifiers or beginnings of them, '|' between
+    bool clock24;      ///< written times are on the 24-hour clock
+    bool dottedDates;  ///< "3.5." is a date
+    bool capitalNouns; ///< nouns are written in capitals
     bool hasTails;
     std::array<bool, kMeanings> tails; ///< meanings that the end of a compound word has
     std::array<std::string_view, kNotices> messages; ///< "{day}", "{time}", "{count}" are filled in

@@ -41,6 +41,12 @@ struct WordSlot {
 inline constexpr std::uint8_t kCounter = 1; ///< counts the numeral before it: "日"
 inline constexpr std::uint8_t kElision = 2; ///< ends with an apostrophe: "l'"
 
+/// Where languages are spoken.
+struct SpokenZone {
+    std::string_view name;   ///< a zone's identifier or the beginning of some
+    std::uint32_t languages; ///< a bit each
+};
+
 /// All lexicons in one, made when the program is built.
 struct Tables {
     std::span<const WordSlot> slots; ///< a power of two of them
@@ -49,6 +55,7 @@ struct Tables {
     std::span<const std::uint32_t> phraseWords;
     std::span<const std::string_view> notes;
     std::span<const LanguageInfo> languages; ///< the shared words first
+    std::span<const SpokenZone> zones;       ///< by name
     std::span<const std::uint32_t> oneByte;  ///< the words of one ASCII letter, digit or mark
     std::span<const std::uint8_t> hints;     ///< see `unspacedHint`
 };

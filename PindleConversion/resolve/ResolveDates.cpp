@@ -1,7 +1,5 @@
 #include "PindleConversion/resolve/Resolve.h"
 
-#include <cstdio>
-
 namespace pindle::conversion {
 
 namespace {
@@ -238,20 +236,29 @@ std::optional<Day> parseDay(std::string_view text) {
     return civil(numbers[0], numbers[1], numbers[2]);
 }
 
+namespace {
+
+/// With zeros before it, to so many characters; years before 0 have their sign first.
+std::string padded(int value, std::size_t width) {
+    std::string text = std::to_string(value);
+    if (text.size() < width)
+        text.insert(value < 0 ? 1U : 0U, width - text.size(), '0');
+    return text;
+}
+
+} // namespace
+
 std::string formatDay(Day day) {
     const year_month_day date(day);
-    char buffer[32];
-    std::snprintf(buffer, sizeof buffer, "%04d-%02u-%02u", static_cast<int>(date.year()),
-                  static_cast<unsigned>(date.month()), static_cast<unsigned>(date.day()));
-    return buffer;
+    return padded(static_cast<int>(date.year()), 4) + '-' +
+           padded(static_cast<int>(static_cast<unsigned>(date.month())), 2) + '-' +
+           padded(static_cast<int>(static_cast<unsigned>(date.day())), 2);
 }
 
 std::string formatMinute(int minuteOfDay) {
     constexpr int kMinutesInDay = 24 * 60;
     const int minute = ((minuteOfDay % kMinutesInDay) + kMinutesInDay) % kMinutesInDay;
-    char buffer[16];
-    std::snprintf(buffer, sizeof buffer, "%02d:%02d", minute / 60, minute % 60);
-    return buffer;
+    return padded(minute / 60, 2) + ':' + padded(minute % 60, 2);
 }
 
 std::optional<ResolvedDate> resolveDate(const DateMention &mention, const Reference &reference) {

@@ -13,18 +13,25 @@ constexpr int kZone = 50;         ///< the language of the user's zone
 constexpr int kScript = 60;       ///< a word in letters that few languages use
 constexpr std::size_t kShort = 2; ///< bytes
 
-/// Whether a zone starts with an entry of a list like "Europe/London|US/".
-bool isListed(std::string_view list, std::string_view zone) {
-    while (!list.empty()) {
-        const auto bar = std::min(list.find('|'), list.size());
-        const auto entry = list.substr(0, bar);
-        // Many entries start alike: the last letter tells most of them apart.
-        if (!entry.empty() && entry.size() <= zone.size() &&
-            entry.back() == zone[entry.size() - 1] && zone.starts_with(entry))
-            return true;
-        list.remove_prefix(std::min(bar + 1, list.size()));
+/// The languages of all names that a zone's identifier starts with, a bit each. Of the names
+/// sorted, the last one not behind `key` starts it, or shares with it what a shorter one can be.
+std::uint32_t languagesSpokenIn(std::string_view zone) {
+    const auto names = kTables.zones;
+    std::uint32_t languages = 0;
+    for (std::string_view key = zone; !key.empty();) {
+        const auto behind = std::ranges::upper_bound(names, key, {}, &SpokenZone::name);
+        if (behind == names.begin())
+            break;
+        const SpokenZone &last = *std::prev(behind);
+        std::size_t shared = last.name.size() - 1;
+        if (key.starts_with(last.name))
+            languages |= last.languages;
+        else
+            shared =
+                static_cast<std::size_t>(std::ranges::mismatch(key, last.name).in1 - key.begin());
+        key = key.substr(0, shared);
     }
-    return false;
+    return languages;
 }
 
 /// The languages of a script, a bit each.
@@ -61,9 +68,8 @@ void LanguageScores::add(const LanguageScores &other) {
 }
 
 void LanguageScores::addZone(std::string_view zone) {
-    for (std::size_t i = 0; i < kTables.languages.size(); ++i)
-        if (isListed(kTables.languages[i].zones, zone))
-            m_scores[i] += kZone;
+    for (std::uint32_t rest = languagesSpokenIn(zone); rest != 0; rest &= rest - 1)
+        m_scores[static_cast<std::size_t>(std::countr_zero(rest))] += kZone;
 }
 
 LanguageId LanguageScores::best(std::uint32_t among, LanguageId otherwise) const {

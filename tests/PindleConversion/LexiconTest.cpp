@@ -10,6 +10,7 @@
 #include "PindleConversion/clean/Utf8.h"
 #include "PindleConversion/lexicons/LexiconIndex.h"
 #include "PindleConversion/lexicons/compiler/LexiconFile.h"
+#include "PindleConversion/tokens/Languages.h"
 #include "PindleConversion/tokens/Unspaced.h"
 
 namespace pindle::conversion::test {
@@ -116,6 +117,25 @@ TEST(Lexicons, noWordWithoutSpacesIsMissedForItsHints) {
         ++ends;
     }
     EXPECT_GT(ends, 0);
+}
+
+TEST(Lexicons, aZoneTellsTheLanguagesOfAllNamesItStartsWith) {
+    std::set<std::string> zones{"", "A", "Zulu", "\xFF"};
+    for (const SpokenZone &each : kTables.zones) {
+        zones.emplace(each.name);
+        zones.emplace(each.name.substr(0, each.name.size() - 1));
+        zones.insert(std::string(each.name) + "A");
+        zones.insert(std::string(each.name) + "z/x");
+    }
+    for (const std::string &zone : zones) {
+        LanguageScores scores;
+        scores.addZone(zone);
+        std::uint32_t expected = 0;
+        for (const SpokenZone &each : kTables.zones)
+            expected |= zone.starts_with(each.name) ? each.languages : 0;
+        for (std::size_t i = 0; i < kTables.languages.size(); ++i)
+            EXPECT_EQ(scores.of(static_cast<LanguageId>(i)) > 0, (expected >> i & 1U) != 0) << zone;
+    }
 }
 
 TEST(Lexicons, aFaultInALexiconNamesItsLine) {

@@ -1,6 +1,7 @@
 #include "PindleConversion/lexicons/compiler/TableBuilder.h"
 
 #include <algorithm>
+#include <sstream>
 #include <stdexcept>
 #include <tuple>
 
@@ -250,6 +251,20 @@ void TableBuilder::writePhrases(std::string &out) const {
     out += "};\n" + rest + "};\n";
 }
 
+void TableBuilder::writeZones(std::string &out) const {
+    std::map<std::string, std::uint32_t> zones;
+    for (std::size_t i = 0; i < m_lexicons.size(); ++i) {
+        std::istringstream names(m_lexicons[i].zones);
+        for (std::string name; std::getline(names, name, '|');)
+            if (!name.empty())
+                zones[name] |= 1U << i;
+    }
+    out += "constexpr SpokenZone kZones[] = {\n";
+    for (const auto &[name, languages] : zones)
+        out += "{" + quoted(name) + "," + std::to_string(languages) + "},\n";
+    out += "};\n";
+}
+
 void TableBuilder::writeShortCuts(std::string &out) const {
     constexpr std::size_t kAscii = 128;
     std::vector<std::uint32_t> letters(kAscii, 0);
@@ -279,7 +294,7 @@ void TableBuilder::writeLanguages(std::string &out) const {
                std::to_string(static_cast<int>(lexicon.dayOrder)) + "),static_cast<Script>(" +
                std::to_string(static_cast<int>(lexicon.script)) + ")," +
                (lexicon.clock24 ? "true," : "false,") + (lexicon.dottedDates ? "true," : "false,") +
-               (lexicon.capitalNouns ? "true," : "false,") + quoted(lexicon.zones) + "," +
+               (lexicon.capitalNouns ? "true," : "false,") +
                (lexicon.tails.empty() ? "false" : "true") + ",{";
         for (std::size_t i = 0; i < kMeanings; ++i)
             out +=
@@ -301,10 +316,11 @@ std::string TableBuilder::source() const {
     writeSlots(out);
     writePhrases(out);
     writeLanguages(out);
+    writeZones(out);
     writeShortCuts(out);
     out += "} // namespace\n"
            "constinit const Tables kTables{kSlots, kText, kPhrases, kPhraseWords, kNotes, "
-           "kLanguages, kOneByte, kHintBytes};\n} // namespace pindle::conversion\n";
+           "kLanguages, kZones, kOneByte, kHintBytes};\n} // namespace pindle::conversion\n";
     return out;
 }
 

@@ -34,6 +34,7 @@ private:
     std::uint16_t noteNumber(const std::string &note);
     void writeSlots(std::string &out) const;
     void writeLanguages(std::string &out) const;
+    void writeZones(std::string &out) const;
     void writeShortCuts(std::string &out) const;
     void writePhrases(std::string &out) const;
     void place();
