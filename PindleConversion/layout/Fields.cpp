@@ -124,6 +124,8 @@ private:
     }
 
     bool isCellBreak(const Reader &reader, std::uint32_t i) const {
+        if (reader.at(i)->kind != TokenKind::Symbol)
+            return false;
         return reader.symbol(i, '|') || reader.symbol(i, '\t') || reader.symbol(i, 0x2022) ||
                isDoubleSlash(reader, i);
     }

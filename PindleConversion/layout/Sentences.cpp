@@ -33,6 +33,8 @@ bool isCountedNoun(const Reader &reader, std::uint32_t begin, std::uint32_t i) {
 
 bool endsSentence(const Reader &reader, std::uint32_t begin, std::uint32_t i) {
     constexpr char32_t kIdeographicStop = 0x3002;
+    if (reader.at(i)->kind != TokenKind::Symbol)
+        return false;
     if (reader.symbol(i, '!') || reader.symbol(i, '?') || reader.symbol(i, kIdeographicStop))
         return true;
     if (!reader.symbol(i, '.') || reader.glued(i + 1) || i == begin)

@@ -62,9 +62,11 @@ char32_t plainIdeographic(UChar32 c) {
 }
 
 char32_t plainSymbol(UChar32 c) {
+    if (c < 0x80)
+        return c == '`' ? U'\'' : static_cast<char32_t>(c);
     if ((c >= 0x2010 && c <= 0x2015) || c == 0x2212 || c == 0xFE58)
         return U'-';
-    if (isApostrophe(c) || c == 0x60 || c == 0xB4)
+    if (isApostrophe(c) || c == 0xB4)
         return U'\'';
     if ((c >= 0x201C && c <= 0x201F) || c == 0xAB || c == 0xBB)
         return U'"';
@@ -199,17 +201,26 @@ private:
             enterRun();
         if (m_at == m_address.begin && m_address.end > m_at)
             return push(m_address.kind, m_address.end);
+        if (static_cast<unsigned char>(c) < 0x80)
+            return ascii(c);
         const Point point = pointAt(m_text, m_at);
-        if (isDigit(point.c))
-            return number();
         if (unspacedScript(point.c) != Unspaced::None)
             return unspaced();
         if (isLetter(point.c))
             return word();
-        if (point.c == '\n')
-            return push(TokenKind::LineBreak, point.end);
         push(TokenKind::Symbol, point.end);
         m_tokens.back().symbol = plainSymbol(point.c);
+    }
+
+    void ascii(char c) {
+        if (isAsciiLetter(c))
+            return word();
+        if (isDigit(c))
+            return number();
+        if (c == '\n')
+            return push(TokenKind::LineBreak, m_at + 1);
+        push(TokenKind::Symbol, m_at + 1);
+        m_tokens.back().symbol = plainSymbol(c);
     }
 
     /// At the first byte after a blank: looks once for an address in what follows.
@@ -249,6 +260,9 @@ private:
                 ++end;
                 continue;
             }
+            // Most words end at a blank or mark.
+            if (static_cast<unsigned char>(m_text[end]) < 0x80 && m_text[end] != '\'')
+                break;
             Point point = pointAt(m_text, end);
             if (isApostrophe(point.c) && end > m_at) {
                 if (elides(point.end)) {

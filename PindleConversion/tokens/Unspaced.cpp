@@ -1,7 +1,5 @@
 #include "PindleConversion/tokens/Unspaced.h"
 
-#include <array>
-
 #include "PindleConversion/clean/Utf8.h"
 
 namespace pindle::conversion {
@@ -22,18 +20,31 @@ struct Numeral {
 
 /// 0 to 9, or 10, 100 and 1000 for the signs of those.
 int digitOf(std::int32_t c) {
-    constexpr std::array<std::int32_t, 10> digits{0x3007, 0x4E00, 0x4E8C, 0x4E09, 0x56DB,
-                                                  0x4E94, 0x516D, 0x4E03, 0x516B, 0x4E5D};
-    for (std::size_t i = 0; i < digits.size(); ++i)
-        if (digits[i] == c)
-            return static_cast<int>(i);
     switch (c) {
+    case 0x3007:
     case 0x96F6: // another zero
     case 0x25CB:
         return 0;
+    case 0x4E00:
+        return 1;
+    case 0x4E8C:
     case 0x4E24: // "both", for two
     case 0x5169:
         return 2;
+    case 0x4E09:
+        return 3;
+    case 0x56DB:
+        return 4;
+    case 0x4E94:
+        return 5;
+    case 0x516D:
+        return 6;
+    case 0x4E03:
+        return 7;
+    case 0x516B:
+        return 8;
+    case 0x4E5D:
+        return 9;
     case 0x5341:
         return 10;
     case 0x767E:
@@ -107,20 +118,6 @@ bool isNumeral(std::string_view text, const Numeral &numeral, Vocabulary::Match 
 
 } // namespace
 
-Unspaced unspacedScript(std::int32_t c) {
-    if (c < 0x2E80)
-        return Unspaced::None;
-    if (c >= 0x3041 && c <= 0x309F)
-        return Unspaced::Hiragana;
-    if ((c >= 0x30A1 && c <= 0x30FA) || (c >= 0x30FC && c <= 0x30FF) ||
-        (c >= 0xFF66 && c <= 0xFF9F))
-        return Unspaced::Katakana;
-    const bool ideograph = (c >= 0x4E00 && c <= 0x9FFF) || (c >= 0x3400 && c <= 0x4DBF) ||
-                           (c >= 0xF900 && c <= 0xFAFF) || (c >= 0x20000 && c <= 0x3FFFF) ||
-                           c == 0x3005 || c == 0x3006 || c == 0x3007;
-    return ideograph ? Unspaced::Ideograph : Unspaced::None;
-}
-
 UnspacedPiece cutUnspaced(std::string_view text, std::uint32_t at, Before before,
                           const Vocabulary &vocabulary) {
     const Unspaced script = unspacedScript(decodeAt(text, at).value);
@@ -131,9 +128,13 @@ UnspacedPiece cutUnspaced(std::string_view text, std::uint32_t at, Before before
     if (word.bytes > 0 && mayBeWord(text, at, word, script, before))
         return {at + word.bytes, true, false, 0, 0};
     UnspacedPiece piece{at, false, false, 0, 0};
+    CodePoint letter = decodeAt(text, at);
     for (std::uint32_t letters = 0; letters < kLongestUnknown; ++letters) {
-        piece.end = static_cast<std::uint32_t>(decodeAt(text, piece.end).end);
-        if (piece.end >= text.size() || unspacedScript(decodeAt(text, piece.end).value) != script)
+        piece.end = static_cast<std::uint32_t>(letter.end);
+        if (piece.end >= text.size())
+            break;
+        letter = decodeAt(text, piece.end);
+        if (unspacedScript(letter.value) != script)
             break;
         const Vocabulary::Match next = vocabulary.longest(text, piece.end);
         if (next.bytes > 0 && mayBeWord(text, piece.end, next, script, Before::Unknown))

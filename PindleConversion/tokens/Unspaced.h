@@ -10,7 +10,21 @@ namespace pindle::conversion {
 /// The scripts that are written without spaces between words.
 enum class Unspaced : std::uint8_t { None, Ideograph, Hiragana, Katakana };
 
-Unspaced unspacedScript(std::int32_t c);
+inline Unspaced unspacedScript(std::int32_t c) {
+    if (c < 0x2E80)
+        return Unspaced::None;
+    if (c >= 0x4E00 && c <= 0x9FFF)
+        return Unspaced::Ideograph;
+    if (c >= 0x3041 && c <= 0x309F)
+        return Unspaced::Hiragana;
+    if ((c >= 0x30A1 && c <= 0x30FA) || (c >= 0x30FC && c <= 0x30FF) ||
+        (c >= 0xFF66 && c <= 0xFF9F))
+        return Unspaced::Katakana;
+    const bool ideograph = (c >= 0x3400 && c <= 0x4DBF) || (c >= 0xF900 && c <= 0xFAFF) ||
+                           (c >= 0x20000 && c <= 0x3FFFF) || c == 0x3005 || c == 0x3006 ||
+                           c == 0x3007;
+    return ideograph ? Unspaced::Ideograph : Unspaced::None;
+}
 
 /// A piece of unspaced text: a word, or a number in ideographs.
 struct UnspacedPiece {
