@@ -38,6 +38,8 @@ private:
     std::uint32_t step(const Reader &reader, std::uint32_t i, const Field &field) {
         if (isPlain(reader, i))
             return i + 1;
+        if (isPlainMark(reader, i, field))
+            return marker(reader, i);
         if (const std::uint32_t row = skipNumberRow(reader, i); row != i)
             return row;
         if (const Sense *greeting = reader.sense(i, Meaning::Greeting);
@@ -90,6 +92,13 @@ private:
     /// the letter of a time stamp.
     static bool isPlain(const Reader &reader, std::uint32_t i) {
         return reader.word(i) && reader.at(i)->senses == 0 && !reader.symbol(i + 1, '/');
+    }
+
+    /// A mark without a meaning starts nothing but a zone in brackets.
+    static bool isPlainMark(const Reader &reader, std::uint32_t i, const Field &field) {
+        const Token &token = *reader.at(i);
+        return token.kind == TokenKind::Symbol && token.senses == 0 && token.symbol != '(' &&
+               field.label != Label::Zone;
     }
 
     /// "morgen" and "mañana" name the day here, not its first half as in "heute morgen".
