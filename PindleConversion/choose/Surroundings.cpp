@@ -83,7 +83,7 @@ bool Surroundings::cutOff(std::uint32_t from, std::uint32_t to) const {
                            token.symbol == ')' || (token.symbol == '-' && token.spaceBefore));
         if (mark && !token.used)
             return true;
-        if (token.used && !m_document.tokens[i + 1].used && i + 1 < to && joins(i + 1))
+        if (token.used && !m_document.token(i + 1).used && i + 1 < to && joins(i + 1))
             return true;
     }
     return false;

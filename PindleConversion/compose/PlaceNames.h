@@ -38,7 +38,7 @@ public:
 protected:
     static constexpr std::uint32_t kLongestName = 14; ///< tokens
 
-    const Token &token(std::uint32_t i) const { return m_document.tokens[i]; }
+    const Token &token(std::uint32_t i) const { return m_document.token(i); }
 
 private:
     /// A kind of place, or an unknown word before one.

@@ -46,7 +46,7 @@ public:
     bool isOnlyOnline(TokenSpan trimmed) const;
 
 protected:
-    const Token &token(std::uint32_t i) const { return m_document.tokens[i]; }
+    const Token &token(std::uint32_t i) const { return m_document.token(i); }
 
 private:
     const Document &m_document;

@@ -87,6 +87,9 @@ struct Field {
     TokenSpan labelWords; ///< the label as written
 };
 
+/// Stands for every token beyond the last: steps look a little ahead.
+inline constexpr Token kNoToken{};
+
 /// The text as every step after the tokens sees it.
 struct Document {
     std::string text;
@@ -104,8 +107,9 @@ struct Document {
         const auto begin = tokens[span.begin].begin;
         return std::string_view(text).substr(begin, tokens[span.end - 1].end - begin);
     }
+    const Token &token(std::uint32_t i) const { return i < tokens.size() ? tokens[i] : kNoToken; }
     bool sameSentence(std::uint32_t a, std::uint32_t b) const {
-        return tokens[a].sentence == tokens[b].sentence;
+        return token(a).sentence == token(b).sentence;
     }
 };
 
