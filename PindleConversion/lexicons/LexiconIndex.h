@@ -81,7 +81,7 @@ inline constexpr unsigned kEnds = 2;
 inline constexpr std::size_t kHints = 1U << 16U; ///< four in a byte
 inline unsigned unspacedHint(std::uint32_t hash) {
     const std::uint32_t place = hash % kHints;
-    return kTables.hints[place / 4] >> (place % 4 * 2) & 3U;
+    return static_cast<unsigned>(kTables.hints[place / 4]) >> (place % 4 * 2) & 3U;
 }
 
 /// The number of a folded word, 0 when no lexicon has it. Constant time.
