@@ -12,7 +12,7 @@ import time
 import desktop
 from desktop import DesktopError, Process
 
-SETTLING = 5.0  # seconds a program gets to come to rest after its start
+SETTLING = 40.0  # seconds to come to rest after a start: the toolkit retires its threads after 30
 SECONDS = 60
 PEERS = {"CopyQ": "/usr/bin/copyq", "Flameshot": "/usr/bin/flameshot"}
 HOSTS = {"no place for icons": None,
