@@ -141,6 +141,19 @@ def activate(window):
     wait_for(lambda: active_window() == window, "the window to become the active one")
 
 
+def titled(title):
+    """The window with this title while it is shown, else None."""
+    found = xdotool("search", "--onlyvisible", "--name", f"^{title}$").split()
+    return found[-1] if found else None
+
+
+def press_in(find_window, *keys):
+    """Presses keys once the window has the keyboard, which it gets some time after it is shown."""
+    wait_for(lambda: (lambda window: window and active_window() == window)(find_window()),
+             "the window to have the keyboard")
+    press(*keys)
+
+
 def geometry(window):
     """x, y, width and height of a window, in pixels of the screen."""
     lines = xdotool("getwindowgeometry", "--shell", window).splitlines()
@@ -269,7 +282,16 @@ class Pindle:
         return wait_for(self.panel_window, "the panel to be shown")
 
     def wait_until_hidden(self):
-        wait_for(lambda: not self.panel_window(), "the panel to be hidden")
+        try:
+            wait_for(lambda: not self.panel_window(), "it")
+        except DesktopError:
+            raise DesktopError(f"waited for the panel to be hidden; the active window is "
+                               f"{xdotool('getactivewindow', 'getwindowname')!r}, Pindle's windows "
+                               f"show {texts(self.pid)}") from None
+
+    def hide_with_escape(self):
+        press_in(self.panel_window, "Escape")
+        self.wait_until_hidden()
 
     def wait_until_filled(self):
         """Waits for the event form of a ready draft."""

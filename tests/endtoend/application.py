@@ -8,7 +8,7 @@ import time
 import unittest
 
 import desktop
-from desktop import Editor, Pindle, Process
+from desktop import Editor, Pindle, Process, titled
 from https_server import Server
 
 PROGRAM = os.environ["PINDLE_PROGRAM"]
@@ -30,11 +30,6 @@ def call(method, *arguments):
 
 def act(name):
     return call("ActivateAction", "sava{sv}", name, "0", "0")
-
-
-def titled(title):
-    found = desktop.xdotool("search", "--onlyvisible", "--name", f"^{title}$").split()
-    return found[-1] if found else None
 
 
 class Application(unittest.TestCase):

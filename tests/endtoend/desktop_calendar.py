@@ -87,8 +87,7 @@ class DesktopCalendar(unittest.TestCase):
                 self.assertNotIn("libpindle-evolution", maps(self.pindle.pid))
             self.save(question=len(drafts) == 1)
             self.pindle.wait_for_text(SAVED)
-            desktop.press("Escape")
-            self.pindle.wait_until_hidden()
+            self.pindle.hide_with_escape()
         self.assertIn("libecal", maps(self.pindle.pid))
         self.assertEqual(len({draft["Time Zone"] for draft in drafts}), 3)
         for draft in drafts:
@@ -109,8 +108,7 @@ class DesktopCalendar(unittest.TestCase):
         self.save(question=True)
         self.pindle.wait_for_text(SAVED)
         self.assert_saved_once(draft)
-        desktop.press("Escape")
-        self.pindle.wait_until_hidden()
+        self.pindle.hide_with_escape()
 
         draft = self.fill("Second watch on Friday, June 4, 2027 from 8:00 to 9:00 at Dock 9")
         self.assertTrue(service.send(service.FACTORY, signal.SIGSTOP))
@@ -169,8 +167,7 @@ class DesktopCalendar(unittest.TestCase):
         self.assertEqual([str(zone["TZID"]) for zone in calendar.walk("VTIMEZONE")],
                          ["America/New_York"])
         self.assert_saved_once(draft, "online")
-        desktop.press("Escape")
-        self.pindle.wait_until_hidden()
+        self.pindle.hide_with_escape()
 
         # With the server down the store keeps the event for later, or says why it does not.
         server.end()

@@ -91,7 +91,7 @@ class Saving(unittest.TestCase):
         choice = desktop.wait_for(
             lambda: desktop.find(self.pindle.pid, "Allow Pindle to add events"), "the privacy window")
         self.pindle.wait_until_hidden()
-        desktop.press("space")
+        desktop.press_in(lambda: desktop.titled("Privacy"), "space")
         self.pindle.wait_for_text("Pindle may add events.")
         self.assertTrue(choice.get_state_set().contains(desktop.Atspi.StateType.CHECKED))
         desktop.press("Escape")
@@ -105,7 +105,7 @@ class Saving(unittest.TestCase):
         self.fill()
         self.save()
         desktop.wait_for(lambda: desktop.find(self.pindle.pid, "Allow"), "the question")
-        desktop.press("Escape")
+        desktop.press_in(lambda: desktop.titled("Pindle"), "Escape")
         self.pindle.wait_for_text(DENIED)
         self.assertTrue(self.pindle.panel_window(), "the panel outlives the question")
         self.save()

@@ -6,7 +6,7 @@ import subprocess
 import unittest
 
 import desktop
-from desktop import Atspi, Editor, Pindle
+from desktop import Atspi, Editor, Pindle, titled
 
 PROGRAM = os.environ["PINDLE_PROGRAM"]
 REFUSAL = "Launch at login could not be updated on this build."
@@ -14,11 +14,6 @@ COMPLETED = "Calendar permission check completed."
 MAY_PROMPT = ("macOS may show the Accessibility prompt. If it does not, use Open Settings and "
               "verify the installed app entry.")
 SENTENCE = "Lunch with Ana on March 12, 2027 at 12:30"
-
-
-def titled(title):
-    found = desktop.xdotool("search", "--onlyvisible", "--name", f"^{title}$").split()
-    return found[-1] if found else None
 
 
 def has_state(accessible, state):
@@ -197,9 +192,8 @@ class Windows(unittest.TestCase):
         self.pindle.wait_for_text(COMPLETED)
         self.pindle.wait_for_text("Denied")
         self.push("Open Settings", "Calendar")
-        desktop.wait_for(lambda: desktop.active_window() == titled("Privacy"), "the privacy window")
         self.pindle.wait_for_text("Pindle may not add events.")
-        desktop.press("space")
+        desktop.press_in(lambda: titled("Privacy"), "space")
         self.pindle.wait_for_text("Pindle may add events.")
         desktop.press("Escape")
         desktop.wait_for(lambda: not titled("Privacy"), "the privacy window to close")
@@ -210,8 +204,7 @@ class Windows(unittest.TestCase):
         self.open("help", "Help")
         self.pindle.wait_for_text("Enabled")
         self.push("Open Settings", "Accessibility")
-        desktop.wait_for(lambda: desktop.active_window() == titled("Privacy"), "the privacy window")
-        desktop.press("space")
+        desktop.press_in(lambda: titled("Privacy"), "space")
         desktop.wait_for(lambda: not accessibility_is_on(), "the service to be off")
         desktop.press("space")
         desktop.wait_for(accessibility_is_on, "the service to be on")
