@@ -250,6 +250,8 @@ def set_clipboard(text):
     # xclip stays behind to serve the text and would keep our pipes open.
     subprocess.run(["xclip", "-selection", "clipboard"], input=text.encode(), timeout=DEADLINE,
                    stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL, check=True)
+    # It also takes the clipboard some time after the command ended.
+    wait_for(lambda: clipboard() == text, "the clipboard to have the text")
 
 
 class Pindle:
