@@ -40,7 +40,7 @@ private:
             return i + 1;
         if (isPlainMark(reader, i, field))
             return marker(reader, i);
-        if (const std::uint32_t row = skipNumberRow(reader, i); row != i)
+        if (const std::uint32_t row = isNumber(reader, i) ? skipNumberRow(reader, i) : i; row != i)
             return row;
         if (const Sense *greeting = reader.sense(i, Meaning::Greeting);
             greeting && greeting->length > 1 && greets(reader, i, i + greeting->length))
@@ -67,7 +67,7 @@ private:
             return next;
         if (const auto next = zone(reader, i, field); next != i)
             return next;
-        if (auto date = readHoliday(reader, i))
+        if (auto date = reader.has(i, Meaning::Holiday) ? readHoliday(reader, i) : std::nullopt)
             return takeHoliday(reader, *date);
         if (const Sense *part = reader.sense(i, Meaning::PartOfDay)) {
             takePart(reader, i, *part);

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <algorithm>
+
 #include "PindleConversion/tokens/Token.h"
 
 namespace pindle::conversion {
@@ -13,29 +15,37 @@ inline bool isNumber(const Reader &reader, std::uint32_t i) {
     return token && token->kind == TokenKind::Number;
 }
 
+/// Meanings that a date can start with, or go on with behind an article or "in".
+inline constexpr Meanings kDateWords{
+    Meaning::Month,  Meaning::Weekday, Meaning::WeakWeekday, Meaning::Repeated,
+    Meaning::Number, Meaning::Ordinal, Meaning::RelativeDay, Meaning::UnitWord,
+    Meaning::This,   Meaning::Next,    Meaning::Last,        Meaning::AfterNext,
+    Meaning::Period, Meaning::DayLead, Meaning::MonthEnd,    Meaning::Era};
+
+/// An article or "in" at token `i` may begin a date: what follows it may be of one. Most articles
+/// of a text do not, and they are many.
+inline bool leadsToDate(const Reader &reader, std::uint32_t i) {
+    static constexpr Meanings kLeads{Meaning::The, Meaning::In};
+    constexpr int kMostLeads = 3;
+    for (int leads = 0; leads < kMostLeads && reader.mayHave(i, kLeads); ++leads) {
+        i = std::max(reader.skip(i, Meaning::The), reader.skip(i, Meaning::In));
+        if (isNumber(reader, i) || reader.mayHave(i, kDateWords))
+            return true;
+    }
+    return false;
+}
+
 /// `readDate` may find a date at token `i`.
 inline bool mayStartDate(const Reader &reader, std::uint32_t i) {
-    static constexpr Meanings kWords{Meaning::Month,       Meaning::Weekday,  Meaning::WeakWeekday,
-                                     Meaning::Repeated,    Meaning::Number,   Meaning::Ordinal,
-                                     Meaning::RelativeDay, Meaning::UnitWord, Meaning::This,
-                                     Meaning::Next,        Meaning::Last,     Meaning::AfterNext,
-                                     Meaning::Period,      Meaning::In,       Meaning::The,
-                                     Meaning::DayLead,     Meaning::MonthEnd, Meaning::Era};
-    return isNumber(reader, i) || reader.mayHave(i, kWords);
+    return isNumber(reader, i) || reader.mayHave(i, kDateWords) || leadsToDate(reader, i);
 }
 
 /// `readRelativeDate` may find a date at token `i`; digits need company.
 inline bool mayStartRelativeDate(const Reader &reader, std::uint32_t i) {
-    static constexpr Meanings kWords{Meaning::Month,       Meaning::Weekday,  Meaning::WeakWeekday,
-                                     Meaning::Repeated,    Meaning::Number,   Meaning::Ordinal,
-                                     Meaning::RelativeDay, Meaning::UnitWord, Meaning::This,
-                                     Meaning::Next,        Meaning::Last,     Meaning::AfterNext,
-                                     Meaning::Period,      Meaning::In,       Meaning::The,
-                                     Meaning::DayLead,     Meaning::MonthEnd};
     static constexpr Meanings kBehindDigits{Meaning::OrdinalMark, Meaning::MonthEnd,
                                             Meaning::MonthMark, Meaning::UnitWord,
                                             Meaning::DayMark};
-    return reader.mayHave(i, kWords) ||
+    return reader.mayHave(i, kDateWords) || leadsToDate(reader, i) ||
            (isNumber(reader, i) && reader.mayHave(i + 1, kBehindDigits));
 }
 

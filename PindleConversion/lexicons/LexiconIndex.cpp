@@ -17,8 +17,18 @@ std::uint32_t findWord(std::string_view folded, std::uint32_t hash) {
     }
 }
 
-std::span<const Phrase> phrasesWith(std::span<const Phrase> phrases, std::uint32_t second) {
-    const auto [first, last] = std::ranges::equal_range(phrases, second, {}, &Phrase::second);
+std::span<const Phrase> phrasesWith(const WordSlot &slot, std::uint32_t second) {
+    const auto longer =
+        kTables.phrases.subspan(slot.firstPhrase + slot.singles, slot.phrases - slot.singles);
+    struct BySecond {
+        bool operator()(const Phrase &phrase, std::uint32_t word) const {
+            return phrase.second < word;
+        }
+        bool operator()(std::uint32_t word, const Phrase &phrase) const {
+            return word < phrase.second;
+        }
+    };
+    const auto [first, last] = std::equal_range(longer.begin(), longer.end(), second, BySecond{});
     return {first, last};
 }
 

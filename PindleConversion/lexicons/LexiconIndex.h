@@ -33,7 +33,9 @@ struct WordSlot {
     std::uint32_t text; ///< where its letters start in `Tables::text`
     std::uint32_t firstPhrase;
     std::uint32_t languages; ///< a bit per lexicon that has the word
+    std::uint64_t followers; ///< a bit for each second word of its phrases, see `mayFollow`
     std::uint16_t phrases;   ///< by their second word, then longest first
+    std::uint16_t singles;   ///< those of one word, which come first
     std::uint8_t length;     ///< bytes; 0 for a free place
     std::uint8_t flags;      ///< see `kCounter`, `kElision`
 };
@@ -96,16 +98,21 @@ inline const WordSlot &wordSlot(std::uint32_t word) {
 inline std::span<const Phrase> phrasesOf(const WordSlot &slot) {
     return kTables.phrases.subspan(slot.firstPhrase, slot.phrases);
 }
-/// The phrases of one word among those of a word.
-inline std::span<const Phrase> singleWords(std::span<const Phrase> phrases) {
-    std::size_t count = 0;
-    while (count < phrases.size() && phrases[count].second == 0)
-        ++count;
-    return phrases.first(count);
+/// The phrases of this word alone.
+inline std::span<const Phrase> singleWords(const WordSlot &slot) {
+    return kTables.phrases.subspan(slot.firstPhrase, slot.singles);
+}
+/// The place of a word's bit in `WordSlot::followers`.
+inline constexpr std::uint64_t followerBit(std::uint32_t word) {
+    return std::uint64_t{1} << (word % 64);
+}
+/// Some phrase of the first word may have this second one. May be wrong when it says yes.
+inline bool mayFollow(const WordSlot &slot, std::uint32_t second) {
+    return (slot.followers & followerBit(second)) != 0;
 }
 /// The phrases whose second word is `second`, which is not 0. Logarithmic: some words start
 /// hundreds of phrases.
-std::span<const Phrase> phrasesWith(std::span<const Phrase> phrases, std::uint32_t second);
+std::span<const Phrase> phrasesWith(const WordSlot &slot, std::uint32_t second);
 inline std::string_view noteOf(const Sense &sense) {
     return kTables.notes[sense.note];
 }

@@ -56,29 +56,19 @@ public:
 };
 
 /// Meanings that a foreign word keeps among words of another language.
-bool isContent(Meaning meaning) {
-    switch (meaning) {
-    case Meaning::Month:
-    case Meaning::Weekday:
-    case Meaning::RelativeDay:
-    case Meaning::Event:
-    case Meaning::Zone:
-    case Meaning::ZoneWord:
-    case Meaning::LabelWord:
-    case Meaning::Online:
-    case Meaning::PlaceNoun:
-    case Meaning::StreetWord:
-    case Meaning::UnitWord:
-    case Meaning::Holiday:
-    case Meaning::PartOfDay:
-    case Meaning::ClockWord:
-    case Meaning::Meridiem:
-    case Meaning::Wrote:
-        return true;
-    default:
-        return false;
-    }
-}
+constexpr Meanings kContent{
+    Meaning::Month,     Meaning::Weekday,    Meaning::RelativeDay, Meaning::Event,
+    Meaning::Zone,      Meaning::ZoneWord,   Meaning::LabelWord,   Meaning::Online,
+    Meaning::PlaceNoun, Meaning::StreetWord, Meaning::UnitWord,    Meaning::Holiday,
+    Meaning::PartOfDay, Meaning::ClockWord,  Meaning::Meridiem,    Meaning::Wrote};
+
+/// ASCII letters in lower case; 0 for all other bytes.
+constexpr auto kLower = [] {
+    std::array<char, 256> lower{};
+    for (char c = 'a'; c <= 'z'; ++c)
+        lower[static_cast<unsigned char>(c)] = lower[static_cast<unsigned char>(c - 'a' + 'A')] = c;
+    return lower;
+}();
 
 struct Line {
     std::uint32_t begin;
@@ -159,10 +149,8 @@ private:
         std::array<char, kLongestWord> folded;
         std::uint32_t hash = kHashStart;
         for (std::size_t i = 0; i < text.size(); ++i) {
-            char c = text[i];
-            if (c >= 'A' && c <= 'Z')
-                c = static_cast<char>(c + ('a' - 'A'));
-            else if (c < 'a' || c > 'z')
+            const char c = kLower[static_cast<unsigned char>(text[i])];
+            if (c == 0)
                 return false;
             folded[i] = c;
             hash = hashByte(hash, c);
@@ -240,23 +228,32 @@ private:
     }
 
     void noteSenses(std::uint32_t i, const WordSlot &slot, LanguageId language) {
-        const bool ownWord = (slot.languages >> language & 1U) != 0;
         const std::uint32_t own = 1U << language | 1U << kSharedWords;
+        const bool ownWord = (slot.languages >> language & 1U) != 0;
         const std::uint32_t read = ownWord ? own : own | m_active;
-        const auto note = [&](const Phrase &phrase) {
-            const LanguageId from = phrase.sense.language;
-            const bool lent = !ownWord && from == m_english && isContent(phrase.sense.meaning);
-            if (((read >> from & 1U) != 0 || lent) && matches(i, phrase))
-                m_document.senses.push_back(phrase.sense);
+        const std::uint32_t lent = ownWord ? 0 : 1U << m_english;
+        const auto isRead = [&](const Sense &sense) {
+            const std::uint32_t from = read | (kContent.has(sense.meaning) ? lent : 0);
+            return (from >> sense.language & 1U) != 0;
         };
-        const auto phrases = phrasesOf(slot);
-        const auto single = singleWords(phrases);
+        auto &senses = m_document.senses;
         const auto &tokens = m_document.tokens;
         const std::uint32_t next = i + 1 < tokens.size() ? tokens[i + 1].word : 0;
         // The longer ones come first.
-        if (next != 0 && single.size() < phrases.size())
-            std::ranges::for_each(phrasesWith(phrases.subspan(single.size()), next), note);
-        std::ranges::for_each(single, note);
+        if (next != 0 && mayFollow(slot, next))
+            for (const Phrase &phrase : phrasesWith(slot, next))
+                if (isRead(phrase.sense) && matches(i, phrase))
+                    senses.push_back(phrase.sense);
+        // Which languages have a word is hard to foresee, for the processor as well: each sense
+        // is written down, and the next one takes its place if it is not read.
+        const auto single = singleWords(slot);
+        std::size_t count = senses.size();
+        senses.resize(count + single.size());
+        for (const Phrase &phrase : single) {
+            senses[count] = phrase.sense;
+            count += isRead(phrase.sense) ? 1U : 0U;
+        }
+        senses.resize(count);
     }
 
     bool matches(std::uint32_t at, const Phrase &phrase) const {
@@ -298,7 +295,7 @@ private:
 
     bool noteTailSenses(const WordSlot &slot, LanguageId language, const LanguageInfo &info) {
         bool found = false;
-        for (const Phrase &phrase : singleWords(phrasesOf(slot))) {
+        for (const Phrase &phrase : singleWords(slot)) {
             const Sense &sense = phrase.sense;
             if (sense.language != language || !info.tails[static_cast<std::size_t>(sense.meaning)])
                 continue;

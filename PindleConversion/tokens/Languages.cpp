@@ -13,6 +13,14 @@ constexpr int kZone = 50;         ///< the language of the user's zone
 constexpr int kScript = 60;       ///< a word in letters that few languages use
 constexpr std::size_t kShort = 2; ///< bytes
 
+/// The bit of each language.
+constexpr auto kBits = [] {
+    std::array<std::uint32_t, kMostLanguages> bits{};
+    for (std::size_t i = 0; i < bits.size(); ++i)
+        bits[i] = 1U << i;
+    return bits;
+}();
+
 /// The languages of all names that a zone's identifier starts with, a bit each. Of the names
 /// sorted, the last one not behind `key` starts it, or shares with it what a shorter one can be.
 std::uint32_t languagesSpokenIn(std::string_view zone) {
@@ -53,8 +61,9 @@ void LanguageScores::addWord(std::uint32_t languages, std::size_t bytes) {
     int gain = bytes <= kShort ? kShortWord : kWord;
     if (!std::has_single_bit(languages))
         gain /= std::popcount(languages);
-    for (std::uint32_t rest = languages; rest != 0; rest &= rest - 1)
-        m_scores[static_cast<std::size_t>(std::countr_zero(rest))] += gain;
+    // All at once is quicker than one after another: which they are is hard to foresee.
+    for (std::size_t i = 0; i < kMostLanguages; ++i)
+        m_scores[i] += (languages & kBits[i]) != 0 ? gain : 0;
 }
 
 void LanguageScores::addScript(Script script) {

@@ -79,17 +79,34 @@ char32_t plainSymbol(UChar32 c) {
     return static_cast<char32_t>(c);
 }
 
-bool isBlank(char c) {
-    return c == ' ' || c == '\t' || c == '\n';
-}
-
 bool isAsciiAlnum(char c) {
     return isDigit(static_cast<unsigned char>(c)) || (c >= 'a' && c <= 'z') ||
            (c >= 'A' && c <= 'Z');
 }
 
+/// What every byte of a text is asked, answered by a table: the loops that ask are the busiest.
+enum Trait : std::uint8_t { kBlank = 1, kOfAddress = 2, kAsciiLetter = 4 };
+constexpr auto kTraits = [] {
+    std::array<std::uint8_t, 256> traits{};
+    for (const char c : {' ', '\t', '\n'})
+        traits[static_cast<unsigned char>(c)] = kBlank;
+    for (const char c : {'/', '@'})
+        traits[static_cast<unsigned char>(c)] = kOfAddress;
+    for (char c = 'a'; c <= 'z'; ++c)
+        traits[static_cast<unsigned char>(c)] = traits[static_cast<unsigned char>(c - 'a' + 'A')] =
+            kAsciiLetter;
+    return traits;
+}();
+std::uint8_t traitsOf(char c) {
+    return kTraits[static_cast<unsigned char>(c)];
+}
+
+bool isBlank(char c) {
+    return traitsOf(c) == kBlank;
+}
+
 bool isAsciiLetter(char c) {
-    return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
+    return traitsOf(c) == kAsciiLetter;
 }
 
 bool isMailByte(char c) {
@@ -141,6 +158,13 @@ Address mailIn(std::string_view text, std::uint32_t begin, std::uint32_t end) {
     return named && !isDigit(static_cast<unsigned char>(domain.back())) ? mail : Address{};
 }
 
+/// An address may stand in brackets.
+std::uint32_t behindBrackets(std::string_view text, std::uint32_t at) {
+    while (at < text.size() && (text[at] == '(' || text[at] == '<' || text[at] == '['))
+        ++at;
+    return at;
+}
+
 Address addressIn(std::string_view text, std::uint32_t begin, std::uint32_t end) {
     const auto run = text.substr(begin, end - begin);
     if (const auto scheme = run.find("://"); scheme != std::string_view::npos) {
@@ -152,9 +176,7 @@ Address addressIn(std::string_view text, std::uint32_t begin, std::uint32_t end)
             stop == std::string_view::npos ? end : begin + static_cast<std::uint32_t>(stop);
         return trimLink(text, {from, to, TokenKind::Link});
     }
-    std::uint32_t from = begin;
-    while (from < end && (text[from] == '(' || text[from] == '<' || text[from] == '['))
-        ++from;
+    const std::uint32_t from = behindBrackets(text.substr(0, end), begin);
     const auto rest = text.substr(from, end - from);
     if (rest.starts_with("www.") || isHostWithPath(rest))
         return trimLink(text, {from, end, TokenKind::Link});
@@ -225,12 +247,15 @@ private:
 
     /// At the first byte after a blank: looks once for an address in what follows.
     void enterRun() {
-        m_runEnd = m_at;
-        bool special = false;
-        while (m_runEnd < m_text.size() && !isBlank(m_text[m_runEnd])) {
-            const char c = m_text[m_runEnd++];
-            special = special || c == '/' || c == '@' || (c == 'w' && m_runEnd - m_at < 6);
+        unsigned seen = 0;
+        for (m_runEnd = m_at; m_runEnd < m_text.size(); ++m_runEnd) {
+            const unsigned traits = traitsOf(m_text[m_runEnd]);
+            if (traits == kBlank)
+                break;
+            seen |= traits;
         }
+        const bool special = (seen & kOfAddress) != 0 ||
+                             m_text.substr(behindBrackets(m_text, m_at)).starts_with("www.");
         m_address = special ? addressIn(m_text, m_at, m_runEnd) : Address{};
     }
 
@@ -256,10 +281,10 @@ private:
         std::uint32_t end = m_at;
         bool elided = false;
         while (end < m_text.size()) {
-            if (isAsciiLetter(m_text[end])) {
+            while (end < m_text.size() && isAsciiLetter(m_text[end]))
                 ++end;
-                continue;
-            }
+            if (end == m_text.size())
+                break;
             // Most words end at a blank or mark.
             if (static_cast<unsigned char>(m_text[end]) < 0x80 && m_text[end] != '\'')
                 break;

@@ -204,10 +204,10 @@ std::string quoted(std::string_view text) {
     return out + '"';
 }
 
-std::string numbers(std::initializer_list<std::uint32_t> values) {
+std::string numbers(std::initializer_list<std::uint64_t> values) {
     std::string out = "{";
-    for (std::uint32_t value : values)
-        out += std::to_string(value) + ",";
+    for (std::uint64_t value : values)
+        out += std::to_string(value) + "U,";
     out.back() = '}';
     return out + ",\n";
 }
@@ -224,9 +224,14 @@ void TableBuilder::writeSlots(std::string &out) const {
             continue;
         }
         const Word &word = m_words.at(*each);
-        out += numbers({hashWord(*each), offset, word.firstPhrase, word.languages,
-                        static_cast<std::uint32_t>(word.phrases.size()),
-                        static_cast<std::uint32_t>(each->size()), word.flags});
+        std::uint64_t followers = 0;
+        std::uint64_t singles = 0;
+        for (const Built &phrase : word.phrases) {
+            followers |= second(phrase) != 0 ? followerBit(second(phrase)) : 0;
+            singles += second(phrase) == 0 ? 1U : 0U;
+        }
+        out += numbers({hashWord(*each), offset, word.firstPhrase, word.languages, followers,
+                        word.phrases.size(), singles, each->size(), word.flags});
         text += quoted(*each) + "\n";
         offset += static_cast<std::uint32_t>(each->size());
     }
