@@ -82,6 +82,10 @@ private:
     bool hasFirstDay(const Dated &dated) const;
     /// "Opening hours: Mon-Fri 9-5"
     bool isHoursOnly(const Dated &dated) const;
+    /// "Tuesday to Sunday", joined into one date or not.
+    bool spansMostDays(const Dated &dated) const;
+    /// "I never liked Mondays": a day that comes round, no time, and nothing that happens then.
+    bool isHabit(const Dated &dated) const;
     /// "Arrival 3 April, departure 10 April": who stays arrives first.
     bool opensStay(const Dated &dated) const;
     /// "Delivered on 16 October", said some days later.

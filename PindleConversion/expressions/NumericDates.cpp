@@ -143,8 +143,10 @@ std::optional<NumericForm> readNumericForm(const Reader &reader, std::uint32_t i
     form.three = goesOn && year && year->kind == TokenKind::Number && reader.glued(i + 4) &&
                  (year->digits == 2 || isYear(reader, i + 4) || endsBriefDate(reader, i));
     const bool stops = c == '.' && goesOn && reader.glued(i + 3);
-    form.dotted = !form.three && stops &&
-                  (reader.at(i + 2)->digits == 2 || reader.language(i).dottedDates) &&
+    // "upgrade from 3.11." ends a sentence.
+    const bool written =
+        reader.at(i + 2)->digits == 2 && (reader.at(i)->digits == 2 || reader.at(i + 4) != nullptr);
+    form.dotted = !form.three && stops && (written || reader.language(i).dottedDates) &&
                   !(reader.glued(i + 4) && reader.number(i + 4, 0, 9999, 4));
     form.bare = !form.three && !form.dotted && c == '.' && reader.language(i).dottedDates &&
                 !stops && isDatedBeside(reader, i);

@@ -27,6 +27,10 @@ bool mayFollowBare(const Reader &reader, std::uint32_t i, bool marked) {
     // "2.º": an ordinal, or the number of a paragraph.
     if (token->symbol == '.' && reader.glued(i) && reader.word(i + 1) && reader.glued(i + 1))
         return false;
+    // "12,50" is an amount.
+    if (token->symbol == ',' && reader.glued(i) && reader.glued(i + 1) && reader.at(i + 1) &&
+        reader.at(i + 1)->kind == TokenKind::Number)
+        return false;
     if (token->kind == TokenKind::Symbol)
         return !(reader.glued(i) &&
                  (token->symbol == '-' || token->symbol == '/' || token->symbol == '%' ||
@@ -172,11 +176,21 @@ std::uint32_t readStampZone(const Reader &reader, std::uint32_t i, TimeMention &
     return i + 4;
 }
 
+/// "2-1": from two to one it would be late.
+bool mayBeScore(const ClockSpec &start, const ClockSpec &end) {
+    constexpr int kHalfDay = 12;
+    constexpr int kLongest = 9; ///< hours
+    return !start.minuteGiven && !end.minuteGiven && start.hour < kLongest &&
+           start.hour > end.hour && end.hour + kHalfDay - start.hour > kLongest;
+}
+
 bool isAccepted(const Reader &reader, const TimeMention &mention, std::uint32_t next, bool marked,
                 bool afterDate) {
     const ClockSpec &start = mention.start;
     if (start.sure || (mention.end && mention.end->sure))
         return true;
+    if (mention.end && mayBeScore(start, *mention.end))
+        return false;
     if (mention.end)
         return marked || afterDate || (start.minuteGiven && mention.end->minuteGiven);
     if (mention.part != DayPart::None)

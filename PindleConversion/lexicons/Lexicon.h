@@ -98,9 +98,10 @@ enum class Meaning : std::uint8_t {
     AsideLead,     ///< what follows is not the event itself: "followed by", "because of"
     DueMarker,     ///< before the last day for something: "by"
     PageHead,      ///< heads a page or a list, and is no event: "What's on", "Sold out"
+    Opening,       ///< tells when a place is open: "open", "closed"
 };
 
-inline constexpr std::size_t kMeanings = static_cast<std::size_t>(Meaning::PageHead) + 1;
+inline constexpr std::size_t kMeanings = static_cast<std::size_t>(Meaning::Opening) + 1;
 
 enum class Unit : std::uint8_t { Minute, Hour, Day, Week, Fortnight, Month, Year, Weekend, Night };
 enum class DayPart : std::uint8_t { None, Morning, Noon, Afternoon, Evening, Night };

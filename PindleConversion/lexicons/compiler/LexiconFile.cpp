@@ -206,7 +206,7 @@ constexpr Meaning kMandatory[] = {
     Meaning::And,         Meaning::LabelWord, Meaning::PlaceNoun,   Meaning::Event,
     Meaning::RoleWord,    Meaning::Greeting,  Meaning::Chatter,     Meaning::TitleLead,
     Meaning::TitleTail,   Meaning::PastVerb,  Meaning::PresentVerb, Meaning::Online,
-    Meaning::Cancelled,   Meaning::ZoneWord,  Meaning::PlaceStop};
+    Meaning::Cancelled,   Meaning::ZoneWord,  Meaning::PlaceStop,   Meaning::Opening};
 
 bool hasValue(const LexiconFile &lexicon, Meaning meaning, int value) {
     return std::any_of(lexicon.entries.begin(), lexicon.entries.end(), [&](const auto &entry) {

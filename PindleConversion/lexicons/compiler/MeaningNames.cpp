@@ -96,6 +96,7 @@ constexpr TableKind kTableKinds[] = {
     {"aside-lead", Meaning::AsideLead, Values::Number},
     {"due-marker", Meaning::DueMarker, Values::Number},
     {"page-head", Meaning::PageHead, Values::Number},
+    {"opening", Meaning::Opening, Values::Number},
     {"zone-abbreviation", Meaning::ZoneAfterTime, Values::Note},
     {"zone-in-capitals", Meaning::ZoneAfterTime, Values::Note, 1},
     {"zone-city", Meaning::ZoneWord, Values::Note},
