@@ -313,6 +313,19 @@ bool Chooser::hasFutureSense(std::uint32_t token) const {
            sentenceHas(token, Meaning::Event);
 }
 
+bool Chooser::isScale(const TimeMention &time) const {
+    if (time.start.sure || time.start.meridiem >= 0 || time.start.minuteGiven ||
+        time.part != DayPart::None)
+        return false;
+    constexpr int kLongest = 8; ///< hours
+    const std::uint32_t at = time.span.begin;
+    if (time.end)
+        return !time.end->sure && !time.end->minuteGiven &&
+               time.end->hour - time.start.hour > kLongest && !sentenceHas(at, Meaning::Event);
+    return at > 1 && m_document.sameSentence(at - 2, at) &&
+           m_document.tokens[at - 2].kind == TokenKind::Number && !m_document.tokens[at - 2].used;
+}
+
 bool Chooser::acceptBareTime() {
     const bool usable =
         std::any_of(m_found.times.begin(), m_found.times.end(), [&](const TimeMention &time) {
@@ -322,7 +335,7 @@ bool Chooser::acceptBareTime() {
             const bool strong = (time.marked && told) || time.start.meridiem >= 0 || time.end ||
                                 time.part != DayPart::None ||
                                 sentenceHas(time.span.begin, Meaning::Event);
-            return strong && !speaksOfPast(time.span.begin) &&
+            return strong && !isScale(time) && !speaksOfPast(time.span.begin) &&
                    roleOf(time.span.begin) != Role::Posted;
         });
     if (!usable) {

@@ -102,6 +102,8 @@ private:
     bool isThisMorningsReport(const Dated &dated) const;
     /// "was", "released" before a date that has no time: a report, unless an event is named.
     bool hasFutureSense(std::uint32_t token) const;
+    /// "from 1 to 10", "page 3 of 12"
+    bool isScale(const TimeMention &time) const;
     /// Without any date: today, if a time is clearly an appointment's.
     bool acceptBareTime();
 
