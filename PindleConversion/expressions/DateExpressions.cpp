@@ -188,6 +188,19 @@ bool mayBeFractions(const DateSpec &first, const DateSpec &last) {
             last.month <= kLargest);
 }
 
+/// A word before token `i` tells that something is moved to another time.
+bool speaksOfMoving(const Reader &reader, std::uint32_t i) {
+    constexpr std::uint32_t kReach = 12;
+    for (std::uint32_t k = i; k > 0 && i - k < kReach; --k) {
+        const Sense *role = reader.sense(k - 1, Meaning::RoleWord);
+        if (reader.has(k - 1, Meaning::Moving) ||
+            (role && (role->value == static_cast<int>(Role::MovedFrom) ||
+                      role->value == static_cast<int>(Role::MovedTo))))
+            return true;
+    }
+    return false;
+}
+
 bool readRangeEnd(const Reader &reader, DateMention &date) {
     if (date.last || !canSpan(date.first) || date.repeated)
         return false;
@@ -205,9 +218,10 @@ bool readRangeEnd(const Reader &reader, DateMention &date) {
                           (last->first.base == Base::Calendar && date.first.base == Base::DayOnly);
     if (!sameKind && !(to && date.first.base == Base::Calendar))
         return false;
-    // "moved from Tuesday to Thursday" names two days for one event.
+    // "can we shift Tuesday to Thursday" names two days for one event.
     if (date.first.base == Base::Weekday && to && reader.word(i) &&
-        reader.document().tokens[i].end - reader.document().tokens[i].begin == 2)
+        reader.document().tokens[i].end - reader.document().tokens[i].begin == 2 &&
+        speaksOfMoving(reader, date.span.begin))
         return false;
     if (to && isMovedFrom(reader, date.span.begin))
         return false;

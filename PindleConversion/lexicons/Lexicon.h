@@ -99,9 +99,10 @@ enum class Meaning : std::uint8_t {
     DueMarker,     ///< before the last day for something: "by"
     PageHead,      ///< heads a page or a list, and is no event: "What's on", "Sold out"
     Opening,       ///< tells when a place is open: "open", "closed"
+    Moving,        ///< moves an event from one day to another: "shift", "swap"
 };
 
-inline constexpr std::size_t kMeanings = static_cast<std::size_t>(Meaning::Opening) + 1;
+inline constexpr std::size_t kMeanings = static_cast<std::size_t>(Meaning::Moving) + 1;
 
 enum class Unit : std::uint8_t { Minute, Hour, Day, Week, Fortnight, Month, Year, Weekend, Night };
 enum class DayPart : std::uint8_t { None, Morning, Noon, Afternoon, Evening, Night };

@@ -97,6 +97,7 @@ constexpr TableKind kTableKinds[] = {
     {"due-marker", Meaning::DueMarker, Values::Number},
     {"page-head", Meaning::PageHead, Values::Number},
     {"opening", Meaning::Opening, Values::Number},
+    {"moving", Meaning::Moving, Values::Number},
     {"zone-abbreviation", Meaning::ZoneAfterTime, Values::Note},
     {"zone-in-capitals", Meaning::ZoneAfterTime, Values::Note, 1},
     {"zone-city", Meaning::ZoneWord, Values::Note},
