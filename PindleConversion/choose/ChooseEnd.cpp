@@ -13,7 +13,7 @@ constexpr int kLastOnDial = 12;
 
 void Chooser::pickEnd() {
     // "Outbound: ... 06:10 → Faro 09:00" ends before the journey back.
-    const auto next = static_cast<std::size_t>(m_time + 1);
+    const auto next = static_cast<std::size_t>(m_time) + 1;
     const bool joined = m_time >= 0 && !m_choice.endMinute && next < m_found.times.size() &&
                         isJoined(m_found.times[next - 1], m_found.times[next]) &&
                         nothingBetween(m_found.times[next - 1].span, m_found.times[next].span);

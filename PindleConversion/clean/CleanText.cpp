@@ -121,10 +121,11 @@ private:
     /// Most of a text, all at once.
     void copySettled() {
         std::size_t end = m_at;
-        for (std::size_t next = end; end < m_in.size(); end = next) {
-            next = behindSettled(end);
+        while (end < m_in.size()) {
+            const std::size_t next = behindSettled(end);
             if (next == end)
                 break;
+            end = next;
         }
         m_out.append(m_in, m_at, end - m_at);
         m_at = end;
