@@ -161,8 +161,9 @@ std::uint16_t TableBuilder::noteNumber(const std::string &note) {
 }
 
 void TableBuilder::place() {
+    // Half full at most: the table should fit the processor's cache before it is quickest to probe.
     std::size_t size = 1024;
-    while (size < m_words.size() * 5 / 2)
+    while (size < m_words.size() * 2)
         size *= 2;
     m_slots.assign(size, nullptr);
     std::uint32_t phrases = 0;
