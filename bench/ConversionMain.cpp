@@ -120,8 +120,8 @@ double medianTime(const std::string &text) {
     return samples[samples.size() / 2];
 }
 
-/// The times of one kind of long text by its length.
-json timesOf(const LongText &kind) {
+/// The times of one kind of long text by its length, once.
+json timesOnce(const LongText &kind) {
     json result{{"title", kind.title}, {"times", json::object()}};
     double last = 0;
     for (std::size_t bytes = kShortest; bytes <= kLongest; bytes *= kGrowth) {
@@ -139,6 +139,21 @@ json timesOf(const LongText &kind) {
     text.resize(end);
     result["highlight"] = medianTime(text);
     return result;
+}
+
+/// The least of some rounds: what else the machine does only ever adds to a time, and lasts.
+json timesOf(const LongText &kind) {
+    constexpr int kRounds = 3;
+    json least = timesOnce(kind);
+    for (int round = 1; round < kRounds; ++round) {
+        const json again = timesOnce(kind);
+        least["highlight"] =
+            std::min(least["highlight"].get<double>(), again["highlight"].get<double>());
+        for (const auto &[bytes, time] : again["times"].items())
+            if (!least["times"].contains(bytes) || time < least["times"][bytes])
+                least["times"][bytes] = time;
+    }
+    return least;
 }
 
 /// Of the kinds named, or of all.

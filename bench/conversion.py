@@ -232,7 +232,7 @@ def slope_table(long_texts):
              judged(speed, speed is not None and speed >= 20),
              judged(text["highlight"] / 1e3, text["highlight"] <= 2000)])
     goals = ["goal"] + [NONE] * len(sizes) + [f"near 1 (≤ {EVEN:g})", "≥ 20", "≤ 2"]
-    head = ["µs per kB of long texts of"] + [length(size) for size in sizes]
+    head = ["µs per kB of long texts, least of three rounds, of"] + [length(size) for size in sizes]
     return markdown(head + ["most : least from 10 kB on", "MB/s at 1 MB", "20,000 characters, ms"],
                     [goals] + rows)
 

@@ -202,7 +202,10 @@ public:
     Cutter(std::string_view text, const Vocabulary &vocabulary)
         : m_text(text)
         , m_vocabulary(vocabulary) {
-        m_tokens.reserve(text.size() / 4 + 8);
+        // Four bytes a token is usual, one the least. Room for the least spares a text of marks or
+        // digits some moves, and costs nothing that is not used, as long as the text is no book.
+        constexpr std::size_t kLongest = 64'000;
+        m_tokens.reserve(text.size() <= kLongest ? text.size() : text.size() / 4);
     }
 
     std::vector<Token> run() {
