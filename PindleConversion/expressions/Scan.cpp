@@ -209,13 +209,10 @@ private:
     std::uint32_t marker(const Reader &reader, std::uint32_t i) {
         std::uint32_t next = i + 1;
         if (const Sense *time = reader.sense(i, Meaning::TimeMarker)) {
-            m_marked = i + time->length;
-            next = reader.sense(i, Meaning::RoleWord) ? i + 1 : i + time->length;
-            if (next != m_marked)
-                next = m_marked;
-        } else if (reader.symbol(i, ',') && m_document.fields[m_document.tokens[i].field].spoken) {
-            m_marked = i + 1;
-        } else if (m_marked == i && isPassage(reader, i)) {
+            m_marked = next = i + time->length;
+        } else if ((reader.symbol(i, ',') &&
+                    m_document.fields[m_document.tokens[i].field].spoken) ||
+                   (m_marked == i && isPassage(reader, i))) {
             m_marked = i + 1;
         }
         if (const Sense *length = reader.sense(i, Meaning::DurationMark)) {
