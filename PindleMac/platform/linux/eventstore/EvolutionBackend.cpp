@@ -56,7 +56,7 @@ QString evolutionPluginPath() {
     const QString beside = QCoreApplication::applicationDirPath();
     for (const QString &folder :
          {beside, beside + QStringLiteral("/../" PINDLE_LIBRARY_FOLDER "/pindle")}) {
-        const QString path = folder + QStringLiteral("/libpindle-evolution.so");
+        QString path = folder + QStringLiteral("/libpindle-evolution.so");
         if (QFileInfo(path).isFile())
             return path;
     }

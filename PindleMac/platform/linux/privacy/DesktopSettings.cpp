@@ -37,7 +37,7 @@ std::vector<Candidate> candidates(PrivacyPage page) {
 std::optional<SettingsProgram> desktopSettings(PrivacyPage page, const QStringList &desktops,
                                                const FindProgram &find) {
     auto all = candidates(page);
-    std::ranges::stable_partition(all, [&desktops](const Candidate &candidate) {
+    std::stable_partition(all.begin(), all.end(), [&desktops](const Candidate &candidate) {
         return desktops.contains(candidate.desktop, Qt::CaseInsensitive);
     });
     for (const Candidate &candidate : all) {

@@ -84,7 +84,7 @@ void PrivacyWindow::keyPressEvent(QKeyEvent *event) {
     if (event->key() == Qt::Key_Escape || event->matches(QKeySequence::Close))
         close();
     else
-        QWidget::keyPressEvent(event); // Return is for the control that has the keyboard
+        event->ignore(); // Return is for the control that has the keyboard
 }
 
 } // namespace pindle
