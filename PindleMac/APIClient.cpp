@@ -15,7 +15,7 @@ constexpr int firstSuccess = 200;
 constexpr int lastSuccess = 299;
 
 QUrl serviceAddress() {
-    const QUrl url(QStringLiteral(PINDLE_SERVICE_URL), QUrl::StrictMode);
+    QUrl url(QStringLiteral(PINDLE_SERVICE_URL), QUrl::StrictMode);
     if (!url.isValid() || url.scheme() != QLatin1String("https") || url.host().isEmpty())
         qFatal("PINDLE_SERVICE_URL is not an https address");
     return url;

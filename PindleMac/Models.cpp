@@ -7,7 +7,7 @@ namespace pindle {
 namespace {
 
 QUrl websitePage(const QString &path) {
-    const QUrl url(QStringLiteral(PINDLE_WEBSITE_URL) + path, QUrl::StrictMode);
+    QUrl url(QStringLiteral(PINDLE_WEBSITE_URL) + path, QUrl::StrictMode);
     if (!url.isValid() || url.scheme() != QLatin1String("https") || url.host().isEmpty())
         qFatal("PINDLE_WEBSITE_URL is not an https address");
     return url;
