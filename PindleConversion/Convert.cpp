@@ -1,11 +1,8 @@
 #include "PindleConversion/Convert.h"
 
 #include "PindleConversion/Messages.h"
-#include "PindleConversion/clean/CleanText.h"
 #include "PindleConversion/compose/Compose.h"
-#include "PindleConversion/layout/Fields.h"
-#include "PindleConversion/tokens/Annotate.h"
-#include "PindleConversion/tokens/Tokenizer.h"
+#include "PindleConversion/layout/ReadDocument.h"
 
 namespace pindle::conversion {
 
@@ -72,15 +69,6 @@ Reply refuse(std::string error) {
     return reply;
 }
 
-Document read(std::string_view text, std::string_view userZone) {
-    Document document;
-    document.text = cleanText(text);
-    document.tokens = tokenize(document.text, lexiconVocabulary());
-    annotate(document, userZone);
-    layOut(document);
-    return document;
-}
-
 bool isLink(const Document &document, TokenSpan span) {
     return !span.empty() && document.tokens[span.begin].kind == TokenKind::Link;
 }
@@ -107,7 +95,7 @@ Reply convert(const Request &request) {
     const auto today = parseDay(request.referenceDate);
     if (!today)
         return refuse("The reference date is not a valid date.");
-    Document document = read(request.text, request.referenceTimezone);
+    Document document = readDocument(request.text, request.referenceTimezone);
     const Reference reference = referenceOf(request, *today);
     const Expressions expressions = findExpressions(document);
     Choice choice = chooseEvent(document, expressions, reference);

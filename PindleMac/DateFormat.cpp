@@ -33,8 +33,8 @@ constexpr std::array<std::u16string_view, 25> icuOnlyNames = {
     u"NST", u"PLT", u"PNT", u"PRT", u"PST", u"SST", u"VST",
 };
 
-constexpr qint64 farthestShift =
-    qint64{24} * 60 * 60; ///< seconds; no zone ever shifted its clocks by more
+/// Seconds; no zone ever shifted its clocks by more.
+constexpr qint64 farthestShift = qint64{24} * 60 * 60;
 
 bool isIcuZone(const QString &identifier) {
     UErrorCode status = U_ZERO_ERROR;

@@ -220,12 +220,10 @@ bool Chooser::isPastAppointment(const Dated &dated) const {
 }
 
 bool Chooser::namesMoney(const Field &field) const {
-    constexpr std::u32string_view kSigns = U"$€£¥";
     constexpr std::uint32_t kReach = 100;
     const std::uint32_t end = std::min(field.end, field.begin + kReach);
     for (std::uint32_t i = field.begin; i < end; ++i)
-        if (const char32_t c = m_document.tokens[i].symbol;
-            c != 0 && kSigns.find(c) != std::u32string_view::npos)
+        if (isCurrencySign(m_document.tokens[i].symbol))
             return true;
     return false;
 }

@@ -28,6 +28,8 @@ protected:
     /// Dates to come with their time, which cannot tell when something was written: "our talk of
     /// Tuesday 26 May at 11:15".
     std::vector<TokenSpan> m_ahead;
+    const Document &m_document;
+    const Expressions &m_found;
 
 private:
     Role saidRole(std::uint32_t token) const;
@@ -42,9 +44,6 @@ private:
     bool joins(std::uint32_t i) const;
     /// "must be received" and "the signed form" tell nothing of the past.
     static bool isPastVerb(const Reader &reader, std::uint32_t i);
-
-    const Document &m_document;
-    const Expressions &m_found;
 };
 
 /// Weighs the dates and times of a text against each other.
@@ -52,8 +51,6 @@ class Chooser : private Surroundings {
 public:
     Chooser(const Document &document, const Expressions &expressions, const Reference &reference)
         : Surroundings(document, expressions)
-        , m_document(document)
-        , m_found(expressions)
         , m_reference(reference) {}
 
     Choice run();
@@ -70,11 +67,11 @@ private:
     bool hasTimeNear(std::uint32_t token) const;
     bool hasTimeBeside(TokenSpan span) const;
     int scoreDate(const Dated &dated, int index);
-    /// "Tue-Sun" beside the days of an exhibition.
     /// "on 5th" is a day where no other is named; else it may be a street.
     bool isOnlyDay(const Dated &dated) const;
     /// "by Friday": until when something is to be done.
     bool isDue(std::uint32_t token) const;
+    /// "Tue-Sun" beside the days of an exhibition.
     bool tellsOpeningHours(const Dated &dated) const;
     /// "Blue Door on 5th": an ordinal behind a name.
     bool mayBeStreet(TokenSpan span) const;
@@ -157,8 +154,6 @@ private:
     /// Another date that would have made as good an event.
     bool hasRival() const;
 
-    const Document &m_document;
-    const Expressions &m_found;
     const Reference &m_reference;
     Choice m_choice;
     std::vector<Dated> m_dates;

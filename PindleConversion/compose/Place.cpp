@@ -22,7 +22,6 @@ constexpr std::array<std::string_view, 12> kMeetingHosts{
 
 PlaceFinder::PlaceFinder(const Document &document, const Choice &choice)
     : PlaceNames(document)
-    , m_document(document)
     , m_choice(choice)
     , m_anchorField(document.tokens[choice.anchor()].field)
     , m_momentLine(std::max(lineOf(choice.anchor()),

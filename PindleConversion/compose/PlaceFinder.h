@@ -140,7 +140,6 @@ private:
     /// A name of which nothing says that it is a place's.
     bool isOnlyName(const Field &field, TokenSpan part, const Shape &shape) const;
 
-    const Document &m_document;
     const Choice &m_choice;
     std::uint32_t m_anchorField; ///< the field that says when
     std::uint32_t m_momentLine;  ///< the last line that says when

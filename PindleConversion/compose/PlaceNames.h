@@ -40,6 +40,8 @@ protected:
 
     const Token &token(std::uint32_t i) const { return m_document.token(i); }
 
+    const Document &m_document;
+
 private:
     /// A kind of place, or an unknown word before one.
     static bool leadsToPlace(const Reader &reader, std::uint32_t i);
@@ -51,8 +53,6 @@ private:
     bool stops(const Reader &reader, std::uint32_t i, std::uint32_t begin) const;
     /// Where the part of an address behind a comma ends, or `i` when it is no part of it.
     std::uint32_t addressGoesOn(const Reader &reader, std::uint32_t i, std::uint32_t begin) const;
-
-    const Document &m_document;
 };
 
 } // namespace pindle::conversion

@@ -15,7 +15,6 @@ class TitleFinder : private TitleWords {
 public:
     TitleFinder(const Document &document, const Choice &choice)
         : TitleWords(document)
-        , m_document(document)
         , m_choice(choice)
         , m_parts(document)
         , m_scores(document, choice) {}
@@ -81,7 +80,6 @@ private:
         }
     }
 
-    const Document &m_document;
     const Choice &m_choice;
     TitleParts m_parts;
     TitleScore m_scores;

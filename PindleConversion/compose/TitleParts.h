@@ -10,8 +10,7 @@ namespace pindle::conversion {
 class TitleParts : private TitleWords {
 public:
     explicit TitleParts(const Document &document)
-        : TitleWords(document)
-        , m_document(document) {}
+        : TitleWords(document) {}
 
     /// A run as a whole, or cut where it is too long for a title or starts with a greeting.
     std::vector<TokenSpan> partsOf(TokenSpan run) const;
@@ -57,8 +56,6 @@ private:
     bool isUnclosed(TokenSpan span, std::uint32_t at) const;
     /// A bracket at `at` that was not opened within the span, or only at its begin.
     bool isUnopened(TokenSpan span, std::uint32_t at) const;
-
-    const Document &m_document;
 };
 
 } // namespace pindle::conversion

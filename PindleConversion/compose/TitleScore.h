@@ -26,7 +26,6 @@ public:
 
     TitleScore(const Document &document, const Choice &choice)
         : TitleWords(document)
-        , m_document(document)
         , m_choice(choice) {}
 
     /// How likely the candidate is the title, of at least one token in `trimmed`.
@@ -68,7 +67,6 @@ private:
     /// A short line without a sentence's full stop.
     bool isHeading(TokenSpan part) const;
 
-    const Document &m_document;
     const Choice &m_choice;
 };
 

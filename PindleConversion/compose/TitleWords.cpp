@@ -17,16 +17,20 @@ bool TitleWords::hasLetters(TokenSpan span) const {
     return false;
 }
 
-bool TitleWords::says(TokenSpan span) const {
-    constexpr Meaning kAround[] = {Meaning::TimeMarker, Meaning::DateMarker, Meaning::The,
-                                   Meaning::Of,         Meaning::RangeTo,    Meaning::And,
-                                   Meaning::In,         Meaning::PlaceMarker};
+bool TitleWords::hasWordWithout(TokenSpan span, std::span<const Meaning> meanings) const {
     const Reader reader(m_document, span.end);
     for (std::uint32_t i = span.begin; i < span.end; ++i)
-        if (reader.word(i) && std::none_of(std::begin(kAround), std::end(kAround),
+        if (reader.word(i) && std::none_of(meanings.begin(), meanings.end(),
                                            [&](Meaning each) { return reader.has(i, each); }))
             return true;
     return false;
+}
+
+bool TitleWords::says(TokenSpan span) const {
+    static constexpr Meaning kAround[] = {Meaning::TimeMarker, Meaning::DateMarker, Meaning::The,
+                                          Meaning::Of,         Meaning::RangeTo,    Meaning::And,
+                                          Meaning::In,         Meaning::PlaceMarker};
+    return hasWordWithout(span, kAround);
 }
 
 bool TitleWords::contains(TokenSpan span, Meaning meaning) const {
@@ -78,11 +82,9 @@ bool TitleWords::isAddress(TokenSpan span) const {
 }
 
 bool TitleWords::hasMoney(TokenSpan span) const {
-    for (std::uint32_t i = span.begin; i < span.end; ++i) {
-        const char32_t c = token(i).symbol;
-        if (c == '$' || c == U'€' || c == U'£' || c == U'¥')
+    for (std::uint32_t i = span.begin; i < span.end; ++i)
+        if (isCurrencySign(token(i).symbol))
             return true;
-    }
     return false;
 }
 
@@ -97,15 +99,10 @@ bool TitleWords::namesHost(TokenSpan trimmed) const {
 }
 
 bool TitleWords::hasContent(TokenSpan span) const {
-    constexpr Meaning kAround[] = {Meaning::Common,      Meaning::Chatter,  Meaning::Greeting,
-                                   Meaning::PresentVerb, Meaning::PastVerb, Meaning::PartOfDay,
-                                   Meaning::AsideLead,   Meaning::Person};
-    const Reader reader(m_document, span.end);
-    for (std::uint32_t i = span.begin; i < span.end; ++i)
-        if (reader.word(i) && std::none_of(std::begin(kAround), std::end(kAround),
-                                           [&](Meaning each) { return reader.has(i, each); }))
-            return true;
-    return false;
+    static constexpr Meaning kAround[] = {
+        Meaning::Common,   Meaning::Chatter,   Meaning::Greeting,  Meaning::PresentVerb,
+        Meaning::PastVerb, Meaning::PartOfDay, Meaning::AsideLead, Meaning::Person};
+    return hasWordWithout(span, kAround);
 }
 
 bool TitleWords::tellsRole(TokenSpan span) const {

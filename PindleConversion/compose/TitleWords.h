@@ -1,5 +1,7 @@
 #pragma once
 
+#include <span>
+
 #include "PindleConversion/tokens/Token.h"
 
 namespace pindle::conversion {
@@ -45,10 +47,13 @@ public:
     /// "Microsoft Teams meeting", "Zoom call": how one meets, not what for.
     bool isOnlyOnline(TokenSpan trimmed) const;
 
+private:
+    /// Some word of the span has none of those meanings.
+    bool hasWordWithout(TokenSpan span, std::span<const Meaning> meanings) const;
+
 protected:
     const Token &token(std::uint32_t i) const { return m_document.token(i); }
 
-private:
     const Document &m_document;
 };
 

@@ -1,5 +1,6 @@
 #include "PindleConversion/expressions/DaysOfMonth.h"
 
+#include "PindleConversion/expressions/CalendarParts.h"
 #include "PindleConversion/expressions/RelativeWords.h"
 
 namespace pindle::conversion {
@@ -31,7 +32,7 @@ std::uint32_t readMonthBehind(const Reader &reader, std::uint32_t i, DateSpec &s
         spec.month = month->value;
         j += month->length;
         const std::uint32_t year = reader.skipSymbol(j, ',');
-        if (!reader.number(year, 1900, 2199, 4))
+        if (!reader.number(year, kFirstYear, kLastYear, 4))
             return j;
         spec.year = static_cast<int>(reader.at(year)->number);
         return year + 1;

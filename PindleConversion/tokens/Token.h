@@ -68,6 +68,11 @@ struct Token {
     bool upper() const { return capital && !unspaced; }
 };
 
+/// `symbol` of a token, where amounts of money carry one.
+inline bool isCurrencySign(char32_t symbol) {
+    return symbol == U'$' || symbol == U'€' || symbol == U'£' || symbol == U'¥';
+}
+
 /// A run of tokens, `end` excluded.
 struct TokenSpan {
     std::uint32_t begin = 0;

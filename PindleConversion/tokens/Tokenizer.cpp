@@ -79,11 +79,6 @@ char32_t plainSymbol(UChar32 c) {
     return static_cast<char32_t>(c);
 }
 
-bool isAsciiAlnum(char c) {
-    return isDigit(static_cast<unsigned char>(c)) || (c >= 'a' && c <= 'z') ||
-           (c >= 'A' && c <= 'Z');
-}
-
 /// What every byte of a text is asked, answered by a table: the loops that ask are the busiest.
 enum Trait : std::uint8_t { kBlank = 1, kOfAddress = 2, kAsciiLetter = 4 };
 constexpr auto kTraits = [] {
@@ -107,6 +102,10 @@ bool isBlank(char c) {
 
 bool isAsciiLetter(char c) {
     return traitsOf(c) == kAsciiLetter;
+}
+
+bool isAsciiAlnum(char c) {
+    return isDigit(static_cast<unsigned char>(c)) || isAsciiLetter(c);
 }
 
 bool isMailByte(char c) {

@@ -1,8 +1,6 @@
 #include <algorithm>
 #include <chrono>
 #include <ctime>
-#include <filesystem>
-#include <fstream>
 #include <sstream>
 #include <vector>
 
@@ -11,6 +9,7 @@
 #include <unicode/unistr.h>
 
 #include "PindleConversion/resolve/Resolve.h"
+#include "tests/PindleConversion/Judge.h"
 #include "tests/PindleConversion/Support.h"
 
 namespace pindle::conversion::test {
@@ -25,15 +24,8 @@ struct Given {
 
 std::vector<Given> givenTexts() {
     std::vector<Given> all;
-    for (const auto &entry : std::filesystem::directory_iterator(PINDLE_CONVERSION_CASES)) {
-        if (entry.path().extension() != ".jsonl")
-            continue;
-        std::ifstream file(entry.path());
-        for (std::string line; std::getline(file, line);) {
-            const json each = json::parse(line);
-            all.push_back({each["text"], each["referenceDate"], each["referenceTimezone"]});
-        }
-    }
+    for (const auto &each : readCases(caseFiles(PINDLE_CONVERSION_CASES)))
+        all.push_back({each["text"], each["referenceDate"], each["referenceTimezone"]});
     return all;
 }
 
