@@ -63,6 +63,48 @@ void noteClockChange(Choice &choice, std::string_view ownZone) {
     }
 }
 
+/// A text and what it says of when.
+struct Reading {
+    Document document;
+    Expressions expressions;
+};
+
+Reading readAll(std::string_view text, std::string_view zone) {
+    Reading reading;
+    reading.document = readDocument(text, zone);
+    reading.expressions = findExpressions(reading.document);
+    return reading;
+}
+
+/// Where the letter starts that byte `at`, not one of the first three, belongs to.
+std::size_t letterBegin(std::string_view text, std::size_t at) {
+    const auto continues = [&](std::size_t i) {
+        return (static_cast<unsigned char>(text[i]) & 0xC0U) == 0x80U;
+    };
+    for (std::size_t i = at; i + 4 > at; --i)
+        if (!continues(i))
+            return i;
+    return at;
+}
+
+/// Reads a text, and of a long list of dates only the head: it holds more of them than are
+/// weighed, and whoever highlights the list should not wait for the rest.
+Reading read(std::string_view text, std::string_view zone) {
+    constexpr std::size_t kHead = 10'000; ///< bytes
+    constexpr std::size_t kLong = 3 * kHead;
+    if (text.size() > kLong) {
+        std::size_t end = text.find('\n', kHead);
+        if (end > kLong)
+            end = text.find(' ', kHead);
+        if (end > kLong)
+            end = letterBegin(text, kHead);
+        Reading head = readAll(text.substr(0, end), zone);
+        if (head.expressions.dates.size() >= kMostExpressions)
+            return head;
+    }
+    return readAll(text, zone);
+}
+
 Reply refuse(std::string error) {
     Reply reply;
     reply.error = std::move(error);
@@ -95,9 +137,8 @@ Reply convert(const Request &request) {
     const auto today = parseDay(request.referenceDate);
     if (!today)
         return refuse("The reference date is not a valid date.");
-    Document document = readDocument(request.text, request.referenceTimezone);
     const Reference reference = referenceOf(request, *today);
-    const Expressions expressions = findExpressions(document);
+    auto [document, expressions] = read(request.text, request.referenceTimezone);
     Choice choice = chooseEvent(document, expressions, reference);
     if (!choice.found) {
         Reply reply = refuse(refusalText(document, choice.notice));

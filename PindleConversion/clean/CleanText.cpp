@@ -94,10 +94,12 @@ constexpr auto kSettled = [] {
     return settled;
 }();
 
-/// A letter that stays as it is: of Europe's languages, kana, or an ideograph. Asking this first
-/// saves looking it up among pictures, blanks and controls.
+/// A letter that stays as it is: of Europe's languages, kana, or an ideograph; or a dash or
+/// quotation mark. Asking this first saves looking it up among pictures, blanks and controls.
 constexpr bool isPlainLetter(UChar32 c) {
-    return (c >= 0xC0 && c <= 0x24F) || (c >= 0x3041 && c <= 0x30FF) ||
+    constexpr UChar32 kSoftHyphen = 0xAD;
+    return (c >= 0xA1 && c <= 0x24F && c != kSoftHyphen) || (c >= 0x2010 && c <= 0x2021) ||
+           (c >= 0x3001 && c <= 0x301F) || (c >= 0x3041 && c <= 0x30FF) ||
            (c >= 0x3400 && c <= 0x9FFF);
 }
 

@@ -22,6 +22,14 @@ inline CodePoint decodeAt(std::string_view text, std::size_t at) {
     const std::int32_t lead = byte(at);
     if (lead < 0x80)
         return {lead, at + 1};
+    // Most letters beyond the Latin ones have three bytes.
+    if (lead > 0xE0 && lead < 0xED && at + 2 < text.size()) {
+        const std::int32_t second = byte(at + 1);
+        const std::int32_t third = byte(at + 2);
+        if (((second | third) & 0xC0) == 0x80 && (second & third & 0x80) != 0)
+            return {(lead & 0x0F) << 12 | (second & 0x3F) << 6 | (third & 0x3F), at + 3};
+        return {kInvalidPoint, at + 1};
+    }
     const std::size_t length = lead >= 0xF0 ? 4 : lead >= 0xE0 ? 3 : 2;
     if (lead < 0xC2 || lead > 0xF4 || at + length > text.size())
         return {kInvalidPoint, at + 1};

@@ -14,18 +14,12 @@ struct Run {
     bool afterUsed = false;  ///< one precedes it
 };
 
-/// Fields before and behind the one that says when, in which title and place are looked for;
-/// the text's first fields are looked at in any case.
-inline constexpr std::uint32_t kFieldReach = 100;
-inline constexpr std::uint32_t kFirstFields = 40;
+/// What of a field is looked at for title and place: the tokens around the one that says when, or
+/// those of the text's first. Empty for a field that is too far from both.
+TokenSpan inReach(const Field &field, std::uint32_t anchor);
 
-inline bool isInReach(std::uint32_t field, std::uint32_t anchorField) {
-    return field < kFirstFields ||
-           (field + kFieldReach >= anchorField && field <= anchorField + kFieldReach);
-}
-
-/// The runs of one field, in order.
-std::vector<Run> runsOf(const Document &document, const Field &field);
+/// The runs of a part of one field, in order.
+std::vector<Run> runsOf(const Document &document, TokenSpan part);
 
 /// Whether a token is a separator that may not begin or end a title or place.
 bool isEdgeMark(const Token &token);

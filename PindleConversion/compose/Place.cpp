@@ -33,23 +33,23 @@ bool PlaceFinder::isName(TokenSpan place) const {
 
 TokenSpan PlaceFinder::run() {
     for (std::uint32_t f = 0; f < m_document.fields.size(); ++f)
-        if (isInReach(f, m_anchorField))
-            consider(f);
+        if (const TokenSpan part = inReach(m_document.fields[f], m_choice.anchor()); !part.empty())
+            consider(f, part);
     return m_score >= kLeastScore ? m_best : TokenSpan{};
 }
 
-void PlaceFinder::consider(std::uint32_t f) {
+void PlaceFinder::consider(std::uint32_t f, TokenSpan part) {
     const Field &field = m_document.fields[f];
     const Reader reader(m_document, field.end);
     if (field.label == Label::Place || field.label == Label::Start || field.label == Label::When)
         labelled(field);
-    links(field);
+    links(field, part);
     if (field.ignored || field.label == Label::Price || field.label == Label::Title)
         return;
     if (f != m_anchorField && isArrival(reader, field.begin))
         return;
     bool quoted = false;
-    for (std::uint32_t i = field.begin; i < field.end; ++i) {
+    for (std::uint32_t i = part.begin; i < part.end; ++i) {
         quoted = quoted != reader.symbol(i, '"');
         // What stands in quotes is a name of something else.
         if (token(i).used || quoted)
@@ -67,7 +67,7 @@ void PlaceFinder::consider(std::uint32_t f) {
             offer({i, i + online->length}, kLeastScore, i);
     }
     if (field.label == Label::None || field.label == Label::When)
-        pieces(reader, f);
+        pieces(reader, f, part);
 }
 
 void PlaceFinder::offer(TokenSpan span, int score, std::uint32_t at) {
@@ -155,8 +155,8 @@ void PlaceFinder::labelled(const Field &field) {
     offer({field.begin, end}, field.label == Label::Place ? 1000 : 900, field.begin);
 }
 
-void PlaceFinder::links(const Field &field) {
-    for (std::uint32_t i = field.begin; i < field.end; ++i) {
+void PlaceFinder::links(const Field &field, TokenSpan part) {
+    for (std::uint32_t i = part.begin; i < part.end; ++i) {
         if (token(i).kind != TokenKind::Link)
             continue;
         const auto text = m_document.slice(token(i));

@@ -20,8 +20,8 @@ public:
 private:
     // Place.cpp
     std::uint32_t lineOf(std::uint32_t i) const { return m_document.fields[token(i).field].line; }
-    /// Offers all that one field may say of where the event is.
-    void consider(std::uint32_t f);
+    /// Offers all that a part of one field may say of where the event is.
+    void consider(std::uint32_t f, TokenSpan part);
     /// Takes a span as the best place so far when its score is higher, after what its surroundings
     /// at token `at` take from it or add to it.
     void offer(TokenSpan span, int score, std::uint32_t at);
@@ -36,7 +36,7 @@ private:
     /// What stands behind "Place:" or the like.
     void labelled(const Field &field);
     /// A link is the place of a meeting that is held online.
-    void links(const Field &field);
+    void links(const Field &field, TokenSpan part);
     /// "Your link (do not share): https://..."
     bool isCalledLink(const Field &field, std::uint32_t link) const;
     /// The text's first words say that the event is online.
@@ -107,7 +107,7 @@ private:
 
     // PlacePieces.cpp
     /// The parts between commas, dashes and values behind the date: one may be the place.
-    void pieces(const Reader &reader, std::uint32_t f);
+    void pieces(const Reader &reader, std::uint32_t f, TokenSpan part);
     /// "Théâtre municipal de Sens" on a line of its own between the title and the date.
     void venueAbove(const Reader &reader, std::uint32_t f);
     /// Where words are not spaced, a space separates parts.

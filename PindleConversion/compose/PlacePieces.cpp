@@ -10,19 +10,19 @@ constexpr int kOwnLine = 26; ///< more for a place that has the line below the d
 
 } // namespace
 
-void PlaceFinder::pieces(const Reader &reader, std::uint32_t f) {
+void PlaceFinder::pieces(const Reader &reader, std::uint32_t f, TokenSpan part) {
     const Field &field = m_document.fields[f];
     if (f < m_anchorField && !field.cell)
         return venueAbove(reader, f);
-    std::uint32_t begin = field.begin;
+    std::uint32_t begin = part.begin;
     const bool later = f > m_anchorField || (field.cell && f != 0);
-    for (std::uint32_t i = field.begin; i <= field.end; ++i) {
-        const bool space = i < field.end && i > begin && startsUnspaced(reader, i);
+    for (std::uint32_t i = part.begin; i <= part.end; ++i) {
+        const bool space = i < part.end && i > begin && startsUnspaced(reader, i);
         if (space && !token(i).used && (later || begin > m_choice.anchor())) {
             begin = std::max(piece(reader, f, begin, i), i);
             continue;
         }
-        const bool mark = i == field.end || token(i).used || isBreak(reader, i) || space;
+        const bool mark = i == part.end || token(i).used || isBreak(reader, i) || space;
         if (!mark)
             continue;
         if (i > begin && (later || begin > m_choice.anchor()))

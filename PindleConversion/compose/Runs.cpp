@@ -1,5 +1,7 @@
 #include "PindleConversion/compose/Compose.h"
 
+#include <algorithm>
+
 namespace pindle::conversion {
 
 bool isEdgeMark(const Token &token) {
@@ -12,10 +14,17 @@ bool isEdgeMark(const Token &token) {
     return marks.find(token.symbol) != std::u32string_view::npos;
 }
 
-std::vector<Run> runsOf(const Document &document, const Field &field) {
+TokenSpan inReach(const Field &field, std::uint32_t anchor) {
+    constexpr std::uint32_t kReach = 600;
+    const TokenSpan around{std::max(field.begin, anchor - std::min(anchor, kReach)),
+                           std::min(field.end, anchor + kReach)};
+    return around.empty() ? TokenSpan{field.begin, std::min(field.end, kReach)} : around;
+}
+
+std::vector<Run> runsOf(const Document &document, TokenSpan part) {
     std::vector<Run> runs;
     bool afterUsed = false;
-    for (std::uint32_t i = field.begin; i < field.end;) {
+    for (std::uint32_t i = part.begin; i < part.end;) {
         if (document.tokens[i].used) {
             afterUsed = true;
             ++i;
@@ -24,11 +33,10 @@ std::vector<Run> runsOf(const Document &document, const Field &field) {
         Run run;
         run.span = {i, i};
         run.afterUsed = afterUsed;
-        while (i < field.end && !document.tokens[i].used &&
-               document.sameSentence(i, run.span.begin))
+        while (i < part.end && !document.tokens[i].used && document.sameSentence(i, run.span.begin))
             ++i;
         run.span.end = i;
-        run.beforeUsed = i < field.end && document.tokens[i].used;
+        run.beforeUsed = i < part.end && document.tokens[i].used;
         afterUsed = false;
         runs.push_back(run);
     }

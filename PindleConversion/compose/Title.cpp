@@ -20,19 +20,17 @@ public:
         , m_scores(document, choice) {}
 
     TokenSpan run() {
-        const std::uint32_t anchorField = token(m_choice.anchor()).field;
-        for (std::uint32_t f = 0; f < m_document.fields.size(); ++f)
-            if (isInReach(f, anchorField))
-                consider(f);
+        for (const Field &field : m_document.fields)
+            if (const TokenSpan part = inReach(field, m_choice.anchor()); !part.empty())
+                consider(field, part);
         return m_best;
     }
 
 private:
-    void consider(std::uint32_t f) {
-        const Field &field = m_document.fields[f];
+    void consider(const Field &field, TokenSpan part) {
         if (field.ignored || field.label == Label::Price || field.label == Label::Link)
             return;
-        const auto runs = runsOf(m_document, field);
+        const auto runs = runsOf(m_document, part);
         for (const Run &run : runs)
             offerRun(field, run, runs.size() == 1 && !run.afterUsed && !run.beforeUsed);
         offerLabel(field);

@@ -84,6 +84,9 @@ std::uint32_t readLastDay(const Reader &reader, std::uint32_t i, DateMention &da
 } // namespace
 
 std::optional<DateMention> readCountedDate(const Reader &reader, std::uint32_t i) {
+    static constexpr Meanings kMarks{Meaning::YearMark, Meaning::MonthMark};
+    if (!reader.has(i, Meaning::Era) && !reader.mayHave(i + 1, kMarks))
+        return std::nullopt;
     const Year year = readYear(reader, i);
     const Counted month = readCounted(reader, year.next, 12, 2, Meaning::MonthMark);
     if (month.next == 0)

@@ -117,8 +117,15 @@ void readNameBehind(const Reader &reader, DateMention &date) {
     date.weak = false;
 }
 
+/// Most dates do not start with a weekday's name, which one look tells.
+bool mayStartWithName(const Reader &reader, std::uint32_t i) {
+    static constexpr Meanings kNames{Meaning::Next, Meaning::This, Meaning::Weekday,
+                                     Meaning::WeakWeekday};
+    return reader.mayHave(i, kNames);
+}
+
 std::optional<DateMention> readSingle(const Reader &reader, std::uint32_t i) {
-    if (auto date = readNamedDate(reader, i))
+    if (auto date = mayStartWithName(reader, i) ? readNamedDate(reader, i) : std::nullopt)
         return date;
     const std::uint32_t core = reader.skip(i, Meaning::The);
     auto date = readCalendarDate(reader, i);
@@ -235,7 +242,7 @@ bool readRangeEnd(const Reader &reader, DateMention &date) {
 } // namespace
 
 std::optional<DateMention> readDate(const Reader &reader, std::uint32_t i) {
-    if (auto start = readRangeStart(reader, i);
+    if (auto start = mayStartWithName(reader, i) ? readRangeStart(reader, i) : std::nullopt;
         start && readRangeEnd(reader, *start) && start->first.base == Base::Calendar)
         return start;
     auto date = readSingle(reader, i);

@@ -40,7 +40,7 @@ private:
             return i + 1;
         if (isPlainMark(reader, i, field))
             return marker(reader, i);
-        if (const std::uint32_t row = isNumber(reader, i) ? skipNumberRow(reader, i) : i; row != i)
+        if (const std::uint32_t row = isNumber(reader, i) ? skipNumbers(reader, i) : i; row != i)
             return row;
         if (const Sense *greeting = reader.sense(i, Meaning::Greeting);
             greeting && greeting->length > 1 && greets(reader, i, i + greeting->length))
@@ -74,6 +74,22 @@ private:
             return i + part->length;
         }
         return marker(reader, i);
+    }
+
+    /// Behind the number of an account or telephone at `i`, or behind figures that no word
+    /// explains: so many of them are data, and no dates.
+    std::uint32_t skipNumbers(const Reader &reader, std::uint32_t i) {
+        constexpr std::uint32_t kMostFigures = 150; ///< with the marks between them
+        if (i >= m_figuresEnd) {
+            std::uint32_t end = i;
+            while (reader.at(end) && (reader.at(end)->kind == TokenKind::Number ||
+                                      reader.at(end)->kind == TokenKind::Symbol))
+                ++end;
+            m_figuresEnd = end;
+            if (end - i > kMostFigures)
+                return end;
+        }
+        return skipNumberRow(reader, i);
     }
 
     /// "Bis morgen!" greets, "bis morgen um zwölf" tells when.
@@ -257,6 +273,7 @@ private:
     std::uint32_t m_afterTime = kNowhere;
     std::uint32_t m_length = kNowhere;
     std::uint32_t m_roleEnd = 0;
+    std::uint32_t m_figuresEnd = 0; ///< behind the last figures looked at
 };
 
 } // namespace

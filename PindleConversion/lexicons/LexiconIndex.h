@@ -38,10 +38,21 @@ struct WordSlot {
     std::uint16_t singles;   ///< those of one word, which come first
     std::uint8_t length;     ///< bytes; 0 for a free place
     std::uint8_t flags;      ///< see `kCounter`, `kElision`
+    std::uint8_t known;      ///< how many languages have the word
 };
 
 inline constexpr std::uint8_t kCounter = 1; ///< counts the numeral before it: "日"
 inline constexpr std::uint8_t kElision = 2; ///< ends with an apostrophe: "l'"
+
+/// A letter of the words in scripts without spaces, behind the letters before it: such words are
+/// looked for at every letter of a text, so one step has to be short.
+struct LetterSlot {
+    std::uint32_t key;  ///< see `letterKey`; 0 for a free place
+    std::uint32_t word; ///< the word that ends here, 0 for none, with the flags below
+};
+inline constexpr std::uint32_t kLetterGoesOn = 1U << 31U;  ///< a longer word starts so
+inline constexpr std::uint32_t kLetterCounter = 1U << 30U; ///< the word has `kCounter`
+inline constexpr std::uint32_t kLetterWord = kLetterCounter - 1;
 
 /// Where languages are spoken.
 struct SpokenZone {
@@ -59,7 +70,7 @@ struct Tables {
     std::span<const LanguageInfo> languages; ///< the shared words first
     std::span<const SpokenZone> zones;       ///< by name
     std::span<const std::uint32_t> oneByte;  ///< the words of one ASCII letter, digit or mark
-    std::span<const std::uint8_t> hints;     ///< see `unspacedHint`
+    std::span<const LetterSlot> letters;     ///< a power of two of them, at most 65,535
 };
 extern const Tables kTables;
 
@@ -75,16 +86,27 @@ inline constexpr std::uint32_t hashWord(std::string_view folded) {
     return hash;
 }
 
-/// Whether a word of a script without spaces starts with letters of this hash and goes on, and
-/// whether one ends there. May be wrong when it says yes. Such words are looked for at every
-/// letter, and nearly always in vain.
-inline constexpr unsigned kGoesOn = 1;
-inline constexpr unsigned kEnds = 2;
-inline constexpr std::size_t kHints = 1U << 16U; ///< four in a byte
-inline unsigned unspacedHint(std::uint32_t hash) {
-    const std::uint32_t place = hash % kHints;
-    return static_cast<unsigned>(kTables.hints[place / 4]) >> (place % 4 * 2) & 3U;
+/// The place in `Tables::letters` where a letter is looked for first: Fibonacci hashing.
+inline constexpr std::size_t letterPlace(std::uint32_t key, std::size_t letters) {
+    constexpr std::uint64_t kGolden = 0x9E3779B97F4A7C15U;
+    return static_cast<std::size_t>((key * kGolden) >> 40U) & (letters - 1);
 }
+/// The key of `letter` behind the letters that end at place `before`, or at a word's begin.
+inline constexpr std::uint32_t kWordBegin = 0xFFFF;
+inline constexpr std::uint32_t letterKey(std::uint32_t before, std::int32_t letter) {
+    return before << 16U | static_cast<std::uint32_t>(letter);
+}
+
+/// The longest word in a script without spaces that stands at the begin of some text.
+struct UnspacedWord {
+    std::uint32_t bytes = 0;  ///< 0 when there is none
+    std::uint32_t letter = 0; ///< its last letter's `LetterSlot::word`
+
+    std::uint32_t word() const { return letter & kLetterWord; }
+    bool counter() const { return (letter & kLetterCounter) != 0; }
+};
+/// Looks for it at byte `at` of a text. Steps through its letters once.
+UnspacedWord longestUnspaced(std::string_view text, std::size_t at);
 
 /// The number of a folded word, 0 when no lexicon has it. Constant time.
 std::uint32_t findWord(std::string_view folded, std::uint32_t hash);

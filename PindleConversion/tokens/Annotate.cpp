@@ -14,9 +14,8 @@ namespace pindle::conversion {
 
 namespace {
 
-constexpr std::size_t kLongestWord = 64;         ///< bytes of a word that is looked up
-constexpr std::size_t kLongestUnspacedWord = 10; ///< letters of one in a script without spaces
-constexpr std::size_t kShortestTail = 4;         ///< bytes of a compound's last part
+constexpr std::size_t kLongestWord = 64; ///< bytes of a word that is looked up
+constexpr std::size_t kShortestTail = 4; ///< bytes of a compound's last part
 constexpr std::size_t kLongestTail = 16;
 /// Another language of the text counts when it has this share of the first one's evidence.
 constexpr int kSecondaryShare = 4;
@@ -31,27 +30,8 @@ public:
         return word != 0 && (wordSlot(word).flags & kElision) != 0;
     }
 
-    Match longest(std::string_view text, std::size_t at) const override {
-        Match best;
-        std::uint32_t hash = kHashStart;
-        std::size_t end = at;
-        for (std::size_t letters = 0; letters < kLongestUnspacedWord && end < text.size();
-             ++letters) {
-            const CodePoint point = decodeAt(text, end);
-            if (unspacedScript(point.value) == Unspaced::None)
-                break;
-            for (; end < point.end; ++end)
-                hash = hashByte(hash, text[end]);
-            const unsigned hint = unspacedHint(hash);
-            const std::uint32_t word =
-                (hint & kEnds) != 0 ? findWord(text.substr(at, end - at), hash) : 0;
-            if (word != 0)
-                best = {static_cast<std::uint32_t>(end - at),
-                        (wordSlot(word).flags & kCounter) != 0};
-            if ((hint & kGoesOn) == 0)
-                break;
-        }
-        return best;
+    UnspacedWord longest(std::string_view text, std::size_t at) const override {
+        return longestUnspaced(text, at);
     }
 };
 
@@ -91,35 +71,45 @@ public:
     }
 
 private:
+    /// What tells the language of a line.
+    struct Evidence {
+        LanguageScores scores;
+        int unspaced = 0;   ///< words in scripts without spaces
+        int ideographs = 0; ///< of them those of ideographs
+    };
+
     void cutLines() {
         const auto size = static_cast<std::uint32_t>(m_document.tokens.size());
         std::uint32_t begin = 0;
-        LanguageScores scores;
+        Evidence line;
         for (std::uint32_t i = 0; i < size; ++i) {
             Token &token = m_document.tokens[i];
-            lookUp(token, scores);
+            lookUp(token, line);
             if (token.kind != TokenKind::LineBreak && i + 1 < size)
                 continue;
+            line.scores.addScript(Script::Japanese, line.unspaced);
+            line.scores.addScript(Script::Chinese, line.ideographs);
             m_lines.push_back({begin, i + 1});
-            m_scores.push_back(scores);
-            m_total.add(scores);
-            scores = {};
+            m_scores.push_back(line.scores);
+            m_total.add(line.scores);
+            line = {};
             begin = i + 1;
         }
     }
 
-    void lookUp(Token &token, LanguageScores &scores) {
+    void lookUp(Token &token, Evidence &line) {
         const auto text = m_document.slice(token);
         if (token.kind == TokenKind::Symbol) {
             lookUpSymbol(token);
         } else if (token.kind == TokenKind::Number && token.digits <= 2 && !token.unspaced) {
-            token.word = findWord(text);
+            token.word = token.digits == 1 ? kTables.oneByte[static_cast<unsigned char>(text[0])]
+                                           : findWord(text);
         } else if (token.kind == TokenKind::Word && text.size() <= kLongestWord) {
             lookUpWord(token, text);
             if (token.word != 0)
-                scores.addWord(wordSlot(token.word).languages & ~1U, text.size());
+                line.scores.addWord(wordSlot(token.word), text.size());
             if (token.unspaced)
-                tellScript(text, scores);
+                tellScript(text, line);
         }
     }
 
@@ -134,14 +124,19 @@ private:
     }
 
     void lookUpWord(Token &token, std::string_view text) {
-        // Scripts without spaces have no capitals, so nothing needs folding.
-        if (token.unspaced) {
-            const std::uint32_t hash = hashWord(text);
-            token.word = (unspacedHint(hash) & kEnds) != 0 ? findWord(text, hash) : 0;
-            return;
-        }
+        if (token.unspaced)
+            return lookUpUnspaced(token, text);
         if (!foldPlain(text, token))
             return lookUpLetters(token, text);
+    }
+
+    /// Most were found when they were cut. Scripts without spaces have no capitals, so nothing
+    /// needs folding.
+    static void lookUpUnspaced(Token &token, std::string_view text) {
+        if (token.word != 0)
+            return;
+        const UnspacedWord word = longestUnspaced(text, 0);
+        token.word = word.bytes == text.size() ? word.word() : 0;
     }
 
     /// The common case: a word of unaccented letters. Folds and hashes at once.
@@ -168,11 +163,10 @@ private:
         token.word = findWord(std::string_view(m_folded).substr(0, m_folded.size() - 2));
     }
 
-    static void tellScript(std::string_view text, LanguageScores &scores) {
-        const Unspaced script = unspacedScript(decodeAt(text, 0).value);
-        scores.addScript(Script::Japanese);
-        if (script == Unspaced::Ideograph)
-            scores.addScript(Script::Chinese);
+    static void tellScript(std::string_view text, Evidence &line) {
+        ++line.unspaced;
+        if (unspacedScript(decodeAt(text, 0).value) == Unspaced::Ideograph)
+            ++line.ideographs;
     }
 
     void chooseLanguages() {

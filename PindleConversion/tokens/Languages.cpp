@@ -13,6 +13,16 @@ constexpr int kZone = 50;         ///< the language of the user's zone
 constexpr int kScript = 60;       ///< a word in letters that few languages use
 constexpr std::size_t kShort = 2; ///< bytes
 
+/// What each of so many languages that have a word gains by it.
+constexpr std::array<int, kMostLanguages + 1> sharesOf(int gain) {
+    std::array<int, kMostLanguages + 1> shares{};
+    for (std::size_t i = 1; i < shares.size(); ++i)
+        shares[i] = gain / static_cast<int>(i);
+    return shares;
+}
+constexpr auto kShares = sharesOf(kWord);
+constexpr auto kShortShares = sharesOf(kShortWord);
+
 /// The bit of each language.
 constexpr auto kBits = [] {
     std::array<std::uint32_t, kMostLanguages> bits{};
@@ -55,20 +65,16 @@ std::uint32_t languagesOf(Script script) {
 
 } // namespace
 
-void LanguageScores::addWord(std::uint32_t languages, std::size_t bytes) {
-    if (languages == 0)
-        return;
-    int gain = bytes <= kShort ? kShortWord : kWord;
-    if (!std::has_single_bit(languages))
-        gain /= std::popcount(languages);
+void LanguageScores::addWord(const WordSlot &word, std::size_t bytes) {
     // All at once is quicker than one after another: which they are is hard to foresee.
-    for (std::size_t i = 0; i < kMostLanguages; ++i)
-        m_scores[i] += (languages & kBits[i]) != 0 ? gain : 0;
+    const int gain = (bytes <= kShort ? kShortShares : kShares)[word.known];
+    for (std::size_t i = kSharedWords + 1; i < kMostLanguages; ++i)
+        m_scores[i] += (word.languages & kBits[i]) != 0 ? gain : 0;
 }
 
-void LanguageScores::addScript(Script script) {
+void LanguageScores::addScript(Script script, int words) {
     for (std::uint32_t rest = languagesOf(script); rest != 0; rest &= rest - 1)
-        m_scores[static_cast<std::size_t>(std::countr_zero(rest))] += kScript;
+        m_scores[static_cast<std::size_t>(std::countr_zero(rest))] += kScript * words;
 }
 
 void LanguageScores::add(const LanguageScores &other) {

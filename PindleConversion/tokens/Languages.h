@@ -9,15 +9,15 @@
 namespace pindle::conversion {
 
 /// Most lexicons there can be: a bit each.
-inline constexpr std::size_t kMostLanguages = 32;
+inline constexpr std::size_t kMostLanguages = 16;
 
 /// Counts what tells a language.
 class LanguageScores {
 public:
-    /// A word that the lexicons of these bits have.
-    void addWord(std::uint32_t languages, std::size_t bytes);
-    /// Letters of a script that only this script's languages use.
-    void addScript(Script script);
+    /// A word that lexicons have.
+    void addWord(const WordSlot &word, std::size_t bytes);
+    /// So many words in letters of a script that only this script's languages use.
+    void addScript(Script script, int words);
     void add(const LanguageScores &other);
     /// A hint, for texts that tell little: the languages spoken in a zone.
     void addZone(std::string_view zone);

@@ -200,7 +200,8 @@ class Cutter {
 public:
     Cutter(std::string_view text, const Vocabulary &vocabulary)
         : m_text(text)
-        , m_vocabulary(vocabulary) {
+        , m_vocabulary(vocabulary)
+        , m_unspaced(text, vocabulary) {
         // Four bytes a token is usual, one the least. Room for the least spares a text of marks or
         // digits some moves, and costs nothing that is not used, as long as the text is no book.
         constexpr std::size_t kLongest = 64'000;
@@ -228,8 +229,8 @@ private:
         if (static_cast<unsigned char>(c) < 0x80)
             return ascii(c);
         const Point point = pointAt(m_text, m_at);
-        if (unspacedScript(point.c) != Unspaced::None)
-            return unspaced();
+        if (const Unspaced script = unspacedScript(point.c); script != Unspaced::None)
+            return unspaced(point, script);
         if (isLetter(point.c))
             return word();
         push(TokenKind::Symbol, point.end);
@@ -318,29 +319,30 @@ private:
                m_vocabulary.elides(foldWord(m_text.substr(m_at, end - m_at)));
     }
 
-    void unspaced() {
+    void unspaced(Point letter, Unspaced script) {
         const bool follows = !m_space && !m_tokens.empty() && m_tokens.back().end == m_at;
         const UnspacedPiece piece =
-            cutUnspaced(m_text, m_at, follows ? m_before : Before::Other, m_vocabulary);
-        const bool hiragana = unspacedScript(pointAt(m_text, m_at).c) == Unspaced::Hiragana;
+            m_unspaced.cut(m_at, {letter.c, letter.end}, follows ? m_before : Before::Other);
         push(piece.number ? TokenKind::Number : TokenKind::Word, piece.end);
         Token &token = m_tokens.back();
+        token.word = piece.word;
         token.unspaced = true;
-        token.capital = !piece.number && !hiragana;
+        token.capital = !piece.number && script != Unspaced::Hiragana;
         token.number = piece.value;
         token.digits = piece.digits;
         m_before = piece.known ? Before::Known : Before::Unknown;
     }
 
     void push(TokenKind kind, std::uint32_t end) {
-        Token token;
+        const bool spaced = m_space || m_tokens.empty() ||
+                            m_tokens.back().kind == TokenKind::LineBreak ||
+                            (m_at > 0 && m_text[m_at - 1] == '\t');
+        // Filled in where it stays: a copy would wait for what was just written.
+        Token &token = m_tokens.emplace_back();
         token.begin = m_at;
         token.end = end;
         token.kind = kind;
-        token.spaceBefore = m_space || m_tokens.empty() ||
-                            m_tokens.back().kind == TokenKind::LineBreak ||
-                            (m_at > 0 && m_text[m_at - 1] == '\t');
-        m_tokens.push_back(token);
+        token.spaceBefore = spaced;
         m_space = false;
         m_before = Before::Other;
         m_at = end;
@@ -348,6 +350,7 @@ private:
 
     std::string_view m_text;
     const Vocabulary &m_vocabulary;
+    UnspacedCutter m_unspaced;
     std::uint32_t m_at = 0;
     std::uint32_t m_runEnd = 0;
     Address m_address;

@@ -1,6 +1,6 @@
 #include "PindleConversion/tokens/Unspaced.h"
 
-#include "PindleConversion/clean/Utf8.h"
+#include <array>
 
 namespace pindle::conversion {
 
@@ -11,49 +11,47 @@ constexpr std::uint32_t kLargest = 99'999'999;
 /// Letters of one unknown word; a longer one is cut, which changes nothing but where.
 constexpr std::uint32_t kLongestUnknown = 96;
 
-struct Numeral {
-    std::uint32_t end = 0;
-    std::uint32_t value = 0;
-    int letters = 0;
-    bool positional = false; ///< written digit by digit
+struct Digit {
+    std::int32_t letter;
+    int value; ///< 0 to 9, or 10, 100 and 1000 for the signs of those
 };
+/// Zero and two are written in several ways.
+constexpr std::array<Digit, 17> kDigits{{{0x3007, 0},
+                                         {0x96F6, 0},
+                                         {0x25CB, 0},
+                                         {0x4E00, 1},
+                                         {0x4E8C, 2},
+                                         {0x4E24, 2},
+                                         {0x5169, 2},
+                                         {0x4E09, 3},
+                                         {0x56DB, 4},
+                                         {0x4E94, 5},
+                                         {0x516D, 6},
+                                         {0x4E03, 7},
+                                         {0x516B, 8},
+                                         {0x4E5D, 9},
+                                         {0x5341, 10},
+                                         {0x767E, 100},
+                                         {0x5343, 1000}}};
 
-/// 0 to 9, or 10, 100 and 1000 for the signs of those.
+/// Most letters are no digits, which their last bits tell.
+bool mayBeDigit(std::int32_t c) {
+    constexpr std::uint32_t kLast = 64;
+    constexpr std::uint64_t kLastBits = [] {
+        std::uint64_t bits = 0;
+        for (const Digit &digit : kDigits)
+            bits |= std::uint64_t{1} << (static_cast<std::uint32_t>(digit.letter) % kLast);
+        return bits;
+    }();
+    return (kLastBits >> (static_cast<std::uint32_t>(c) % kLast) & 1U) != 0;
+}
+
 int digitOf(std::int32_t c) {
-    switch (c) {
-    case 0x3007:
-    case 0x96F6: // another zero
-    case 0x25CB:
-        return 0;
-    case 0x4E00:
-        return 1;
-    case 0x4E8C:
-    case 0x4E24: // "both", for two
-    case 0x5169:
-        return 2;
-    case 0x4E09:
-        return 3;
-    case 0x56DB:
-        return 4;
-    case 0x4E94:
-        return 5;
-    case 0x516D:
-        return 6;
-    case 0x4E03:
-        return 7;
-    case 0x516B:
-        return 8;
-    case 0x4E5D:
-        return 9;
-    case 0x5341:
-        return 10;
-    case 0x767E:
-        return 100;
-    case 0x5343:
-        return 1000;
-    default:
-        return kNoDigit;
-    }
+    if (mayBeDigit(c))
+        for (const Digit &digit : kDigits)
+            if (digit.letter == c)
+                return digit.value;
+    return kNoDigit;
 }
 
 Numeral readNumeral(std::string_view text, std::uint32_t at) {
@@ -94,9 +92,7 @@ std::uint8_t digitsOf(const Numeral &numeral) {
 }
 
 /// A word of one letter: what it is depends on what stands before it.
-bool mayBeWord(std::string_view text, std::uint32_t at, Vocabulary::Match match, Unspaced script,
-               Before before) {
-    const bool single = decodeAt(text, at).end == at + match.bytes;
+bool mayBeWord(bool single, const UnspacedWord &match, Unspaced script, Before before) {
     // "バル" in "グローバル"
     constexpr std::uint32_t kThreeSigns = 9; ///< bytes
     if (script == Unspaced::Katakana && before == Before::Unknown && match.bytes < kThreeSigns)
@@ -105,41 +101,54 @@ bool mayBeWord(std::string_view text, std::uint32_t at, Vocabulary::Match match,
         return true;
     if (script == Unspaced::Katakana)
         return false;
-    return before != Before::Unknown || (script == Unspaced::Ideograph && !match.counter);
-}
-
-bool isNumeral(std::string_view text, const Numeral &numeral, Vocabulary::Match word,
-               const Vocabulary &vocabulary, std::uint32_t at) {
-    if (numeral.letters == 0 || word.bytes > numeral.end - at)
-        return false;
-    const bool counted = numeral.end < text.size() && vocabulary.longest(text, numeral.end).counter;
-    return counted || (numeral.letters >= 4 && numeral.positional);
+    return before != Before::Unknown || (script == Unspaced::Ideograph && !match.counter());
 }
 
 } // namespace
 
-UnspacedPiece cutUnspaced(std::string_view text, std::uint32_t at, Before before,
-                          const Vocabulary &vocabulary) {
-    const Unspaced script = unspacedScript(decodeAt(text, at).value);
-    const Vocabulary::Match word = vocabulary.longest(text, at);
-    const Numeral numeral = readNumeral(text, at);
-    if (isNumeral(text, numeral, word, vocabulary, at))
-        return {numeral.end, true, true, numeral.value, digitsOf(numeral)};
-    if (word.bytes > 0 && mayBeWord(text, at, word, script, before))
-        return {at + word.bytes, true, false, 0, 0};
-    UnspacedPiece piece{at, false, false, 0, 0};
-    CodePoint letter = decodeAt(text, at);
+bool UnspacedCutter::isNumeral(const Numeral &numeral, const UnspacedWord &word,
+                               std::uint32_t at) const {
+    if (numeral.letters == 0 || word.bytes > numeral.end - at)
+        return false;
+    const bool counted =
+        numeral.end < m_text.size() && m_vocabulary.longest(m_text, numeral.end).counter();
+    return counted || (numeral.letters >= 4 && numeral.positional);
+}
+
+const UnspacedCutter::Start &UnspacedCutter::startAt(std::uint32_t at, std::int32_t letter) {
+    if (m_start.at == at)
+        return m_start;
+    m_start.at = at;
+    m_start.word = m_vocabulary.longest(m_text, at);
+    m_start.counted = false;
+    if (mayBeDigit(letter)) {
+        m_start.numeral = readNumeral(m_text, at);
+        m_start.counted = isNumeral(m_start.numeral, m_start.word, at);
+    }
+    return m_start;
+}
+
+UnspacedPiece UnspacedCutter::cut(std::uint32_t at, CodePoint letter, Before before) {
+    const Unspaced script = unspacedScript(letter.value);
+    const Start &first = startAt(at, letter.value);
+    if (first.counted)
+        return {first.numeral.end, true, 0, true, first.numeral.value, digitsOf(first.numeral)};
+    const auto isSingle = [&](const Start &start) {
+        return start.at + start.word.bytes == letter.end;
+    };
+    if (first.word.bytes > 0 && mayBeWord(isSingle(first), first.word, script, before))
+        return {at + first.word.bytes, true, first.word.word(), false, 0, 0};
+    UnspacedPiece piece;
     for (std::uint32_t letters = 0; letters < kLongestUnknown; ++letters) {
         piece.end = static_cast<std::uint32_t>(letter.end);
-        if (piece.end >= text.size())
+        if (piece.end >= m_text.size())
             break;
-        letter = decodeAt(text, piece.end);
+        letter = decodeAt(m_text, piece.end);
         if (unspacedScript(letter.value) != script)
             break;
-        const Vocabulary::Match next = vocabulary.longest(text, piece.end);
-        if (next.bytes > 0 && mayBeWord(text, piece.end, next, script, Before::Unknown))
-            break;
-        if (isNumeral(text, readNumeral(text, piece.end), next, vocabulary, piece.end))
+        const Start &next = startAt(piece.end, letter.value);
+        if (next.counted ||
+            (next.word.bytes > 0 && mayBeWord(isSingle(next), next.word, script, Before::Unknown)))
             break;
     }
     return piece;

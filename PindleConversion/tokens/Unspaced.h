@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <string_view>
 
+#include "PindleConversion/clean/Utf8.h"
 #include "PindleConversion/tokens/Vocabulary.h"
 
 namespace pindle::conversion {
@@ -29,18 +30,51 @@ inline Unspaced unspacedScript(std::int32_t c) {
 /// A piece of unspaced text: a word, or a number in ideographs.
 struct UnspacedPiece {
     std::uint32_t end = 0;
-    bool known = false; ///< a word of the vocabulary
+    bool known = false;     ///< a word of the vocabulary, or a number
+    std::uint32_t word = 0; ///< the word's number
     bool number = false;
     std::uint32_t value = 0; ///< of a number
     std::uint8_t digits = 0; ///< of a number, as if written in Arabic digits
 };
 
+/// A number written in ideographs.
+struct Numeral {
+    std::uint32_t end = 0;
+    std::uint32_t value = 0;
+    int letters = 0;
+    bool positional = false; ///< written digit by digit
+};
+
 /// What was cut before the piece looked for.
 enum class Before : std::uint8_t { Other, Known, Unknown };
 
-/// Cuts the piece that starts at `at`, where an unspaced script stands: the longest known word,
-/// a numeral before a word that counts it, or the letters up to the next of those. Linear.
-UnspacedPiece cutUnspaced(std::string_view text, std::uint32_t at, Before before,
-                          const Vocabulary &vocabulary);
+/// Cuts the pieces of a text in a script without spaces, from its begin to its end.
+class UnspacedCutter {
+public:
+    UnspacedCutter(std::string_view text, const Vocabulary &vocabulary)
+        : m_text(text)
+        , m_vocabulary(vocabulary) {}
+
+    /// The piece that starts at `at` with `letter`, of an unspaced script: the longest known word,
+    /// a numeral before a word that counts it, or the letters up to the next of those. Linear.
+    UnspacedPiece cut(std::uint32_t at, CodePoint letter, Before before);
+
+private:
+    /// What may start at one place.
+    struct Start {
+        std::uint32_t at = 0xFFFFFFFF;
+        UnspacedWord word;
+        Numeral numeral;
+        bool counted = false; ///< the numeral is one
+    };
+    /// What starts at `at` with `letter`. Where one piece ends since the next one starts, this is
+    /// asked twice.
+    const Start &startAt(std::uint32_t at, std::int32_t letter);
+    bool isNumeral(const Numeral &numeral, const UnspacedWord &word, std::uint32_t at) const;
+
+    std::string_view m_text;
+    const Vocabulary &m_vocabulary;
+    Start m_start;
+};
 
 } // namespace pindle::conversion

@@ -101,22 +101,22 @@ TEST(Lexicons, wordsOfOneByteAreFoundWithoutHashing) {
     }
 }
 
-TEST(Lexicons, noWordWithoutSpacesIsMissedForItsHints) {
-    int ends = 0;
+TEST(Lexicons, wordsWithoutSpacesAreFoundLetterByLetter) {
+    int found = 0;
     for (const WordSlot &slot : kTables.slots) {
         const std::string_view word(kTables.text + slot.text, slot.length);
         if (word.empty() || unspacedScript(decodeAt(word, 0).value) == Unspaced::None)
             continue;
-        std::uint32_t hash = kHashStart;
-        for (std::size_t at = 0; at < word.size();) {
-            for (const std::size_t end = decodeAt(word, at).end; at < end; ++at)
-                hash = hashByte(hash, word[at]);
-            const unsigned expected = at < word.size() ? kGoesOn : kEnds;
-            EXPECT_NE(unspacedHint(hash) & expected, 0U) << word;
-        }
-        ++ends;
+        const UnspacedWord match = longestUnspaced("a" + std::string(word) + "~", 1);
+        EXPECT_EQ(match.bytes, word.size()) << word;
+        EXPECT_EQ(match.word(), findWord(word)) << word;
+        EXPECT_EQ(match.counter(), (slot.flags & kCounter) != 0) << word;
+        ++found;
     }
-    EXPECT_GT(ends, 0);
+    EXPECT_GT(found, 0);
+    EXPECT_EQ(longestUnspaced("zxqv", 0).bytes, 0U);
+    EXPECT_EQ(longestUnspaced("\xE4\xBC", 0).bytes, 0U) << "an ill-formed letter";
+    EXPECT_EQ(longestUnspaced("", 0).bytes, 0U);
 }
 
 TEST(Lexicons, aZoneTellsTheLanguagesOfAllNamesItStartsWith) {

@@ -1,6 +1,7 @@
 #include "PindleConversion/lexicons/compiler/TableBuilder.h"
 
 #include <algorithm>
+#include <bit>
 #include <sstream>
 #include <stdexcept>
 #include <tuple>
@@ -8,6 +9,7 @@
 #include "PindleConversion/clean/Utf8.h"
 #include "PindleConversion/lexicons/compiler/PlainLetters.h"
 #include "PindleConversion/tokens/Tokenizer.h"
+#include "PindleConversion/tokens/Unspaced.h"
 
 namespace pindle::conversion {
 
@@ -21,7 +23,7 @@ public:
     bool elides(std::string_view folded) const override {
         return m_words.count(std::string(folded)) > 0;
     }
-    Match longest(std::string_view, std::size_t) const override { return {}; }
+    UnspacedWord longest(std::string_view, std::size_t) const override { return {}; }
 
 private:
     const std::set<std::string> &m_words;
@@ -42,22 +44,48 @@ std::string wordOf(const Token &token, const std::string &phrase) {
     return mark;
 }
 
-/// Writes down where a word can be found letter by letter, see `unspacedHint`.
-void hint(std::vector<std::uint32_t> &hints, std::string_view word) {
-    std::uint32_t hash = kHashStart;
-    for (std::size_t at = 0; at < word.size();) {
-        const std::size_t end = decodeAt(word, at).end;
-        for (; at < end; ++at)
-            hash = hashByte(hash, word[at]);
-        const std::uint32_t place = hash % kHints;
-        hints[place / 4] |= (at < word.size() ? kGoesOn : kEnds) << (place % 4 * 2);
-    }
-}
-
 bool isUnspacedWord(const std::string &word) {
     constexpr unsigned char kFirstIdeographicByte = 0xE2;
     return static_cast<unsigned char>(word.front()) > kFirstIdeographicByte;
 }
+
+/// All its letters are of such scripts.
+bool isUnspacedThroughout(std::string_view word) {
+    for (std::size_t at = 0; at < word.size(); at = decodeAt(word, at).end)
+        if (unspacedScript(decodeAt(word, at).value) == Unspaced::None)
+            return false;
+    return true;
+}
+
+/// Puts the letters of words into places where `longestUnspaced` finds them.
+class LetterTable {
+public:
+    explicit LetterTable(std::size_t size)
+        : m_slots(size, LetterSlot{}) {}
+
+    void add(std::string_view text, std::uint32_t word) {
+        std::uint32_t before = kWordBegin;
+        for (std::size_t at = 0; at < text.size();) {
+            const CodePoint letter = decodeAt(text, at);
+            before = take(letterKey(before, letter.value));
+            at = letter.end;
+            m_slots[before].word |= at < text.size() ? kLetterGoesOn : word;
+        }
+    }
+
+    const std::vector<LetterSlot> &slots() const { return m_slots; }
+
+private:
+    std::uint32_t take(std::uint32_t key) {
+        std::size_t at = letterPlace(key, m_slots.size());
+        while (m_slots[at].key != 0 && m_slots[at].key != key)
+            at = (at + 1) & (m_slots.size() - 1);
+        m_slots[at].key = key;
+        return static_cast<std::uint32_t>(at);
+    }
+
+    std::vector<LetterSlot> m_slots;
+};
 
 } // namespace
 
@@ -232,7 +260,8 @@ void TableBuilder::writeSlots(std::string &out) const {
             singles += second(phrase) == 0 ? 1U : 0U;
         }
         out += numbers({hashWord(*each), offset, word.firstPhrase, word.languages, followers,
-                        word.phrases.size(), singles, each->size(), word.flags});
+                        word.phrases.size(), singles, each->size(), word.flags,
+                        static_cast<std::uint64_t>(std::popcount(word.languages & ~1U))});
         text += quoted(*each) + "\n";
         offset += static_cast<std::uint32_t>(each->size());
     }
@@ -274,19 +303,36 @@ void TableBuilder::writeZones(std::string &out) const {
 void TableBuilder::writeShortCuts(std::string &out) const {
     constexpr std::size_t kAscii = 128;
     std::vector<std::uint32_t> letters(kAscii, 0);
-    std::vector<std::uint32_t> hints(kHints / 4, 0);
-    for (const auto &[text, word] : m_words) {
+    for (const auto &[text, word] : m_words)
         if (const auto c = static_cast<unsigned char>(text[0]); text.size() == 1 && c < kAscii)
             letters[c] = word.slot + 1;
-        if (isUnspacedWord(text))
-            hint(hints, text);
-    }
     out += "constexpr std::uint32_t kOneByte[] = {\n";
     for (std::uint32_t letter : letters)
         out += std::to_string(letter) + ",\n";
-    out += "};\nconstexpr std::uint8_t kHintBytes[] = {\n";
-    for (std::uint32_t byte : hints)
-        out += std::to_string(byte) + ",\n";
+    out += "};\n";
+}
+
+void TableBuilder::writeLetters(std::string &out) const {
+    constexpr std::size_t kMost = 1U << 16U; ///< places have 16 bits in a key
+    std::vector<std::pair<std::string_view, std::uint32_t>> words;
+    std::set<std::string_view> letters; ///< each with those before it
+    for (const auto &[text, word] : m_words)
+        if (isUnspacedThroughout(text)) {
+            for (std::size_t at = 0; at < text.size();)
+                letters.insert(std::string_view(text).substr(0, at = decodeAt(text, at).end));
+            words.emplace_back(text, (word.slot + 1) |
+                                         ((word.flags & kCounter) != 0 ? kLetterCounter : 0U));
+        }
+    // Half full at most: few steps look at a second place.
+    const std::size_t size = std::bit_ceil(letters.size() * 2);
+    if (size >= kMost)
+        throw std::runtime_error("the words without spaces have too many letters");
+    LetterTable table(size);
+    for (const auto &[text, word] : words)
+        table.add(text, word);
+    out += "constexpr LetterSlot kLetters[] = {\n";
+    for (const LetterSlot &slot : table.slots())
+        out += slot.key == 0 ? "{},\n" : numbers({slot.key, slot.word});
     out += "};\n";
 }
 
@@ -324,9 +370,10 @@ std::string TableBuilder::source() const {
     writeLanguages(out);
     writeZones(out);
     writeShortCuts(out);
+    writeLetters(out);
     out += "} // namespace\n"
            "constinit const Tables kTables{kSlots, kText, kPhrases, kPhraseWords, kNotes, "
-           "kLanguages, kZones, kOneByte, kHintBytes};\n} // namespace pindle::conversion\n";
+           "kLanguages, kZones, kOneByte, kLetters};\n} // namespace pindle::conversion\n";
     return out;
 }
 

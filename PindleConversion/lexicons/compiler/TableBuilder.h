@@ -36,6 +36,7 @@ private:
     void writeLanguages(std::string &out) const;
     void writeZones(std::string &out) const;
     void writeShortCuts(std::string &out) const;
+    void writeLetters(std::string &out) const;
     void writePhrases(std::string &out) const;
     void place();
     std::uint32_t second(const Built &phrase) const;
