@@ -133,6 +133,27 @@ std::string unspaced(std::size_t bytes) {
     return strung(bytes, kWords);
 }
 
+constexpr auto kNotes = std::to_array<std::string_view>(
+    {"院子里的桂花开了，整条街都是香味。", "他说那本书放在桌子上已经很久没有人看过。",
+     "昨日の雨で庭の木がまた少し大きくなった。", "孩子们在河边放风筝，老人坐在树下聊天。",
+     "この店のパンは焼きたてがいちばんおいしいと思います。", "她把旧照片一张一张地贴进相册里。",
+     "駅前の喫茶店で友だちと長い話をした。", "邻居家的猫每天都来我们家晒太阳。",
+     "古い時計の音が静かな部屋に響いている。", "楼上的电梯坏了，大家只好走楼梯。",
+     "父は毎朝同じ道を犬と歩いている。", "那条小路通向山后的一座旧庙。"});
+constexpr auto kNotices = std::to_array<std::string_view>(
+    {"下周三下午三点在公司二楼会议室开会。", "3月12日（金）14時から市民会館で説明会があります。",
+     "请于5月8日上午十点到社区医院体检。", "来週の土曜日に公園で集合しましょう。"});
+
+/// Notes about everyday matters in scripts without spaces, with a date in one of fifteen.
+std::string notes(std::size_t bytes) {
+    constexpr std::size_t kSentencesPerDate = 15;
+    Dice dice;
+    std::string text;
+    while (text.size() < bytes)
+        text += dice.below(kSentencesPerDate) == 0 ? dice.of(kNotices) : dice.of(kNotes);
+    return cut(std::move(text), bytes);
+}
+
 std::string labels(std::size_t bytes) {
     static constexpr auto kWords = std::to_array<std::string_view>(
         {"Where: ", "When: ", "Date: ", "Time: ", "Location: ", "Subject: ", "Ort: ", "Wann: ",
@@ -155,12 +176,13 @@ std::string marks(std::size_t bytes) {
     return strung(bytes, kWords);
 }
 
-constexpr std::array<LongText, 8> kTexts{{
+constexpr std::array<LongText, 9> kTexts{{
     {"prose", "prose with dates now and then", prose},
+    {"notes", "the same in Chinese and Japanese", notes},
     {"digits", "only digits and separators", digits},
     {"dates", "only dates", dates},
     {"markers", "only at, in and their like", markers},
-    {"unspaced", "Chinese and Japanese without spaces", unspaced},
+    {"unspaced", "only dates and the like in Chinese and Japanese", unspaced},
     {"labels", "one line of labels", labels},
     {"quotes", "deep quotes, >>>>", quotes},
     {"marks", "brackets and quotation marks left open", marks},
