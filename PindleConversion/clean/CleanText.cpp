@@ -98,9 +98,9 @@ constexpr auto kSettled = [] {
 /// quotation mark. Asking this first saves looking it up among pictures, blanks and controls.
 constexpr bool isPlainLetter(UChar32 c) {
     constexpr UChar32 kSoftHyphen = 0xAD;
-    return (c >= 0xA1 && c <= 0x24F && c != kSoftHyphen) || (c >= 0x2010 && c <= 0x2021) ||
-           (c >= 0x3001 && c <= 0x301F) || (c >= 0x3041 && c <= 0x30FF) ||
-           (c >= 0x3400 && c <= 0x9FFF);
+    return (c >= 0x3041 && c <= 0x9FFF && !(c > 0x30FF && c < 0x3400)) ||
+           (c >= 0xA1 && c <= 0x24F && c != kSoftHyphen) || (c >= 0x2010 && c <= 0x2021) ||
+           (c >= 0x3001 && c <= 0x301F);
 }
 
 class Cleaner {
@@ -124,24 +124,18 @@ private:
     void copySettled() {
         std::size_t end = m_at;
         while (end < m_in.size()) {
-            const std::size_t next = behindSettled(end);
-            if (next == end)
+            const auto c = static_cast<unsigned char>(m_in[end]);
+            if (kSettled[c]) {
+                ++end;
+                continue;
+            }
+            const CodePoint point = c < 0x80 ? CodePoint{kNothing, end} : decodeAt(m_in, end);
+            if (!isPlainLetter(point.value))
                 break;
-            end = next;
+            end = point.end;
         }
         m_out.append(m_in, m_at, end - m_at);
         m_at = end;
-    }
-
-    /// The end of the settled letter or run of ASCII at `at`, or `at`.
-    std::size_t behindSettled(std::size_t at) const {
-        std::size_t end = at;
-        while (end < m_in.size() && kSettled[static_cast<unsigned char>(m_in[end])])
-            ++end;
-        if (end > at || end == m_in.size())
-            return end;
-        const CodePoint point = decodeAt(m_in, at);
-        return isPlainLetter(point.value) ? point.end : at;
     }
 
     void step() {

@@ -105,7 +105,9 @@ private:
             token.word = token.digits == 1 ? kTables.oneByte[static_cast<unsigned char>(text[0])]
                                            : findWord(text);
         } else if (token.kind == TokenKind::Word && text.size() <= kLongestWord) {
-            lookUpWord(token, text);
+            // Words without spaces were found when they were cut.
+            if (!token.unspaced)
+                lookUpWord(token, text);
             if (token.word != 0)
                 line.scores.addWord(wordSlot(token.word), text.size());
             if (token.unspaced)
@@ -124,19 +126,8 @@ private:
     }
 
     void lookUpWord(Token &token, std::string_view text) {
-        if (token.unspaced)
-            return lookUpUnspaced(token, text);
         if (!foldPlain(text, token))
             return lookUpLetters(token, text);
-    }
-
-    /// Most were found when they were cut. Scripts without spaces have no capitals, so nothing
-    /// needs folding.
-    static void lookUpUnspaced(Token &token, std::string_view text) {
-        if (token.word != 0)
-            return;
-        const UnspacedWord word = longestUnspaced(text, 0);
-        token.word = word.bytes == text.size() ? word.word() : 0;
     }
 
     /// The common case: a word of unaccented letters. Folds and hashes at once.

@@ -138,6 +138,7 @@ UnspacedPiece UnspacedCutter::cut(std::uint32_t at, CodePoint letter, Before bef
     };
     if (first.word.bytes > 0 && mayBeWord(isSingle(first), first.word, script, before))
         return {at + first.word.bytes, true, first.word.word(), false, 0, 0};
+    const UnspacedWord word = first.word;
     UnspacedPiece piece;
     for (std::uint32_t letters = 0; letters < kLongestUnknown; ++letters) {
         piece.end = static_cast<std::uint32_t>(letter.end);
@@ -151,6 +152,9 @@ UnspacedPiece UnspacedCutter::cut(std::uint32_t at, CodePoint letter, Before bef
             (next.word.bytes > 0 && mayBeWord(isSingle(next), next.word, script, Before::Unknown)))
             break;
     }
+    // What is no word where it stands may still have a meaning.
+    if (at + word.bytes == piece.end)
+        piece.word = word.word();
     return piece;
 }
 

@@ -31,7 +31,7 @@ inline Unspaced unspacedScript(std::int32_t c) {
 struct UnspacedPiece {
     std::uint32_t end = 0;
     bool known = false;     ///< a word of the vocabulary, or a number
-    std::uint32_t word = 0; ///< the word's number
+    std::uint32_t word = 0; ///< number of the word that all its letters are, 0 for none
     bool number = false;
     std::uint32_t value = 0; ///< of a number
     std::uint8_t digits = 0; ///< of a number, as if written in Arabic digits
