@@ -23,6 +23,7 @@ void Chooser::resolveDates() {
             fieldOf(dated.mention->span.begin).label == Label::None)
             m_ahead.push_back(dated.mention->span);
     }
+    joinRanges();
 }
 
 bool Chooser::hasTimeNear(std::uint32_t token) const {

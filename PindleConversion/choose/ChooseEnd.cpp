@@ -68,8 +68,10 @@ bool Chooser::endOnLaterDay() {
         const TimeMention *time = timeBeside(dated);
         m_choice.last = dated.date.first;
         m_choice.endSpan = dated.mention->span;
-        if (time && m_choice.startMinute)
+        if (time && m_choice.startMinute) {
             m_choice.endMinute = resolveTime(*time, contextOf(*time)).start;
+            m_choice.endSpan = time->span;
+        }
         return true;
     }
     return false;

@@ -30,6 +30,13 @@ void Chooser::pickZone() {
     const TimeMention *source = nullptr;
     if (m_time >= 0 && !m_found.times[static_cast<std::size_t>(m_time)].zoneSpan.empty())
         source = &m_found.times[static_cast<std::size_t>(m_time)];
+    // "22:00 to 25 December, 04:00 UTC" says it behind the end.
+    const auto end =
+        std::find_if(m_found.times.begin(), m_found.times.end(), [&](const TimeMention &time) {
+            return time.span.begin == m_choice.endSpan.begin && !time.zoneSpan.empty();
+        });
+    if (!source && m_choice.endMinute && end != m_found.times.end())
+        source = &*end;
     if (!source && !m_found.zones.empty() && m_choice.startMinute)
         source = &m_found.zones.front();
     if (!source)

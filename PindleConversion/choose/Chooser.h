@@ -28,6 +28,8 @@ protected:
     /// Dates to come with their time, which cannot tell when something was written: "our talk of
     /// Tuesday 26 May at 11:15".
     std::vector<TokenSpan> m_ahead;
+    /// Moments that end what begins with the day before them.
+    std::vector<TokenSpan> m_ends;
     const Document &m_document;
     const Expressions &m_found;
 
@@ -103,6 +105,22 @@ private:
     bool isScale(const TimeMention &time) const;
     /// Without any date: today, if a time is clearly an appointment's.
     bool acceptBareTime();
+
+    // ChooseRanges.cpp
+    /// Notes the days that end what begins on the day named before them.
+    void joinRanges();
+    /// "24 Dec 19:00 – 25 Dec 7:00", "Friday (drop-off 6pm) to Sunday (collect 2pm)".
+    bool isRangeOver(const Dated &first, const Dated &second) const;
+    /// On a ticket the line below the departure tells that one arrives on the next day.
+    bool isArrivalBelow(const Dated &first, const Dated &second) const;
+    /// Where the moment begins that has this day: with its day, or with a time right before it.
+    std::uint32_t momentBegin(TokenSpan date) const;
+    std::uint32_t momentEnd(TokenSpan date) const;
+    /// The word between start and end that stands right before token `i` or starts there; else
+    /// `i` + 1.
+    std::uint32_t jointBefore(std::uint32_t i) const;
+    /// Hardly a word stands between two places, but for those in brackets.
+    bool fewWordsBetween(std::uint32_t begin, std::uint32_t end) const;
 
     // ChooseTime.cpp
     void noteClockStyle();

@@ -9,6 +9,9 @@ const Field &Surroundings::fieldOf(std::uint32_t token) const {
 }
 
 Role Surroundings::roleOf(std::uint32_t token) const {
+    for (const TokenSpan end : m_ends)
+        if (token >= end.begin && token < end.end)
+            return Role::End;
     const Role role = saidRole(token);
     return role == Role::Posted && isAhead(token) ? Role::None : role;
 }

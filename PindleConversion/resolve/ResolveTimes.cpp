@@ -73,7 +73,7 @@ int settleStart(const ClockSpec &clock, const TimeContext &context, bool &assume
         return minutes(clock) % kDay;
     if (context.part != DayPart::None)
         return withMeridiem(clock, byPart(context.part, clock.hour).meridiem);
-    if (context.twentyFour && clock.minuteGiven && !clock.spoken)
+    if (context.twentyFour && (clock.minuteGiven || clock.hourWord) && !clock.spoken)
         return minutes(clock);
     if (clock.clock24 && !clock.spoken && clock.hour > 5 && (clock.minuteGiven || clock.hourWord) &&
         (context.kind != EventKind::Evening || clock.hour >= kNoEveningHour))
