@@ -29,7 +29,9 @@ void PlaceFinder::compound(const Reader &reader, const Field &field, std::uint32
     // "pokój 3-osobowy"
     const bool counted = isCounted(reader, i + 1) || isCounted(reader, begin);
     if (end - begin < 2 || hyphened || counted || isSeat(reader, i) ||
-        tellsSeat(reader, begin, end) || (!numbered && begin == i && reader.has(i, Meaning::Event)))
+        tellsSeat(reader, begin, end) ||
+        (reader.has(end - 1, Meaning::ZoneWord) && isWhereOthersAre(reader, begin)) ||
+        (!numbered && begin == i && reader.has(i, Meaning::Event)))
         return;
     if (m_choice.kind == EventKind::Travel && isRouteEnd(field, begin))
         return;

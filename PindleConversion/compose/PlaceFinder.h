@@ -52,6 +52,8 @@ private:
     void marked(const Reader &reader, std::uint32_t i, const Sense &marker);
     /// What follows the marker at `i` is an amount, a deed or who writes.
     bool leadsToOther(const Reader &reader, std::uint32_t i, TokenSpan name) const;
+    /// "Call mit dem Team in Toronto, 9:30 Toronto-Zeit": where the others are is no place.
+    bool isWhereOthersAre(const Reader &reader, std::uint32_t i) const;
     /// "at the wedding of": an event, no place.
     bool isAtEvent(const Reader &reader, TokenSpan name) const;
     /// "at": a place may follow even without a word for its kind.

@@ -21,7 +21,8 @@ void PlaceFinder::marked(const Reader &reader, std::uint32_t i, const Sense &mar
         return;
     const TokenSpan name{begin, nameEnd(reader, begin)};
     if (name.empty() || leadsToOther(reader, i, name) || offerWholeLine(reader, i, name.end) ||
-        isAtEvent(reader, name))
+        isAtEvent(reader, name) ||
+        (reader.has(begin, Meaning::ZoneWord) && isWhereOthersAre(reader, i)))
         return;
     const Shape shape = shapeOf(name);
     // "Abbazia di Santa Maria al Bosco", "Boekhandel Letterlust te Leuven" are one name.
@@ -54,6 +55,20 @@ bool PlaceFinder::leadsToOther(const Reader &reader, std::uint32_t i, TokenSpan 
         return true;
     // "From the office: ..." tells who writes.
     return isFrom(reader, i) && reader.symbol(name.end, ':');
+}
+
+bool PlaceFinder::isWhereOthersAre(const Reader &reader, std::uint32_t i) const {
+    constexpr std::uint32_t kReach = 5;
+    if (m_choice.zoneSpan.empty())
+        return false;
+    const std::uint32_t low = m_document.fields[token(i).field].begin;
+    for (std::uint32_t k = i; k > low && i - k < kReach; --k) {
+        if (token(k - 1).kind != TokenKind::Word || token(k - 1).used)
+            return false;
+        if (reader.has(k - 1, Meaning::Person) && !token(k - 1).capital)
+            return true;
+    }
+    return false;
 }
 
 bool PlaceFinder::isAtEvent(const Reader &reader, TokenSpan name) const {

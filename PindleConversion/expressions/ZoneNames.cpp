@@ -13,12 +13,12 @@ struct Offset {
     std::uint32_t next = 0;
 };
 
-/// "+02:00", "-6", "+0530".
+/// "+02:00", "-6", "+0530", "+ 2".
 Offset readOffset(const Reader &reader, std::uint32_t i) {
     const bool minus = reader.symbol(i, '-');
     const Token *hours = reader.at(i + 1);
     if (!(minus || reader.symbol(i, '+')) || !hours || hours->kind != TokenKind::Number ||
-        !reader.glued(i + 1))
+        (!reader.glued(i + 1) && minus))
         return {0, i};
     int minutes = 0;
     std::uint32_t next = i + 2;
@@ -138,12 +138,16 @@ std::uint32_t readNamed(const Reader &reader, std::uint32_t i, bool afterTime,
         mention.zone = noteOf(*city);
         return i + city->length;
     }
-    const Sense *time = city ? reader.sense(i + city->length, Meaning::ZoneWord) : nullptr;
-    if (city && city->value == 0 && time && time->value == 1) {
-        mention.zone = noteOf(*city);
-        return i + city->length + time->length;
-    }
-    return i;
+    if (!city || city->value != 0)
+        return i;
+    // "Toronto-Zeit"
+    std::uint32_t next = i + city->length;
+    next = reader.symbol(next, '-') && reader.glued(next) ? next + 1 : next;
+    const Sense *time = reader.sense(next, Meaning::ZoneWord);
+    if (!time || time->value != 1)
+        return i;
+    mention.zone = noteOf(*city);
+    return next + time->length;
 }
 
 /// "UTC", "GMT+2", "UTC-06:00) Central Time".

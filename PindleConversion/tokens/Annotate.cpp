@@ -108,11 +108,19 @@ private:
             // Words without spaces were found when they were cut.
             if (!token.unspaced)
                 lookUpWord(token, text);
-            if (token.word != 0)
+            if (token.word != 0 && !isAbbreviation(text, wordSlot(token.word)))
                 line.scores.addWord(wordSlot(token.word), text.size());
             if (token.unspaced)
                 tellScript(text, line);
         }
+    }
+
+    /// "9:00 BST", "15:00 EST": what all languages abbreviate so tells none, though a word of one
+    /// may be spelled alike.
+    static bool isAbbreviation(std::string_view text, const WordSlot &word) {
+        constexpr std::size_t kLongest = 5; ///< bytes
+        return (word.languages >> kSharedWords & 1U) != 0 && text.size() <= kLongest &&
+               std::all_of(text.begin(), text.end(), [](char c) { return c >= 'A' && c <= 'Z'; });
     }
 
     void lookUpSymbol(Token &token) {
