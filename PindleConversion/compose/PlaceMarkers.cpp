@@ -49,6 +49,9 @@ bool PlaceFinder::leadsToOther(const Reader &reader, std::uint32_t i, TokenSpan 
     const std::uint32_t begin = name.begin;
     if (token(begin).kind == TokenKind::Number && reader.has(begin + 1, Meaning::UnitWord))
         return true;
+    // "voor het 10-minutengesprek"
+    if (isCounted(reader, begin))
+        return true;
     // "去打疫苗": what one goes to do.
     const std::uint32_t verb = reader.has(begin, Meaning::PlaceStop) ? begin + 1 : begin;
     if (token(begin).unspaced && reader.has(verb, Meaning::Event) && !isPlaceNoun(reader, verb))

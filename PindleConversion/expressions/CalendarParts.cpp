@@ -28,6 +28,12 @@ DateMention mentionOf(std::uint32_t begin, std::uint32_t end, int month, int day
     return result;
 }
 
+bool endsOrdinal(const Reader &reader, std::uint32_t i) {
+    const Token *next = reader.at(i + 1);
+    return reader.has(i, Meaning::OrdinalMark) && reader.glued(i) &&
+           !(next && next->kind == TokenKind::Number && reader.glued(i + 1));
+}
+
 bool spoilsDay(const Reader &reader, std::uint32_t next) {
     if (reader.symbol(next, ':') && reader.glued(next) && reader.number(next + 1, 0, 59))
         return true;

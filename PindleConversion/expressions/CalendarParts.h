@@ -11,6 +11,8 @@ inline constexpr std::uint32_t kLastYear = 2199;
 /// A day by the calendar over the tokens from `begin` to `end`. Year 0: not given.
 DateMention mentionOf(std::uint32_t begin, std::uint32_t end, int month, int day, int year);
 
+/// The mark at token `i` makes an ordinal of the digits before it; that of "17.30" does not.
+bool endsOrdinal(const Reader &reader, std::uint32_t i);
 /// What follows digits that are no day: "5:30", "5 %", "5pm".
 bool spoilsDay(const Reader &reader, std::uint32_t next);
 /// A year of four digits at token `i`.

@@ -155,7 +155,7 @@ std::optional<ClockSpec> readDigits(const Reader &reader, std::uint32_t i, std::
         clock.sure = clock.hourWord = true;
         j += mark->length;
     } else if (mark && minutes) {
-        clock.literal = true;
+        clock.literal = clock.sure = true;
         j += mark->length;
     } else if (mark && reader.glued(j) && (clock.hour > 4 || isAnnounced(reader, i))) {
         clock.sure = true;

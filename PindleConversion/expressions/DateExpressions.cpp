@@ -1,3 +1,4 @@
+#include "PindleConversion/expressions/CalendarParts.h"
 #include "PindleConversion/expressions/Expression.h"
 #include "PindleConversion/expressions/Starts.h"
 
@@ -54,7 +55,7 @@ bool isDayNumber(const Reader &reader, std::uint32_t at) {
 /// "the 14th" or "14" behind a weekday: a day of the month that falls on it.
 std::optional<DateMention> readDayBehindName(const Reader &reader, std::uint32_t i) {
     const std::uint32_t day = reader.skip(i, Meaning::The);
-    const bool ordinal = reader.has(day + 1, Meaning::OrdinalMark) && reader.glued(day + 1);
+    const bool ordinal = endsOrdinal(reader, day + 1);
     if (!reader.number(day, 1, 31) || !(ordinal || isDayNumber(reader, day)))
         return std::nullopt;
     const std::uint32_t number = reader.at(day)->number;

@@ -20,7 +20,7 @@ Rank readRank(const Reader &reader, std::uint32_t i) {
     // "na última sexta do mês": the word for a day that is past is the last of a month, too.
     if (const Sense *last = reader.sense(i, Meaning::Last))
         return {-1, i + last->length};
-    if (reader.number(i, 1, 31) && reader.has(i + 1, Meaning::OrdinalMark) && reader.glued(i + 1))
+    if (reader.number(i, 1, 31) && endsOrdinal(reader, i + 1))
         return {static_cast<int>(reader.at(i)->number), i + 2};
     return {};
 }
@@ -214,6 +214,11 @@ std::optional<DateMention> readDayOnly(const Reader &reader, std::uint32_t i) {
     const bool introduced =
         before && (all.has(i - 1, Meaning::DateMarker) || all.has(i - 1, Meaning::Weekday) ||
                    all.has(i - 1, Meaning::WeakWeekday));
+    // "am Neunundzwanzigsten Geburtstag": where nouns are capitals, the word stands for the day.
+    const bool noun = introduced && !digits && begin == i && reader.at(i)->capital &&
+                      reader.language(i).capitalNouns;
+    if (noun)
+        return result;
     if (!endsDayOnly(reader, rank.next) || !(introduced || (begin != i && digits)))
         return std::nullopt;
     if (!digits && begin == i)

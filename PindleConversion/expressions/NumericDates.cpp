@@ -202,7 +202,9 @@ std::optional<DateMention> readNumeric(const Reader &reader, std::uint32_t i) {
     const bool foreign = three && language.script != Script::Latin;
     result.first.order = foreign ? DayOrder::ByZone : language.dayOrder;
     result.first.shortYear = three && reader.at(i + 4)->digits == 2;
-    result.weak = !three;
+    // "20.05." can hardly be anything else.
+    const bool full = form->dotted && reader.at(i)->digits == 2 && reader.at(i + 2)->digits == 2;
+    result.weak = !three && !full;
     return result;
 }
 

@@ -4,6 +4,20 @@ namespace pindle::conversion {
 
 namespace {
 
+/// "kommst du Mi zum Bouldern": where nouns are capitals, among small words only a day is written
+/// so; "Fr. Kern" is a person.
+bool isDayAmongSmall(const Reader &reader, std::uint32_t i, std::uint32_t next) {
+    const Token &word = *reader.at(i);
+    if (!word.capital || i == 0 || !reader.language(i).capitalNouns)
+        return false;
+    const Token &before = reader.document().tokens[i - 1];
+    const Token *behind = reader.at(next);
+    return before.kind == TokenKind::Word && !before.capital &&
+           reader.document().sameSentence(i - 1, i) && !reader.has(i - 1, Meaning::Person) &&
+           !reader.has(i - 1, Meaning::The) && !reader.has(i - 1, Meaning::Of) && behind &&
+           behind->kind == TokenKind::Word && !behind->capital;
+}
+
 /// A weekday word that is also an everyday word needs company.
 bool isCertainWeekday(const Reader &reader, std::uint32_t i, std::uint32_t next) {
     // "so" is a Sunday in "So 14.6.", but hardly in "so gegen sechs".
@@ -19,6 +33,8 @@ bool isCertainWeekday(const Reader &reader, std::uint32_t i, std::uint32_t next)
     // "Hotel Sol de Mar" is named so.
     if (i > 0 && word.capital && reader.has(i - 1, Meaning::Of) && !reader.number(next, 1, 31))
         return false;
+    if (isDayAmongSmall(reader, i, next))
+        return true;
     const bool announced = i > 0 && reader.has(i - 1, Meaning::DateMarker);
     const std::uint32_t time = reader.skip(next, Meaning::TimeMarker);
     const bool timed = reader.number(time, 0, 31) || reader.has(time, Meaning::ClockWord) ||
