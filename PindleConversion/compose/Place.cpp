@@ -18,6 +18,9 @@ constexpr std::array<std::string_view, 12> kMeetingHosts{
     "zoom.us",     "teams.microsoft", "teams.live",    "meet.google", "webex.com", "whereby.com",
     "gotomeeting", "meet.jit.si",     "bluejeans.com", "skype.com",   "/join",     "meet"};
 
+/// Words that lead to a date or time.
+constexpr Meanings kMomentLeads{Meaning::DateMarker, Meaning::TimeMarker, Meaning::RangeFrom};
+
 } // namespace
 
 PlaceFinder::PlaceFinder(const Document &document, const Choice &choice)
@@ -44,8 +47,14 @@ void PlaceFinder::consider(std::uint32_t f, TokenSpan part) {
     if (field.label == Label::Place || field.label == Label::Start || field.label == Label::When)
         labelled(field);
     links(field, part);
-    if (field.ignored || field.label == Label::Price || field.label == Label::Title)
+    // "Lezing: Bijen in de tuin - di 21/4 - Bibliotheek": the place follows the day.
+    const bool titled = field.label == Label::Title;
+    if (field.ignored || field.label == Label::Price ||
+        (titled && (f != m_anchorField || token(field.begin).used ||
+                    reader.mayHave(field.begin, kMomentLeads))))
         return;
+    if (titled)
+        part.begin = std::max(part.begin, m_choice.anchor());
     if (f != m_anchorField && isArrival(reader, field.begin))
         return;
     bool quoted = false;
@@ -66,7 +75,7 @@ void PlaceFinder::consider(std::uint32_t f, TokenSpan part) {
             online && !reader.has(i, Meaning::Event))
             offer({i, i + online->length}, kLeastScore, i);
     }
-    if (field.label == Label::None || field.label == Label::When)
+    if (field.label == Label::None || field.label == Label::When || titled)
         pieces(reader, f, part);
 }
 

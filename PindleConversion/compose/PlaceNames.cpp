@@ -70,6 +70,14 @@ bool PlaceNames::goesOnWithoutName(const Reader &reader, std::uint32_t i) const 
         reader.has(i - 1, Meaning::PlaceNoun))
         return true;
     // "in der Mensa essen": where nouns are capitals, a small word goes on with the sentence.
+    // "im Klassenraum Karneval feiern"
+    const bool kind = current.kind == TokenKind::Word && current.word != 0 && current.capital &&
+                      reader.has(i, Meaning::Event) && !reader.has(i, Meaning::PlaceNoun) &&
+                      reader.has(i - 1, Meaning::PlaceNoun) && !reader.has(i - 1, Meaning::Event) &&
+                      reader.language(i).capitalNouns && current.spaceBefore &&
+                      !(reader.word(i + 1) && reader.at(i + 1)->capital);
+    if (kind)
+        return true;
     const bool small = current.kind == TokenKind::Word && !current.capital &&
                        token(i - 1).capital && token(i - 1).kind == TokenKind::Word &&
                        reader.language(i).capitalNouns && current.spaceBefore;

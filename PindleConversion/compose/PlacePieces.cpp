@@ -201,6 +201,10 @@ bool PlaceFinder::isOnlyName(const Field &field, TokenSpan part, const Shape &sh
     // "23:59 AoE": one unknown word glued to a time is no place.
     if (begin > field.begin && token(begin - 1).used && shape.words == 1)
         return false;
+    // "(Ausweise!)"
+    if (begin > field.begin && token(begin - 1).symbol == '(' && shape.words == 1 &&
+        (token(end).symbol == '!' || languageInfo(token(begin).language).capitalNouns))
+        return false;
     const auto numbers =
         std::count_if(m_document.tokens.begin() + begin, m_document.tokens.begin() + end,
                       [](const Token &each) { return each.kind == TokenKind::Number; });

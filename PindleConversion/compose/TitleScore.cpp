@@ -6,13 +6,14 @@ namespace pindle::conversion {
 
 namespace {
 
-constexpr int kOpening = 20;   ///< for the words that a text opens with
-constexpr int kTopic = 20;     ///< for what a conversation is about
-constexpr int kFlight = 30;    ///< for the number of a flight
-constexpr int kGeneric = 300;  ///< less for a label's value that says nothing: "Reminder"
-constexpr int kCount = 40;     ///< less for what opens with a number: "2 guests"
-constexpr int kPlaceName = 24; ///< less for what rather names a place: "flat 4"
-constexpr int kNoContent = 30; ///< less for words that say nothing of what happens
+constexpr int kOpening = 20;     ///< for the words that a text opens with
+constexpr int kTopic = 20;       ///< for what a conversation is about
+constexpr int kFlight = 30;      ///< for the number of a flight
+constexpr int kGeneric = 300;    ///< less for a label's value that says nothing: "Reminder"
+constexpr int kCount = 40;       ///< less for what opens with a number: "2 guests"
+constexpr int kPlaceName = 24;   ///< less for what rather names a place: "flat 4"
+constexpr int kGeneralKind = 20; ///< less for "appointment" before its day
+constexpr int kNoContent = 30;   ///< less for words that say nothing of what happens
 
 /// What a label says of the words behind it.
 int labelScore(Label label) {
@@ -144,8 +145,9 @@ int TitleScore::wordPenalties(const Reader &reader, const TitleCandidate &candid
     if (tellsRole(trimmed))
         score -= tellsSide(trimmed) ? 80 : 40;
     const Sense *general = reader.sense(trimmed.begin, Meaning::GeneralEvent);
-    if (general && trimmed.begin + general->length == trimmed.end && isBeforeMoment(trimmed))
-        score -= 20;
+    if (general && trimmed.begin + general->length == trimmed.end &&
+        (isBeforeMoment(trimmed) || isBeforeMoment(candidate.part)))
+        score -= kGeneralKind;
     if (trimmed.end - trimmed.begin == 1 && !event)
         score -= 6;
     if (isCalledByNext(trimmed))
@@ -163,8 +165,9 @@ int TitleScore::linePenalties(const Reader &reader, const TitleCandidate &candid
     if (part.begin > 0 && isCrumb(part.begin - 1))
         score -= 40;
     // "Mr and Mrs Pope" on a line of their own invite, a name below "Regards" signs.
-    if (alone && isHeading(part) && !contains(trimmed, Meaning::Event) &&
-        (isPerson(reader, part.begin) || isSignature(field)))
+    if (alone && isHeading(part) &&
+        (isSignature(field) ||
+         (!contains(trimmed, Meaning::Event) && isPerson(reader, part.begin))))
         score -= 40;
     // The subject of a mail may say no more than that something was booked.
     if (field.label == Label::Title && isPageHead(reader, part))

@@ -20,7 +20,8 @@ bool TitleScore::isNotice(const Reader &reader, TokenSpan part) const {
 }
 
 bool TitleScore::isBeforeMoment(TokenSpan trimmed) const {
-    return trimmed.end == m_choice.timeSpan.begin || trimmed.end == m_choice.dateSpan.begin;
+    const std::uint32_t end = trimmed.end + (token(trimmed.end).symbol == ':' ? 1U : 0U);
+    return end == m_choice.timeSpan.begin || end == m_choice.dateSpan.begin;
 }
 
 bool TitleScore::isVocative(TokenSpan part, TokenSpan trimmed) const {

@@ -42,12 +42,30 @@ std::optional<DateMention> readCompactDate(const Reader &reader, std::uint32_t i
     return mentionOf(i, i + 1, month, day, static_cast<int>(year));
 }
 
+/// "11-4 15:20", "za 30-8 van 5 tot 8": a day with a hyphen, told by the time behind it or by the
+/// weekday before it, where no hour has its first number.
+bool isHyphenDayBesideTime(const Reader &reader, std::uint32_t i) {
+    constexpr std::uint32_t kLastHour = 24;
+    const std::uint32_t next = i + 3;
+    if (!reader.symbol(i + 1, '-') || !reader.number(i + 2, 1, 12) || reader.glued(next) ||
+        reader.language(i).dayOrder != DayOrder::DayFirst)
+        return false;
+    if (i > 0 && reader.number(i, kLastHour + 1, 31) &&
+        (reader.has(i - 1, Meaning::Weekday) || reader.has(i - 1, Meaning::WeakWeekday)))
+        return true;
+    return reader.number(next, 0, kLastHour) && reader.glued(next + 1) && reader.glued(next + 2) &&
+           (reader.symbol(next + 1, ':') || reader.has(next + 1, Meaning::HourMark)) &&
+           reader.number(next + 2, 0, 59) && reader.at(next + 2)->digits == 2;
+}
+
 /// "6-4 om 8.20": two numbers with a hyphen are a day only where a time is said of them.
 bool isHyphenDay(const Reader &reader, std::uint32_t i) {
     const std::uint32_t next = i + 3;
     // "3-15 10:00" where the month stands first.
     if (reader.symbol(i + 1, '-') && reader.language(i).script != Script::Latin &&
         reader.number(next, 0, 23) && !reader.glued(next) && reader.symbol(next + 1, ':'))
+        return true;
+    if (isHyphenDayBesideTime(reader, i))
         return true;
     const Sense *marker = reader.sense(next, Meaning::TimeMarker);
     if (!reader.symbol(i + 1, '-') || !marker || reader.has(next, Meaning::RangeTo) ||

@@ -202,6 +202,10 @@ bool isAccepted(const Reader &reader, const TimeMention &mention, std::uint32_t 
     if (start.minuteGiven && start.minute % 5 == 0 && reader.has(next, Meaning::DateMarker) &&
         readDate(reader, reader.skip(next, Meaning::DateMarker)))
         return true;
+    // "07.09. 15.30 wg. Vertrag"
+    if (afterDate && start.minuteGiven && start.minute % 5 == 0 && reader.word(next) &&
+        !reader.glued(next) && !reader.has(next, Meaning::UnitWord) && start.clock24)
+        return true;
     // "12.45 at Bao House"
     if (const Sense *at = reader.sense(next, Meaning::PlaceMarker);
         at && at->value == 1 && start.minuteGiven && start.minute % 5 == 0 && !reader.glued(next)) {

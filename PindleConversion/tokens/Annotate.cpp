@@ -213,7 +213,7 @@ private:
             if (token.word != 0)
                 noteSenses(i, wordSlot(token.word), language);
             if (token.kind == TokenKind::Word && !token.unspaced)
-                noteTail(token, language);
+                noteTail(i, language);
             token.senses = static_cast<std::uint16_t>(m_document.senses.size() - token.firstSense);
             for (std::size_t s = token.firstSense; s < m_document.senses.size(); ++s)
                 token.meanings.add(m_document.senses[s].meaning);
@@ -259,7 +259,8 @@ private:
     }
 
     /// "Elternabend" is an evening event, "Turnhalle" a place: what a compound ends with tells.
-    void noteTail(Token &token, LanguageId language) {
+    void noteTail(std::uint32_t i, LanguageId language) {
+        const Token &token = m_document.tokens[i];
         const LanguageInfo &info = languageInfo(language);
         const auto text = m_document.slice(token);
         if (!info.hasTails || text.size() > kLongestWord || text.size() < kShortestTail + 2 ||
@@ -273,7 +274,7 @@ private:
             if ((static_cast<unsigned char>(tail.front()) & 0xC0) == 0x80)
                 continue;
             const std::uint32_t word = findWord(tail);
-            if (word != 0 && noteTailSenses(wordSlot(word), language, info))
+            if (word != 0 && noteTailSenses(wordSlot(word), language, info, isName(i, info)))
                 return;
         }
     }
@@ -286,11 +287,21 @@ private:
                            });
     }
 
-    bool noteTailSenses(const WordSlot &slot, LanguageId language, const LanguageInfo &info) {
+    /// "Garage Veldkamp": where nouns are not, a capital behind another one is of a name.
+    bool isName(std::uint32_t i, const LanguageInfo &info) const {
+        return !info.capitalNouns && i > 0 && m_document.tokens[i].capital &&
+               m_document.tokens[i - 1].capital && m_document.tokens[i].spaceBefore;
+    }
+
+    /// `name`: the end of a name tells no kind of event.
+    bool noteTailSenses(const WordSlot &slot, LanguageId language, const LanguageInfo &info,
+                        bool name) {
         bool found = false;
         for (const Phrase &phrase : singleWords(slot)) {
             const Sense &sense = phrase.sense;
-            if (sense.language != language || !info.tails[static_cast<std::size_t>(sense.meaning)])
+            if (sense.language != language ||
+                !info.tails[static_cast<std::size_t>(sense.meaning)] ||
+                (name && sense.meaning == Meaning::Event))
                 continue;
             m_document.senses.push_back(sense);
             found = true;
