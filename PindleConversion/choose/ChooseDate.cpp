@@ -334,8 +334,8 @@ bool Chooser::acceptBareTime() {
             const bool strong = (time.marked && told) || time.start.meridiem >= 0 || time.end ||
                                 time.part != DayPart::None ||
                                 sentenceHas(time.span.begin, Meaning::Event);
-            return strong && !isScale(time) && !speaksOfPast(time.span.begin) &&
-                   roleOf(time.span.begin) != Role::Posted;
+            return strong && !time.start.seconds && !isScale(time) &&
+                   !speaksOfPast(time.span.begin) && roleOf(time.span.begin) != Role::Posted;
         });
     if (!usable) {
         refuse(Notice::NoDate);

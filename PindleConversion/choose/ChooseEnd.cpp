@@ -66,6 +66,8 @@ bool Chooser::endOnLaterDay() {
             dated.date.first > m_choice.start + kLongest || !(stay || tellsEnd(at)))
             continue;
         const TimeMention *time = timeBeside(dated);
+        if (!time && isOpenUntil(dated))
+            continue;
         m_choice.last = dated.date.first;
         m_choice.endSpan = dated.mention->span;
         if (time && m_choice.startMinute) {
@@ -75,6 +77,13 @@ bool Chooser::endOnLaterDay() {
         return true;
     }
     return false;
+}
+
+bool Chooser::isOpenUntil(const Dated &dated) const {
+    constexpr auto kLongest = std::chrono::days(14);
+    return m_choice.startMinute && dated.date.first > m_choice.start + kLongest &&
+           fieldOf(dated.mention->span.begin).label == Label::None &&
+           !m_document.sameSentence(dated.mention->span.begin, m_choice.dateSpan.begin);
 }
 
 bool Chooser::endFromSecondDay() {
@@ -153,7 +162,10 @@ bool Chooser::isJoined(const TimeMention &first, const TimeMention &second) cons
         // "à 14h et à 16h" are two times.
         if (reader.has(k, Meaning::And))
             return false;
-        range = range || (reader.has(k, Meaning::RangeTo) && !m_document.tokens[k].used);
+        // "Confins 18h10 / Salvador 20h00"
+        const bool stops = m_choice.kind == EventKind::Travel && reader.symbol(k, '/') &&
+                           k == first.span.end && k + 1 < second.span.begin;
+        range = range || stops || (reader.has(k, Meaning::RangeTo) && !m_document.tokens[k].used);
     }
     return range;
 }

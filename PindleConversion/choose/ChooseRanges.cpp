@@ -103,7 +103,7 @@ std::uint32_t Chooser::jointBefore(std::uint32_t i) const {
     const std::uint32_t low = end > kLongestJoint ? end - kLongestJoint : 0;
     for (std::uint32_t k = low; k < end; ++k)
         if (const Sense *to = reader.sense(k, Meaning::RangeTo);
-            to && (k + to->length == end || k + to->length == i))
+            to && !reader.has(k, Meaning::And) && (k + to->length == end || k + to->length == i))
             return k;
     return i + 1;
 }

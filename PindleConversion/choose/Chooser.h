@@ -145,6 +145,8 @@ private:
     /// "Check-out: Sunday 20 July, 11:00": a later day that ends the event.
     bool endOnLaterDay();
     bool tellsEnd(std::uint32_t token) const;
+    /// "Opening on 3 October at 6pm. The exhibition runs until 29 November."
+    bool isOpenUntil(const Dated &dated) const;
     const TimeMention *timeBeside(const Dated &dated) const;
     /// "17 April 18:00 - 19 April 16:00".
     bool endFromSecondDay();

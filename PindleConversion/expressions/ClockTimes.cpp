@@ -5,6 +5,7 @@ namespace pindle::conversion {
 
 namespace {
 
+constexpr std::uint32_t kSecondsAnnounced = 30; ///< an appointment is at such seconds at most
 constexpr std::uint32_t kFirstYearLike = 1900;
 constexpr std::uint32_t kLastYearLike = 2100;
 
@@ -39,13 +40,35 @@ std::optional<ClockSpec> readCompact(const Reader &reader, std::uint32_t i, std:
     return clock;
 }
 
+/// "ore 18,30", "alle 18,30 in sala": the comma parts hour and minutes where a word announces a
+/// time and no amount can be meant. `i` is the comma.
+bool isCommaTime(const Reader &reader, std::uint32_t i) {
+    constexpr std::uint32_t kQuarter = 15;
+    if (!reader.symbol(i, ',') || i < 2 || !reader.language(i).clock24 ||
+        !reader.has(i - 2, Meaning::TimeMarker))
+        return false;
+    if (isHourWord(reader, i - 1))
+        return true;
+    const std::uint32_t next = i + 2;
+    const Token *behind = reader.at(next);
+    const bool ends = !behind || behind->kind == TokenKind::LineBreak ||
+                      ((behind->symbol == ',' || behind->symbol == '.') &&
+                       behind->spaceBefore == false && !reader.glued(next + 1));
+    const bool goesOn =
+        reader.word(next) && !reader.glued(next) &&
+        (reader.has(next, Meaning::PlaceMarker) || reader.has(next, Meaning::PartOfDay) ||
+         reader.has(next, Meaning::RelativeDay));
+    return reader.at(i + 1)->number % kQuarter == 0 && (ends || goesOn);
+}
+
 /// The minutes behind the hour: ":30", ".30", "h30"; `i` is behind them then.
 bool readMinutes(const Reader &reader, std::uint32_t &i, ClockSpec &clock) {
     const Token *minutes = reader.at(i + 1);
     if (!minutes || minutes->kind != TokenKind::Number || minutes->digits != 2 ||
         minutes->number > 59 || !reader.glued(i) || !reader.glued(i + 1))
         return false;
-    const bool colon = reader.symbol(i, ':');
+    const bool comma = isCommaTime(reader, i);
+    const bool colon = reader.symbol(i, ':') || comma;
     const bool hour = reader.has(i, Meaning::HourMark);
     if (!colon && !hour && !reader.symbol(i, '.'))
         return false;
@@ -80,6 +103,9 @@ bool spoiled(const Reader &reader, std::uint32_t begin, std::uint32_t next) {
             return true;
         if (before.unspaced)
             return false;
+        // "h17:00"
+        if (close && before.end - before.begin == 1 && isHourWord(reader, begin))
+            return false;
         if (close && before.kind == TokenKind::Word && !reader.document().tokens[begin - 1].capital)
             return true;
         if (close && before.kind == TokenKind::Word && before.end - before.begin > 1)
@@ -102,6 +128,18 @@ bool spoiled(const Reader &reader, std::uint32_t begin, std::uint32_t next) {
 }
 
 } // namespace
+
+bool isHourWord(const Reader &reader, std::uint32_t i) {
+    if (i == 0 || !reader.has(i - 1, Meaning::TimeMarker))
+        return false;
+    const Sense *unit = reader.sense(i - 1, Meaning::UnitWord);
+    const Sense *label = reader.sense(i - 1, Meaning::LabelWord);
+    const bool hours = (unit && unit->value == static_cast<int>(Unit::Hour)) ||
+                       (label && label->value == static_cast<int>(Label::Time));
+    const bool counted = i > 1 && reader.document().tokens[i - 2].kind == TokenKind::Number &&
+                         !reader.document().tokens[i - 2].used;
+    return hours && !counted && reader.word(i - 1);
+}
 
 bool isTimeBehindSlash(const Reader &reader, std::uint32_t i) {
     return reader.symbol(i, '/') && reader.glued(i) && reader.glued(i + 1) &&
@@ -145,6 +183,7 @@ std::optional<ClockSpec> readDigits(const Reader &reader, std::uint32_t i, std::
     std::uint32_t j = i + 1;
     const bool minutes = readMinutes(reader, j, clock);
     const std::uint32_t seconds = minutes ? skipSeconds(reader, j) : j;
+    clock.seconds = seconds != j && reader.at(j + 1)->number % kSecondsAnnounced != 0;
     j = readMeridiem(reader, seconds, clock);
     // "14:40 heure de Paris": the word belongs to the zone.
     const bool zone = minutes && reader.has(j, Meaning::ZoneWord);

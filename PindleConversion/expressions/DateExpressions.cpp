@@ -139,6 +139,9 @@ std::optional<DateMention> readSingle(const Reader &reader, std::uint32_t i) {
     }
     if (mayStartRelativeDate(reader, i))
         date = readRelativeDate(reader, i);
+    // "dia 3 de outubro, sexta-feira"
+    if (date && date->first.base == Base::Calendar)
+        readNameBehind(reader, *date);
     // "tomorrow (Friday 5 June)": the written date says it best.
     if (date && (reader.symbol(date->span.end, ',') || reader.symbol(date->span.end, '('))) {
         const std::uint32_t inner = date->span.end + 1;

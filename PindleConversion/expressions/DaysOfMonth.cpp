@@ -80,14 +80,37 @@ bool isOtherNumber(const Reader &reader, std::uint32_t number, std::uint32_t nex
     const bool time =
         reader.symbol(next, ':') || reader.has(next, Meaning::HourMark) ||
         (reader.symbol(next, '.') && reader.glued(next) && reader.number(next + 1, 0, 59));
+    // "el 23 es su santo", "dia 8 faz anos"
+    static constexpr Meanings kSaysMore{Meaning::Of, Meaning::PresentVerb, Meaning::Event};
     return time || (reader.word(next) && !endsDayOnly(reader, next) &&
-                    !reader.has(next, Meaning::Of) && !readDayRange(reader, next));
+                    !reader.mayHave(next, kSaysMore) && !readDayRange(reader, next));
+}
+
+/// "dia quinze às três", "le quinze à midi": the day in words, where nothing else is counted.
+std::optional<DateMention> readSpelledDay(const Reader &reader, std::uint32_t i,
+                                          std::uint32_t number) {
+    constexpr int kLastDay = 31;
+    const Sense *word = reader.sense(number, Meaning::Number);
+    if (!word || word->value < 1 || word->value > kLastDay || reader.at(number)->unspaced)
+        return std::nullopt;
+    const std::uint32_t next = number + word->length;
+    const std::uint32_t time = reader.skip(next, Meaning::TimeMarker);
+    const bool timed =
+        time != next && (reader.number(time, 0, 24) || reader.has(time, Meaning::Number) ||
+                         reader.has(time, Meaning::ClockWord));
+    if (!timed && !reader.has(next, Meaning::PartOfDay))
+        return std::nullopt;
+    DateMention result = mentionOf(i, next, Base::DayOnly);
+    result.first.day = word->value;
+    return result;
 }
 
 /// "le 14", "el día 14", "am 14.": a bare day behind a word that leads to one.
 std::optional<DateMention> readLedDay(const Reader &reader, std::uint32_t i) {
     const Sense *lead = reader.sense(i, Meaning::DayLead);
     const std::uint32_t number = lead ? i + lead->length : i;
+    if (lead && lead->value == 0 && reader.has(number, Meaning::Number))
+        return readSpelledDay(reader, i, number);
     if (!lead || !reader.number(number, 1, 31))
         return std::nullopt;
     // "dia 31/10", "il giorno 2 set": the month is said as well.

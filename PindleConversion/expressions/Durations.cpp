@@ -47,7 +47,7 @@ std::optional<Part> readPart(const Reader &reader, std::uint32_t i) {
         j += half->length;
     }
     Part part;
-    part.hyphen = reader.symbol(j, '-');
+    part.hyphen = reader.symbol(j, '-') && reader.glued(j) && reader.glued(j + 1);
     const Sense *unit = reader.sense(part.hyphen ? j + 1 : j, Meaning::UnitWord);
     if (!unit)
         return std::nullopt;
@@ -95,15 +95,17 @@ void readRest(const Reader &reader, Part &part) {
     }
 }
 
-/// "Réunion de 2h": so long is the event before it.
+constexpr int kLongestTold = 6 * 60; ///< minutes; more of them are an hour of the day
+
+/// "Réunion de 2h": so long is the event before it. "Missa das 9h30" begins then.
 bool belongsToEvent(const Reader &reader, std::uint32_t i, const Part &part) {
-    return i > 1 && part.minutes > 0 && reader.has(i - 1, Meaning::Of) &&
+    const bool hour = reader.has(i - 1, Meaning::TimeMarker) && part.minutes > kLongestTold;
+    return i > 1 && part.minutes > 0 && !hour && reader.has(i - 1, Meaning::Of) &&
            reader.has(i - 2, Meaning::Event) && !reader.has(part.next, Meaning::RangeTo);
 }
 
 /// "18h" in a language that writes clock times so.
 bool isHour(const Reader &reader, std::uint32_t i, const Part &part) {
-    constexpr int kLongestTold = 6 * 60;
     const Sense *mark = reader.sense(i + 1, Meaning::HourMark);
     return mark && mark->value == 1 && part.minutes > kLongestTold;
 }

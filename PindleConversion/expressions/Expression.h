@@ -54,6 +54,7 @@ struct ClockSpec {
     bool hourWord = false; ///< a word says that it is an hour: "Uhr", "時"
     bool spoken = false;   ///< in words that count on the 12-hour clock: "half past two"
     bool clock24 = false;  ///< the text's language writes times on the 24-hour clock
+    bool seconds = false;  ///< odd seconds follow: what something happened at
 };
 
 struct TimeMention {
@@ -122,6 +123,8 @@ std::optional<TimeMention> readTime(const Reader &reader, std::uint32_t i, bool 
 /// One clock time; `next` becomes the token behind it.
 std::optional<ClockSpec> readClock(const Reader &reader, std::uint32_t i, std::uint32_t &next);
 
+/// A word for hours announces the number at `i`: "ore 21", but not "2 ore 3".
+bool isHourWord(const Reader &reader, std::uint32_t i);
 /// "18:30/20:30": a second time behind a slash ends a range.
 bool isTimeBehindSlash(const Reader &reader, std::uint32_t i);
 /// A clock time in words: "half past two", "halb acht".

@@ -112,6 +112,24 @@ bool isDatedBeside(const Reader &reader, std::uint32_t i) {
     return clock != next || reader.symbol(clock + 1, ':');
 }
 
+/// "le 18.12", "27.10, 07:40": where dates are not written so, only a word that leads to a day or a
+/// time behind them tells. "9.10 alle 12" are two times.
+bool isDatedHere(const Reader &reader, std::uint32_t i) {
+    if (reader.language(i).dayOrder != DayOrder::DayFirst || !isDotted(reader, i) ||
+        (i > 0 && reader.has(i - 1, Meaning::TimeMarker)))
+        return false;
+    if (i > 0 && reader.has(i - 1, Meaning::DayLead))
+        return true;
+    const std::uint32_t next = reader.skipSymbol(i + 3, ',');
+    if (reader.has(next, Meaning::RangeTo))
+        return false;
+    const std::uint32_t clock = reader.skip(next, Meaning::TimeMarker);
+    if (clock == i + 3 || reader.glued(clock) || !reader.number(clock, 0, 24))
+        return false;
+    return clock != next || reader.symbol(clock + 1, ':') ||
+           (reader.has(clock + 1, Meaning::HourMark) && reader.glued(clock + 1));
+}
+
 /// "27.4.8(木)": the year comes first, the weekday tells that it is a date.
 bool endsBriefDate(const Reader &reader, std::uint32_t i) {
     return reader.language(i).script != Script::Latin && reader.at(i)->digits == 2 &&
@@ -166,8 +184,9 @@ std::optional<NumericForm> readNumericForm(const Reader &reader, std::uint32_t i
         reader.at(i + 2)->digits == 2 && (reader.at(i)->digits == 2 || reader.at(i + 4) != nullptr);
     form.dotted = !form.three && stops && (written || reader.language(i).dottedDates) &&
                   !(reader.glued(i + 4) && reader.number(i + 4, 0, 9999, 4));
-    form.bare = !form.three && !form.dotted && c == '.' && reader.language(i).dottedDates &&
-                !stops && isDatedBeside(reader, i);
+    form.bare =
+        !form.three && !form.dotted && c == '.' && !stops &&
+        (reader.language(i).dottedDates ? isDatedBeside(reader, i) : isDatedHere(reader, i));
     form.next = i + (form.three ? 5U : form.dotted ? 4U : 3U);
     const bool slashed = c == '/' && !goesOn;
     if (!form.three && !form.dotted && !form.bare && !slashed && !isHyphenDay(reader, i))
@@ -213,7 +232,7 @@ std::optional<DateMention> readNumeric(const Reader &reader, std::uint32_t i) {
     const int year = three ? fullYear(*reader.at(i + 4)) : 0;
     DateMention result = second > 12 ? mentionOf(i, form->next, first, second, year)
                                      : mentionOf(i, form->next, second, first, year);
-    const bool habit = form->mark == '.' && language.dottedDates;
+    const bool habit = form->mark == '.' && (language.dottedDates || form->bare);
     const bool settled = form->dotted || (habit && dayFirst);
     result.first.eitherOrder = first <= 12 && second <= 12 && !settled;
     // Where the year comes first, a date that ends with it was written in another habit.

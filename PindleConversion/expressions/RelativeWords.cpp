@@ -36,6 +36,14 @@ bool isCertainWeekday(const Reader &reader, std::uint32_t i, std::uint32_t next)
     if (isDayAmongSmall(reader, i, next))
         return true;
     const bool announced = i > 0 && reader.has(i - 1, Meaning::DateMarker);
+    // "quinta que vem"
+    if (const Sense *behind = reader.sense(next, Meaning::Behind); behind && behind->length > 1)
+        return true;
+    // "sex, 20h15"
+    if (const std::uint32_t clock = next + 1;
+        reader.symbol(next, ',') && reader.number(clock, 0, 24) && reader.glued(clock + 1) &&
+        (reader.symbol(clock + 1, ':') || reader.has(clock + 1, Meaning::HourMark)))
+        return true;
     const std::uint32_t time = reader.skip(next, Meaning::TimeMarker);
     const bool timed = reader.number(time, 0, 31) || reader.has(time, Meaning::ClockWord) ||
                        (time != next && reader.has(time, Meaning::Number));

@@ -47,7 +47,7 @@ private:
             return i + greeting->length;
         // "and return by" is no "return by".
         if (const Sense *role = reader.sense(i, Meaning::RoleWord);
-            role && i + role->length > m_roleEnd) {
+            role && i + role->length > m_roleEnd && !isInCompound(reader, i)) {
             take(m_found.roles, RoleMention{i, static_cast<Role>(role->value)});
             m_roleEnd = i + role->length;
         }
@@ -67,7 +67,9 @@ private:
             return next;
         if (const auto next = zone(reader, i, field); next != i)
             return next;
-        if (auto date = reader.has(i, Meaning::Holiday) ? readHoliday(reader, i) : std::nullopt)
+        if (auto date = reader.has(i, Meaning::Holiday) && !isPartOfName(reader, i)
+                            ? readHoliday(reader, i)
+                            : std::nullopt)
             return takeHoliday(reader, *date);
         if (const Sense *part = reader.sense(i, Meaning::PartOfDay)) {
             takePart(reader, i, *part);
@@ -153,6 +155,27 @@ private:
             return takeDate(reader, date);
         take(m_found.dates, date);
         return date.span.end;
+    }
+
+    /// "Madrid-Puerta de Atocha", "→ Porte de Versailles": the word names a place.
+    static bool isInCompound(const Reader &reader, std::uint32_t i) {
+        if (i == 0 || !reader.at(i)->capital || !reader.word(i))
+            return false;
+        const Token &before = reader.document().tokens[i - 1];
+        if (before.symbol == '-' && reader.glued(i) && !before.spaceBefore)
+            return true;
+        const std::uint32_t name = reader.skip(i + 1, Meaning::Of);
+        return name != i + 1 && before.kind == TokenKind::Symbol && reader.word(name) &&
+               reader.at(name)->capital && reader.has(i - 1, Meaning::RangeTo);
+    }
+
+    /// "Parroquia de San José", "via San Martino": the saint names a place.
+    static bool isPartOfName(const Reader &reader, std::uint32_t i) {
+        static constexpr Meanings kPlaces{Meaning::PlaceNoun, Meaning::StreetWord};
+        if (i == 0 || !reader.at(i)->capital)
+            return false;
+        const bool of = i > 1 && reader.has(i - 1, Meaning::Of);
+        return reader.mayHave(of ? i - 2 : i - 1, kPlaces);
     }
 
     std::uint32_t duration(const Reader &reader, std::uint32_t i) {

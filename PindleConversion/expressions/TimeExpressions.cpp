@@ -41,7 +41,8 @@ bool mayFollowBare(const Reader &reader, std::uint32_t i, bool marked) {
         return true;
     if (token->kind != TokenKind::Word || reader.glued(i))
         return false;
-    if (reader.has(i, Meaning::UnitWord) || reader.has(i, Meaning::Month))
+    if (reader.has(i, Meaning::UnitWord) || reader.has(i, Meaning::Month) ||
+        reader.has(i, Meaning::Measure))
         return false;
     if (isDateLike(reader, i) || reader.has(i, Meaning::Connector) ||
         reader.has(i, Meaning::TimeMarker) || reader.has(i, Meaning::ZoneAfterTime) ||
@@ -111,6 +112,18 @@ std::optional<End> readTicketEnd(const Reader &reader, std::uint32_t i) {
     return end;
 }
 
+/// "ore 21 sala B": a word for hours before the number tells that it is one, whatever follows. Of
+/// the small ones only a place may: "ora 2 persone".
+bool isNamedHour(const Reader &reader, std::uint32_t i, const ClockSpec &clock,
+                 std::uint32_t next) {
+    constexpr int kLastOnDial = 12;
+    if (!isHourWord(reader, i) || !reader.word(next) || reader.glued(next) ||
+        reader.has(next, Meaning::UnitWord))
+        return false;
+    return clock.hour > kLastOnDial || reader.has(next, Meaning::PlaceNoun) ||
+           reader.has(next, Meaning::PlaceMarker);
+}
+
 std::optional<End> readEnd(const Reader &reader, std::uint32_t i, bool between) {
     const Sense *to = reader.sense(i, Meaning::RangeTo);
     if (!to && between)
@@ -119,13 +132,23 @@ std::optional<End> readEnd(const Reader &reader, std::uint32_t i, bool between) 
     const bool slash = !to && isTimeBehindSlash(reader, i);
     if (!to && !slash)
         return std::nullopt;
-    const std::uint32_t at =
+    std::uint32_t at =
         slash ? i + 1 : skipAirport(reader, reader.skip(i + to->length, Meaning::The), i);
+    // "ore 15 - ore 18"
+    if (const std::uint32_t marked = reader.skip(at, Meaning::TimeMarker);
+        marked != at && reader.number(marked, 0, 24) && isHourWord(reader, marked))
+        at = marked;
     const auto clock = readClock(reader, at, end.next);
+    if (!clock)
+        return std::nullopt;
+    // "dalle 15.00 alle 18.00 nelle aule"
+    const bool written =
+        (clock->minuteGiven && reader.language(at).clock24 && reader.word(end.next) &&
+         !reader.glued(end.next) && !reader.has(end.next, Meaning::UnitWord)) ||
+        isNamedHour(reader, at, *clock, end.next);
     // "19h au 14 rue Basse"
-    if (!clock ||
-        (!clock->sure && clock->meridiem < 0 &&
-         (!mayFollowBare(reader, end.next, true) || reader.has(end.next, Meaning::StreetWord))))
+    if (!clock->sure && clock->meridiem < 0 && !written &&
+        (!mayFollowBare(reader, end.next, true) || reader.has(end.next, Meaning::StreetWord)))
         return std::nullopt;
     end.clock = *clock;
     return end;
@@ -241,7 +264,8 @@ std::optional<TimeMention> readTime(const Reader &reader, std::uint32_t i, bool 
         mention.start.sure = true;
     const bool namesZone = !start->sure && reader.has(next, Meaning::ZoneAfterTime) &&
                            reader.at(next)->capital && !reader.glued(next);
-    mention.start.sure = mention.start.sure || namesZone;
+    mention.start.sure =
+        mention.start.sure || namesZone || isNamedHour(reader, i, mention.start, next);
     const bool sure = mention.start.sure || marked || afterDate || stamp;
     std::uint32_t zoned = sure ? readZone(reader, next, true, mention) : next;
     zoned = readPartBehind(reader, zoned, mention);

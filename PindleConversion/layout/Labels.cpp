@@ -16,22 +16,24 @@ bool looksLikeMoment(const Reader &reader, std::uint32_t i) {
            reader.has(i, Meaning::ClockWord) || reader.has(i, Meaning::RelativeDay);
 }
 
-/// "From:" heads a mail unless a date or time follows.
+/// "From:" and "À :" head a mail unless a date or time follows.
 Label settle(const Reader &reader, Label label, std::uint32_t content, std::uint32_t word) {
-    if (label != Label::Mail && label != Label::Start)
+    if (label != Label::Mail && label != Label::Start && label != Label::Time)
         return label;
     const Token &token = reader.document().tokens[word];
     bool isMail = false;
-    bool isStart = false;
+    Label moment = Label::None;
     for (std::uint32_t s = token.firstSense; s < token.firstSense + token.senses; ++s) {
         const Sense &sense = reader.document().senses[s];
         if (sense.meaning != Meaning::LabelWord)
             continue;
         isMail = isMail || sense.value == static_cast<int>(Label::Mail);
-        isStart = isStart || sense.value == static_cast<int>(Label::Start);
+        if (sense.value == static_cast<int>(Label::Start) ||
+            (moment == Label::None && sense.value == static_cast<int>(Label::Time)))
+            moment = static_cast<Label>(sense.value);
     }
-    if (isMail && isStart)
-        return looksLikeMoment(reader, content) ? Label::Start : Label::Mail;
+    if (isMail && moment != Label::None)
+        return looksLikeMoment(reader, content) ? moment : Label::Mail;
     return label;
 }
 

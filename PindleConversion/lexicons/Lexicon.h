@@ -100,9 +100,10 @@ enum class Meaning : std::uint8_t {
     PageHead,      ///< heads a page or a list, and is no event: "What's on", "Sold out"
     Opening,       ///< tells when a place is open: "open", "closed"
     Moving,        ///< moves an event from one day to another: "shift", "swap"
+    Measure,       ///< a unit behind a number that is no time: "GB", "km"
 };
 
-inline constexpr std::size_t kMeanings = static_cast<std::size_t>(Meaning::Moving) + 1;
+inline constexpr std::size_t kMeanings = static_cast<std::size_t>(Meaning::Measure) + 1;
 
 enum class Unit : std::uint8_t { Minute, Hour, Day, Week, Fortnight, Month, Year, Weekend, Night };
 enum class DayPart : std::uint8_t { None, Morning, Noon, Afternoon, Evening, Night };

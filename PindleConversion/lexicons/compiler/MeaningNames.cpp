@@ -98,6 +98,7 @@ constexpr TableKind kTableKinds[] = {
     {"page-head", Meaning::PageHead, Values::Number},
     {"opening", Meaning::Opening, Values::Number},
     {"moving", Meaning::Moving, Values::Number},
+    {"measure", Meaning::Measure, Values::Number},
     {"zone-abbreviation", Meaning::ZoneAfterTime, Values::Note},
     {"zone-in-capitals", Meaning::ZoneAfterTime, Values::Note, 1},
     {"zone-city", Meaning::ZoneWord, Values::Note},
