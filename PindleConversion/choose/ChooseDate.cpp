@@ -190,10 +190,14 @@ bool Chooser::opensStay(const Dated &dated) const {
 
 bool Chooser::isLongPast(const Dated &dated) const {
     constexpr auto kFar = std::chrono::days(180);
+    constexpr auto kJustOver = std::chrono::days(275);
     const std::uint32_t token = dated.mention->span.begin;
-    return !dated.date.yearGiven && dated.mention->first.base == DateSpec::Base::Calendar &&
-           dated.date.first > m_reference.today + kFar && roleOf(token) != Role::MovedTo &&
-           toldInPast(fieldOf(token), token);
+    if (dated.date.yearGiven || dated.mention->first.base != DateSpec::Base::Calendar ||
+        roleOf(token) == Role::MovedTo)
+        return false;
+    // "On 3 April the committee elected a new chair": the verb may follow a day just over.
+    return (dated.date.first > m_reference.today + kFar && toldInPast(fieldOf(token), token)) ||
+           (dated.date.first > m_reference.today + kJustOver && isReport(token));
 }
 
 void Chooser::pickDate() {
@@ -293,13 +297,22 @@ bool Chooser::isThisMorningsReport(const Dated &dated) const {
            !sentenceHas(token, Meaning::PresentVerb);
 }
 
+bool Chooser::isReport(std::uint32_t token) const {
+    return speaksOfPast(token) && !sentenceHas(token, Meaning::PresentVerb);
+}
+
+bool Chooser::hasTimeAhead() const {
+    return std::any_of(m_found.times.begin(), m_found.times.end(),
+                       [&](const TimeMention &time) { return !isReport(time.span.begin); });
+}
+
 bool Chooser::hasFutureSense(std::uint32_t token) const {
     const Field &field = fieldOf(token);
     if (isLongPast(m_dates[static_cast<std::size_t>(m_date)]))
         return false;
     if (isThisMorningsReport(m_dates[static_cast<std::size_t>(m_date)]))
         return false;
-    if (field.label != Label::None || hasTimeNear(token) || !m_found.times.empty())
+    if (field.label != Label::None || hasTimeNear(token) || hasTimeAhead())
         return true;
     if (token == field.begin)
         return true;

@@ -99,6 +99,10 @@ private:
     bool acceptDate();
     /// "The 8:12 train was late this morning".
     bool isThisMorningsReport(const Dated &dated) const;
+    /// The token's sentence tells of the past alone.
+    bool isReport(std::uint32_t token) const;
+    /// Some time is not one of a report: "They had us over at six".
+    bool hasTimeAhead() const;
     /// "was", "released" before a date that has no time: a report, unless an event is named.
     bool hasFutureSense(std::uint32_t token) const;
     /// "from 1 to 10", "page 3 of 12"

@@ -15,6 +15,28 @@ std::uint32_t afterBracketedTime(const Reader &reader, std::uint32_t i) {
     return i;
 }
 
+/// The token behind "2026-03-04 02:17:55,103" or "Mar  4 02:17:55" before other words, or `i`:
+/// only a machine counts the seconds.
+std::uint32_t afterMachineStamp(const Reader &reader, std::uint32_t i) {
+    constexpr std::uint32_t kLongestDate = 8;
+    if (!reader.number(i, 1, 9999, 4) && !reader.has(i, Meaning::Month))
+        return i;
+    const auto joins = [&](std::uint32_t at) { return reader.symbol(at, ':') && reader.glued(at); };
+    std::uint32_t hour = i + 1;
+    while (hour < i + kLongestDate && reader.at(hour) && !joins(hour + 1))
+        ++hour;
+    if (!joins(hour + 1) || !joins(hour + 3) || !reader.number(hour, 0, 23) ||
+        !reader.number(hour + 2, 0, 59) || !reader.number(hour + 4, 0, 59))
+        return i;
+    std::uint32_t end = hour + 5;
+    const bool fraction = (reader.symbol(end, ',') || reader.symbol(end, '.')) &&
+                          reader.glued(end) && reader.glued(end + 1) && reader.at(end + 1) &&
+                          reader.at(end + 1)->kind == TokenKind::Number;
+    end += fraction ? 2 : 0;
+    const bool machine = fraction || reader.at(hour + 4)->number != 0;
+    return machine && reader.at(end) ? end : i;
+}
+
 } // namespace
 
 std::uint32_t speaker(const Reader &reader, std::uint32_t i) {
@@ -43,7 +65,7 @@ std::uint32_t speaker(const Reader &reader, std::uint32_t i) {
 std::uint32_t afterStamp(const Reader &reader, std::uint32_t i) {
     constexpr std::uint32_t kLongestStamp = 16;
     if (!reader.symbol(i, '['))
-        return i;
+        return afterMachineStamp(reader, i);
     for (std::uint32_t j = i + 1; j < i + kLongestStamp && reader.at(j); ++j)
         if (reader.symbol(j, ']'))
             return reader.number(i + 1, 0, 9999, 4) ? j + 1 : i;
