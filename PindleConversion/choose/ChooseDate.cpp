@@ -15,6 +15,7 @@ void Chooser::resolveDates() {
     for (const DateMention &mention : m_found.dates)
         if (auto date = resolveDate(mention, m_reference))
             m_dates.push_back({&mention, *date});
+    settleNamedDays();
     constexpr auto kSoon = std::chrono::days(60);
     for (const Dated &dated : m_dates) {
         const bool soon =
@@ -91,7 +92,9 @@ int Chooser::scoreDate(const Dated &dated, int index) {
         score -= 200;
     else if (speaksOfPast(token))
         score -= 15;
-    if (sentenceHas(token, Meaning::Event))
+    if (dated.again)
+        score -= 45;
+    if (sentenceHas(token, Meaning::Event) && !isLaterItem(dated))
         score += 10;
     return score;
 }

@@ -81,9 +81,10 @@ bool Chooser::endOnLaterDay() {
 
 bool Chooser::isOpenUntil(const Dated &dated) const {
     constexpr auto kLongest = std::chrono::days(14);
-    return m_choice.startMinute && dated.date.first > m_choice.start + kLongest &&
-           fieldOf(dated.mention->span.begin).label == Label::None &&
-           !m_document.sameSentence(dated.mention->span.begin, m_choice.dateSpan.begin);
+    const std::uint32_t at = dated.mention->span.begin;
+    return m_choice.startMinute && fieldOf(at).label == Label::None &&
+           (dated.date.first > m_choice.start + kLongest || sentenceHas(at, Meaning::Opening)) &&
+           !m_document.sameSentence(at, m_choice.dateSpan.begin);
 }
 
 bool Chooser::endFromSecondDay() {

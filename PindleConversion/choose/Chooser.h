@@ -62,6 +62,7 @@ private:
         const DateMention *mention;
         ResolvedDate date;
         int score = 0;
+        bool again = false; ///< a weekday that stands for a date named before
     };
 
     // ChooseDate.cpp
@@ -125,6 +126,12 @@ private:
     std::uint32_t jointBefore(std::uint32_t i) const;
     /// Hardly a word stands between two places, but for those in brackets.
     bool fewWordsBetween(std::uint32_t begin, std::uint32_t end) const;
+
+    // ChooseDays.cpp
+    /// "Mo 19.1. - Fr 23.1. Abfahrt Mo 7:30": the weekday is that of the date before.
+    void settleNamedDays();
+    /// A date that opens a line, as an earlier one with a time does: of a list the first counts.
+    bool isLaterItem(const Dated &dated) const;
 
     // ChooseTime.cpp
     void noteClockStyle();
