@@ -16,6 +16,7 @@ void Chooser::resolveDates() {
         if (auto date = resolveDate(mention, m_reference))
             m_dates.push_back({&mention, *date});
     settleNamedDays();
+    settleWeekdaysInRanges();
     constexpr auto kSoon = std::chrono::days(60);
     for (const Dated &dated : m_dates) {
         const bool soon =
@@ -68,7 +69,7 @@ int Chooser::scoreDate(const Dated &dated, int index) {
         score -= 45;
     switch (roleOf(token)) {
     case Role::Deadline:
-        score -= 40;
+        score -= 60;
         break;
     case Role::Posted:
         score -= 60;
@@ -85,6 +86,7 @@ int Chooser::scoreDate(const Dated &dated, int index) {
     case Role::None:
     case Role::Side:
     case Role::Show:
+    case Role::Collect:
         break;
     }
     if (dated.date.first < m_reference.today &&

@@ -4,6 +4,27 @@
 
 namespace pindle::conversion {
 
+void Chooser::settleWeekdaysInRanges() {
+    constexpr auto kWeek = std::chrono::days(7);
+    for (std::size_t i = 1; i < m_dates.size(); ++i) {
+        const DateSpec &spec = m_dates[i].mention->first;
+        if (spec.base != DateSpec::Base::Weekday || spec.which != Which::Nearest ||
+            spec.days != 0 || m_dates[i].mention->last || m_dates[i].mention->repeated)
+            continue;
+        for (std::size_t k = 0; k < i; ++k) {
+            const ResolvedDate &range = m_dates[k].date;
+            if (m_dates[k].mention->first.base != DateSpec::Base::Calendar || !range.last ||
+                *range.last >= range.first + kWeek)
+                continue;
+            Reference from = m_reference;
+            from.today = range.first - std::chrono::days(1);
+            const auto inside = resolveDate(*m_dates[i].mention, from);
+            if (inside && inside->first <= *range.last)
+                m_dates[i].date = *inside;
+        }
+    }
+}
+
 void Chooser::joinRanges() {
     constexpr auto kLongest = std::chrono::days(31);
     for (std::size_t i = 1; i < m_dates.size(); ++i) {

@@ -26,12 +26,29 @@ bool Chooser::belongsToOther(const TimeMention &time) const {
             mayBeStreet(other.mention->span) ||
             (roleOf(other.mention->span.begin) == Role::End && at < other.mention->span.begin &&
              roleOf(at) != Role::End) ||
-            (other.mention->repeated && !mine.mention->repeated))
+            (other.mention->repeated && !mine.mention->repeated) ||
+            isListed(mine.mention->span, other.mention->span))
             continue;
         if (!ownSentence || gap(other.mention->span, time.span) < own)
             return true;
     }
     return false;
+}
+
+bool Chooser::isListed(TokenSpan a, TokenSpan b) const {
+    const TokenSpan first = a.begin < b.begin ? a : b;
+    const TokenSpan last = a.begin < b.begin ? b : a;
+    constexpr std::uint32_t kLongest = 40;
+    if (last.begin - first.end > kLongest || !m_document.sameSentence(a.begin, b.begin) ||
+        std::any_of(m_found.times.begin(), m_found.times.end(), [&](const TimeMention &time) {
+            return time.span.begin >= first.end && time.span.begin < last.begin;
+        }))
+        return false;
+    const Reader reader(m_document, last.begin);
+    for (std::uint32_t i = first.end; i < last.begin; ++i)
+        if (!m_document.tokens[i].used && !reader.symbol(i, ',') && !reader.has(i, Meaning::And))
+            return false;
+    return true;
 }
 
 int Chooser::scoreTime(const TimeMention &time, int index) {
@@ -96,6 +113,7 @@ int Chooser::roleScore(std::uint32_t at) const {
         return -12;
     case Role::Show:
         return 6;
+    case Role::Collect:
     case Role::None:
         break;
     }

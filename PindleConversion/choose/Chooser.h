@@ -112,6 +112,8 @@ private:
     bool acceptBareTime();
 
     // ChooseRanges.cpp
+    /// "Camp is 19-21 June. Drop off 6pm Fri": a weekday behind a range of days is one of them.
+    void settleWeekdaysInRanges();
     /// Notes the days that end what begins on the day named before them.
     void joinRanges();
     /// "24 Dec 19:00 – 25 Dec 7:00", "Friday (drop-off 6pm) to Sunday (collect 2pm)".
@@ -137,6 +139,8 @@ private:
     void noteClockStyle();
     /// Whether another date of the same sentence stands closer to a time.
     bool belongsToOther(const TimeMention &time) const;
+    /// "Jan 20, Mar 17 and May 19, all at 6:30 PM": a time is that of every day in a list.
+    bool isListed(TokenSpan a, TokenSpan b) const;
     int scoreTime(const TimeMention &time, int index);
     /// "4pm Berlin / 10am New York": the same time once more.
     bool isTranslated(const TimeMention &first, const TimeMention &second) const;

@@ -126,6 +126,16 @@ std::optional<LeadingDays> readLeadingDays(const Reader &reader, std::uint32_t i
     LeadingDays days{day->day, 0, readListedDays(reader, day->next, listed)};
     if (days.next != day->next)
         days.last = listed;
+    // "the night of 24/25 December"
+    if (const std::uint32_t second = days.next + 1;
+        reader.symbol(days.next, '/') && reader.glued(days.next) && reader.glued(second) &&
+        reader.number(second, static_cast<std::uint32_t>(listed) + 1,
+                      static_cast<std::uint32_t>(listed) + 1) &&
+        !reader.symbol(second + 1, '/')) {
+        days.last = listed + 1;
+        days.next = second + 1;
+        return days;
+    }
     // "11-Sep-2027" is one day.
     if (const std::uint32_t join = readDayJoin(reader, days.next);
         join != days.next && !(reader.glued(days.next) && reader.has(join, Meaning::Month))) {

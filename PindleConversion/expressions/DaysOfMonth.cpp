@@ -182,9 +182,11 @@ std::optional<DateMention> readNthWeekday(const Reader &reader, std::uint32_t i)
             return std::nullopt;
     }
     result.span.end = readMonthBehind(reader, next, result.first);
-    // "第3土曜日" is one of this month.
-    const bool bare = result.first.nth > 0 && result.first.weekday > 0 &&
-                      reader.language(i).script != Script::Latin;
+    // "第3土曜日" is one of this month, and so is "on the last Thursday".
+    const bool led =
+        begin != i && i > 0 && reader.has(i - 1, Meaning::DateMarker) && endsDayOnly(reader, next);
+    const bool bare = result.first.nth != 0 && result.first.weekday > 0 &&
+                      (led || (result.first.nth > 0 && reader.language(i).script != Script::Latin));
     if (result.span.end == next && !bare)
         return std::nullopt;
     return result;

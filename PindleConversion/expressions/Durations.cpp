@@ -31,6 +31,22 @@ std::optional<Part> readHalf(const Reader &reader, std::uint32_t i) {
     return Part{half->value, 0, j + unit->length, false};
 }
 
+/// "and a quarter" before "hours", in minutes; `i` is behind it then.
+int readFraction(const Reader &reader, std::uint32_t &i) {
+    const std::uint32_t both = reader.skip(i, Meaning::And);
+    if (both == i)
+        return 0;
+    const std::uint32_t word =
+        reader.has(both, Meaning::QuarterWord) ? both : reader.skip(both, Meaning::Number);
+    const Sense *share = reader.sense(word, Meaning::QuarterWord);
+    share = share ? share : reader.sense(word, Meaning::HalfBare);
+    const Sense *unit = share ? reader.sense(word + share->length, Meaning::UnitWord) : nullptr;
+    if (!unit || unit->value != static_cast<int>(Unit::Hour))
+        return 0;
+    i = word + share->length;
+    return share->value;
+}
+
 std::optional<Part> readPart(const Reader &reader, std::uint32_t i) {
     std::uint32_t j = i;
     const auto count = readCount(reader, i, j);
@@ -46,6 +62,7 @@ std::optional<Part> readPart(const Reader &reader, std::uint32_t i) {
         tenths = 5;
         j += half->length;
     }
+    const int rest = readFraction(reader, j);
     Part part;
     part.hyphen = reader.symbol(j, '-') && reader.glued(j) && reader.glued(j + 1);
     const Sense *unit = reader.sense(part.hyphen ? j + 1 : j, Meaning::UnitWord);
@@ -54,7 +71,7 @@ std::optional<Part> readPart(const Reader &reader, std::uint32_t i) {
     part.next = (part.hyphen ? j + 1 : j) + unit->length;
     const auto which = static_cast<Unit>(unit->value);
     if (const int minutes = unitMinutes(which); minutes > 0)
-        part.minutes = *count * minutes + tenths * minutes / 10;
+        part.minutes = *count * minutes + tenths * minutes / 10 + rest;
     else if (which == Unit::Day && tenths == 0)
         part.days = *count;
     else if (which == Unit::Night && tenths == 0)
@@ -123,6 +140,21 @@ bool isListed(const Reader &reader, std::uint32_t i, std::uint32_t next) {
 
 } // namespace
 
+namespace {
+
+/// "We hold tables for 15 minutes": what lasts so long is not the event.
+bool isOfOther(const Reader &reader, std::uint32_t i) {
+    constexpr std::uint32_t kReach = 4;
+    for (std::uint32_t k = i; k > 0 && i - k < kReach; --k) {
+        const Sense *verb = reader.sense(k - 1, Meaning::NoDuration);
+        if (verb && verb->value == 1)
+            return reader.document().sameSentence(k - 1, i);
+    }
+    return false;
+}
+
+} // namespace
+
 std::optional<DurationMention> readDuration(const Reader &reader, std::uint32_t i, bool marked) {
     auto part = readHalf(reader, i);
     if (!part)
@@ -148,6 +180,8 @@ std::optional<DurationMention> readDuration(const Reader &reader, std::uint32_t 
         return std::nullopt;
     if ((reader.has(part->next, Meaning::NoDuration) && !part->nights) ||
         (part->days > 0 && !marked && !part->nights))
+        return std::nullopt;
+    if (isOfOther(reader, i))
         return std::nullopt;
     // "(16h à Paris)" is a time elsewhere.
     const bool elsewhere = isHour(reader, i, *part) && (reader.has(part->next, Meaning::RangeTo) ||

@@ -182,7 +182,11 @@ std::optional<NumericForm> readNumericForm(const Reader &reader, std::uint32_t i
     // "upgrade from 3.11." ends a sentence.
     const bool written =
         reader.at(i + 2)->digits == 2 && (reader.at(i)->digits == 2 || reader.at(i + 4) != nullptr);
-    form.dotted = !form.three && stops && (written || reader.language(i).dottedDates) &&
+    // "at 10.05." is a time where dates have no full stops.
+    const bool timed = i > 0 && !reader.language(i).dottedDates &&
+                       reader.has(i - 1, Meaning::TimeMarker) &&
+                       !reader.has(i - 1, Meaning::DateMarker);
+    form.dotted = !form.three && stops && !timed && (written || reader.language(i).dottedDates) &&
                   !(reader.glued(i + 4) && reader.number(i + 4, 0, 9999, 4));
     form.bare =
         !form.three && !form.dotted && c == '.' && !stops &&

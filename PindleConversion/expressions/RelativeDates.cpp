@@ -160,6 +160,10 @@ std::optional<DateMention> readDistance(const Reader &reader, std::uint32_t i) {
         return fromAmount(reader, i, *amount, -1, next + ago->length);
     if (const Sense *now = reader.sense(next, Meaning::FromNow))
         return fromAmount(reader, i, *amount, 1, next + now->length);
+    // "within 30 days of purchase" counts from another day.
+    if (in != i && reader.has(next, Meaning::NoDuration) && reader.has(next, Meaning::Of) &&
+        reader.word(next + 1))
+        return std::nullopt;
     if (in != i)
         return fromAmount(reader, i, *amount, 1, next);
     next = reader.skip(next, Meaning::From);

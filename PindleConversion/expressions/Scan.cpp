@@ -47,10 +47,8 @@ private:
             return i + greeting->length;
         // "and return by" is no "return by".
         if (const Sense *role = reader.sense(i, Meaning::RoleWord);
-            role && i + role->length > m_roleEnd && !isInCompound(reader, i)) {
-            take(m_found.roles, RoleMention{i, static_cast<Role>(role->value)});
-            m_roleEnd = i + role->length;
-        }
+            role && i + role->length > m_roleEnd && !isInCompound(reader, i))
+            takeRole(reader, i, *role);
         if (const Sense *role = reader.sense(i, Meaning::RoleBehind))
             take(m_found.roles, RoleMention{i, static_cast<Role>(role->value), true});
         // "Dienstag morgen" is one day.
@@ -76,6 +74,21 @@ private:
             return i + part->length;
         }
         return marker(reader, i);
+    }
+
+    void takeRole(const Reader &reader, std::uint32_t i, const Sense &sense) {
+        auto role = static_cast<Role>(sense.value);
+        if (role == Role::Collect) {
+            std::uint32_t next = reader.skipSymbol(i + sense.length, ':');
+            next = std::max(reader.skip(next, Meaning::DateMarker),
+                            reader.skip(next, Meaning::TimeMarker));
+            const bool later = !m_found.dates.empty() || !m_found.times.empty();
+            if (!later || !(mayStartDate(reader, next) || mayStartTime(reader, next)))
+                return;
+            role = Role::End;
+        }
+        take(m_found.roles, RoleMention{i, role});
+        m_roleEnd = i + sense.length;
     }
 
     /// Behind the number of an account or telephone at `i`, or behind figures that no word

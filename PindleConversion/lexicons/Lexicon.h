@@ -89,7 +89,7 @@ enum class Meaning : std::uint8_t {
     PresentVerb,   ///< tells of now or the future
     DurationMark,  ///< "for", before an amount of time that is a length
     DurationTail,  ///< behind an amount of time that is a length
-    NoDuration,    ///< behind an amount of time that is no length
+    NoDuration,    ///< behind an amount of time that is no length; value 1: before one: "hold"
     Wrote,         ///< ends the line that introduces a quoted mail; value 1: alone does
     Daily,         ///< "daily", behind hours
     Cancelled,     ///< the event does not take place
@@ -108,7 +108,18 @@ inline constexpr std::size_t kMeanings = static_cast<std::size_t>(Meaning::Measu
 enum class Unit : std::uint8_t { Minute, Hour, Day, Week, Fortnight, Month, Year, Weekend, Night };
 enum class DayPart : std::uint8_t { None, Morning, Noon, Afternoon, Evening, Night };
 enum class EventKind : std::uint8_t { None, Neutral, Work, Morning, Midday, Evening, Travel };
-enum class Role : std::uint8_t { None, Deadline, Posted, MovedFrom, MovedTo, End, Side, Show };
+/// `Collect`: an `End` where a moment follows directly, and one went before: "collect Sunday 2pm".
+enum class Role : std::uint8_t {
+    None,
+    Deadline,
+    Posted,
+    MovedFrom,
+    MovedTo,
+    End,
+    Side,
+    Show,
+    Collect
+};
 /// Which of several like days is meant.
 enum class Which : std::uint8_t { Nearest, This, Next, Last, AfterNext };
 enum class Label : std::uint8_t {
