@@ -53,6 +53,7 @@ bool Chooser::isListed(TokenSpan a, TokenSpan b) const {
 
 int Chooser::scoreTime(const TimeMention &time, int index) {
     constexpr int kFarthest = 40;
+    constexpr int kBracketed = 12;
     const std::uint32_t at = time.span.begin;
     int score = -std::min(index, 10);
     const Label label = fieldOf(at).label;
@@ -74,6 +75,8 @@ int Chooser::scoreTime(const TimeMention &time, int index) {
             index > 0 ? &m_found.times[static_cast<std::size_t>(index - 1)] : nullptr;
         before && (isJoined(*before, time) || isArrival(*before, time)))
         score -= 45;
+    if (isInBrackets(at))
+        score -= kBracketed;
     if (index > 0 && isTranslated(m_found.times[static_cast<std::size_t>(index - 1)], time))
         score -= 40;
     if (time.start.sure)
@@ -95,6 +98,17 @@ bool Chooser::isTranslated(const TimeMention &first, const TimeMention &second) 
             return false;
     }
     return first.span.end < second.span.begin;
+}
+
+bool Chooser::isInBrackets(std::uint32_t at) const {
+    constexpr std::uint32_t kReach = 6;
+    const std::uint32_t begin = fieldOf(at).begin;
+    for (std::uint32_t i = at; i > begin && at - i < kReach; --i) {
+        const char32_t mark = m_document.tokens[i - 1].symbol;
+        if (mark == '(' || mark == ')')
+            return mark == '(';
+    }
+    return false;
 }
 
 int Chooser::roleScore(std::uint32_t at) const {

@@ -144,6 +144,8 @@ private:
     int scoreTime(const TimeMention &time, int index);
     /// "4pm Berlin / 10am New York": the same time once more.
     bool isTranslated(const TimeMention &first, const TimeMention &second) const;
+    /// "8 PM (talk at 7:15)": what stands in brackets comes second.
+    bool isInBrackets(std::uint32_t at) const;
     int roleScore(std::uint32_t at) const;
     /// In a conversation a later proposal replaces the first.
     bool counterProposal(std::uint32_t at) const;

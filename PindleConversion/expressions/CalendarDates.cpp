@@ -186,7 +186,11 @@ bool continuesNumber(const Reader &reader, std::uint32_t i) {
     const Token &before = reader.document().tokens[i - 1];
     if (before.kind == TokenKind::Word && !before.unspaced)
         return before.end == reader.at(i)->begin && reader.at(i)->kind == TokenKind::Number;
-    const bool chain = before.kind == TokenKind::Symbol &&
+    // "Fri.14.Mar" starts behind the weekday.
+    const bool named =
+        i > 1 && before.symbol == '.' &&
+        (reader.has(i - 2, Meaning::Weekday) || reader.has(i - 2, Meaning::WeakWeekday));
+    const bool chain = before.kind == TokenKind::Symbol && !named &&
                        (before.symbol == '.' || before.symbol == '$' || before.symbol == '#' ||
                         before.symbol == U'€' || before.symbol == U'£');
     return chain && reader.at(i)->kind == TokenKind::Number;

@@ -219,9 +219,11 @@ std::optional<ClockSpec> readDigits(const Reader &reader, std::uint32_t i, std::
 namespace {
 
 std::optional<ClockSpec> readBareClock(const Reader &reader, std::uint32_t i, std::uint32_t &next) {
-    // "Brussels-Midi" is a station.
+    // "Brussels-Midi" is a station, "9am-noon" are hours.
+    const bool hours = i > 1 && (reader.has(i - 2, Meaning::Meridiem) ||
+                                 reader.at(i - 2)->kind == TokenKind::Number);
     const bool joined = i > 0 && reader.glued(i) && reader.symbol(i - 1, '-') &&
-                        reader.glued(i - 1) && !reader.at(i)->unspaced;
+                        reader.glued(i - 1) && !reader.at(i)->unspaced && !hours;
     if (const Sense *named = joined ? nullptr : reader.sense(i, Meaning::ClockWord)) {
         ClockSpec clock;
         clock.hour = named->value / 60;

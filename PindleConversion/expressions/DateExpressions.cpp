@@ -52,19 +52,36 @@ bool isDayNumber(const Reader &reader, std::uint32_t at) {
             reader.has(next, Meaning::PartOfDay));
 }
 
+DateMention dayOnly(std::uint32_t begin, std::uint32_t end, int day) {
+    DateMention result;
+    result.span = {begin, end};
+    result.first.base = Base::DayOnly;
+    result.first.day = day;
+    return result;
+}
+
+/// "the twenty-third" behind a weekday; `i` is behind the article if `article`.
+std::optional<DateMention> readDayInWords(const Reader &reader, std::uint32_t i, bool article) {
+    constexpr int kLastRank = 3; ///< "Friday third period" may count something else
+    const Sense *ordinal = reader.sense(i, Meaning::Ordinal);
+    if (!ordinal || ordinal->value < 1 || (!article && ordinal->value <= kLastRank))
+        return std::nullopt;
+    const std::uint32_t next = i + ordinal->length;
+    const bool ends = !reader.word(next) || reader.has(next, Meaning::Connector) ||
+                      reader.has(next, Meaning::TimeMarker) || reader.has(next, Meaning::PartOfDay);
+    return ends ? std::optional(dayOnly(i, next, ordinal->value)) : std::nullopt;
+}
+
 /// "the 14th" or "14" behind a weekday: a day of the month that falls on it.
 std::optional<DateMention> readDayBehindName(const Reader &reader, std::uint32_t i) {
     const std::uint32_t day = reader.skip(i, Meaning::The);
+    if (auto words = readDayInWords(reader, day, day != i))
+        return words;
     const bool ordinal = endsOrdinal(reader, day + 1);
     if (!reader.number(day, 1, 31) || !(ordinal || isDayNumber(reader, day)))
         return std::nullopt;
     const std::uint32_t number = reader.at(day)->number;
-    const std::uint32_t next = day + (ordinal ? 2 : 1);
-    DateMention result;
-    result.span = {i, next};
-    result.first.base = Base::DayOnly;
-    result.first.day = static_cast<int>(number);
-    return result;
+    return dayOnly(i, day + (ordinal ? 2 : 1), static_cast<int>(number));
 }
 
 /// A weekday, then the date it belongs to: "Friday, 5 June", "next Friday the 13th".

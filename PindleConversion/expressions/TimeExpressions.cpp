@@ -207,6 +207,16 @@ bool mayBeScore(const ClockSpec &start, const ClockSpec &end) {
            start.hour > end.hour && end.hour + kHalfDay - start.hour > kLongest;
 }
 
+/// "the 0722 from Leeds", "the 7.40 to Hull": a train by its time.
+bool namesDeparture(const Reader &reader, std::uint32_t i, std::uint32_t next,
+                    const ClockSpec &start) {
+    const Token *name = reader.at(next + 1);
+    return start.minuteGiven && i > 0 && reader.has(i - 1, Meaning::The) &&
+           (reader.has(next, Meaning::RangeFrom) || reader.has(next, Meaning::RangeTo)) &&
+           reader.word(next) && name && name->kind == TokenKind::Word && name->capital &&
+           !reader.language(i).capitalNouns;
+}
+
 bool isAccepted(const Reader &reader, const TimeMention &mention, std::uint32_t next, bool marked,
                 bool afterDate) {
     const ClockSpec &start = mention.start;
@@ -264,8 +274,9 @@ std::optional<TimeMention> readTime(const Reader &reader, std::uint32_t i, bool 
         mention.start.sure = true;
     const bool namesZone = !start->sure && reader.has(next, Meaning::ZoneAfterTime) &&
                            reader.at(next)->capital && !reader.glued(next);
-    mention.start.sure =
-        mention.start.sure || namesZone || isNamedHour(reader, i, mention.start, next);
+    mention.start.sure = mention.start.sure || namesZone ||
+                         namesDeparture(reader, i, next, *start) ||
+                         isNamedHour(reader, i, mention.start, next);
     const bool sure = mention.start.sure || marked || afterDate || stamp;
     std::uint32_t zoned = sure ? readZone(reader, next, true, mention) : next;
     zoned = readPartBehind(reader, zoned, mention);
