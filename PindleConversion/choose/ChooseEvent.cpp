@@ -15,6 +15,7 @@ Choice Chooser::run() {
         return refuse(Notice::NoDate);
     pickEnd();
     pickZone();
+    noteOtherFields();
     m_choice.found = true;
     notice();
     return std::move(m_choice);
@@ -24,6 +25,22 @@ Choice Chooser::refuse(Notice why) {
     m_choice.found = false;
     m_choice.notice = why;
     return std::move(m_choice);
+}
+
+void Chooser::noteOtherFields() {
+    if (m_dates.size() < 2 || m_choice.dateSpan.empty())
+        return;
+    const auto field = [&](TokenSpan span) { return m_document.tokens[span.begin].field; };
+    for (const Dated &other : m_dates) {
+        const std::uint32_t own = field(other.mention->span);
+        const bool mine = own == field(m_choice.dateSpan) ||
+                          (!m_choice.timeSpan.empty() && own == field(m_choice.timeSpan)) ||
+                          (!m_choice.endSpan.empty() && own == field(m_choice.endSpan));
+        const bool same = other.date.first == m_choice.start || other.date.first == m_choice.last;
+        if (!mine && !same && !other.mention->weak && !other.mention->repeated &&
+            other.date.first >= m_reference.today && hasTimeNear(other.mention->span.begin))
+            m_choice.otherFields.push_back(own);
+    }
 }
 
 void Chooser::pickZone() {

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <vector>
+
 #include "PindleConversion/expressions/Expression.h"
 #include "PindleConversion/resolve/Resolve.h"
 
@@ -20,6 +22,7 @@ struct Choice {
     TokenSpan endSpan;
     TokenSpan zoneSpan;
     EventKind kind = EventKind::None;
+    std::vector<std::uint32_t> otherFields; ///< those that tell of other days only
 
     /// The token that the event's place and title are looked for around.
     std::uint32_t anchor() const { return dateSpan.empty() ? timeSpan.begin : dateSpan.begin; }

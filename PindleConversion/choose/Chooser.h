@@ -185,6 +185,8 @@ private:
     // ChooseEvent.cpp
     Choice refuse(Notice why);
     void pickZone();
+    /// Notes the lines of other events, whose places are theirs.
+    void noteOtherFields();
     void notice();
     /// How many further days of the text have an event of their own.
     int otherEvents() const;

@@ -99,7 +99,7 @@ void PlaceFinder::offer(TokenSpan span, int score, std::uint32_t at) {
         score -= kAside;
     if (isAsked(at))
         score -= kAsked;
-    if (isOfEnd(span))
+    if (isOfEnd(span) || isOfOther(at))
         score -= kAside;
     const bool wider = score == m_score && span.end - span.begin > m_best.end - m_best.begin;
     if (score > m_score || wider) {
@@ -137,6 +137,11 @@ bool PlaceFinder::isOfEnd(TokenSpan span) const {
     const bool own = field != m_anchorField &&
                      (m_choice.timeSpan.empty() || field != token(m_choice.timeSpan.begin).field);
     return span.end == end.begin || (own && token(span.begin).field == field);
+}
+
+bool PlaceFinder::isOfOther(std::uint32_t at) const {
+    const auto &others = m_choice.otherFields;
+    return std::find(others.begin(), others.end(), token(at).field) != others.end();
 }
 
 bool PlaceFinder::isAsked(std::uint32_t at) const {

@@ -31,6 +31,8 @@ private:
     bool isAside(std::uint32_t at) const;
     /// "arrival Palma 08:25": where the event ends.
     bool isOfEnd(TokenSpan span) const;
+    /// On the line of another event.
+    bool isOfOther(std::uint32_t at) const;
     /// "At yours?" in a conversation.
     bool isAsked(std::uint32_t at) const;
     /// What stands behind "Place:" or the like.
@@ -110,6 +112,8 @@ private:
     // PlacePieces.cpp
     /// The parts between commas, dashes and values behind the date: one may be the place.
     void pieces(const Reader &reader, std::uint32_t f, TokenSpan part);
+    /// ", salle des fêtes de Sens," before the date.
+    void pieceBefore(const Reader &reader, TokenSpan part);
     /// "Théâtre municipal de Sens" on a line of its own between the title and the date.
     void venueAbove(const Reader &reader, std::uint32_t f);
     /// Where words are not spaced, a space separates parts.
@@ -131,10 +135,14 @@ private:
     /// Weighs one part; returns where to go on.
     std::uint32_t piece(const Reader &reader, std::uint32_t f, std::uint32_t begin,
                         std::uint32_t end);
+    /// "The gate closes 20 minutes before": a sentence that tells something of a place.
+    bool isSentence(const Reader &reader, TokenSpan part) const;
     /// "に駅の改札前": a particle belongs to what stands before it.
     std::uint32_t behindParticles(const Reader &reader, const Field &field, TokenSpan part) const;
     /// The part's first words or what follows it say that it is something else.
     bool refusesPart(const Reader &reader, TokenSpan part) const;
+    /// "Clinique vétérinaire des Quatre Bras": the kind of place has a trade, then its name.
+    static bool isTradeOfPlace(const Reader &reader, TokenSpan part);
     /// "place du Marché" is no market.
     bool opensWithPlace(const Reader &reader, TokenSpan part) const;
     /// Offers a part that has words of its own kind, or the form of a name where one belongs.

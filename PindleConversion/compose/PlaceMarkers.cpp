@@ -116,8 +116,9 @@ bool PlaceFinder::endsPhrase(const Reader &reader, std::uint32_t i) {
         return phrase && phrase->length == back + 1;
     };
     for (std::uint32_t back = 1; back < std::min(i + 1, kPhraseReach); ++back)
+        // "mestrado em Geografia"
         if (ends(Meaning::Chatter, back) || ends(Meaning::AsideLead, back) ||
-            (back > 2 && ends(Meaning::TitleLead, back)))
+            ends(Meaning::Event, back) || (back > 2 && ends(Meaning::TitleLead, back)))
             return true;
     return false;
 }

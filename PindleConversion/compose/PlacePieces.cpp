@@ -27,10 +27,23 @@ void PlaceFinder::pieces(const Reader &reader, std::uint32_t f, TokenSpan part) 
             continue;
         if (i > begin && (later || begin > m_choice.anchor()))
             begin = piece(reader, f, begin, i);
+        else if (i > begin + 1 && reader.symbol(i, ',') && begin > field.begin)
+            pieceBefore(reader, {begin, i});
         if (i < begin)
             continue;
         begin = space ? i : i + 1;
     }
+}
+
+void PlaceFinder::pieceBefore(const Reader &reader, TokenSpan part) {
+    constexpr int kScore = 30;
+    constexpr int kMostWords = 6;
+    const Shape shape = shapeOf(part);
+    if (!reader.symbol(part.begin - 1, ',') || !reader.has(part.begin, Meaning::PlaceNoun) ||
+        reader.has(part.begin, Meaning::Event) || shape.event || !shape.capital ||
+        shape.words > kMostWords || nameEnd(reader, part.begin) != part.end)
+        return;
+    offer(part, kScore, part.begin);
 }
 
 void PlaceFinder::venueAbove(const Reader &reader, std::uint32_t f) {
@@ -121,10 +134,19 @@ std::uint32_t PlaceFinder::piece(const Reader &reader, std::uint32_t f, std::uin
     const bool filler = end == begin + 1 &&
                         (reader.has(begin, Meaning::Of) || reader.has(begin, Meaning::RangeFrom) ||
                          reader.has(begin, Meaning::The));
-    if (!refused && !greets && !filler && !listed && !isArrivalLine(field) && shape.words > 0 &&
-        shape.words <= kMostWords && (!shape.event || opensWithPlace(reader, {begin, end})))
+    if (!refused && !greets && !isSentence(reader, {begin, end}) && !filler && !listed &&
+        !isArrivalLine(field) && shape.words > 0 && shape.words <= kMostWords &&
+        (!shape.event || opensWithPlace(reader, {begin, end})))
         offerPart(reader, field, {begin, end}, shape);
     return end;
+}
+
+bool PlaceFinder::isSentence(const Reader &reader, TokenSpan part) const {
+    static constexpr Meanings kVerbs{Meaning::PlaceStop, Meaning::PresentVerb};
+    const std::uint32_t noun = part.begin + 1;
+    return token(part.begin).upper() && reader.has(part.begin, Meaning::The) &&
+           reader.has(noun, Meaning::PlaceNoun) && !token(noun).capital && noun + 1 < part.end &&
+           reader.mayHave(noun + 1, kVerbs);
 }
 
 std::uint32_t PlaceFinder::behindParticles(const Reader &reader, const Field &field,
@@ -149,6 +171,18 @@ bool PlaceFinder::refusesPart(const Reader &reader, TokenSpan part) const {
            isAnnounced(reader, begin) || tellsSeat(reader, begin, part.end);
 }
 
+bool PlaceFinder::isTradeOfPlace(const Reader &reader, TokenSpan part) {
+    const std::uint32_t trade = part.begin + 1;
+    const std::uint32_t name = reader.skip(reader.skip(trade + 1, Meaning::Of), Meaning::The);
+    if (name >= part.end || !reader.word(trade) || reader.at(trade)->capital ||
+        !reader.word(name) || !reader.at(name)->capital)
+        return false;
+    for (std::uint32_t i = name; i < part.end; ++i)
+        if (reader.has(i, Meaning::Event))
+            return false;
+    return true;
+}
+
 bool PlaceFinder::opensWithPlace(const Reader &reader, TokenSpan part) const {
     const std::uint32_t begin = part.begin;
     if (isKindOfPlace(reader, part) || isNamedKind(reader, part))
@@ -157,7 +191,8 @@ bool PlaceFinder::opensWithPlace(const Reader &reader, TokenSpan part) const {
         return false;
     const Sense *event = reader.sense(begin, Meaning::Event);
     if (!event)
-        return reader.has(begin + 1, Meaning::Of) || reader.has(begin + 1, Meaning::The);
+        return reader.has(begin + 1, Meaning::Of) || reader.has(begin + 1, Meaning::The) ||
+               isTradeOfPlace(reader, part);
     // "Pub Quiz" is no pub.
     const std::uint32_t last = part.end - (reader.symbol(part.end - 1, '.') ? 2 : 1);
     return token(begin).upper() && begin < last && token(last).upper() &&

@@ -83,7 +83,7 @@ int TitleScore::contentScore(const TitleCandidate &candidate, bool kind) const {
         score += 16;
     else if (!hasContent(trimmed))
         score -= kNoContent;
-    if (isQuoted(part))
+    if (isQuoted(part) && !isOnlyTopic(part))
         score += 30;
     if (m_choice.kind == EventKind::Travel && hasFlightNumber(trimmed))
         score += kFlight;

@@ -57,6 +57,8 @@ private:
     bool isVocative(TokenSpan part, TokenSpan trimmed) const;
     /// A name in quotes, of some words.
     bool isQuoted(TokenSpan part) const;
+    /// "my defence, entitled "Bogs"": what was named before is the event.
+    bool isOnlyTopic(TokenSpan part) const;
     /// "Home › What's on", "Lincoln School News", "SOLD OUT".
     bool isPageHead(const Reader &reader, TokenSpan part) const;
     /// "Workshop" on a line above "Sourdough for Beginners".

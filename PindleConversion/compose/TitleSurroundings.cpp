@@ -36,6 +36,11 @@ bool TitleScore::isQuoted(TokenSpan part) const {
            (part.end - part.begin > 1 || token(part.begin).unspaced);
 }
 
+bool TitleScore::isOnlyTopic(TokenSpan part) const {
+    const Reader reader(m_document, part.begin);
+    return part.begin > 1 && reader.has(part.begin - 2, Meaning::Chatter);
+}
+
 bool TitleScore::isPageHead(const Reader &reader, TokenSpan part) const {
     bool slash = false;
     bool number = false;
