@@ -1,5 +1,7 @@
 #include "PindleConversion/layout/Fields.h"
 
+#include <algorithm>
+
 #include "PindleConversion/layout/Labels.h"
 #include "PindleConversion/layout/Sentences.h"
 #include "PindleConversion/layout/Speakers.h"
@@ -127,26 +129,56 @@ private:
         if (reader.at(i)->kind != TokenKind::Symbol)
             return false;
         return reader.symbol(i, '|') || reader.symbol(i, '\t') || reader.symbol(i, 0x2022) ||
-               isDoubleSlash(reader, i);
+               isDoubleSlash(reader, i) || (m_separator != 0 && reader.symbol(i, m_separator));
     }
 
     bool isDoubleSlash(const Reader &reader, std::uint32_t i) const {
         return reader.symbol(i, '/') && reader.symbol(i + 1, '/') && reader.glued(i + 1);
     }
 
+    /// What separates the cells of "Subject;Start;End;Room", the first line of an exported table.
+    static char32_t separatorOf(const Reader &reader, std::uint32_t begin) {
+        constexpr std::uint32_t kLongest = 120;
+        constexpr int kFewestCells = 3;
+        for (const char32_t mark : {U';', U','}) {
+            int marks = 0;
+            int labels = 0;
+            bool close = true;
+            std::uint32_t cell = begin;
+            const std::uint32_t end = std::min(reader.end(), begin + kLongest);
+            for (std::uint32_t i = begin; i <= end && close; ++i) {
+                if (i < end && !reader.symbol(i, mark))
+                    continue;
+                labels += i > cell && wholeLabel(Reader(reader.document(), i), cell) != Label::None;
+                marks += i < end ? 1 : 0;
+                close = i == end || (reader.glued(i) && (i + 1 == end || reader.glued(i + 1)));
+                cell = i + 1;
+            }
+            if (close && marks + 1 >= kFewestCells && labels + 1 >= kFewestCells)
+                return mark;
+        }
+        return 0;
+    }
+
     void cells(std::uint32_t begin, std::uint32_t end) {
         const Reader reader(m_document, end);
+        if (m_line == 0)
+            m_separator = separatorOf(reader, begin);
         const auto firstField = m_document.fields.size();
         const std::uint32_t lineBegin = begin;
         Row row;
         row.firstEnd = begin;
+        bool quoted = false;
         for (std::uint32_t i = begin; i <= end;) {
-            if (i < end && !isCellBreak(reader, i)) {
+            quoted = quoted != (m_separator != 0 && reader.symbol(i, '"'));
+            if (i < end && (quoted || !isCellBreak(reader, i))) {
                 ++i;
                 continue;
             }
             if (i > begin)
                 cell(begin, i, row);
+            else if (m_separator != 0)
+                skipCell(row);
             begin = i += i < end && isDoubleSlash(reader, i) ? 2U : 1U;
         }
         settleRow(row, firstField, isRule(lineBegin, end));
@@ -167,6 +199,12 @@ private:
         ++row.column;
     }
 
+    static void skipCell(Row &row) {
+        if (row.labels.size() < kMostColumns)
+            row.labels.push_back(Label::None);
+        ++row.column;
+    }
+
     /// What the cells of a line say together; its fields are those from `firstField` on.
     void settleRow(const Row &row, std::size_t firstField, bool rule) {
         const bool table = row.column > 1;
@@ -181,7 +219,7 @@ private:
         for (auto f = firstField; f < m_document.fields.size(); ++f)
             m_document.fields[f].cell = table;
         m_header.clear();
-        if (table && row.allLabels) {
+        if (table && (row.allLabels || (m_separator != 0 && m_line == 0))) {
             m_header = row.labels;
             ignoreLine();
         }
@@ -263,6 +301,7 @@ private:
 
     Document &m_document;
     std::uint32_t m_line = 0;
+    char32_t m_separator = 0; ///< of the cells in an exported table, 0 for none
     bool m_spoken = false;
     bool m_pairAbove = false; ///< the line above is a label and its value
     Label m_pending = Label::None;
