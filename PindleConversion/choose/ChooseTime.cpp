@@ -164,7 +164,23 @@ void Chooser::pickTime() {
     m_choice.timeSpan = time.span;
     if (resolved.end)
         m_choice.endSpan = time.span;
+    settleNight();
     m_assumedHalf = resolved.assumed;
+}
+
+void Chooser::settleNight() {
+    constexpr int kNoon = 12 * 60;
+    constexpr std::uint32_t kReach = 3;
+    const bool night =
+        std::any_of(m_found.parts.begin(), m_found.parts.end(), [&](const PartMention &part) {
+            return part.part == DayPart::Night && part.span.end <= m_choice.dateSpan.begin &&
+                   m_choice.dateSpan.begin - part.span.end <= kReach;
+        });
+    if (!night || !m_choice.last || *m_choice.last != m_choice.start + std::chrono::days(1) ||
+        *m_choice.startMinute >= kNoon)
+        return;
+    m_choice.start = *m_choice.last;
+    m_choice.last.reset();
 }
 
 EventKind Chooser::eventKind() const {

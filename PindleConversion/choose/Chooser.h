@@ -151,6 +151,8 @@ private:
     bool counterProposal(std::uint32_t at) const;
     bool dateIsElsewhere(std::uint32_t at) const;
     void pickTime();
+    /// "In the night of 3 to 4 May at 2:00" is on the second day.
+    void settleNight();
     /// Evening and morning kinds win over neutral ones; the event's own sentence comes first.
     EventKind eventKind() const;
     TimeContext contextOf(const TimeMention &time) const;

@@ -130,6 +130,12 @@ std::uint32_t PlaceNames::nameEnd(const Reader &reader, std::uint32_t begin) con
             break;
         i = next;
     }
+    // "ul. Polna, Krótka i Długa"
+    const Token &other = token(i + 1);
+    if (i < limit && reader.has(i, Meaning::And) && reader.word(i + 1) && other.capital &&
+        !other.used && !reader.word(i + 2) && !reader.has(i + 1, Meaning::Event) &&
+        shapeOf({begin, i}).street && reader.has(begin, Meaning::StreetWord))
+        i += 2;
     return i;
 }
 

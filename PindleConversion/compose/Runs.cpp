@@ -10,7 +10,7 @@ bool isEdgeMark(const Token &token) {
     if (token.kind != TokenKind::Symbol)
         return false;
     constexpr std::u32string_view marks =
-        U",;:-.!?\u00BF\u00A1\u3002|/\\<>•~=\"'@&+_^\t\U0001F4CD\U0001F4C5\U000023F0→…";
+        U",;:-.!?\u00BF\u00A1\u3002|/\\<>•~=*\"'@&+_^\t\U0001F4CD\U0001F4C5\U000023F0→…";
     return marks.find(token.symbol) != std::u32string_view::npos;
 }
 

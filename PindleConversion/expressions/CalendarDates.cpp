@@ -180,6 +180,19 @@ std::optional<DateMention> readDayFirst(const Reader &reader, std::uint32_t i) {
     return result;
 }
 
+/// "in der Nacht von Sa 27.6." before token `i`.
+bool isNightBefore(const Reader &reader, std::uint32_t i) {
+    constexpr std::uint32_t kReach = 12;
+    for (std::uint32_t k = i; k > 0 && i - k < kReach; --k) {
+        if (reader.document().tokens[k - 1].kind == TokenKind::LineBreak)
+            return false;
+        const Sense *part = reader.sense(k - 1, Meaning::PartOfDay);
+        if (part && part->value == static_cast<int>(DayPart::Night))
+            return true;
+    }
+    return false;
+}
+
 bool continuesNumber(const Reader &reader, std::uint32_t i) {
     if (i == 0 || !reader.glued(i))
         return false;
@@ -212,7 +225,10 @@ std::optional<DateMention> readCalendarDate(const Reader &reader, std::uint32_t 
 
 const Sense *readDayRange(const Reader &reader, std::uint32_t i) {
     const Sense *to = reader.sense(i, Meaning::RangeTo);
-    return to && to->value == 0 ? to : nullptr;
+    if (to && to->value == 0)
+        return to;
+    const Sense *night = reader.sense(i, Meaning::NightTo);
+    return night && isNightBefore(reader, i) ? night : nullptr;
 }
 
 std::optional<DateMention> readHoliday(const Reader &reader, std::uint32_t i) {

@@ -39,6 +39,14 @@ bool isDayNumber(const Reader &reader, std::uint32_t at) {
         reader.has(next, Meaning::HourMark) || reader.has(next, Meaning::UnitWord) ||
         reader.has(next, Meaning::Meridiem) || (readDayRange(reader, next) && time == next))
         return false;
+    // "Sonntag, 23 bis 5 Uhr"
+    std::uint32_t behind = next;
+    const Sense *to = reader.sense(next, Meaning::RangeTo);
+    if (const auto end = to && !reader.has(next, Meaning::PlaceMarker)
+                             ? readClock(reader, next + to->length, behind)
+                             : std::nullopt;
+        end && end->hourWord)
+        return false;
     constexpr std::uint32_t kLastHour = 12;
     if (reader.at(at)->number > kLastHour)
         return true;

@@ -99,6 +99,7 @@ enum class Meaning : std::uint8_t {
     DueMarker,     ///< before the last day for something: "by"
     PageHead,      ///< heads a page or a list, and is no event: "What's on", "Sold out"
     Opening,       ///< tells when a place is open: "open", "closed"
+    NightTo,       ///< between the two days of a night: "in der Nacht von Samstag auf Sonntag"
     Moving,        ///< moves an event from one day to another: "shift", "swap"
     Measure,       ///< a unit behind a number that is no time: "GB", "km"
 };

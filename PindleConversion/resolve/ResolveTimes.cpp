@@ -166,6 +166,10 @@ ResolvedTime resolveTime(const TimeMention &mention, const TimeContext &context)
     if (mention.part != DayPart::None)
         own.part = mention.part;
     const ClockSpec &start = mention.start;
+    // "Night shift: 19:00 to 25 December 7:00": on this clock the hour says which half it is in.
+    if (mention.part == DayPart::None && context.twentyFour && start.clock24 && start.minuteGiven &&
+        !start.spoken && context.part == DayPart::Night)
+        own.part = DayPart::None;
     if (!mention.end) {
         result.start = settleStart(start, own, result.assumed);
         return result;

@@ -97,6 +97,7 @@ constexpr TableKind kTableKinds[] = {
     {"due-marker", Meaning::DueMarker, Values::Number},
     {"page-head", Meaning::PageHead, Values::Number},
     {"opening", Meaning::Opening, Values::Number},
+    {"night-to", Meaning::NightTo, Values::None},
     {"moving", Meaning::Moving, Values::Number},
     {"measure", Meaning::Measure, Values::Number},
     {"zone-abbreviation", Meaning::ZoneAfterTime, Values::Note},
