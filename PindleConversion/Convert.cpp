@@ -126,9 +126,12 @@ TokenSpan titleWithPlace(const Document &document, TokenSpan title, TokenSpan pl
     const Sense *general = reader.sense(title.begin, Meaning::GeneralEvent);
     const bool follows = place.begin >= title.end && place.begin <= title.end + kLongestJoint &&
                          document.sameSentence(title.begin, place.begin);
-    if (general && title.begin + general->length == title.end && follows)
+    if (!general || title.begin + general->length != title.end)
+        return title;
+    if (follows)
         return {title.begin, place.end};
-    return title;
+    // "施設予約完了のお知らせ ... テニスコート": without spaces the words beside it are no name.
+    return document.tokens[place.begin].unspaced ? place : title;
 }
 
 } // namespace

@@ -12,9 +12,13 @@ constexpr std::size_t kShortText = 15; ///< tokens of a text in which a bare hou
 } // namespace
 
 void Chooser::resolveDates() {
-    for (const DateMention &mention : m_found.dates)
-        if (auto date = resolveDate(mention, m_reference))
-            m_dates.push_back({&mention, *date});
+    for (std::size_t i = 0; i < m_found.dates.size(); ++i) {
+        auto date = inNamedWeek(i);
+        if (!date)
+            date = resolveDate(m_found.dates[i], m_reference);
+        if (date)
+            m_dates.push_back({&m_found.dates[i], *date});
+    }
     settleNamedDays();
     settleWeekdaysInRanges();
     constexpr auto kSoon = std::chrono::days(60);
@@ -26,6 +30,45 @@ void Chooser::resolveDates() {
             m_ahead.push_back(dated.mention->span);
     }
     joinRanges();
+}
+
+std::optional<ResolvedDate> Chooser::inNamedWeek(std::size_t i) const {
+    constexpr std::uint32_t kReach = 5;
+    if (i == 0)
+        return std::nullopt;
+    const DateMention &week = m_found.dates[i - 1];
+    DateMention day = m_found.dates[i];
+    const bool named = week.first.base == DateSpec::Base::Week && week.first.months == 0 &&
+                       (week.first.which == Which::Next || week.first.which == Which::AfterNext);
+    const bool bare = day.first.base == DateSpec::Base::Weekday && !day.repeated &&
+                      day.first.which == Which::Nearest && day.first.days == 0 && !day.last;
+    if (!named || !bare || day.span.begin - week.span.end > kReach ||
+        !m_document.sameSentence(week.span.begin, day.span.begin) ||
+        roleOf(week.span.begin) == Role::MovedFrom)
+        return std::nullopt;
+    for (std::uint32_t k = week.span.end; k < day.span.begin; ++k)
+        if (m_document.tokens[k].kind == TokenKind::Symbol && m_document.tokens[k].symbol != '\'')
+            return std::nullopt;
+    day.first.which = week.first.which;
+    return resolveDate(day, m_reference);
+}
+
+bool Chooser::explainsDays(const Dated &dated) const {
+    constexpr std::uint32_t kReach = 3;
+    const TokenSpan span = dated.mention->span;
+    if (dated.mention->first.base != DateSpec::Base::Weekday)
+        return false;
+    std::uint32_t open = span.begin;
+    while (open > 0 && span.begin - open < kReach && m_document.tokens[open].symbol != '(')
+        --open;
+    if (m_document.tokens[open].symbol != '(')
+        return false;
+    return std::any_of(m_dates.begin(), m_dates.end(), [&](const Dated &other) {
+        const auto weekday = std::chrono::weekday(other.date.first).iso_encoding();
+        return other.mention->first.base == DateSpec::Base::Calendar &&
+               other.mention->span.end == open &&
+               static_cast<int>(weekday) == dated.mention->first.weekday;
+    });
 }
 
 bool Chooser::hasTimeNear(std::uint32_t token) const {
@@ -65,7 +108,7 @@ int Chooser::scoreDate(const Dated &dated, int index) {
         score -= isOnlyDay(dated) ? 12 : 40;
     if (mayBeStreet(dated.mention->span))
         score -= 60;
-    if (tellsOpeningHours(dated) || hasFirstDay(dated))
+    if (tellsOpeningHours(dated) || hasFirstDay(dated) || explainsDays(dated))
         score -= 45;
     switch (roleOf(token)) {
     case Role::Deadline:

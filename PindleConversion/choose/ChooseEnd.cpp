@@ -151,9 +151,10 @@ int Chooser::endAfter(const ClockSpec &end, const ClockSpec &start) const {
 }
 
 bool Chooser::isJoined(const TimeMention &first, const TimeMention &second) const {
-    constexpr std::uint32_t kReach = 6;
+    // Names in scripts without spaces are cut in small pieces.
+    const std::uint32_t reach = m_document.token(first.span.end).unspaced ? 12 : 6;
     if (first.end || second.end || !second.start.sure || !first.start.sure ||
-        second.span.begin - first.span.end > kReach ||
+        second.span.begin - first.span.end > reach ||
         !m_document.sameSentence(first.span.begin, second.span.begin) ||
         roleOf(second.span.begin) != Role::None)
         return false;

@@ -27,7 +27,7 @@ bool Chooser::belongsToOther(const TimeMention &time) const {
             (roleOf(other.mention->span.begin) == Role::End && at < other.mention->span.begin &&
              roleOf(at) != Role::End) ||
             (other.mention->repeated && !mine.mention->repeated) ||
-            isListed(mine.mention->span, other.mention->span))
+            isListed(mine.mention->span, other.mention->span) || explainsDays(other))
             continue;
         if (!ownSentence || gap(other.mention->span, time.span) < own)
             return true;
@@ -158,9 +158,10 @@ void Chooser::pickTime() {
     if (m_time < 0)
         return;
     const TimeMention &time = m_found.times[static_cast<std::size_t>(m_time)];
-    const ResolvedTime resolved = resolveTime(time, contextOf(time));
+    const ResolvedTime resolved = resolveTime(inHalf(time), contextOf(time));
     m_choice.startMinute = resolved.start;
     m_choice.endMinute = resolved.end;
+    startPastMidnight();
     m_choice.timeSpan = time.span;
     if (resolved.end)
         m_choice.endSpan = time.span;
@@ -181,6 +182,40 @@ void Chooser::settleNight() {
         return;
     m_choice.start = *m_choice.last;
     m_choice.last.reset();
+}
+
+void Chooser::startPastMidnight() {
+    constexpr int kMinutesInDay = 24 * 60;
+    if (*m_choice.startMinute < kMinutesInDay)
+        return;
+    m_choice.start += std::chrono::days(1);
+    *m_choice.startMinute -= kMinutesInDay;
+    if (m_choice.endMinute)
+        *m_choice.endMinute -= kMinutesInDay;
+}
+
+TimeMention Chooser::inHalf(const TimeMention &time) const {
+    constexpr std::uint32_t kReach = 8;
+    constexpr int kNoon = 12;
+    const bool open =
+        time.start.meridiem < 0 && !time.start.literal && !time.end && time.part == DayPart::None;
+    if (m_time == 0 || !open)
+        return time;
+    const TimeMention &before = m_found.times[static_cast<std::size_t>(m_time) - 1];
+    const Role role = roleOf(before.span.begin);
+    const bool leads = role == Role::None || role == Role::Side || role == Role::Show;
+    if (!leads || before.end || before.start.meridiem < 0 ||
+        !m_document.sameSentence(before.span.begin, time.span.begin) ||
+        time.span.begin - before.span.end > kReach)
+        return time;
+    const auto onDial = [](const ClockSpec &clock) {
+        return clock.hour % kNoon * 60 + clock.minute;
+    };
+    const bool passes = onDial(time.start) < onDial(before.start);
+    TimeMention result = time;
+    if (!(passes && before.start.meridiem == 1))
+        result.start.meridiem = passes ? 1 : before.start.meridiem;
+    return result;
 }
 
 EventKind Chooser::eventKind() const {

@@ -42,7 +42,7 @@ private:
     /// Nothing but the expression at `token` stands between it and the role word.
     bool standsBehind(std::uint32_t role, std::uint32_t token) const;
     /// A comma, dash or another date or time ends what a role word says.
-    bool cutOff(std::uint32_t from, std::uint32_t to) const;
+    bool cutOff(const RoleMention &mention, std::uint32_t to) const;
     bool joins(std::uint32_t i) const;
     /// "must be received" and "the signed form" tell nothing of the past.
     static bool isPastVerb(const Reader &reader, std::uint32_t i);
@@ -67,6 +67,10 @@ private:
 
     // ChooseDate.cpp
     void resolveDates();
+    /// "next week's meeting is on Thursday": the weekday of that week.
+    std::optional<ResolvedDate> inNamedWeek(std::size_t i) const;
+    /// "6/3, 6/10, 6/17 (all Wednesdays)": the weekday of the days before it.
+    bool explainsDays(const Dated &dated) const;
     bool hasTimeNear(std::uint32_t token) const;
     bool hasTimeBeside(TokenSpan span) const;
     int scoreDate(const Dated &dated, int index);
@@ -153,6 +157,10 @@ private:
     void pickTime();
     /// "In the night of 3 to 4 May at 2:00" is on the second day.
     void settleNight();
+    /// "25:30" belongs to the day after the one it is said of.
+    void startPastMidnight();
+    /// "doors at 6 pm, show at 8": the half of the day is said once, for the first time.
+    TimeMention inHalf(const TimeMention &time) const;
     /// Evening and morning kinds win over neutral ones; the event's own sentence comes first.
     EventKind eventKind() const;
     TimeContext contextOf(const TimeMention &time) const;

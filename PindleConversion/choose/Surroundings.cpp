@@ -34,7 +34,7 @@ Role Surroundings::saidRole(std::uint32_t token) const {
             return mention.role;
         if (mention.token >= token || mention.behind)
             continue;
-        if (m_document.sameSentence(mention.token, token) && !cutOff(mention.token, token))
+        if (m_document.sameSentence(mention.token, token) && !cutOff(mention, token))
             role = mention.role == Role::MovedFrom && isSecondDate(mention.token, token)
                        ? Role::MovedTo
                        : mention.role;
@@ -75,10 +75,16 @@ bool Surroundings::standsBehind(std::uint32_t role, std::uint32_t token) const {
              !behind->spaceBefore && behind->kind == TokenKind::Number);
 }
 
-bool Surroundings::cutOff(std::uint32_t from, std::uint32_t to) const {
+bool Surroundings::cutOff(const RoleMention &mention, std::uint32_t to) const {
     constexpr std::uint32_t kReach = 9;
+    std::uint32_t from = mention.token;
     if (to - from > kReach)
         return true;
+    // "九点，哦不对，十点": the comma belongs to what corrects the first.
+    const Reader reader(m_document, to);
+    if (const Sense *word = reader.sense(from, Meaning::RoleWord);
+        word && mention.role == Role::MovedTo && reader.symbol(from + word->length, ','))
+        from += word->length;
     for (std::uint32_t i = from + 1; i < to; ++i) {
         const Token &token = m_document.tokens[i];
         const bool mark = token.kind == TokenKind::Symbol &&

@@ -22,9 +22,10 @@ bool isInvisible(UChar32 c) {
 }
 
 bool isBullet(UChar32 c) {
-    constexpr std::array<UChar32, 16> bullets{0x2022, 0x2023, 0x2043, 0x204C, 0x204D, 0x2219,
-                                              0x25A0, 0x25AA, 0x25AB, 0x25B6, 0x25BA, 0x25C6,
-                                              0x25CB, 0x25CF, 0x25E6, 0x2756};
+    constexpr std::array<UChar32, 25> bullets{
+        0x2022, 0x2023, 0x2043, 0x204C, 0x204D, 0x2219, 0x25A0, 0x25A1, 0x25AA,
+        0x25AB, 0x25B2, 0x25B3, 0x25B6, 0x25B7, 0x25BA, 0x25BC, 0x25BD, 0x25C6,
+        0x25C7, 0x25C9, 0x25CB, 0x25CE, 0x25CF, 0x25E6, 0x2756};
     for (UChar32 bullet : bullets)
         if (c == bullet)
             return true;
@@ -45,9 +46,10 @@ UChar32 foldLabelPicture(UChar32 c) {
 }
 
 bool isPicture(UChar32 c) {
+    constexpr UChar32 kWhiteStar = 0x2606; // the black one is a picture to Unicode as well
     if (c < 0x2190)
         return false;
-    return (c >= 0x1F000 && c <= 0x1FAFF) || (c >= 0xE0020 && c <= 0xE007F) ||
+    return c == kWhiteStar || (c >= 0x1F000 && c <= 0x1FAFF) || (c >= 0xE0020 && c <= 0xE007F) ||
            u_hasBinaryProperty(c, UCHAR_EXTENDED_PICTOGRAPHIC);
 }
 

@@ -31,7 +31,11 @@ PlaceFinder::PlaceFinder(const Document &document, const Choice &choice)
                             choice.timeSpan.empty() ? 0 : lineOf(choice.timeSpan.begin))) {}
 
 bool PlaceFinder::isName(TokenSpan place) const {
-    return isStay() && isTitlePosition(m_document.fields[token(place.begin).field], place.begin);
+    const Field &field = m_document.fields[token(place.begin).field];
+    // "订单已确认：枕河客栈"
+    const bool announced = token(place.begin).unspaced && place.begin > field.begin &&
+                           field.begin < m_choice.anchor() && token(place.begin - 1).symbol == ':';
+    return isStay() && (announced || isTitlePosition(field, place.begin));
 }
 
 TokenSpan PlaceFinder::run() {

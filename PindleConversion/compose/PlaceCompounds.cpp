@@ -1,3 +1,5 @@
+#include <algorithm>
+
 #include "PindleConversion/compose/PlaceFinder.h"
 
 namespace pindle::conversion {
@@ -19,7 +21,8 @@ void PlaceFinder::compound(const Reader &reader, const Field &field, std::uint32
         end = next + 1;
     }
     while (begin > field.begin && begin + 5 > i && joinsName(reader, begin - 1, i) &&
-           token(begin - 1).kind == TokenKind::Word && !endsCompound(reader, begin - 1))
+           (token(begin - 1).kind == TokenKind::Word || isRoomNumber(begin - 1)) &&
+           !endsCompound(reader, begin - 1))
         --begin;
     const bool numbered =
         end > i + 1 && (token(i + 1).kind == TokenKind::Number || token(i + 1).capital);
@@ -35,12 +38,17 @@ void PlaceFinder::compound(const Reader &reader, const Field &field, std::uint32
         return;
     if (m_choice.kind == EventKind::Travel && isRouteEnd(field, begin))
         return;
-    if (isTitlePosition(field, begin)) {
+    const bool booked = isStay() && token(begin).unspaced && field.begin < m_choice.anchor();
+    if (isTitlePosition(field, begin) || booked) {
         if (isStay() && shapeOf({begin, end}).title)
             offer({begin, end}, kNamedStay, i);
         return;
     }
     offer({begin, end}, numbered ? 26 : 14, i);
+}
+
+bool PlaceFinder::isRoomNumber(std::uint32_t i) const {
+    return token(i).kind == TokenKind::Number && token(i + 1).unspaced && !token(i + 1).spaceBefore;
 }
 
 bool PlaceFinder::isRouteEnd(const Field &field, std::uint32_t begin) const {
@@ -63,7 +71,7 @@ bool PlaceFinder::isSeat(const Reader &reader, std::uint32_t i) {
 }
 
 void PlaceFinder::before(const Reader &reader, const Field &field, std::uint32_t i) {
-    std::uint32_t begin = i;
+    std::uint32_t begin = openedBefore(field, i);
     while (begin > field.begin && i - begin < kLongestName && joinsBefore(reader, begin - 1, i))
         --begin;
     const Shape shape = shapeOf({begin, i});
@@ -72,6 +80,18 @@ void PlaceFinder::before(const Reader &reader, const Field &field, std::uint32_t
         return;
     if (begin != i && !(shape.event && !shape.noun))
         offer({begin, i}, shape.noun ? 52 : 44, i);
+}
+
+std::uint32_t PlaceFinder::openedBefore(const Field &field, std::uint32_t i) const {
+    if (i == field.begin || token(i - 1).symbol != ')')
+        return i;
+    for (std::uint32_t k = i - 1; k > field.begin && i - k < kLongestName; --k) {
+        if (token(k - 1).used)
+            return i;
+        if (token(k - 1).symbol == '(')
+            return k - 1;
+    }
+    return i;
 }
 
 bool PlaceFinder::joinsBefore(const Reader &reader, std::uint32_t at, std::uint32_t i) const {
@@ -98,7 +118,11 @@ void PlaceFinder::bracketed(const Reader &reader, std::uint32_t open) {
                         !token(open - 1).used && !token(open + 1).used;
     if (!inCity && reader.has(open + 1, Meaning::ZoneWord))
         return;
-    if (((shape.noun || shape.street) && shape.capital && !shape.event) || inCity)
+    // "（受付9:15〜）" tells a time.
+    const bool moment =
+        std::any_of(m_document.tokens.begin() + open, m_document.tokens.begin() + close,
+                    [](const Token &each) { return each.used; });
+    if (((shape.noun || shape.street) && shape.capital && !shape.event && !moment) || inCity)
         offer({open + 1, close}, 34, open);
 }
 

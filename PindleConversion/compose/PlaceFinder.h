@@ -56,6 +56,8 @@ private:
     bool leadsToOther(const Reader &reader, std::uint32_t i, TokenSpan name) const;
     /// "Call mit dem Team in Toronto, 9:30 Toronto-Zeit": where the others are is no place.
     bool isWhereOthersAre(const Reader &reader, std::uint32_t i) const;
+    /// "喜来楼": the marker's sign is part of a name that the lexicon does not know.
+    bool isInsideWord(std::uint32_t i) const;
     /// "at the wedding of": an event, no place.
     bool isAtEvent(const Reader &reader, TokenSpan name) const;
     /// "at": a place may follow even without a word for its kind.
@@ -96,8 +98,12 @@ private:
     void compound(const Reader &reader, const Field &field, std::uint32_t i);
     /// "新宿クリニックにて": the name before the word.
     void before(const Reader &reader, const Field &field, std::uint32_t i);
+    /// "居酒屋ひょうたん（56丁目）で": where the brackets before token `i` open, or `i`.
+    std::uint32_t openedBefore(const Field &field, std::uint32_t i) const;
     /// Whether token `at` is part of the name that ends before token `i`.
     bool joinsBefore(const Reader &reader, std::uint32_t at, std::uint32_t i) const;
+    /// "第412座": the number glued before the kind of place.
+    bool isRoomNumber(std::uint32_t i) const;
     /// "(Town hall)", "Heathrow (London)"
     void bracketed(const Reader &reader, std::uint32_t open);
     /// "Holyport - Port Erran": the second name of a route.
@@ -147,6 +153,8 @@ private:
     bool opensWithPlace(const Reader &reader, TokenSpan part) const;
     /// Offers a part that has words of its own kind, or the form of a name where one belongs.
     void offerPart(const Reader &reader, const Field &field, TokenSpan part, const Shape &shape);
+    /// "牙科回診 4/22 下午2:15 仁愛診療": the event is named, and the last words are a name.
+    bool closesNote(const Field &field, TokenSpan part) const;
     /// A name of which nothing says that it is a place's.
     bool isOnlyName(const Field &field, TokenSpan part, const Shape &shape) const;
 

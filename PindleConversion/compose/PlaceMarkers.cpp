@@ -50,7 +50,7 @@ bool PlaceFinder::leadsToOther(const Reader &reader, std::uint32_t i, TokenSpan 
     if (token(begin).kind == TokenKind::Number && reader.has(begin + 1, Meaning::UnitWord))
         return true;
     // "voor het 10-minutengesprek"
-    if (isCounted(reader, begin))
+    if (isCounted(reader, begin) || isInsideWord(i))
         return true;
     // "去打疫苗": what one goes to do.
     const std::uint32_t verb = reader.has(begin, Meaning::PlaceStop) ? begin + 1 : begin;
@@ -72,6 +72,18 @@ bool PlaceFinder::isWhereOthersAre(const Reader &reader, std::uint32_t i) const 
             return true;
     }
     return false;
+}
+
+bool PlaceFinder::isInsideWord(std::uint32_t i) const {
+    constexpr std::uint32_t kOneSign = 3; ///< bytes
+    const auto isSign = [&](std::uint32_t k) {
+        return token(k).unspaced && token(k).end - token(k).begin <= kOneSign;
+    };
+    if (i == 0 || !isSign(i) || !isSign(i - 1) || token(i).spaceBefore || token(i - 1).used ||
+        token(i - 1).senses > 0)
+        return false;
+    return i == 1 || token(i - 1).spaceBefore || token(i - 2).kind != TokenKind::Word ||
+           token(i - 2).used;
 }
 
 bool PlaceFinder::isAtEvent(const Reader &reader, TokenSpan name) const {

@@ -8,7 +8,7 @@ Shape PlaceNames::shapeOf(TokenSpan span) const {
     Shape shape;
     const Reader reader(m_document, span.end);
     for (std::uint32_t i = span.begin; i < span.end; ++i) {
-        shape.event = shape.event || reader.has(i, Meaning::Event);
+        shape.event = shape.event || (reader.has(i, Meaning::Event) && !namesRoom(reader, i));
         if (!reader.word(i))
             continue;
         const bool noun = isPlaceNoun(reader, i);
@@ -29,6 +29,16 @@ Shape PlaceNames::shapeOf(TokenSpan span) const {
 bool PlaceNames::leadsToPlace(const Reader &reader, std::uint32_t i) {
     return reader.has(i, Meaning::PlaceNoun) ||
            (reader.word(i) && reader.at(i)->word == 0 && reader.has(i + 1, Meaning::PlaceNoun));
+}
+
+bool PlaceNames::namesRoom(const Reader &reader, std::uint32_t i) {
+    // "仁愛牙醫" is who works there.
+    if (reader.at(i)->unspaced && i > 0 && reader.glued(i) && isPlaceNoun(reader, i) &&
+        reader.has(i, Meaning::Event) && reader.document().tokens[i - 1].word == 0)
+        return true;
+    const Sense *event = reader.sense(i, Meaning::Event);
+    const std::uint32_t next = i + (event ? event->length : 1U);
+    return reader.at(i)->unspaced && reader.glued(next) && isPlaceNoun(reader, next);
 }
 
 bool PlaceNames::isPlaceNoun(const Reader &reader, std::uint32_t i) {
@@ -143,12 +153,13 @@ std::uint32_t PlaceNames::addressGoesOn(const Reader &reader, std::uint32_t i,
                                         std::uint32_t begin) const {
     if (token(i).kind == TokenKind::Number && reader.has(i + 1, Meaning::UnitWord))
         return i;
-    const bool name = token(i).capital && reader.at(i + 1) && reader.at(i + 1)->capital;
+    const bool name = token(i).upper() && reader.at(i + 1) && reader.at(i + 1)->upper();
     std::uint32_t end = name ? i + 1 : i;
     const std::uint32_t limit = std::min(reader.end(), i + kLongestName);
     while (end < limit && !stops(reader, end, begin))
         ++end;
-    const bool stop = reader.has(i, Meaning::PlaceStop) && !name && !token(i).capital;
+    const bool stop = (reader.has(i, Meaning::PlaceStop) && !name && !token(i).upper()) ||
+                      (token(i).unspaced && reader.has(i, Meaning::Chatter));
     if (end == i || stop || reader.has(i, Meaning::Greeting))
         return i;
     const Shape shape = shapeOf({i, end});
@@ -157,7 +168,9 @@ std::uint32_t PlaceNames::addressGoesOn(const Reader &reader, std::uint32_t i,
     const bool number = token(i).kind == TokenKind::Number;
     const bool address = (number && (shape.street || shape.capital || shape.words == 0)) ||
                          (shape.street && shape.capital);
-    const bool fits = address || shape.title || shape.noun || shape.street;
+    // Scripts without spaces have no capitals that tell a name.
+    const bool named = shape.title && !token(i).unspaced;
+    const bool fits = address || named || shape.noun || shape.street;
     return fits && shape.words <= 5 ? end : i;
 }
 
@@ -179,6 +192,10 @@ bool PlaceNames::joinsName(const Reader &reader, std::uint32_t i, std::uint32_t 
                (current.symbol == '-' && reader.glued(i) && reader.glued(i + 1));
     if (i > 0 && token(i - 1).symbol == '-' && reader.glued(i))
         return true;
+    // "枕河客栈 临水大床房": where words are not spaced, a space ends a name.
+    if (i > with && current.unspaced && current.spaceBefore &&
+        reader.has(i - 1, Meaning::PlaceNoun))
+        return false;
     const bool joined = current.unspaced && !reader.has(i, Meaning::TitleLead);
     return current.kind == TokenKind::Word &&
            (current.capital || joined || reader.has(i, Meaning::PlaceNoun)) &&

@@ -162,13 +162,18 @@ std::uint32_t PlaceFinder::behindParticles(const Reader &reader, const Field &fi
 
 bool PlaceFinder::refusesPart(const Reader &reader, TokenSpan part) const {
     const std::uint32_t begin = part.begin;
-    return reader.has(begin, Meaning::Person) ||
+    // "那場", "哪个馆" ask or point elsewhere.
+    const Sense *other = token(begin).unspaced ? reader.sense(begin, Meaning::NotAPlace) : nullptr;
+    const Sense *role = token(begin).unspaced ? reader.sense(begin, Meaning::RoleWord) : nullptr;
+    const bool points = other || (role && begin + role->length == part.end);
+    return points || reader.has(begin, Meaning::Person) ||
            (reader.has(begin, Meaning::PlaceMarker) && !token(begin).upper()) ||
            reader.has(begin, Meaning::Chatter) ||
            (reader.has(begin, Meaning::PlaceStop) && !token(begin).upper()) ||
-           token(begin).kind == TokenKind::Link || isSeat(reader, begin) ||
-           isCounted(reader, begin) || isArrival(reader, begin) || reader.symbol(part.end, ':') ||
-           isAnnounced(reader, begin) || tellsSeat(reader, begin, part.end);
+           reader.has(begin + 2, Meaning::Counter) || token(begin).kind == TokenKind::Link ||
+           isSeat(reader, begin) || isCounted(reader, begin) || isArrival(reader, begin) ||
+           reader.symbol(part.end, ':') || isAnnounced(reader, begin) ||
+           tellsSeat(reader, begin, part.end);
 }
 
 bool PlaceFinder::isTradeOfPlace(const Reader &reader, TokenSpan part) {
@@ -231,6 +236,23 @@ void PlaceFinder::offerPart(const Reader &reader, const Field &field, TokenSpan 
     offer({begin, whole}, score, begin);
 }
 
+bool PlaceFinder::closesNote(const Field &field, TokenSpan part) const {
+    const std::uint32_t moment = std::max(m_choice.anchor(), m_choice.timeSpan.begin);
+    if (part.end != field.end || m_choice.timeSpan.empty() || !token(part.begin).spaceBefore ||
+        part.begin <= moment || token(moment).field != m_anchorField ||
+        &field != &m_document.fields[m_anchorField])
+        return false;
+    const Reader reader(m_document, field.end);
+    bool named = false;
+    for (std::uint32_t i = field.begin; i < m_choice.anchor() && !named; ++i)
+        named = reader.has(i, Meaning::Event);
+    for (std::uint32_t i = part.begin; i < part.end; ++i)
+        if (reader.has(i, Meaning::TitleTail) || reader.has(i, Meaning::PresentVerb) ||
+            reader.has(i, Meaning::Chatter) || token(i).spaceBefore != (i == part.begin))
+            return false;
+    return named;
+}
+
 bool PlaceFinder::isOnlyName(const Field &field, TokenSpan part, const Shape &shape) const {
     const auto [begin, end] = part;
     // "23:59 AoE": one unknown word glued to a time is no place.
@@ -243,9 +265,10 @@ bool PlaceFinder::isOnlyName(const Field &field, TokenSpan part, const Shape &sh
     const auto numbers =
         std::count_if(m_document.tokens.begin() + begin, m_document.tokens.begin() + end,
                       [](const Token &each) { return each.kind == TokenKind::Number; });
-    // Without capitals only a line of its own is a name.
+    // Without capitals only a line of its own is a name, or what closes a note.
     return shape.title && numbers < 2 &&
-           (!token(begin).unspaced || (begin == field.begin && end == field.end));
+           (!token(begin).unspaced || (begin == field.begin && end == field.end) ||
+            closesNote(field, part));
 }
 
 } // namespace pindle::conversion

@@ -45,14 +45,32 @@ std::vector<TokenSpan> TitleParts::partsOf(TokenSpan run) const {
 }
 
 bool TitleParts::isHardBreak(const Reader &reader, std::uint32_t i) const {
-    constexpr char32_t kOpen = 0x3010; ///< of the brackets that enclose a heading
-    constexpr char32_t kClose = 0x3011;
-    if (reader.symbol(i, ';') || reader.symbol(i, '"') || reader.symbol(i, kOpen) ||
-        reader.symbol(i, kClose) || isCrumb(i))
+    if (reader.symbol(i, ';') || isCrumb(i))
         return true;
+    if (reader.symbol(i, '"'))
+        return bookMark(i) == 0;
+    // "【通知】": the brackets that enclose a heading.
+    if (reader.symbol(i, '[') || reader.symbol(i, ']'))
+        return token(i).end - token(i).begin > 1;
     if (reader.symbol(i, '-'))
         return (!reader.glued(i) || !reader.glued(i + 1)) && !isSubtitle(reader, i + 1);
     return token(i).kind == TokenKind::Link || token(i).kind == TokenKind::Mail;
+}
+
+char TitleParts::bookMark(std::uint32_t i) const {
+    const auto mark = m_document.slice(token(i));
+    return mark == "\u300A" ? '<' : mark == "\u300B" ? '>' : '\0';
+}
+
+bool TitleParts::enclosesName(TokenSpan span, std::uint32_t i) const {
+    const char mark = bookMark(i);
+    if (mark == 0)
+        return false;
+    const std::uint32_t edge = mark == '<' ? span.end - 1 : span.begin;
+    for (std::uint32_t k = span.begin; k < span.end; ++k)
+        if (k != i && k != edge && bookMark(k) != 0 && bookMark(k) != mark)
+            return true;
+    return false;
 }
 
 bool TitleParts::isSubtitle(const Reader &reader, std::uint32_t i) const {

@@ -25,6 +25,10 @@ private:
     // TitleParts.cpp
     /// A mark that no title goes beyond.
     bool isHardBreak(const Reader &reader, std::uint32_t i) const;
+    /// '<' or '>' for the marks around the name of a work ("话剧《茶馆》"), else 0.
+    char bookMark(std::uint32_t i) const;
+    /// The mark at the edge `i` belongs to one further inside.
+    bool enclosesName(TokenSpan span, std::uint32_t i) const;
     /// "Osteoporosis – myths and facts" goes on behind its dash.
     bool isSubtitle(const Reader &reader, std::uint32_t i) const;
     /// A mark at which a title is cut when it is too long.

@@ -81,9 +81,9 @@ int TitleScore::contentScore(const TitleCandidate &candidate, bool kind) const {
         score += kOpening;
     if (contains(trimmed, Meaning::Event) && !namesHost(trimmed))
         score += 16;
-    else if (!hasContent(trimmed))
+    else if (!hasContent(trimmed) || isOneSign(trimmed))
         score -= kNoContent;
-    if (isQuoted(part) && !isOnlyTopic(part))
+    if ((isQuoted(part) || isQuoted(trimmed)) && !isOnlyTopic(part))
         score += 30;
     if (m_choice.kind == EventKind::Travel && hasFlightNumber(trimmed))
         score += kFlight;
@@ -131,9 +131,9 @@ int TitleScore::wordPenalties(const Reader &reader, const TitleCandidate &candid
     int score = 0;
     if (hasMoney(trimmed))
         score -= 30;
-    if (isCode(trimmed) || isTrail(trimmed))
+    if ((isCode(trimmed) && !hasFlightNumber(trimmed)) || isTrail(trimmed))
         score -= 60;
-    if (token(trimmed.begin).kind == TokenKind::Number && !event)
+    if ((token(trimmed.begin).kind == TokenKind::Number || countsThings(trimmed)) && !event)
         score -= kCount;
     if (isAddress(trimmed))
         score -= 24;

@@ -25,6 +25,8 @@ TokenSpan TitleParts::trimFront(TokenSpan span) const {
     const Reader reader(m_document, span.end);
     if (span.empty())
         return span;
+    if (enclosesName(span, span.begin))
+        return span;
     if (isEdgeMark(token(span.begin)) || reader.symbol(span.begin, ')') ||
         reader.symbol(span.begin, ']') || isUnclosed(span, span.begin))
         return {span.begin + 1, span.end};
@@ -75,7 +77,7 @@ TokenSpan TitleParts::trimBack(TokenSpan span) const {
     const std::uint32_t last = span.end - 1;
     if (const std::uint32_t length = lengthBehind(span); length != span.end)
         return {span.begin, length};
-    if (closesQuote(span, last))
+    if (closesQuote(span, last) || enclosesName(span, last))
         return span;
     if (isEdgeMark(token(last)) || token(last).symbol == '(' || token(last).symbol == '[' ||
         isUnopened(span, last))

@@ -60,11 +60,18 @@ bool TitleWords::isCode(TokenSpan span) const {
 }
 
 bool TitleWords::hasFlightNumber(TokenSpan span) const {
-    for (std::uint32_t i = span.begin; i + 1 < span.end; ++i)
-        if (token(i).kind == TokenKind::Word && token(i).end - token(i).begin == 2 &&
-            token(i).upper() && token(i + 1).kind == TokenKind::Number &&
-            token(i + 1).digits >= 2 && token(i + 1).digits <= 4)
+    const Reader reader(m_document, span.end);
+    for (std::uint32_t i = span.begin; i + 1 < span.end; ++i) {
+        if (token(i).kind != TokenKind::Word || !token(i).upper() ||
+            token(i + 1).kind != TokenKind::Number || token(i + 1).digits > 4)
+            continue;
+        const std::uint32_t letters = token(i).end - token(i).begin;
+        // "G1375次"
+        const Sense *counter = reader.sense(i + 2, Meaning::Counter);
+        if ((letters == 2 && token(i + 1).digits >= 2) ||
+            (letters == 1 && counter && counter->value == 1))
             return true;
+    }
     return false;
 }
 
@@ -103,6 +110,26 @@ bool TitleWords::hasContent(TokenSpan span) const {
         Meaning::Common,   Meaning::Chatter,   Meaning::Greeting,  Meaning::PresentVerb,
         Meaning::PastVerb, Meaning::PartOfDay, Meaning::AsideLead, Meaning::Person};
     return hasWordWithout(span, kAround);
+}
+
+bool TitleWords::countsThings(TokenSpan span) const {
+    const Reader reader(m_document, span.end);
+    for (std::uint32_t i = span.begin; i + 1 < span.end; ++i)
+        if (const Sense *counter = reader.sense(i + 1, Meaning::Counter);
+            counter && counter->value == 0 && token(i).kind == TokenKind::Number)
+            return true;
+    return false;
+}
+
+bool TitleWords::isGreeting(TokenSpan span) const {
+    const Sense *greeting = Reader(m_document, span.end).sense(span.begin, Meaning::Greeting);
+    return greeting && token(span.begin).unspaced && span.begin + greeting->length == span.end;
+}
+
+bool TitleWords::isOneSign(TokenSpan span) const {
+    constexpr std::uint32_t kOneSign = 3; ///< bytes
+    const Token &first = token(span.begin);
+    return span.end == span.begin + 1 && first.unspaced && first.end - first.begin <= kOneSign;
 }
 
 bool TitleWords::tellsRole(TokenSpan span) const {

@@ -20,6 +20,12 @@ public:
     bool hasLetters(TokenSpan span) const;
     /// More than the words around a time or place: "a las", "in the".
     bool says(TokenSpan span) const;
+    /// "大床房 1间": so many of something.
+    bool countsThings(TokenSpan span) const;
+    /// Nothing but one greeting, in a script without spaces.
+    bool isGreeting(TokenSpan span) const;
+    /// "打": one sign of a script without spaces, and no kind of event.
+    bool isOneSign(TokenSpan span) const;
     /// Not only words that hold a sentence together: "hast du", "there is".
     bool hasContent(TokenSpan span) const;
     /// "The Smiths are happy to invite you to": the event is what follows.

@@ -42,6 +42,15 @@ bool spoilsDay(const Reader &reader, std::uint32_t next) {
            (hour && (hour->value == 1 || reader.glued(next)));
 }
 
+int yearOfEra(const Reader &reader, std::uint32_t i) {
+    constexpr std::uint32_t kFirst = 100;
+    constexpr std::uint32_t kLast = 199;
+    const Token *token = reader.at(i);
+    const int before = token ? reader.language(i).eraYears : 0;
+    const bool year = before != 0 && token->digits == 3 && reader.number(i, kFirst, kLast, 3);
+    return year ? before + static_cast<int>(token->number) : 0;
+}
+
 bool isYear(const Reader &reader, std::uint32_t i) {
     const Token *token = reader.at(i);
     return token && token->kind == TokenKind::Number && token->digits == 4 &&

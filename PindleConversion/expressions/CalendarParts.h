@@ -17,6 +17,8 @@ bool endsOrdinal(const Reader &reader, std::uint32_t i);
 bool spoilsDay(const Reader &reader, std::uint32_t next);
 /// A year of four digits at token `i`.
 bool isYear(const Reader &reader, std::uint32_t i);
+/// "114": the year of an era, which the text's language counts without naming it; else 0.
+int yearOfEra(const Reader &reader, std::uint32_t i);
 /// A year behind day and month: ", 2026", "2026", "'26", "duemilaventisei". Returns the token
 /// behind it, or `i`; `year` is set unless only "this year" is said.
 std::uint32_t readYear(const Reader &reader, std::uint32_t i, int &year);

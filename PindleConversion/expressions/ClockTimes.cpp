@@ -35,7 +35,7 @@ std::optional<ClockSpec> readCompact(const Reader &reader, std::uint32_t i, std:
     clock.literal = clock.literal || (clock.meridiem < 0 && token->digits != 3);
     const bool yearLike =
         token->number >= kFirstYearLike && token->number <= kLastYearLike && token->number % 5 != 0;
-    if (!clock.sure && yearLike)
+    if (!clock.sure && (yearLike || reader.has(next, Meaning::Counter)))
         return std::nullopt;
     return clock;
 }
@@ -174,8 +174,18 @@ bool isAnnounced(const Reader &reader, std::uint32_t i) {
     return i > 0 && (reader.has(i - 1, Meaning::TimeMarker) || reader.has(i - 1, Meaning::RangeTo));
 }
 
+/// "25:30", "26時": hours go on past midnight where programmes and opening hours are written so.
+bool isLateHour(const Reader &reader, std::uint32_t i) {
+    constexpr std::uint32_t kLastLate = 29;
+    const Sense *mark = reader.sense(i + 1, Meaning::HourMark);
+    const bool minutes = reader.symbol(i + 1, ':') && reader.number(i + 2, 0, 59);
+    return reader.number(i, 24, kLastLate) && reader.language(i).script == Script::Japanese &&
+           ((mark && mark->value == 1) || minutes);
+}
+
 std::optional<ClockSpec> readDigits(const Reader &reader, std::uint32_t i, std::uint32_t &next) {
-    if (!reader.number(i, 0, 24))
+    const bool late = isLateHour(reader, i);
+    if (!late && !reader.number(i, 0, 24))
         return readCompact(reader, i, next);
     const Token &token = *reader.at(i);
     ClockSpec clock;
@@ -205,7 +215,9 @@ std::optional<ClockSpec> readDigits(const Reader &reader, std::uint32_t i, std::
     j = readClockTail(reader, j, clock);
     if (spoiled(reader, i, j))
         return std::nullopt;
-    if (clock.hour == 24 && clock.minute != 0)
+    if (clock.hour == 24 && clock.minute != 0 && !late)
+        return std::nullopt;
+    if (reader.has(j, Meaning::Counter) && !clock.sure)
         return std::nullopt;
     if (clock.meridiem < 0 &&
         (clock.hour > 12 || clock.hour == 0 || (token.digits == 2 && clock.hour < 10)))

@@ -1,4 +1,4 @@
-#include "PindleConversion/expressions/Expression.h"
+#include "PindleConversion/expressions/CalendarParts.h"
 
 namespace pindle::conversion {
 
@@ -38,6 +38,8 @@ Year readYear(const Reader &reader, std::uint32_t i) {
     constexpr int kFirstYear = 1000;
     if (year.value < kCentury)
         return {2000 + year.value, year.next};
+    if (const int bare = yearOfEra(reader, number); bare != 0)
+        return {bare, year.next};
     return year.value < kFirstYear ? Year{0, i} : Year{year.value, year.next};
 }
 

@@ -216,9 +216,11 @@ std::optional<DateMention> readRangeStart(const Reader &reader, std::uint32_t i)
     return result;
 }
 
-/// "1/2 - 3/4" may be a measure, "1/29 - 2/3" are days.
-bool mayBeFractions(const DateSpec &first, const DateSpec &last) {
+/// "1/2 - 3/4" may be a measure, "1/29 - 2/3" are days, as either is in Chinese and Japanese.
+bool mayBeFractions(const LanguageInfo &language, const DateSpec &first, const DateSpec &last) {
     constexpr int kLargest = 8;
+    if (language.script != Script::Latin)
+        return false;
     return first.base != Base::Calendar || last.base != Base::Calendar ||
            (first.day <= kLargest && last.day <= kLargest && first.month <= kLargest &&
             last.month <= kLargest);
@@ -264,7 +266,8 @@ bool readRangeEnd(const Reader &reader, DateMention &date) {
     date.last = last->first;
     share(date.first, *date.last);
     date.span.end = last->span.end;
-    date.weak = date.weak && last->weak && mayBeFractions(date.first, *date.last);
+    date.weak =
+        date.weak && last->weak && mayBeFractions(reader.language(i), date.first, *date.last);
     return true;
 }
 

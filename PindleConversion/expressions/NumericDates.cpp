@@ -12,10 +12,12 @@ int fullYear(const Token &token) {
     return static_cast<int>(token.digits <= 2 ? 2000 + token.number : token.number);
 }
 
-/// "2026-06-05", "2026/6/5".
+/// "2026-06-05", "2026/6/5", "115/6/5" where years of an era are counted.
 std::optional<DateMention> readYearFirst(const Reader &reader, std::uint32_t i) {
-    if (!isYear(reader, i) ||
-        !(reader.symbol(i + 1, '-') || reader.symbol(i + 1, '/') || reader.symbol(i + 1, '.')))
+    if (!(reader.symbol(i + 1, '-') || reader.symbol(i + 1, '/') || reader.symbol(i + 1, '.')))
+        return std::nullopt;
+    const int counted = reader.symbol(i + 1, '-') ? 0 : yearOfEra(reader, i);
+    if (counted == 0 && !isYear(reader, i))
         return std::nullopt;
     const char32_t separator = reader.at(i + 1)->symbol;
     if (!reader.number(i + 2, 1, 12) || !reader.symbol(i + 3, separator) ||
@@ -23,7 +25,7 @@ std::optional<DateMention> readYearFirst(const Reader &reader, std::uint32_t i) 
         return std::nullopt;
     return mentionOf(i, i + 5, static_cast<int>(reader.at(i + 2)->number),
                      static_cast<int>(reader.at(i + 4)->number),
-                     static_cast<int>(reader.at(i)->number));
+                     counted != 0 ? counted : static_cast<int>(reader.at(i)->number));
 }
 
 /// "20260605", before a "T".

@@ -83,6 +83,20 @@ LabelMatch markedLabel(const Reader &reader, std::uint32_t i, std::uint32_t end,
     return {};
 }
 
+/// "【地点】" needs no colon.
+LabelMatch bracketLabel(const Reader &reader, std::uint32_t open) {
+    const Sense *sense = reader.sense(open + 1, Meaning::LabelWord);
+    const std::uint32_t close = sense ? open + 1 + sense->length : open;
+    if (!sense || !reader.symbol(close, ']'))
+        return {};
+    const auto label = static_cast<Label>(sense->value);
+    const std::uint32_t content = reader.skipSymbol(close + 1, ':');
+    // "【会议】明天下午三点" names the event.
+    if (!reader.at(content) || (label == Label::Title && looksLikeMoment(reader, content)))
+        return {};
+    return {settle(reader, label, content, open + 1), content, close};
+}
+
 /// A label that nothing but a space ends.
 LabelMatch plainLabel(const Reader &reader, std::uint32_t i, std::uint32_t end, Label label,
                       bool lineStart) {
@@ -159,6 +173,8 @@ bool mayStandAlone(Label label) {
 }
 
 LabelMatch labelAt(const Reader &reader, std::uint32_t i, bool lineStart) {
+    if (reader.symbol(i, '['))
+        return bracketLabel(reader, i);
     const Sense *sense = reader.sense(i, Meaning::LabelWord);
     // "Clinic: Brunnen 4" is labelled by its kind of place.
     if (!sense && reader.has(i, Meaning::PlaceNoun) && reader.symbol(i + 1, ':') &&

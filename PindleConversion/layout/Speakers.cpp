@@ -47,7 +47,9 @@ std::uint32_t speaker(const Reader &reader, std::uint32_t i) {
         (reader.symbol(i + 1, ':') || (reader.word(i + 1) && reader.at(i + 1)->capital));
     if (titled)
         j = reader.word(i + 1) ? i + 2 : i + 1;
-    while (!titled && j < i + 2 && reader.word(j) && (j == i || reader.at(j)->capital)) {
+    while (!titled && j < i + 4 && reader.word(j) &&
+           (j == i ||
+            (reader.at(j)->unspaced ? reader.glued(j) : j < i + 2 && reader.at(j)->capital))) {
         if (reader.has(j, Meaning::Event) || reader.has(j, Meaning::LabelWord) ||
             reader.has(j, Meaning::TitleLead) || reader.has(j, Meaning::TitleTail))
             return kNoSpeaker;

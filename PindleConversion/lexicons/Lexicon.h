@@ -102,9 +102,11 @@ enum class Meaning : std::uint8_t {
     NightTo,       ///< between the two days of a night: "in der Nacht von Samstag auf Sonntag"
     Moving,        ///< moves an event from one day to another: "shift", "swap"
     Measure,       ///< a unit behind a number that is no time: "GB", "km"
+    Counter,       ///< behind digits that are no time; value 0: they count something ("2名"), 1:
+                   ///< they are its number ("0633次")
 };
 
-inline constexpr std::size_t kMeanings = static_cast<std::size_t>(Meaning::Measure) + 1;
+inline constexpr std::size_t kMeanings = static_cast<std::size_t>(Meaning::Counter) + 1;
 
 enum class Unit : std::uint8_t { Minute, Hour, Day, Week, Fortnight, Month, Year, Weekend, Night };
 enum class DayPart : std::uint8_t { None, Morning, Noon, Afternoon, Evening, Night };
@@ -182,6 +184,7 @@ struct LanguageInfo {
     bool clock24;      ///< written times are on the 24-hour clock
     bool dottedDates;  ///< "3.5." is a date
     bool capitalNouns; ///< nouns are written in capitals
+    int eraYears;      ///< what a year of three digits counts from: 114 is 2025; 0: nothing
     bool hasTails;
     std::array<bool, kMeanings> tails; ///< meanings that the end of a compound word has
     std::array<std::string_view, kNotices> messages; ///< "{day}", "{time}", "{count}" are filled in

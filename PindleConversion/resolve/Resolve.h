@@ -37,7 +37,7 @@ std::optional<ResolvedDate> resolveDate(const DateMention &mention, const Refere
 
 /// A time mention on the 24-hour clock, in minutes of the day.
 struct ResolvedTime {
-    int start = 0;
+    int start = 0;          ///< 1440 and more: on the next day
     std::optional<int> end; ///< 1440 and more: on the next day
     bool assumed = false;   ///< morning or afternoon was only guessed
 };

@@ -69,8 +69,9 @@ Guess byKind(EventKind kind, const ClockSpec &clock) {
 int settleStart(const ClockSpec &clock, const TimeContext &context, bool &assumed) {
     if (clock.meridiem >= 0)
         return withMeridiem(clock, clock.meridiem);
+    // "25:30" is on the next day, "24:00" only says midnight.
     if (clock.literal)
-        return minutes(clock) % kDay;
+        return minutes(clock) == kDay ? 0 : minutes(clock);
     if (context.part != DayPart::None)
         return withMeridiem(clock, byPart(context.part, clock.hour).meridiem);
     if (context.twentyFour && (clock.minuteGiven || clock.hourWord) && !clock.spoken)

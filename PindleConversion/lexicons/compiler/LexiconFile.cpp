@@ -108,6 +108,8 @@ private:
             m_file.dottedDates = value == "yes";
         else if (name == "capital-nouns")
             m_file.capitalNouns = value == "yes";
+        else if (name == "era-years")
+            m_file.eraYears = number(value).value_or(0);
         else if (name == "zones")
             m_file.zones = value;
         else if (name == "compound")

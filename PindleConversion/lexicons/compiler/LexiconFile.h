@@ -25,6 +25,7 @@ struct LexiconFile {
     bool clock24 = true;
     bool dottedDates = false;
     bool capitalNouns = false;
+    int eraYears = 0;
     std::string zones;
     std::vector<std::pair<Meaning, Meaning>> compounds; ///< words made of two: "Freitagabend"
     std::vector<Meaning> tails;

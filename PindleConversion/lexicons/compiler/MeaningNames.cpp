@@ -100,6 +100,7 @@ constexpr TableKind kTableKinds[] = {
     {"night-to", Meaning::NightTo, Values::None},
     {"moving", Meaning::Moving, Values::Number},
     {"measure", Meaning::Measure, Values::Number},
+    {"counter", Meaning::Counter, Values::Number},
     {"zone-abbreviation", Meaning::ZoneAfterTime, Values::Note},
     {"zone-in-capitals", Meaning::ZoneAfterTime, Values::Note, 1},
     {"zone-city", Meaning::ZoneWord, Values::Note},

@@ -346,8 +346,8 @@ void TableBuilder::writeLanguages(std::string &out) const {
                std::to_string(static_cast<int>(lexicon.dayOrder)) + "),static_cast<Script>(" +
                std::to_string(static_cast<int>(lexicon.script)) + ")," +
                (lexicon.clock24 ? "true," : "false,") + (lexicon.dottedDates ? "true," : "false,") +
-               (lexicon.capitalNouns ? "true," : "false,") +
-               (lexicon.tails.empty() ? "false" : "true") + ",{";
+               (lexicon.capitalNouns ? "true," : "false,") + std::to_string(lexicon.eraYears) +
+               "," + (lexicon.tails.empty() ? "false" : "true") + ",{";
         for (std::size_t i = 0; i < kMeanings; ++i)
             out +=
                 std::count(lexicon.tails.begin(), lexicon.tails.end(), static_cast<Meaning>(i)) > 0
