@@ -104,6 +104,8 @@ bool PlaceFinder::joinsBefore(const Reader &reader, std::uint32_t at, std::uint3
     // "水族館の入口"
     if (reader.has(at, Meaning::Of) && reader.has(at + 1, Meaning::PlaceNoun))
         return true;
+    if (opensWord(reader, at))
+        return true;
     return !(reader.has(at, Meaning::PlaceStop) || reader.has(at, Meaning::TitleLead) ||
              reader.has(at, Meaning::And) || reader.has(at, Meaning::RangeTo));
 }

@@ -2,6 +2,9 @@
 
 #include <algorithm>
 
+#include "PindleConversion/clean/Utf8.h"
+#include "PindleConversion/tokens/Unspaced.h"
+
 namespace pindle::conversion {
 
 Shape PlaceNames::shapeOf(TokenSpan span) const {
@@ -29,6 +32,18 @@ Shape PlaceNames::shapeOf(TokenSpan span) const {
 bool PlaceNames::leadsToPlace(const Reader &reader, std::uint32_t i) {
     return reader.has(i, Meaning::PlaceNoun) ||
            (reader.word(i) && reader.at(i)->word == 0 && reader.has(i + 1, Meaning::PlaceNoun));
+}
+
+bool PlaceNames::opensWord(const Reader &reader, std::uint32_t i) {
+    constexpr std::uint32_t kOneSign = 3; ///< bytes
+    const auto isHiragana = [&](std::uint32_t k) {
+        const std::string_view text = reader.document().slice(*reader.at(k));
+        return unspacedScript(decodeAt(text, 0).value) == Unspaced::Hiragana;
+    };
+    const Token *next = reader.at(i + 1);
+    return reader.at(i)->unspaced && reader.at(i)->end - reader.at(i)->begin <= kOneSign && next &&
+           next->unspaced && !next->spaceBefore && next->senses == 0 &&
+           !reader.has(i, Meaning::Connector) && isHiragana(i) && isHiragana(i + 1);
 }
 
 bool PlaceNames::namesRoom(const Reader &reader, std::uint32_t i) {
@@ -119,7 +134,8 @@ bool PlaceNames::stops(const Reader &reader, std::uint32_t i, std::uint32_t begi
     // "Igreja de São Pedro"
     const bool ofName = i > begin + 1 && reader.has(i - 1, Meaning::Of) && token(i - 2).capital;
     const bool goesOn = token(i - 1).capital || reader.symbol(i - 1, ',') || letter || ofName;
-    const bool stopWord = reader.has(i, Meaning::PlaceStop) || reader.has(i, Meaning::Greeting);
+    const bool stopWord = (reader.has(i, Meaning::PlaceStop) && !opensWord(reader, i)) ||
+                          reader.has(i, Meaning::Greeting);
     return stopWord && !(current.capital && goesOn);
 }
 

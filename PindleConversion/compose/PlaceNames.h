@@ -28,6 +28,8 @@ public:
     static std::uint32_t closing(const Reader &reader, std::uint32_t open);
     /// A word for a kind of place; "張家銘": a sign that goes on is none.
     static bool isPlaceNoun(const Reader &reader, std::uint32_t i);
+    /// "もみじ": a sign that is a particle alone goes on as a word that no lexicon knows.
+    static bool opensWord(const Reader &reader, std::uint32_t i);
     /// "合唱室": what happens there names the room.
     static bool namesRoom(const Reader &reader, std::uint32_t i);
     /// "Main Street", "rue Haute", "calle de Alcalá", and "Wilgenstraat", whose end alone is known.
