@@ -10,6 +10,7 @@ namespace {
 
 constexpr int kLeastScore = 20;
 constexpr int kAside = 35;                  ///< less for a place that something else happens at
+constexpr int kOfSide = 20;                 ///< less for where one meets or departs, told apart
 constexpr int kAsked = 12;                  ///< less for a place that a speaker only asks about
 constexpr std::uint32_t kOnlineReach = 400; ///< tokens that are asked whether the event is online
 
@@ -73,6 +74,8 @@ void PlaceFinder::consider(std::uint32_t f, TokenSpan part) {
             before(reader, field, i);
         if (isPlaceNoun(reader, i))
             compound(reader, field, i);
+        if (isStreetOfEvent(reader, field, i))
+            offer({i, i + 1}, kLeastScore, i);
         if (reader.symbol(i, '('))
             bracketed(reader, i);
         if (const Sense *online = reader.sense(i, Meaning::Online);
@@ -101,6 +104,8 @@ void PlaceFinder::offer(TokenSpan span, int score, std::uint32_t at) {
         score += 6;
     if (isAside(at))
         score -= kAside;
+    if (isOfSide(reader, at))
+        score -= kOfSide;
     if (isAsked(at))
         score -= kAsked;
     if (isOfEnd(span) || isOfOther(at))
@@ -130,6 +135,21 @@ bool PlaceFinder::isAside(std::uint32_t at) const {
     for (std::uint32_t i = at; i > begin && at - i < kReach; --i)
         if (m_document.sameSentence(i - 1, at) && reader.has(i - 1, Meaning::AsideLead))
             return true;
+    return false;
+}
+
+bool PlaceFinder::isOfSide(const Reader &reader, std::uint32_t at) const {
+    constexpr std::uint32_t kReach = 12;
+    if (m_document.sameSentence(at, m_choice.anchor()) || m_choice.endSpan.empty())
+        return false;
+    const std::uint32_t begin = m_document.fields[token(at).field].begin;
+    for (std::uint32_t i = at; i > begin && at - i < kReach; --i) {
+        if (!m_document.sameSentence(i - 1, at))
+            return false;
+        const Sense *role = reader.sense(i - 1, Meaning::RoleWord);
+        if (role && role->value == static_cast<int>(Role::Side))
+            return true;
+    }
     return false;
 }
 

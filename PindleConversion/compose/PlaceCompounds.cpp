@@ -51,6 +51,14 @@ bool PlaceFinder::isRoomNumber(std::uint32_t i) const {
     return token(i).kind == TokenKind::Number && token(i + 1).unspaced && !token(i + 1).spaceBefore;
 }
 
+bool PlaceFinder::isStreetOfEvent(const Reader &reader, const Field &field, std::uint32_t i) const {
+    return token(i).word == 0 && token(i).capital && reader.has(i, Meaning::StreetWord) &&
+           !reader.has(i, Meaning::Event) && i > field.begin && token(i).spaceBefore &&
+           reader.has(i - 1, Meaning::Event) && !reader.has(i - 1, Meaning::PlaceNoun) &&
+           (token(i + 1).used || isBreak(reader, i + 1)) &&
+           m_document.sameSentence(i, m_choice.anchor());
+}
+
 bool PlaceFinder::isRouteEnd(const Field &field, std::uint32_t begin) const {
     return begin > field.begin + 1 && token(begin - 1).symbol == '-' && token(begin - 2).capital &&
            !token(begin - 2).used;

@@ -29,6 +29,8 @@ private:
     bool isAmount(TokenSpan span) const;
     /// "and afterwards at the hall": not where the event itself is.
     bool isAside(std::uint32_t at) const;
+    /// "Abfahrt Mo 7:30 Uhr beim Schultor", in another sentence than the days of a stay.
+    bool isOfSide(const Reader &reader, std::uint32_t at) const;
     /// "arrival Palma 08:25": where the event ends.
     bool isOfEnd(TokenSpan span) const;
     /// On the line of another event.
@@ -106,6 +108,8 @@ private:
     bool isRoomNumber(std::uint32_t i) const;
     /// "(Town hall)", "Heathrow (London)"
     void bracketed(const Reader &reader, std::uint32_t open);
+    /// "Straatfeest Lijsterlaan za 30-8": a street right behind the kind of event.
+    bool isStreetOfEvent(const Reader &reader, const Field &field, std::uint32_t i) const;
     /// "Holyport - Port Erran": the second name of a route.
     bool isRouteEnd(const Field &field, std::uint32_t begin) const;
     /// "06车12F号 二等座": a seat in a train.

@@ -12,7 +12,7 @@ constexpr int kFlight = 30;      ///< for the number of a flight
 constexpr int kGeneric = 300;    ///< less for a label's value that says nothing: "Reminder"
 constexpr int kCount = 40;       ///< less for what opens with a number: "2 guests"
 constexpr int kPlaceName = 24;   ///< less for what rather names a place: "flat 4"
-constexpr int kGeneralKind = 20; ///< less for "appointment" before its day
+constexpr int kGeneralKind = 34; ///< less for "appointment" before its day
 constexpr int kNoContent = 30;   ///< less for words that say nothing of what happens
 
 /// What a label says of the words behind it.
