@@ -79,7 +79,7 @@ void PlaceFinder::consider(std::uint32_t f, TokenSpan part) {
         if (reader.symbol(i, '('))
             bracketed(reader, i);
         if (const Sense *online = reader.sense(i, Meaning::Online);
-            online && !reader.has(i, Meaning::Event))
+            online && !reader.has(i, Meaning::Event) && !endsPhrase(reader, i))
             offer({i, i + online->length}, kLeastScore, i);
     }
     if (field.label == Label::None || field.label == Label::When || titled)

@@ -21,7 +21,8 @@ void PlaceFinder::compound(const Reader &reader, const Field &field, std::uint32
         end = next + 1;
     }
     while (begin > field.begin && begin + 5 > i && joinsName(reader, begin - 1, i) &&
-           (token(begin - 1).kind == TokenKind::Word || isRoomNumber(begin - 1)) &&
+           (token(begin - 1).kind == TokenKind::Word || isRoomNumber(begin - 1) ||
+            ownsNext(reader, begin - 1)) &&
            !endsCompound(reader, begin - 1))
         --begin;
     const bool numbered =
@@ -44,6 +45,9 @@ void PlaceFinder::compound(const Reader &reader, const Field &field, std::uint32
             offer({begin, end}, kNamedStay, i);
         return;
     }
+    // "Flat 902, Tower C, Green Meadows"
+    if (numbered && reader.symbol(end, ',') && token(begin).capital && !token(i).unspaced)
+        end = std::max(end, nameEnd(reader, begin));
     offer({begin, end}, numbered ? 26 : 14, i);
 }
 

@@ -54,6 +54,10 @@ private:
     // PlaceMarkers.cpp
     /// "in", "at": the name that a marker leads to.
     void marked(const Reader &reader, std::uint32_t i, const Sense &marker);
+    /// "in-suite", "drop-in": a part of a word, no marker.
+    bool isInCompound(const Reader &reader, std::uint32_t i, std::uint32_t next) const;
+    /// "in one room", "at three venues": so many places, not which.
+    bool countsPlaces(const Reader &reader, std::uint32_t begin) const;
     /// What follows the marker at `i` is an amount, a deed or who writes.
     bool leadsToOther(const Reader &reader, std::uint32_t i, TokenSpan name) const;
     /// "Call mit dem Team in Toronto, 9:30 Toronto-Zeit": where the others are is no place.
@@ -126,6 +130,8 @@ private:
     void pieceBefore(const Reader &reader, TokenSpan part);
     /// "Théâtre municipal de Sens" on a line of its own between the title and the date.
     void venueAbove(const Reader &reader, std::uint32_t f);
+    /// "Bishopstoke Scout Hut" right above the line that starts with the date.
+    bool isVenueLine(const Reader &reader, const Field &field) const;
     /// Where words are not spaced, a space separates parts.
     static bool startsUnspaced(const Reader &reader, std::uint32_t i);
     /// A mark that separates the parts of a line.

@@ -16,8 +16,8 @@ void PlaceFinder::marked(const Reader &reader, std::uint32_t i, const Sense &mar
     const std::uint32_t last = i + marker.length - 1;
     const bool article = marker.length > 1 && token(last).capital && reader.has(last, Meaning::The);
     const std::uint32_t begin = article ? last : last + 1;
-    if (!reader.at(begin) || endsPhrase(reader, i) || refusesPlace(reader, begin) ||
-        reader.has(begin, Meaning::Greeting) || token(begin).used)
+    if (!reader.at(begin) || isInCompound(reader, i, begin) || endsPhrase(reader, i) ||
+        refusesPlace(reader, begin) || reader.has(begin, Meaning::Greeting) || token(begin).used)
         return;
     const TokenSpan name{begin, nameEnd(reader, begin)};
     if (name.empty() || leadsToOther(reader, i, name) || offerWholeLine(reader, i, name.end) ||
@@ -45,8 +45,26 @@ void PlaceFinder::marked(const Reader &reader, std::uint32_t i, const Sense &mar
         offerBehindWeak(reader, i, marker, name, shape);
 }
 
+bool PlaceFinder::isInCompound(const Reader &reader, std::uint32_t i, std::uint32_t next) const {
+    const auto joins = [&](std::uint32_t at) {
+        return reader.symbol(at, '-') && reader.glued(at) && reader.glued(at + 1);
+    };
+    return joins(next) || (i > 0 && joins(i - 1));
+}
+
+bool PlaceFinder::countsPlaces(const Reader &reader, std::uint32_t begin) const {
+    constexpr std::uint32_t kShortest = 3; ///< bytes; "a" is an article
+    const Sense *count = reader.sense(begin, Meaning::Number);
+    return count && reader.word(begin) && !token(begin).capital && !token(begin).unspaced &&
+           !reader.language(begin).capitalNouns && !reader.has(begin, Meaning::The) &&
+           token(begin).end - token(begin).begin >= kShortest &&
+           !reader.at(begin + count->length)->capital;
+}
+
 bool PlaceFinder::leadsToOther(const Reader &reader, std::uint32_t i, TokenSpan name) const {
     const std::uint32_t begin = name.begin;
+    if (countsPlaces(reader, begin))
+        return true;
     if (token(begin).kind == TokenKind::Number && reader.has(begin + 1, Meaning::UnitWord))
         return true;
     // "voor het 10-minutengesprek"
@@ -247,7 +265,9 @@ bool PlaceFinder::isFrom(const Reader &reader, std::uint32_t i) const {
 bool PlaceFinder::isWeakPlace(const Reader &reader, std::uint32_t i, const Sense &marker,
                               const Shape &shape) const {
     const bool ofTime = reader.has(i, Meaning::RangeTo) || reader.has(i, Meaning::TimeMarker);
-    const bool behindTime = i > 0 && token(i - 1).used;
+    // "3.10pm, by the front gate"
+    const bool behindTime =
+        i > 0 && (token(i - 1).used || (i > 1 && reader.symbol(i - 1, ',') && token(i - 2).used));
     if (ofTime)
         return (marker.length > 1 || behindTime || isVisit(reader, i)) && shape.noun;
     const bool inside = reader.has(i, Meaning::In);

@@ -120,6 +120,10 @@ bool PlaceNames::stops(const Reader &reader, std::uint32_t i, std::uint32_t begi
                  ((current.symbol == '/' || current.symbol == '+') && reader.glued(i)));
     if (i == begin)
         return false;
+    // "at the bay 20 min prior"
+    if (current.kind == TokenKind::Number && reader.has(i + 1, Meaning::UnitWord) &&
+        !token(i + 1).capital && !current.unspaced && !token(i + 1).unspaced)
+        return true;
     if (goesOnWithoutName(reader, i))
         return true;
     // "駅の改札前"
@@ -204,7 +208,7 @@ bool PlaceNames::joinsName(const Reader &reader, std::uint32_t i, std::uint32_t 
     if (current.kind == TokenKind::Number)
         return true;
     if (current.kind == TokenKind::Symbol)
-        return current.symbol == '#' || current.symbol == '&' ||
+        return current.symbol == '#' || current.symbol == '&' || ownsNext(reader, i) ||
                (current.symbol == '-' && reader.glued(i) && reader.glued(i + 1));
     if (i > 0 && token(i - 1).symbol == '-' && reader.glued(i))
         return true;
@@ -216,6 +220,12 @@ bool PlaceNames::joinsName(const Reader &reader, std::uint32_t i, std::uint32_t 
     return current.kind == TokenKind::Word &&
            (current.capital || joined || reader.has(i, Meaning::PlaceNoun)) &&
            !reader.has(i, Meaning::Event);
+}
+
+bool PlaceNames::ownsNext(const Reader &reader, std::uint32_t i) const {
+    const Token *next = reader.at(i + 1);
+    return reader.symbol(i, '\'') && reader.glued(i) && i > 0 && token(i - 1).capital && next &&
+           next->spaceBefore && next->capital && !next->used;
 }
 
 bool PlaceNames::endsCompound(const Reader &reader, std::uint32_t i) {

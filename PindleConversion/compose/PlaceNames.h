@@ -34,6 +34,8 @@ public:
     static bool namesRoom(const Reader &reader, std::uint32_t i);
     /// "Main Street", "rue Haute", "calle de Alcalá", and "Wilgenstraat", whose end alone is known.
     bool isStreet(const Reader &reader, std::uint32_t i, std::uint32_t begin) const;
+    /// The mark of "Farmers' Union Hall".
+    bool ownsNext(const Reader &reader, std::uint32_t i) const;
     /// Whether token `i` may be part of a name beside the kind of place at `with`.
     bool joinsName(const Reader &reader, std::uint32_t i, std::uint32_t with) const;
     /// "Vide-grenier": the second half of a hyphened word that is no place.

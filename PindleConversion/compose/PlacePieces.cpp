@@ -52,13 +52,21 @@ void PlaceFinder::venueAbove(const Reader &reader, std::uint32_t f) {
     const Field &field = m_document.fields[f];
     const bool heading = f == 0 || m_document.fields[f - 1].ignored;
     const bool capital = token(field.begin).upper() && token(field.end - 1).upper();
-    if (heading || field.spoken || !capital || !reader.has(field.begin, Meaning::PlaceNoun) ||
+    if (heading || field.spoken || !capital ||
+        !(reader.has(field.begin, Meaning::PlaceNoun) || isVenueLine(reader, field)) ||
         nameEnd(reader, field.begin) != field.end ||
         m_document.fields[f - 1].line + 1 != field.line)
         return;
     const Shape shape = shapeOf({field.begin, field.end});
     if (shape.words > 1 && shape.words <= kMostWords)
         offer({field.begin, field.end}, kScore, field.begin);
+}
+
+bool PlaceFinder::isVenueLine(const Reader &reader, const Field &field) const {
+    const Field &anchor = m_document.fields[m_anchorField];
+    const Shape shape = shapeOf({field.begin, field.end});
+    return anchor.line == field.line + 1 && m_choice.anchor() == anchor.begin &&
+           isKindOfPlace(reader, {field.begin, field.end}) && shape.title && !shape.event;
 }
 
 bool PlaceFinder::startsUnspaced(const Reader &reader, std::uint32_t i) {
@@ -143,6 +151,10 @@ std::uint32_t PlaceFinder::piece(const Reader &reader, std::uint32_t f, std::uin
 
 bool PlaceFinder::isSentence(const Reader &reader, TokenSpan part) const {
     static constexpr Meanings kVerbs{Meaning::PlaceStop, Meaning::PresentVerb};
+    // "pool's open", "bar opens"
+    for (std::uint32_t i = part.begin + 1; i < part.end; ++i)
+        if (reader.has(i, Meaning::Opening) && !token(i).capital && !token(i).unspaced)
+            return true;
     const std::uint32_t noun = part.begin + 1;
     return token(part.begin).upper() && reader.has(part.begin, Meaning::The) &&
            reader.has(noun, Meaning::PlaceNoun) && !token(noun).capital && noun + 1 < part.end &&
@@ -256,7 +268,8 @@ bool PlaceFinder::closesNote(const Field &field, TokenSpan part) const {
 bool PlaceFinder::isOnlyName(const Field &field, TokenSpan part, const Shape &shape) const {
     const auto [begin, end] = part;
     // "23:59 AoE": one unknown word glued to a time is no place.
-    if (begin > field.begin && token(begin - 1).used && shape.words == 1)
+    if (begin > field.begin && token(begin - 1).used && shape.words == 1 &&
+        !token(begin).possessive)
         return false;
     // "(Ausweise!)"
     if (begin > field.begin && token(begin - 1).symbol == '(' && shape.words == 1 &&

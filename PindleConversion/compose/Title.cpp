@@ -28,13 +28,17 @@ public:
 
 private:
     void consider(const Field &field, TokenSpan part) {
-        if (field.ignored || field.label == Label::Price || field.label == Label::Link)
+        // "Zoom: reading group 8 April" names how and what at once.
+        const bool link = field.label == Label::Link && &field != anchorField();
+        if (field.ignored || field.label == Label::Price || link)
             return;
         const auto runs = runsOf(m_document, part);
         for (const Run &run : runs)
             offerRun(field, run, runs.size() == 1 && !run.afterUsed && !run.beforeUsed);
         offerLabel(field);
     }
+
+    const Field *anchorField() const { return &m_document.fields[token(m_choice.anchor()).field]; }
 
     /// "Check-in: ..." may be all that the event is called.
     void offerLabel(const Field &field) {

@@ -13,6 +13,7 @@ constexpr int kGeneric = 300;    ///< less for a label's value that says nothing
 constexpr int kCount = 40;       ///< less for what opens with a number: "2 guests"
 constexpr int kPlaceName = 24;   ///< less for what rather names a place: "flat 4"
 constexpr int kGeneralKind = 34; ///< less for "appointment" before its day
+constexpr int kNumbered = 40;    ///< less for one of several: "Session 1"
 constexpr int kNoContent = 30;   ///< less for words that say nothing of what happens
 
 /// What a label says of the words behind it.
@@ -110,7 +111,13 @@ int TitleScore::openingPenalties(const Reader &reader, const TitleCandidate &can
                          !(trimmed.end == trimmed.begin + 1 && isPerson(reader, trimmed.begin))
                      ? 8
                      : 70;
-    if (reader.has(begin, Meaning::Chatter) || reader.has(begin, Meaning::AsideLead))
+    const Sense *chatter = reader.sense(begin, Meaning::Chatter);
+    const Sense *lead = reader.sense(begin, Meaning::TitleLead);
+    // "Please join us for a luncheon" invites.
+    const bool invites =
+        chatter && lead && lead->length > chatter->length && trimmed.begin >= begin + lead->length;
+    if ((chatter && !invites) || isInChatter(reader, {begin, trimmed.begin}, trimmed.end) ||
+        reader.has(begin, Meaning::AsideLead))
         score -= 40;
     if (isPageHead(reader, {part.begin, std::max(part.begin, trimmed.end)}) ||
         isOnlyOnline(trimmed))
@@ -130,10 +137,14 @@ int TitleScore::wordPenalties(const Reader &reader, const TitleCandidate &candid
     const bool event = contains(trimmed, Meaning::Event);
     int score = 0;
     if (hasMoney(trimmed))
-        score -= 30;
+        score -= isCurrencySign(token(trimmed.begin).symbol) ? 60 : 30;
     if ((isCode(trimmed) && !hasFlightNumber(trimmed)) || isTrail(trimmed))
         score -= 60;
-    if ((token(trimmed.begin).kind == TokenKind::Number || countsThings(trimmed)) && !event)
+    const Sense *count = reader.sense(trimmed.begin, Meaning::Number);
+    const bool counts = count && count->value > 1 && !token(trimmed.begin).capital &&
+                        !token(trimmed.begin).unspaced;
+    if ((token(trimmed.begin).kind == TokenKind::Number || counts || countsThings(trimmed)) &&
+        !event)
         score -= kCount;
     if (isAddress(trimmed))
         score -= 24;
@@ -152,6 +163,8 @@ int TitleScore::wordPenalties(const Reader &reader, const TitleCandidate &candid
         score -= 6;
     if (isCalledByNext(trimmed))
         score -= 30;
+    if (isOneOfSeveral(reader, trimmed))
+        score -= kNumbered;
     return score;
 }
 

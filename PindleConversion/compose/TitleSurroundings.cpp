@@ -86,7 +86,11 @@ bool TitleScore::isCalledByNext(TokenSpan trimmed) const {
     // "Talk "Heat Pumps""
     if (mark == '"')
         return event && m_document.sameSentence(trimmed.begin, next);
-    return size == 1 && (mark == '|' || mark == kBullet) && event;
+    // "Live webinar | Soil health"
+    const bool kind =
+        size == 1 ||
+        (size == 2 && Reader(m_document, trimmed.end).has(trimmed.end - 1, Meaning::Event));
+    return kind && (mark == '|' || mark == kBullet) && event;
 }
 
 bool TitleScore::isHeading(TokenSpan part) const {

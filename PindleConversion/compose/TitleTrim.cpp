@@ -38,7 +38,7 @@ TokenSpan TitleParts::trimFront(TokenSpan span) const {
         return span;
     // "Invitation: ..." loses its prefix, "Invitation design" keeps its first word.
     if (lead->value == 1 && !reader.symbol(next, ':') && !reader.symbol(next, '-') &&
-        !reader.symbol(next, '!') && !reader.symbol(next, ']') &&
+        !reader.symbol(next, '!') && !reader.symbol(next, ']') && !isPrefix(reader, next) &&
         (next != span.end || isKindAlone(span)))
         return span;
     // "Book festival", "Call the bank": only "book a table" loses its verb.
@@ -47,6 +47,13 @@ TokenSpan TitleParts::trimFront(TokenSpan span) const {
     const bool name = token(span.begin).upper() && next < span.end && token(next).capital &&
                       lead->length == 1 && span.begin != next && isArticle(reader, span.begin);
     return name ? span : TokenSpan{next, span.end};
+}
+
+bool TitleParts::isPrefix(const Reader &reader, std::uint32_t i) {
+    const Sense *lead = reader.sense(i, Meaning::TitleLead);
+    const std::uint32_t next = lead ? i + lead->length : i;
+    return lead && lead->value == 1 &&
+           (reader.symbol(next, ':') || (lead->length == 1 && isPrefix(reader, next)));
 }
 
 bool TitleParts::isKindAlone(TokenSpan span) const {

@@ -143,6 +143,21 @@ bool TitleWords::tellsSide(TokenSpan span) const {
     return role && role->value == static_cast<int>(Role::Side);
 }
 
+bool TitleWords::isInChatter(const Reader &reader, TokenSpan before, std::uint32_t end) {
+    for (std::uint32_t i = before.begin + 1; i < before.end; ++i)
+        if (const Sense *chatter = reader.sense(i, Meaning::Chatter);
+            chatter && i + chatter->length == end)
+            return true;
+    return false;
+}
+
+bool TitleWords::isOneOfSeveral(const Reader &reader, TokenSpan trimmed) const {
+    const Sense *event = reader.sense(trimmed.begin, Meaning::Event);
+    const std::uint32_t number = event ? trimmed.begin + event->length : trimmed.end;
+    return number + 1 == trimmed.end && token(number).kind == TokenKind::Number &&
+           token(number).digits <= 2 && !token(trimmed.begin).unspaced;
+}
+
 bool TitleWords::isOnlyOnline(TokenSpan trimmed) const {
     const Reader reader(m_document, trimmed.end);
     const Sense *online = reader.sense(trimmed.begin, Meaning::Online);
@@ -156,7 +171,9 @@ bool TitleWords::isOnlyOnline(TokenSpan trimmed) const {
 bool TitleWords::isCrumb(std::uint32_t i) const {
     constexpr char32_t kBreadcrumb = 0x203A;
     const char32_t mark = token(i).symbol;
-    return (mark == kBreadcrumb || mark == '>') && token(i).spaceBefore &&
+    // "Staff lunch >> Friday 12:00"
+    const bool arrow = token(i + 1).symbol == '>' || token(i + 1).used;
+    return (mark == kBreadcrumb || mark == '>') && token(i).spaceBefore && !arrow &&
            m_document.fields[token(i).field].line == 0;
 }
 

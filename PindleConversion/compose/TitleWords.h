@@ -50,6 +50,10 @@ public:
     bool tellsSide(TokenSpan span) const;
     /// "Chess club The Tower" says who, not what.
     bool namesHost(TokenSpan trimmed) const;
+    /// "Re: pls read!": a phrase that begins in `before` and ends at `end` says nothing.
+    static bool isInChatter(const Reader &reader, TokenSpan before, std::uint32_t end);
+    /// "Session 1", "Game 3": what the whole is called stands elsewhere.
+    bool isOneOfSeveral(const Reader &reader, TokenSpan trimmed) const;
     /// "Microsoft Teams meeting", "Zoom call": how one meets, not what for.
     bool isOnlyOnline(TokenSpan trimmed) const;
 
