@@ -148,6 +148,10 @@ std::uint32_t PlaceNames::nameEnd(const Reader &reader, std::uint32_t begin) con
     const std::uint32_t limit = std::min(reader.end(), begin + kLongestName);
     while (i < limit && !stops(reader, i, begin))
         ++i;
+    // "at the hall the evening before"
+    while (i > begin + 1 && reader.has(i - 1, Meaning::The) && !token(i - 1).upper() &&
+           !token(i - 1).unspaced)
+        --i;
     if (reader.symbol(i, '(') && i < limit) {
         const std::uint32_t close = closing(reader, i);
         const Shape inner = shapeOf({i + 1, close});

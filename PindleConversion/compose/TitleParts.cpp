@@ -45,7 +45,7 @@ std::vector<TokenSpan> TitleParts::partsOf(TokenSpan run) const {
 }
 
 bool TitleParts::isHardBreak(const Reader &reader, std::uint32_t i) const {
-    if (reader.symbol(i, ';') || isCrumb(i))
+    if (reader.symbol(i, ';') || reader.symbol(i, '*') || isCrumb(i))
         return true;
     if (reader.symbol(i, '"'))
         return bookMark(i) == 0;

@@ -80,6 +80,11 @@ bool TitleScore::isCalledByNext(TokenSpan trimmed) const {
     if (size > kLongestKind || next >= m_document.tokens.size() || token(next).used)
         return false;
     const char32_t mark = token(trimmed.end).symbol;
+    // "Lunch and learn (online): Composting"
+    constexpr std::uint32_t kLongestAside = 4;
+    for (std::uint32_t k = next; mark == '(' && k < next + kLongestAside; ++k)
+        if (token(k).symbol == ')')
+            return token(k + 1).symbol == ':' && m_document.sameSentence(trimmed.begin, k);
     if (mark == ':')
         return m_document.sameSentence(trimmed.begin, trimmed.end);
     const bool event = token(next).kind == TokenKind::Word && contains(trimmed, Meaning::Event);

@@ -17,6 +17,14 @@ bool isOldYear(const Reader &reader, std::uint32_t i) {
            !spoilsDay(reader, i + 1);
 }
 
+/// "2100-0700": two hours on a roster, since no year comes before 1000.
+bool isHourBeforeOther(const Reader &reader, std::uint32_t i) {
+    const Token *last = reader.at(i + 2);
+    return reader.symbol(i + 1, '-') && reader.glued(i + 1) && reader.glued(i + 2) && last &&
+           last->kind == TokenKind::Number && last->digits == 4 && last->number < kFirstOldYear &&
+           reader.at(i)->number % 100 < 60 && last->number % 100 < 60;
+}
+
 } // namespace
 
 DateMention mentionOf(std::uint32_t begin, std::uint32_t end, int month, int day, int year) {
@@ -54,7 +62,8 @@ int yearOfEra(const Reader &reader, std::uint32_t i) {
 bool isYear(const Reader &reader, std::uint32_t i) {
     const Token *token = reader.at(i);
     return token && token->kind == TokenKind::Number && token->digits == 4 &&
-           token->number >= kFirstYear && token->number <= kLastYear && !spoilsDay(reader, i + 1);
+           token->number >= kFirstYear && token->number <= kLastYear && !spoilsDay(reader, i + 1) &&
+           !isHourBeforeOther(reader, i);
 }
 
 std::uint32_t readYear(const Reader &reader, std::uint32_t i, int &year) {

@@ -6,6 +6,7 @@ namespace pindle::conversion {
 namespace {
 
 constexpr std::uint32_t kSecondsAnnounced = 30; ///< an appointment is at such seconds at most
+constexpr int kNoon = 12;
 constexpr std::uint32_t kFirstYearLike = 1900;
 constexpr std::uint32_t kLastYearLike = 2100;
 
@@ -241,6 +242,9 @@ std::optional<ClockSpec> readBareClock(const Reader &reader, std::uint32_t i, st
         clock.hour = named->value / 60;
         clock.minute = named->value % 60;
         clock.literal = clock.sure = clock.minuteGiven = true;
+        // "noon-4" ends in the afternoon.
+        if (clock.hour == kNoon)
+            clock.meridiem = 1;
         next = i + named->length;
         return clock;
     }

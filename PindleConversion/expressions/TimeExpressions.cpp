@@ -239,6 +239,10 @@ bool isAccepted(const Reader &reader, const TimeMention &mention, std::uint32_t 
     if (afterDate && start.minuteGiven && start.minute % 5 == 0 && reader.word(next) &&
         !reader.glued(next) && !reader.has(next, Meaning::UnitWord) && start.clock24)
         return true;
+    // "the 12.30 ceremony"
+    if (start.minuteGiven && start.minute % 5 == 0 && reader.has(next, Meaning::Event) &&
+        !reader.glued(next))
+        return true;
     // "12.45 at Bao House"
     if (const Sense *at = reader.sense(next, Meaning::PlaceMarker);
         at && at->value == 1 && start.minuteGiven && start.minute % 5 == 0 && !reader.glued(next)) {
