@@ -20,7 +20,12 @@ void PlaceFinder::compound(const Reader &reader, const Field &field, std::uint32
             break;
         end = next + 1;
     }
+    // "O portão fecha": an article at the begin of a sentence is no name.
+    const auto isArticle = [&](std::uint32_t k) {
+        return reader.has(k, Meaning::The) && !token(i).capital;
+    };
     while (begin > field.begin && begin + 5 > i && joinsName(reader, begin - 1, i) &&
+           !isArticle(begin - 1) &&
            (token(begin - 1).kind == TokenKind::Word || isRoomNumber(begin - 1) ||
             ownsNext(reader, begin - 1)) &&
            !endsCompound(reader, begin - 1))

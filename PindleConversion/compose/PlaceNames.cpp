@@ -129,8 +129,9 @@ bool PlaceNames::stops(const Reader &reader, std::uint32_t i, std::uint32_t begi
     // "駅の改札前"
     if (current.unspaced && reader.has(i, Meaning::Of) && leadsToPlace(reader, i + 1))
         return false;
-    // "hal van blok B"
-    if (reader.has(i, Meaning::Of) && reader.has(i - 1, Meaning::PlaceNoun) && reader.word(i + 1) &&
+    // "hal van blok B", "Rua das Acácias"
+    static constexpr Meanings kKinds{Meaning::PlaceNoun, Meaning::StreetWord};
+    if (reader.has(i, Meaning::Of) && reader.mayHave(i - 1, kKinds) && reader.word(i + 1) &&
         !token(i + 1).used && (token(i + 1).capital || reader.has(i + 1, Meaning::PlaceNoun)))
         return false;
     // "amphi A"

@@ -130,6 +130,11 @@ std::uint32_t PlaceFinder::piece(const Reader &reader, std::uint32_t f, std::uin
     constexpr int kMostWords = 7;
     const Field &field = m_document.fields[f];
     begin = behindParticles(reader, field, {begin, end});
+    // "8, rue des Tanneurs"
+    if (begin > field.begin + 1 && reader.has(begin, Meaning::StreetWord) &&
+        reader.symbol(begin - 1, ',') && reader.number(begin - 2, 1, 9999, 4) &&
+        !token(begin - 2).used && (begin - 2 == field.begin || !reader.word(begin - 3)))
+        begin -= 2;
     const bool refused = refusesPart(reader, {begin, end});
     // Without spaces the name ends where the sentence goes on.
     if (token(begin).unspaced && !reader.has(end - 1, Meaning::PlaceNoun))

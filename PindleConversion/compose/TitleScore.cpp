@@ -177,10 +177,12 @@ int TitleScore::linePenalties(const Reader &reader, const TitleCandidate &candid
         score -= 40;
     if (part.begin > 0 && isCrumb(part.begin - 1))
         score -= 40;
-    // "Mr and Mrs Pope" on a line of their own invite, a name below "Regards" signs.
+    // "Mr and Mrs Pope" on a line of their own invite, a name below "Regards" signs. "Les Ogres"
+    // right below the date play.
+    const bool below = field.line == m_document.fields[token(m_choice.anchor()).field].line + 1;
     if (alone && isHeading(part) &&
         (isSignature(field) ||
-         (!contains(trimmed, Meaning::Event) && isPerson(reader, part.begin))))
+         (!contains(trimmed, Meaning::Event) && isPerson(reader, part.begin) && !below)))
         score -= 40;
     // The subject of a mail may say no more than that something was booked.
     if (field.label == Label::Title && isPageHead(reader, part))

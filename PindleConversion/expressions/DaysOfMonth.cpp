@@ -72,7 +72,7 @@ bool isOtherNumber(const Reader &reader, std::uint32_t number, std::uint32_t nex
         return true;
     // "de 12e en 77e minuut": such a row counts something else.
     if (isCounted(reader, next) || skipNumberRow(reader, number) != number ||
-        reader.has(next, Meaning::StreetWord))
+        reader.has(reader.skipSymbol(next, ','), Meaning::StreetWord))
         return true;
     // "do 13.04" goes on.
     if (ordinal && reader.glued(next) && reader.number(next, 0, 9999, 4))
@@ -129,6 +129,10 @@ std::optional<DateMention> readLedDay(const Reader &reader, std::uint32_t i) {
     DateMention result = mentionOf(i, next, Base::DayOnly);
     result.first.day = static_cast<int>(reader.at(number)->number);
     result.span.end = readMonthBehind(reader, next, result.first);
+    // "la cour du 14" is a house's.
+    const bool house = i > 0 && reader.has(i, Meaning::Of) && reader.has(i - 1, Meaning::PlaceNoun);
+    if (house && result.span.end == next && !readDayRange(reader, next))
+        return std::nullopt;
     return result;
 }
 
