@@ -354,13 +354,27 @@ bool Chooser::hasTimeAhead() const {
                        [&](const TimeMention &time) { return !isReport(time.span.begin); });
 }
 
+bool Chooser::isToldWithTimes(const Field &field, std::uint32_t token) const {
+    constexpr std::uint32_t kReach = 2;
+    const Reader reader(m_document, field.end);
+    return toldInPast(field, token) &&
+           std::all_of(m_found.times.begin(), m_found.times.end(), [&](const TimeMention &time) {
+               const std::uint32_t at = time.span.begin;
+               for (std::uint32_t i = at; i > field.begin && at - i < kReach; --i)
+                   if (isPastVerb(reader, i - 1))
+                       return true;
+               return false;
+           });
+}
+
 bool Chooser::hasFutureSense(std::uint32_t token) const {
     const Field &field = fieldOf(token);
     if (isLongPast(m_dates[static_cast<std::size_t>(m_date)]))
         return false;
     if (isThisMorningsReport(m_dates[static_cast<std::size_t>(m_date)]))
         return false;
-    if (field.label != Label::None || hasTimeNear(token) || hasTimeAhead())
+    if (field.label != Label::None || (hasTimeNear(token) && !isToldWithTimes(field, token)) ||
+        hasTimeAhead())
         return true;
     if (token == field.begin)
         return true;

@@ -262,6 +262,11 @@ TimeContext Chooser::contextOf(const TimeMention &time) const {
             context.part = part.part;
         }
     }
+    // "training's off tonite", "thurs half 7": the new hour is of the same half of the day.
+    const Reader reader(m_document, static_cast<std::uint32_t>(m_document.tokens.size()));
+    if (context.part == DayPart::None && m_document.conversation && m_found.parts.size() == 1 &&
+        reader.has(m_found.parts[0].span.begin, Meaning::RelativeDay))
+        context.part = m_found.parts[0].part;
     return context;
 }
 

@@ -23,6 +23,8 @@ public:
     static int gap(TokenSpan a, TokenSpan b);
     /// A verb of the past stands in the token's sentence.
     bool speaksOfPast(std::uint32_t token) const;
+    /// "must be received" and "the signed form" tell nothing of the past.
+    static bool isPastVerb(const Reader &reader, std::uint32_t i);
 
 protected:
     /// Dates to come with their time, which cannot tell when something was written: "our talk of
@@ -44,8 +46,6 @@ private:
     /// A comma, dash or another date or time ends what a role word says.
     bool cutOff(const RoleMention &mention, std::uint32_t to) const;
     bool joins(std::uint32_t i) const;
-    /// "must be received" and "the signed form" tell nothing of the past.
-    static bool isPastVerb(const Reader &reader, std::uint32_t i);
 };
 
 /// Weighs the dates and times of a text against each other.
@@ -106,6 +106,8 @@ private:
     bool isThisMorningsReport(const Dated &dated) const;
     /// The token's sentence tells of the past alone.
     bool isReport(std::uint32_t token) const;
+    /// "on Monday after a debate that lasted until 11 pm"
+    bool isToldWithTimes(const Field &field, std::uint32_t token) const;
     /// Some time is not one of a report: "They had us over at six".
     bool hasTimeAhead() const;
     /// "was", "released" before a date that has no time: a report, unless an event is named.

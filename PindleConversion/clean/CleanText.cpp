@@ -2,7 +2,9 @@
 
 #include <algorithm>
 #include <array>
+#include <charconv>
 #include <cstdint>
+#include <string_view>
 
 #include <unicode/uchar.h>
 
@@ -14,6 +16,23 @@ namespace {
 
 constexpr UChar32 kBullet = 0x2022;
 constexpr UChar32 kNothing = -1;
+
+/// A sign's name on web pages and how it is typed.
+struct Entity {
+    std::string_view name;
+    std::string_view plain;
+};
+constexpr std::array<Entity, 46> kEntities{
+    {{"amp", "&"},    {"nbsp", " "},   {"lt", "<"},     {"gt", ">"},     {"quot", "\""},
+     {"apos", "'"},   {"ndash", "-"},  {"mdash", "-"},  {"minus", "-"},  {"hellip", "..."},
+     {"lsquo", "'"},  {"rsquo", "'"},  {"ldquo", "\""}, {"rdquo", "\""}, {"sbquo", "'"},
+     {"bdquo", "\""}, {"laquo", "\""}, {"raquo", "\""}, {"ensp", " "},   {"emsp", " "},
+     {"thinsp", " "}, {"bull", "•"},   {"middot", "·"}, {"rarr", "→"},   {"euro", "€"},
+     {"pound", "£"},  {"deg", "°"},    {"auml", "ä"},   {"ouml", "ö"},   {"uuml", "ü"},
+     {"Auml", "Ä"},   {"Ouml", "Ö"},   {"Uuml", "Ü"},   {"szlig", "ß"},  {"eacute", "é"},
+     {"egrave", "è"}, {"ecirc", "ê"},  {"agrave", "à"}, {"aacute", "á"}, {"atilde", "ã"},
+     {"iacute", "í"}, {"oacute", "ó"}, {"otilde", "õ"}, {"uacute", "ú"}, {"ccedil", "ç"},
+     {"ntilde", "ñ"}}};
 
 bool isInvisible(UChar32 c) {
     return c == 0xAD || c == 0x180E || (c >= 0x200B && c <= 0x200F) ||
@@ -186,26 +205,39 @@ private:
         m_at = end;
     }
 
+    /// Replaces a named or numbered sign of a web page.
     bool entity() {
-        struct Named {
-            std::string_view name;
-            char c;
-        };
-        constexpr std::array<Named, 7> named{{{"&amp;", '&'},
-                                              {"&nbsp;", ' '},
-                                              {"&lt;", '<'},
-                                              {"&gt;", '>'},
-                                              {"&quot;", '"'},
-                                              {"&#39;", '\''},
-                                              {"&apos;", '\''}}};
-        for (const Named &entry : named) {
-            if (m_in.substr(m_at, entry.name.size()) == entry.name) {
-                m_out += entry.c;
-                m_at += entry.name.size();
-                return true;
-            }
-        }
-        return false;
+        constexpr std::size_t kLongest = 10;
+        const auto rest = m_in.substr(m_at, kLongest);
+        const auto end = rest.find(';');
+        if (end == std::string_view::npos || end < 3)
+            return false;
+        const std::string_view name = rest.substr(1, end - 1);
+        std::string_view plain;
+        for (const Entity &entry : kEntities)
+            if (entry.name == name)
+                plain = entry.plain;
+        if (!plain.empty())
+            m_out += plain;
+        else if (const UChar32 c = name[0] == '#' ? numbered(name.substr(1)) : kNothing;
+                 c != kNothing)
+            put(c);
+        else
+            return false;
+        m_at += end + 1;
+        return true;
+    }
+
+    /// "8211", "x2013"
+    static UChar32 numbered(std::string_view digits) {
+        const int base = digits.starts_with('x') || digits.starts_with('X') ? 16 : 10;
+        UChar32 value = 0;
+        const char *begin = digits.data() + (base == 16 ? 1 : 0);
+        const char *end = digits.data() + digits.size();
+        const auto [stop, error] = std::from_chars(begin, end, value, base);
+        if (begin == end || stop != end || error != std::errc() || value < 0x20 || value > 0x10FFFF)
+            return kNothing;
+        return plain(value);
     }
 
     /// Drops a markup tag; those that end a line become line ends.

@@ -79,11 +79,16 @@ void PlaceFinder::consider(std::uint32_t f, TokenSpan part) {
         if (reader.symbol(i, '('))
             bracketed(reader, i);
         if (const Sense *online = reader.sense(i, Meaning::Online);
-            online && !reader.has(i, Meaning::Event) && !endsPhrase(reader, i))
+            online && !reader.has(i, Meaning::Event) && !isOnlineDeed(reader, i, *online))
             offer({i, i + online->length}, kLeastScore, i);
     }
     if (field.label == Label::None || field.label == Label::When || titled)
         pieces(reader, f, part);
+}
+
+bool PlaceFinder::isOnlineDeed(const Reader &reader, std::uint32_t i, const Sense &online) {
+    const Sense *chatter = reader.sense(i, Meaning::Chatter);
+    return (chatter && chatter->length > online.length) || endsPhrase(reader, i);
 }
 
 void PlaceFinder::offer(TokenSpan span, int score, std::uint32_t at) {
@@ -160,7 +165,10 @@ bool PlaceFinder::isOfEnd(TokenSpan span) const {
     const std::uint32_t field = token(end.begin).field;
     const bool own = field != m_anchorField &&
                      (m_choice.timeSpan.empty() || field != token(m_choice.timeSpan.begin).field);
-    return span.end == end.begin || (own && token(span.begin).field == field);
+    // "Swartz Bay arr 11:35"
+    const Sense *role = Reader(m_document, end.begin).sense(span.end, Meaning::RoleWord);
+    return span.end == end.begin || (role && span.end + role->length == end.begin) ||
+           (own && token(span.begin).field == field);
 }
 
 bool PlaceFinder::isOfOther(std::uint32_t at) const {
@@ -185,6 +193,12 @@ void PlaceFinder::labelled(const Field &field) {
         ++end;
     if (end == field.begin)
         return;
+    // "📍 Scout hut £5 on the door"
+    std::uint32_t price = field.begin + 1;
+    while (price < end && !isCurrencySign(token(price).symbol))
+        ++price;
+    if (price < end && field.label == Label::Place)
+        return offer({field.begin, price}, 1000, field.begin);
     if (field.label != Label::Place && end != field.end)
         return;
     // "Rendez-vous : parking du Moulin"

@@ -7,6 +7,7 @@ namespace pindle::conversion {
 namespace {
 
 constexpr int kNamedStay = 30; ///< for a name that one stays at
+constexpr int kRoomCode = 40;  ///< for "G.12" behind a kind of place
 
 } // namespace
 
@@ -127,11 +128,27 @@ bool PlaceFinder::joinsBefore(const Reader &reader, std::uint32_t at, std::uint3
              reader.has(at, Meaning::And) || reader.has(at, Meaning::RangeTo));
 }
 
+bool PlaceFinder::isRoomCode(const Reader &reader, TokenSpan part) {
+    constexpr std::uint32_t kLongest = 4;
+    bool number = false;
+    bool letter = false;
+    for (std::uint32_t i = part.begin; i < part.end; ++i) {
+        if (reader.at(i)->used || (i > part.begin && !reader.glued(i)))
+            return false;
+        number = number || reader.at(i)->kind == TokenKind::Number;
+        letter = letter || (reader.word(i) && reader.at(i)->capital);
+    }
+    return number && letter && part.end - part.begin <= kLongest;
+}
+
 void PlaceFinder::bracketed(const Reader &reader, std::uint32_t open) {
     const std::uint32_t close = closing(reader, open);
     if (close == open)
         return;
     const Shape shape = shapeOf({open + 1, close});
+    if (open > 0 && reader.has(open - 1, Meaning::PlaceNoun) &&
+        isRoomCode(reader, {open + 1, close}))
+        return offer({open + 1, close}, kRoomCode, open);
     const Sense *city = reader.sense(open + 1, Meaning::ZoneWord);
     const bool inCity = city && city->value == 0 && open + 1 + city->length == close && open > 0 &&
                         !token(open - 1).used && !token(open + 1).used;

@@ -25,6 +25,8 @@ private:
     /// Takes a span as the best place so far when its score is higher, after what its surroundings
     /// at token `at` take from it or add to it.
     void offer(TokenSpan span, int score, std::uint32_t at);
+    /// "Renew online", "Online check-in opens": not the event is online.
+    static bool isOnlineDeed(const Reader &reader, std::uint32_t i, const Sense &online);
     /// "12 €", "5,90": no place consists of digits and signs alone, or has a price.
     bool isAmount(TokenSpan span) const;
     /// "and afterwards at the hall": not where the event itself is.
@@ -114,6 +116,8 @@ private:
     void bracketed(const Reader &reader, std::uint32_t open);
     /// "Straatfeest Lijsterlaan za 30-8": a street right behind the kind of event.
     bool isStreetOfEvent(const Reader &reader, const Field &field, std::uint32_t i) const;
+    /// "Same room (G.12)": a letter and a number.
+    static bool isRoomCode(const Reader &reader, TokenSpan part);
     /// "Holyport - Port Erran": the second name of a route.
     bool isRouteEnd(const Field &field, std::uint32_t begin) const;
     /// "06车12F号 二等座": a seat in a train.
@@ -128,6 +132,12 @@ private:
     void pieces(const Reader &reader, std::uint32_t f, TokenSpan part);
     /// ", salle des fêtes de Sens," before the date.
     void pieceBefore(const Reader &reader, TokenSpan part);
+    /// "village hall as ever", "The Fox & Anchor yeah": where the name is over.
+    std::uint32_t beforeTalk(const Reader &reader, const Field &field, TokenSpan part) const;
+    /// A name of several words that is a sentence of its own.
+    static bool isAnswer(const Reader &reader, TokenSpan part);
+    /// "Open Garden — Wisteria Cottage, Leura" above the date.
+    void behindDash(const Reader &reader, const Field &field);
     /// "Théâtre municipal de Sens" on a line of its own between the title and the date.
     void venueAbove(const Reader &reader, std::uint32_t f);
     /// "Bishopstoke Scout Hut" right above the line that starts with the date.
@@ -138,6 +148,8 @@ private:
     bool isBreak(const Reader &reader, std::uint32_t i) const;
     /// On a ticket the line that tells the arrival names another place.
     bool isArrivalLine(const Field &field) const;
+    /// The line below the one that tells the end.
+    bool isBelowEnd(const Field &field) const;
     /// "14 Uhr: Gesundheitstag": what is announced is the event.
     bool isAnnounced(const Reader &reader, std::uint32_t begin) const;
     /// "parade square", "Lecture Theatre 1": what it is said last.

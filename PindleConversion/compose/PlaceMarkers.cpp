@@ -131,12 +131,15 @@ void PlaceFinder::offerBehindStrong(const Reader &reader, std::uint32_t i, Token
 void PlaceFinder::offerBehindWeak(const Reader &reader, std::uint32_t i, const Sense &marker,
                                   TokenSpan name, const Shape &shape) {
     const bool known = shape.noun || shape.street;
+    // "Closing on the house"
+    const bool unnamed = reader.has(name.begin, Meaning::The) && !shape.capital &&
+                         shape.words <= 2 && token(name.end - 1).kind != TokenKind::Number;
     if (reader.has(name.begin, Meaning::The) && shape.words <= 3 && i > 0 && token(i - 1).used &&
         reader.has(i, Meaning::In))
         offer(name, 24, i);
     else if (isWeakPlace(reader, i, marker, shape))
         offer({nounBefore(reader, i, name.begin), name.end},
-              (known ? 38 : 24) - headingPenalty(i) + addressBonus(name), i);
+              (known ? (unnamed ? 32 : 38) : 24) - headingPenalty(i) + addressBonus(name), i);
 }
 
 bool PlaceFinder::endsPhrase(const Reader &reader, std::uint32_t i) {
@@ -229,8 +232,11 @@ std::uint32_t PlaceFinder::nounBefore(const Reader &reader, std::uint32_t marker
             !m_document.sameSentence(i - 1, marker) || reader.has(i - 1, Meaning::PlaceStop) ||
             reader.has(i - 1, Meaning::Event))
             return begin;
-        if (reader.has(i - 1, Meaning::PlaceNoun))
-            return i - 1;
+        if (!reader.has(i - 1, Meaning::PlaceNoun))
+            continue;
+        // "function room at the Railway Arms"
+        const Sense *longer = i > low + 1 ? reader.sense(i - 2, Meaning::PlaceNoun) : nullptr;
+        return longer && longer->length == 2 && !token(i - 2).used ? i - 2 : i - 1;
     }
     return begin;
 }

@@ -12,8 +12,10 @@ constexpr int kOwnLine = 26; ///< more for a place that has the line below the d
 
 void PlaceFinder::pieces(const Reader &reader, std::uint32_t f, TokenSpan part) {
     const Field &field = m_document.fields[f];
-    if (f < m_anchorField && !field.cell)
+    if (f < m_anchorField && !field.cell) {
+        behindDash(reader, field);
         return venueAbove(reader, f);
+    }
     std::uint32_t begin = part.begin;
     const bool later = f > m_anchorField || (field.cell && f != 0);
     for (std::uint32_t i = part.begin; i <= part.end; ++i) {
@@ -46,12 +48,35 @@ void PlaceFinder::pieceBefore(const Reader &reader, TokenSpan part) {
     offer(part, kScore, part.begin);
 }
 
+void PlaceFinder::behindDash(const Reader &reader, const Field &field) {
+    constexpr int kScore = 24;
+    constexpr std::uint32_t kLongestHeading = 20;
+    if (field.spoken || field.label != Label::None || field.end - field.begin > kLongestHeading)
+        return;
+    for (std::uint32_t i = field.begin + 1; i + 2 < field.end; ++i) {
+        if (!reader.symbol(i, '-') || reader.glued(i) || reader.glued(i + 1))
+            continue;
+        std::uint32_t end = i + 1;
+        while (end < field.end && reader.word(end) && !token(end).used)
+            ++end;
+        const Shape shape = shapeOf({i + 1, end});
+        if (shape.title && !shape.event && isKindOfPlace(reader, {i + 1, end}))
+            offer({i + 1, nameEnd(reader, i + 1)}, kScore, i + 1);
+        return;
+    }
+}
+
 void PlaceFinder::venueAbove(const Reader &reader, std::uint32_t f) {
     constexpr int kScore = 30;
     constexpr int kMostWords = 7;
     const Field &field = m_document.fields[f];
     const bool heading = f == 0 || m_document.fields[f - 1].ignored;
     const bool capital = token(field.begin).upper() && token(field.end - 1).upper();
+    // "2209 Juniper Way, Boise, ID"
+    if (f > 0 && !field.spoken && token(field.begin).kind == TokenKind::Number &&
+        field.label == Label::None && nameEnd(reader, field.begin) == field.end &&
+        shapeOf({field.begin, field.end}).street)
+        return offer({field.begin, field.end}, kScore, field.begin);
     if (heading || field.spoken || !capital ||
         !(reader.has(field.begin, Meaning::PlaceNoun) || isVenueLine(reader, field)) ||
         nameEnd(reader, field.begin) != field.end ||
@@ -87,6 +112,11 @@ bool PlaceFinder::isArrivalLine(const Field &field) const {
     return m_choice.kind == EventKind::Travel && !m_choice.endSpan.empty() &&
            !m_choice.timeSpan.empty() && field.line == lineOf(m_choice.endSpan.begin) &&
            field.line != lineOf(m_choice.timeSpan.begin);
+}
+
+bool PlaceFinder::isBelowEnd(const Field &field) const {
+    return m_choice.kind != EventKind::Travel && !m_choice.endSpan.empty() &&
+           lineOf(m_choice.endSpan.begin) == m_momentLine + 1 && field.line == m_momentLine + 2;
 }
 
 bool PlaceFinder::isAnnounced(const Reader &reader, std::uint32_t begin) const {
@@ -139,6 +169,8 @@ std::uint32_t PlaceFinder::piece(const Reader &reader, std::uint32_t f, std::uin
     // Without spaces the name ends where the sentence goes on.
     if (token(begin).unspaced && !reader.has(end - 1, Meaning::PlaceNoun))
         end = std::clamp(nameEnd(reader, begin), begin + 1, end);
+    const std::uint32_t next = end;
+    end = beforeTalk(reader, field, {begin, end});
     const Shape shape = shapeOf({begin, end});
     const bool greets = reader.has(begin, Meaning::Greeting) && !(shape.noun && shape.title);
     // "(le 11 a New York)"
@@ -151,7 +183,19 @@ std::uint32_t PlaceFinder::piece(const Reader &reader, std::uint32_t f, std::uin
         !isArrivalLine(field) && shape.words > 0 && shape.words <= kMostWords &&
         (!shape.event || opensWithPlace(reader, {begin, end})))
         offerPart(reader, field, {begin, end}, shape);
-    return end;
+    return next;
+}
+
+std::uint32_t PlaceFinder::beforeTalk(const Reader &reader, const Field &field,
+                                      TokenSpan part) const {
+    for (std::uint32_t i = part.begin + 1; i < part.end; ++i) {
+        const Sense *talk = reader.sense(i, Meaning::Chatter);
+        const bool ends = i + 1 == part.end && field.spoken && !token(i).capital &&
+                          reader.has(i, Meaning::Greeting);
+        if ((talk && talk->length > 1 && !token(i).capital) || ends)
+            return i;
+    }
+    return part.end;
 }
 
 bool PlaceFinder::isSentence(const Reader &reader, TokenSpan part) const {
@@ -179,6 +223,11 @@ std::uint32_t PlaceFinder::behindParticles(const Reader &reader, const Field &fi
 
 bool PlaceFinder::refusesPart(const Reader &reader, TokenSpan part) const {
     const std::uint32_t begin = part.begin;
+    // "DOJ 03-Mar-2027": a label that nothing ends.
+    const Sense *label = reader.sense(begin, Meaning::LabelWord);
+    if (label && begin + label->length == part.end && !reader.has(begin, Meaning::PlaceNoun) &&
+        reader.at(part.end) && token(part.end).used)
+        return true;
     // "那場", "哪个馆" ask or point elsewhere.
     const Sense *other = token(begin).unspaced ? reader.sense(begin, Meaning::NotAPlace) : nullptr;
     const Sense *role = token(begin).unspaced ? reader.sense(begin, Meaning::RoleWord) : nullptr;
@@ -232,8 +281,8 @@ void PlaceFinder::offerPart(const Reader &reader, const Field &field, TokenSpan 
         field.line == m_document.fields[m_anchorField].line &&
         (field.cell || m_document.sameSentence(begin, m_choice.anchor()) ||
          (!m_choice.timeSpan.empty() && m_document.sameSentence(begin, m_choice.timeSpan.begin)));
-    const bool nextLine =
-        field.line == m_momentLine + 1 || (isSecondBeforeTime(field) && end == field.end);
+    const bool nextLine = field.line == m_momentLine + 1 || isBelowEnd(field) ||
+                          (isSecondBeforeTime(field) && end == field.end);
     const std::uint32_t whole = token(begin).unspaced ? end : std::max(end, nameEnd(reader, begin));
     const Shape all = shapeOf({begin, whole});
     const bool known = address || kind || (shape.title && (all.noun || all.street));
@@ -248,7 +297,7 @@ void PlaceFinder::offerPart(const Reader &reader, const Field &field, TokenSpan 
     // "Maison communale de Rixentaert" right below the date.
     if (known && nextLine && begin == field.begin && whole == field.end && token(begin).upper())
         score += kOwnLine;
-    if (!sameLine && !nextLine && !(field.spoken && end == field.end))
+    if (!sameLine && !nextLine && !(field.spoken && (end == field.end || isAnswer(reader, part))))
         score -= 8;
     offer({begin, whole}, score, begin);
 }
@@ -268,6 +317,14 @@ bool PlaceFinder::closesNote(const Field &field, TokenSpan part) const {
             reader.has(i, Meaning::Chatter) || token(i).spaceBefore != (i == part.begin))
             return false;
     return named;
+}
+
+bool PlaceFinder::isAnswer(const Reader &reader, TokenSpan part) {
+    const std::uint32_t end = reader.skip(part.end, Meaning::Greeting);
+    const std::uint32_t before = part.begin;
+    return part.end - part.begin > 2 && reader.at(end) &&
+           (reader.symbol(end, '.') || reader.symbol(end, '!')) &&
+           (before == 0 || !reader.document().sameSentence(before - 1, before));
 }
 
 bool PlaceFinder::isOnlyName(const Field &field, TokenSpan part, const Shape &shape) const {

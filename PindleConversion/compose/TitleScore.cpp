@@ -14,6 +14,7 @@ constexpr int kCount = 40;       ///< less for what opens with a number: "2 gues
 constexpr int kPlaceName = 24;   ///< less for what rather names a place: "flat 4"
 constexpr int kGeneralKind = 34; ///< less for "appointment" before its day
 constexpr int kNumbered = 40;    ///< less for one of several: "Session 1"
+constexpr int kMarkersOnly = 40; ///< less for "leaving", which only announces a time
 constexpr int kNoContent = 30;   ///< less for words that say nothing of what happens
 
 /// What a label says of the words behind it.
@@ -119,6 +120,8 @@ int TitleScore::openingPenalties(const Reader &reader, const TitleCandidate &can
     if ((chatter && !invites) || isInChatter(reader, {begin, trimmed.begin}, trimmed.end) ||
         reader.has(begin, Meaning::AsideLead))
         score -= 40;
+    if (trimmed.end == trimmed.begin + 1 && !says(trimmed) && !contains(trimmed, Meaning::Event))
+        score -= kMarkersOnly;
     if (isPageHead(reader, {part.begin, std::max(part.begin, trimmed.end)}) ||
         isOnlyOnline(trimmed))
         score -= m_document.fields[token(part.begin).field].label == Label::Title ? kGeneric : 60;

@@ -186,7 +186,10 @@ std::optional<DateMention> readDistance(const Reader &reader, std::uint32_t i) {
 } // namespace
 
 std::optional<DateMention> readRelativeDate(const Reader &reader, std::uint32_t i) {
-    if (const Sense *day = reader.sense(i, Meaning::RelativeDay)) {
+    // "hockey tn 9:45", but "Memphis, TN".
+    const bool code =
+        reader.at(i) && reader.at(i)->end - reader.at(i)->begin == 2 && reader.at(i)->upper();
+    if (const Sense *day = code ? nullptr : reader.sense(i, Meaning::RelativeDay)) {
         DateMention result = mentionOf(i, i + day->length, Base::Today);
         result.first.days = day->value;
         // "tomorrow week" is a week later.

@@ -37,6 +37,13 @@ Offset readOffset(const Reader &reader, std::uint32_t i) {
     return minutes > kLargest ? Offset{0, i} : Offset{minus ? -minutes : minutes, next};
 }
 
+/// "5:14 AM +1": so many days later, and no offset.
+bool isDayMark(const Reader &reader, std::uint32_t i) {
+    constexpr std::uint32_t kMostDays = 2;
+    return reader.glued(i + 1) && reader.number(i + 1, 1, kMostDays, 1) &&
+           !reader.symbol(i + 2, ':') && !reader.symbol(i + 2, '.');
+}
+
 bool allCapitals(std::string_view word) {
     for (char c : word)
         if (c < 'A' || c > 'Z')
@@ -201,7 +208,7 @@ std::uint32_t readZone(const Reader &reader, std::uint32_t i, bool afterTime,
         end = readIdentifier(reader, begin, mention);
     if (end == begin)
         end = readNamed(reader, begin, afterTime, mention);
-    if (end == begin && afterTime && reader.symbol(begin, '+')) {
+    if (end == begin && afterTime && reader.symbol(begin, '+') && !isDayMark(reader, begin)) {
         const Offset offset = readOffset(reader, begin);
         if (offset.next != begin) {
             mention.hasOffset = true;

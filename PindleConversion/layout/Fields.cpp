@@ -38,6 +38,8 @@ private:
     struct Row {
         std::vector<Label> labels;  ///< what each cell is as a whole
         bool allLabels = true;      ///< perhaps the heads of a table's columns
+        bool numbers = false;       ///< in some cell
+        std::size_t unknown = 0;    ///< cells that are no label
         std::size_t column = 0;     ///< how many cells there were
         std::uint32_t firstEnd = 0; ///< end of the first cell
     };
@@ -193,6 +195,9 @@ private:
         if (row.column == 0)
             row.firstEnd = end;
         row.allLabels = row.allLabels && own != Label::None;
+        row.unknown += own == Label::None ? 1U : 0U;
+        for (std::uint32_t i = begin; i < end; ++i)
+            row.numbers = row.numbers || m_document.tokens[i].kind == TokenKind::Number;
         if (row.labels.size() < kMostColumns)
             row.labels.push_back(own);
         fieldsOf(begin, end, inherited);
@@ -219,7 +224,9 @@ private:
         for (auto f = firstField; f < m_document.fields.size(); ++f)
             m_document.fields[f].cell = table;
         m_header.clear();
-        if (table && (row.allLabels || (m_separator != 0 && m_line == 0))) {
+        // "Fixture | Date | Push back | Venue"
+        const bool mostLabels = row.column >= kFewestHeads && row.unknown == 1 && !row.numbers;
+        if (table && (row.allLabels || mostLabels || (m_separator != 0 && m_line == 0))) {
             m_header = row.labels;
             ignoreLine();
         }
@@ -298,6 +305,7 @@ private:
     }
 
     static constexpr std::size_t kMostColumns = 32;
+    static constexpr std::size_t kFewestHeads = 3; ///< where one says nothing
 
     Document &m_document;
     std::uint32_t m_line = 0;
