@@ -286,7 +286,9 @@ bool Chooser::countsOnly(const Dated &dated) const {
     const std::uint32_t next = mention.span.end;
     const Field &field = fieldOf(mention.span.begin);
     const Reader reader(m_document, field.end);
-    const bool bare = mention.first.base == DateSpec::Base::DayOnly && !mention.last &&
+    const bool digits =
+        m_document.token(next - 1).kind != TokenKind::Word || !m_document.token(next - 1).capital;
+    const bool bare = digits && mention.first.base == DateSpec::Base::DayOnly && !mention.last &&
                       mention.first.weekday == 0 && !mention.first.monthGiven;
     if (!bare || !m_found.times.empty() || field.label != Label::None || !reader.word(next) ||
         reader.at(next)->unspaced)

@@ -4,8 +4,8 @@ namespace pindle::conversion {
 
 namespace {
 
-/// "kommst du Mi zum Bouldern": where nouns are capitals, among small words only a day is written
-/// so; "Fr. Kern" is a person.
+/// "kommst du Mi zum Bouldern", "hast du Do Zeit": where nouns are capitals, among small words only
+/// a day is written so; "Fr. Kern" is a person.
 bool isDayAmongSmall(const Reader &reader, std::uint32_t i, std::uint32_t next) {
     const Token &word = *reader.at(i);
     if (!word.capital || i == 0 || !reader.language(i).capitalNouns)
@@ -15,7 +15,7 @@ bool isDayAmongSmall(const Reader &reader, std::uint32_t i, std::uint32_t next) 
     return before.kind == TokenKind::Word && !before.capital &&
            reader.document().sameSentence(i - 1, i) && !reader.has(i - 1, Meaning::Person) &&
            !reader.has(i - 1, Meaning::The) && !reader.has(i - 1, Meaning::Of) && behind &&
-           behind->kind == TokenKind::Word && !behind->capital;
+           behind->kind == TokenKind::Word && (!behind->capital || behind->word != 0);
 }
 
 /// A weekday word that is also an everyday word needs company.
