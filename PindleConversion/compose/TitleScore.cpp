@@ -117,9 +117,11 @@ int TitleScore::openingPenalties(const Reader &reader, const TitleCandidate &can
     // "Please join us for a luncheon" invites.
     const bool invites =
         chatter && lead && lead->length > chatter->length && trimmed.begin >= begin + lead->length;
+    // "Für die Besichtigung ..." names the event behind its lead.
+    const bool led = lead && trimmed.begin > begin && reader.has(trimmed.begin, Meaning::Event);
     if ((chatter && !invites) || isInChatter(reader, {begin, trimmed.begin}, trimmed.end) ||
         reader.has(begin, Meaning::AsideLead))
-        score -= 40;
+        score -= led ? 20 : 40;
     if (trimmed.end == trimmed.begin + 1 && !says(trimmed) && !contains(trimmed, Meaning::Event))
         score -= kMarkersOnly;
     if (isPageHead(reader, {part.begin, std::max(part.begin, trimmed.end)}) ||

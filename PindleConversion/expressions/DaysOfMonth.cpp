@@ -244,6 +244,12 @@ std::optional<DateMention> readDayOnly(const Reader &reader, std::uint32_t i) {
         before && (all.has(i - 1, Meaning::DateMarker) || all.has(i - 1, Meaning::Weekday) ||
                    all.has(i - 1, Meaning::WeakWeekday));
     // "am Neunundzwanzigsten Geburtstag": where nouns are capitals, the word stands for the day.
+    // "am zwölften um sechs", "de elfde gaan we eten"
+    constexpr int kRarelyCounted = 4;
+    const bool timed = introduced && reader.has(rank.next, Meaning::TimeMarker);
+    const bool told = begin != i && reader.has(rank.next, Meaning::PresentVerb);
+    if (!digits && rank.nth >= kRarelyCounted && rank.next == begin + 1 && (timed || told))
+        return result;
     const bool noun = introduced && !digits && begin == i && reader.at(i)->capital &&
                       reader.language(i).capitalNouns;
     if (noun)

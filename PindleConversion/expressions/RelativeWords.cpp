@@ -12,10 +12,11 @@ bool isDayAmongSmall(const Reader &reader, std::uint32_t i, std::uint32_t next) 
         return false;
     const Token &before = reader.document().tokens[i - 1];
     const Token *behind = reader.at(next);
-    return before.kind == TokenKind::Word && !before.capital &&
-           reader.document().sameSentence(i - 1, i) && !reader.has(i - 1, Meaning::Person) &&
-           !reader.has(i - 1, Meaning::The) && !reader.has(i - 1, Meaning::Of) && behind &&
-           behind->kind == TokenKind::Word && (!behind->capital || behind->word != 0);
+    const bool inside = before.symbol == ',' || (before.kind == TokenKind::Word && !before.capital);
+    return inside && reader.document().sameSentence(i - 1, i) &&
+           !reader.has(i - 1, Meaning::Person) && !reader.has(i - 1, Meaning::The) &&
+           !reader.has(i - 1, Meaning::Of) && behind && behind->kind == TokenKind::Word &&
+           (!behind->capital || behind->word != 0);
 }
 
 /// A weekday word that is also an everyday word needs company.
@@ -35,6 +36,11 @@ bool isCertainWeekday(const Reader &reader, std::uint32_t i, std::uint32_t next)
         return false;
     if (isDayAmongSmall(reader, i, next))
         return true;
+    // "Hast du Mo Zeit? So gegen drei?"
+    const bool opens = i > field.begin && !reader.document().sameSentence(i - 1, i);
+    if (opens && word.end - word.begin <= kShort && reader.has(next, Meaning::TimeMarker) &&
+        reader.word(reader.skip(next, Meaning::TimeMarker)))
+        return false;
     const bool announced = i > 0 && reader.has(i - 1, Meaning::DateMarker);
     // "quinta que vem"
     if (const Sense *behind = reader.sense(next, Meaning::Behind); behind && behind->length > 1)

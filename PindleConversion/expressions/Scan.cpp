@@ -134,8 +134,10 @@ private:
 
     /// "morgen" and "mañana" name the day here, not its first half as in "heute morgen".
     static bool isTomorrow(const Reader &reader, std::uint32_t i, const Sense &part) {
+        constexpr std::uint32_t kLongestWord = 8; ///< bytes; "morgenochtend" says both
         const Sense *day = reader.sense(i, Meaning::RelativeDay);
-        return day && day->value == 1 && day->length == 1 && part.length == 1;
+        return day && day->value == 1 && day->length == 1 && part.length == 1 &&
+               reader.at(i)->end - reader.at(i)->begin <= kLongestWord;
     }
 
     std::uint32_t takeDate(const Reader &reader, const DateMention &date) {

@@ -38,7 +38,7 @@ std::optional<ClockSpec> finishWords(const Reader &reader, std::uint32_t hourAt,
     }
     clock.hour %= 24;
     clock.literal = hour.value > 12;
-    clock.minuteGiven = clock.sure = true;
+    clock.minuteGiven = clock.sure = clock.spoken = true;
     const Sense *mark = reader.sense(hour.next, Meaning::HourMark);
     const std::uint32_t behind = mark && mark->value == 1 ? hour.next + mark->length : hour.next;
     next = readClockTail(reader, readMeridiem(reader, behind, clock), clock);
