@@ -1,5 +1,7 @@
 #include "PindleConversion/Convert.h"
 
+#include <algorithm>
+
 #include "PindleConversion/Messages.h"
 #include "PindleConversion/compose/Compose.h"
 #include "PindleConversion/layout/ReadDocument.h"
@@ -115,12 +117,19 @@ bool isLink(const Document &document, TokenSpan span) {
     return !span.empty() && document.tokens[span.begin].kind == TokenKind::Link;
 }
 
+/// "Check-in", for want of a better title.
+bool isLabel(const Document &document, TokenSpan title) {
+    return std::any_of(document.fields.begin(), document.fields.end(), [&](const Field &field) {
+        return field.labelWords.begin == title.begin && field.labelWords.end == title.end;
+    });
+}
+
 /// A booking or visit is called by its place as well: "stay at The Gull Inn".
 TokenSpan titleWithPlace(const Document &document, TokenSpan title, TokenSpan place) {
     constexpr std::uint32_t kLongestJoint = 3;
     if (place.empty() || isLink(document, place))
         return title;
-    if (title.empty())
+    if (title.empty() || isLabel(document, title))
         return place;
     const Reader reader(document, title.end);
     const Sense *general = reader.sense(title.begin, Meaning::GeneralEvent);

@@ -83,7 +83,9 @@ bool Chooser::isOpenUntil(const Dated &dated) const {
     constexpr auto kLongest = std::chrono::days(14);
     const std::uint32_t at = dated.mention->span.begin;
     return m_choice.startMinute && fieldOf(at).label == Label::None &&
-           (dated.date.first > m_choice.start + kLongest || sentenceHas(at, Meaning::Opening)) &&
+           (dated.date.first > m_choice.start + kLongest ||
+            dated.mention->first.base == DateSpec::Base::Weekday ||
+            sentenceHas(at, Meaning::Opening)) &&
            !m_document.sameSentence(at, m_choice.dateSpan.begin);
 }
 

@@ -54,7 +54,9 @@ void PlaceFinder::compound(const Reader &reader, const Field &field, std::uint32
     // "Flat 902, Tower C, Green Meadows"
     if (numbered && reader.symbol(end, ',') && token(begin).capital && !token(i).unspaced)
         end = std::max(end, nameEnd(reader, begin));
-    offer({begin, end}, numbered ? 26 : 14, i);
+    // "Lawn Bowls for Beginners" goes on as a name of something else.
+    const bool goesOn = end < field.end && reader.word(end) && !token(end).used;
+    offer({begin, end}, numbered ? 26 - (goesOn ? headingPenalty(i) : 0) : 14, i);
 }
 
 bool PlaceFinder::isRoomNumber(std::uint32_t i) const {

@@ -229,7 +229,10 @@ bool PlaceFinder::refusesPart(const Reader &reader, TokenSpan part) const {
         reader.at(part.end) && token(part.end).used)
         return true;
     // "那場", "哪个馆" ask or point elsewhere.
-    const Sense *other = token(begin).unspaced ? reader.sense(begin, Meaning::NotAPlace) : nullptr;
+    const Sense *other = reader.sense(begin, Meaning::NotAPlace);
+    // "(Advance Single)" is all there is.
+    if (other && !token(begin).unspaced && begin + other->length != part.end)
+        other = nullptr;
     const Sense *role = token(begin).unspaced ? reader.sense(begin, Meaning::RoleWord) : nullptr;
     const bool points = other || (role && begin + role->length == part.end);
     return points || reader.has(begin, Meaning::Person) ||
@@ -332,6 +335,10 @@ bool PlaceFinder::isOnlyName(const Field &field, TokenSpan part, const Shape &sh
     // "23:59 AoE": one unknown word glued to a time is no place.
     if (begin > field.begin && token(begin - 1).used && shape.words == 1 &&
         !token(begin).possessive)
+        return false;
+    // "tech: Gus": some other label's value.
+    if (begin > field.begin + 1 && token(begin - 1).symbol == ':' && !token(begin).unspaced &&
+        token(begin - 2).kind == TokenKind::Word && !token(begin - 2).used)
         return false;
     // "(Ausweise!)"
     if (begin > field.begin && token(begin - 1).symbol == '(' && shape.words == 1 &&

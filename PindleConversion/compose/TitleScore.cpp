@@ -6,16 +6,17 @@ namespace pindle::conversion {
 
 namespace {
 
-constexpr int kOpening = 20;     ///< for the words that a text opens with
-constexpr int kTopic = 20;       ///< for what a conversation is about
-constexpr int kFlight = 30;      ///< for the number of a flight
-constexpr int kGeneric = 300;    ///< less for a label's value that says nothing: "Reminder"
-constexpr int kCount = 40;       ///< less for what opens with a number: "2 guests"
-constexpr int kPlaceName = 24;   ///< less for what rather names a place: "flat 4"
-constexpr int kGeneralKind = 34; ///< less for "appointment" before its day
-constexpr int kNumbered = 40;    ///< less for one of several: "Session 1"
-constexpr int kMarkersOnly = 40; ///< less for "leaving", which only announces a time
-constexpr int kNoContent = 30;   ///< less for words that say nothing of what happens
+constexpr int kOpening = 20;        ///< for the words that a text opens with
+constexpr int kTopic = 20;          ///< for what a conversation is about
+constexpr int kFlight = 30;         ///< for the number of a flight
+constexpr int kGeneric = 300;       ///< less for a label's value that says nothing: "Reminder"
+constexpr int kCount = 60;          ///< less for what opens with a number: "2 guests"
+constexpr int kPlaceName = 24;      ///< less for what rather names a place: "flat 4"
+constexpr int kGeneralKind = 34;    ///< less for "appointment" before its day
+constexpr int kNumbered = 40;       ///< less for one of several: "Session 1"
+constexpr int kKindBeforeDate = 20; ///< less for a kind that only leads to the date
+constexpr int kMarkersOnly = 40;    ///< less for "leaving", which only announces a time
+constexpr int kNoContent = 30;      ///< less for words that say nothing of what happens
 
 /// What a label says of the words behind it.
 int labelScore(Label label) {
@@ -140,6 +141,7 @@ int TitleScore::openingPenalties(const Reader &reader, const TitleCandidate &can
 int TitleScore::wordPenalties(const Reader &reader, const TitleCandidate &candidate) const {
     const TokenSpan trimmed = candidate.trimmed;
     const bool event = contains(trimmed, Meaning::Event);
+    constexpr std::uint32_t kLongestKind = 2;
     int score = 0;
     if (hasMoney(trimmed))
         score -= isCurrencySign(token(trimmed.begin).symbol) ? 60 : 30;
@@ -168,6 +170,11 @@ int TitleScore::wordPenalties(const Reader &reader, const TitleCandidate &candid
         score -= 6;
     if (isCalledByNext(trimmed))
         score -= 30;
+    // "Meeting: Wednesday" below the line that says what is met for.
+    if (!candidate.first && trimmed.begin == candidate.field.begin &&
+        trimmed.end <= trimmed.begin + kLongestKind && token(trimmed.end).symbol == ':' &&
+        token(trimmed.end + 1).used)
+        score -= kKindBeforeDate;
     if (isOneOfSeveral(reader, trimmed))
         score -= kNumbered;
     return score;

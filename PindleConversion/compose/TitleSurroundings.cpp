@@ -77,7 +77,7 @@ bool TitleScore::isCalledByNext(TokenSpan trimmed) const {
     constexpr char32_t kBullet = 0x2022;
     const std::uint32_t size = trimmed.end - trimmed.begin;
     const std::uint32_t next = trimmed.end + 1;
-    if (size > kLongestKind || next >= m_document.tokens.size() || token(next).used)
+    if (size > kLongestKind || next >= m_document.tokens.size())
         return false;
     const char32_t mark = token(trimmed.end).symbol;
     // "Lunch and learn (online): Composting"
@@ -85,6 +85,8 @@ bool TitleScore::isCalledByNext(TokenSpan trimmed) const {
     for (std::uint32_t k = next; mark == '(' && k < next + kLongestAside; ++k)
         if (token(k).symbol == ')')
             return token(k + 1).symbol == ':' && m_document.sameSentence(trimmed.begin, k);
+    if (token(next).used)
+        return false;
     if (mark == ':')
         return m_document.sameSentence(trimmed.begin, trimmed.end);
     const bool event = token(next).kind == TokenKind::Word && contains(trimmed, Meaning::Event);

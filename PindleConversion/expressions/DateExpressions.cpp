@@ -226,14 +226,16 @@ bool mayBeFractions(const LanguageInfo &language, const DateSpec &first, const D
             last.month <= kLargest);
 }
 
-/// A word before token `i` tells that something is moved to another time.
-bool speaksOfMoving(const Reader &reader, std::uint32_t i) {
+/// A word before token `i` tells that something is moved to another time; `roles`: also one that
+/// tells which time it is.
+bool speaksOfMoving(const Reader &reader, std::uint32_t i, bool roles) {
     constexpr std::uint32_t kReach = 12;
     for (std::uint32_t k = i; k > 0 && i - k < kReach; --k) {
         const Sense *role = reader.sense(k - 1, Meaning::RoleWord);
         if (reader.has(k - 1, Meaning::Moving) ||
-            (role && (role->value == static_cast<int>(Role::MovedFrom) ||
-                      role->value == static_cast<int>(Role::MovedTo))))
+            (roles && role &&
+             (role->value == static_cast<int>(Role::MovedFrom) ||
+              role->value == static_cast<int>(Role::MovedTo))))
             return true;
     }
     return false;
@@ -256,13 +258,18 @@ bool readRangeEnd(const Reader &reader, DateMention &date) {
                           (last->first.base == Base::Calendar && date.first.base == Base::DayOnly);
     if (!sameKind && !(to && date.first.base == Base::Calendar))
         return false;
-    // "can we shift Tuesday to Thursday" names two days for one event.
-    if (date.first.base == Base::Weekday && to && reader.word(i) &&
-        reader.document().tokens[i].end - reader.document().tokens[i].begin == 2 &&
-        speaksOfMoving(reader, date.span.begin))
-        return false;
     if (to && isMovedFrom(reader, date.span.begin))
         return false;
+    // "can we shift Tuesday to Thursday", "moved from Monday 16th to Wednesday 18th" name two days
+    // for one event, and the second one holds.
+    const bool from = date.span.begin > 0 && reader.has(date.span.begin - 1, Meaning::RangeFrom);
+    if ((date.first.base == Base::Weekday || from) && to && reader.word(i) &&
+        reader.document().tokens[i].end - reader.document().tokens[i].begin == 2 &&
+        speaksOfMoving(reader, date.span.begin, !from)) {
+        last->span.begin = date.span.begin;
+        date = *last;
+        return false;
+    }
     date.last = last->first;
     share(date.first, *date.last);
     date.span.end = last->span.end;
