@@ -166,6 +166,10 @@ bool Chooser::isJoined(const TimeMention &first, const TimeMention &second) cons
         // "à 14h et à 16h" are two times.
         if (reader.has(k, Meaning::And))
             return false;
+        // "à 13h, les grands à 15h"
+        if (reader.symbol(k, ',') && reader.word(second.span.begin - 1) &&
+            reader.has(second.span.begin - 1, Meaning::TimeMarker))
+            return false;
         // "Confins 18h10 / Salvador 20h00"
         const bool stops = m_choice.kind == EventKind::Travel && reader.symbol(k, '/') &&
                            k == first.span.end && k + 1 < second.span.begin;

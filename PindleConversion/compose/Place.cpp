@@ -94,7 +94,7 @@ bool PlaceFinder::isOnlineDeed(const Reader &reader, std::uint32_t i, const Sens
 void PlaceFinder::offer(TokenSpan span, int score, std::uint32_t at) {
     const Reader reader(m_document, span.end);
     while (!span.empty() &&
-           (isEdgeMark(token(span.end - 1)) ||
+           (isEdgeMark(token(span.end - 1)) || dangles(reader, span) ||
             (reader.has(span.end - 1, Meaning::PlaceStop) && !token(span.end - 1).upper())))
         --span.end;
     while (!span.empty() && isEdgeMark(token(span.begin)))
@@ -120,6 +120,12 @@ void PlaceFinder::offer(TokenSpan span, int score, std::uint32_t at) {
         m_score = score;
         m_best = span;
     }
+}
+
+bool PlaceFinder::dangles(const Reader &reader, TokenSpan span) const {
+    const Token &last = token(span.end - 1);
+    return span.end > span.begin + 1 && reader.word(span.end - 1) && !last.capital &&
+           !last.unspaced && reader.has(span.end - 1, Meaning::Of);
 }
 
 bool PlaceFinder::isAmount(TokenSpan span) const {

@@ -29,6 +29,8 @@ private:
     static bool isOnlineDeed(const Reader &reader, std::uint32_t i, const Sense &online);
     /// "12 €", "5,90": no place consists of digits and signs alone, or has a price.
     bool isAmount(TokenSpan span) const;
+    /// "hall of": what followed is no part of the place.
+    bool dangles(const Reader &reader, TokenSpan span) const;
     /// "and afterwards at the hall": not where the event itself is.
     bool isAside(std::uint32_t at) const;
     /// "Abfahrt Mo 7:30 Uhr beim Schultor", in another sentence than the days of a stay.

@@ -1,3 +1,5 @@
+#include <algorithm>
+
 #include "PindleConversion/expressions/Expression.h"
 #include "PindleConversion/expressions/Starts.h"
 
@@ -41,16 +43,26 @@ std::optional<ClockSpec> readCompact(const Reader &reader, std::uint32_t i, std:
     return clock;
 }
 
+/// A phrase that announces a time ends right before token `i`: "a las".
+bool isBehindTimeMarker(const Reader &reader, std::uint32_t i) {
+    constexpr std::uint32_t kLongest = 3;
+    for (std::uint32_t back = 1; back <= std::min(kLongest, i); ++back)
+        if (const Sense *marker = reader.sense(i - back, Meaning::TimeMarker);
+            marker && marker->length == back)
+            return true;
+    return false;
+}
+
 /// "ore 18,30", "alle 18,30 in sala": the comma parts hour and minutes where a word announces a
 /// time and no amount can be meant. `i` is the comma.
 bool isCommaTime(const Reader &reader, std::uint32_t i) {
     constexpr std::uint32_t kQuarter = 15;
-    if (!reader.symbol(i, ',') || i < 2 || !reader.language(i).clock24 ||
-        !reader.has(i - 2, Meaning::TimeMarker))
+    if (!reader.symbol(i, ',') || i < 2 || reader.language(i).dayOrder != DayOrder::DayFirst ||
+        !isBehindTimeMarker(reader, i - 1))
         return false;
-    if (isHourWord(reader, i - 1))
-        return true;
     const std::uint32_t next = i + 2;
+    if (isHourWord(reader, i - 1) || reader.has(next, Meaning::HourMark))
+        return true;
     const Token *behind = reader.at(next);
     const bool ends = !behind || behind->kind == TokenKind::LineBreak ||
                       ((behind->symbol == ',' || behind->symbol == '.') &&
@@ -160,8 +172,10 @@ std::uint32_t readHourWord(const Reader &reader, std::uint32_t i, ClockSpec &clo
     if (minutesRead || !reader.number(i, 0, 59))
         return i;
     const Sense *mark = reader.sense(i + 1, Meaning::MinuteMark);
-    const bool bare = reader.at(i)->digits == 2 && !reader.symbol(i + 1, '.') &&
-                      !reader.symbol(i + 1, ':') && !reader.has(i + 1, Meaning::Month) &&
+    // "10 h 40." ends a sentence.
+    const bool longer = (reader.symbol(i + 1, '.') || reader.symbol(i + 1, ':')) &&
+                        reader.glued(i + 2) && reader.number(i + 2, 0, 9999, 4);
+    const bool bare = reader.at(i)->digits == 2 && !longer && !reader.has(i + 1, Meaning::Month) &&
                       !reader.has(i + 1, Meaning::HourMark);
     if (!mark && !(bare && !reader.at(i)->unspaced))
         return i;

@@ -56,6 +56,10 @@ std::optional<DateMention> readWeekday(const Reader &reader, std::uint32_t i) {
     const DayName day = readDayName(reader, qualifier.next, qualifier.next != i);
     if (day.weekday == 0)
         return std::nullopt;
+    // "lundi de Pâques"
+    if (const Sense *holiday = reader.sense(qualifier.next, Meaning::Holiday);
+        holiday && qualifier.next + holiday->length > day.next)
+        return std::nullopt;
     DateMention result = mentionOf(i, day.next, Base::Weekday);
     result.first.weekday = day.weekday;
     result.first.which = qualifier.which;

@@ -47,7 +47,8 @@ private:
             return i + greeting->length;
         // "and return by" is no "return by".
         if (const Sense *role = reader.sense(i, Meaning::RoleWord);
-            role && i + role->length > m_roleEnd && !isInCompound(reader, i))
+            role && i + role->length > m_roleEnd && !isInCompound(reader, i) &&
+            !isEndOfPeriod(reader, i, *role))
             takeRole(reader, i, *role);
         if (const Sense *role = reader.sense(i, Meaning::RoleBehind))
             take(m_found.roles, RoleMention{i, static_cast<Role>(role->value), true});
@@ -170,6 +171,13 @@ private:
             return takeDate(reader, date);
         take(m_found.dates, date);
         return date.span.end;
+    }
+
+    /// "saggio di fine anno", "fiesta de fin de curso": the end belongs to the event's name.
+    static bool isEndOfPeriod(const Reader &reader, std::uint32_t i, const Sense &role) {
+        return role.value == static_cast<int>(Role::End) && role.length == 1 && i > 1 &&
+               reader.has(i - 1, Meaning::Of) && reader.word(i - 2) && reader.word(i + 1) &&
+               !reader.has(i + 1, Meaning::TimeMarker);
     }
 
     /// "Madrid-Puerta de Atocha", "→ Porte de Versailles": the word names a place.

@@ -56,6 +56,12 @@ bool endsSentence(const Reader &reader, std::uint32_t begin, std::uint32_t i) {
     if (before.end - before.begin == 1 && i > begin + 1 && reader.at(i - 1)->capital &&
         reader.has(i - 2, Meaning::PlaceNoun))
         return true;
+    // "à 11h. Spectacle à 13h"
+    const bool hour = i > begin + 1 && reader.has(i - 1, Meaning::HourMark) &&
+                      reader.at(i - 2)->kind == TokenKind::Number && reader.word(i + 1) &&
+                      reader.at(i + 1)->capital;
+    if (hour)
+        return true;
     if (before.end - before.begin == 1)
         // "at 5 p.m. Bring ..." ends one, "P.A. Day" does not.
         return i > begin + 2 && reader.symbol(i - 2, '.') && reader.at(i + 1) &&
