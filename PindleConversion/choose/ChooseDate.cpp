@@ -402,6 +402,18 @@ bool Chooser::isScale(const TimeMention &time) const {
            m_document.tokens[at - 2].kind == TokenKind::Number && !m_document.tokens[at - 2].used;
 }
 
+bool Chooser::saysHourAlone(const TimeMention &time) const {
+    constexpr std::size_t kShort = 20; ///< tokens, of which unknown words take several
+    return time.start.hourWord && m_document.tokens[time.span.begin].unspaced &&
+           m_document.tokens.size() <= kShort && sentenceHas(time.span.begin, Meaning::PlaceNoun);
+}
+
+bool Chooser::tellsOpening(const TimeMention &time) const {
+    const TokenSpan label = fieldOf(time.span.begin).labelWords;
+    return !label.empty() && Reader(m_document, label.end).has(label.begin, Meaning::Opening) &&
+           !sentenceHas(time.span.begin, Meaning::Event);
+}
+
 bool Chooser::acceptBareTime() {
     const bool usable =
         std::any_of(m_found.times.begin(), m_found.times.end(), [&](const TimeMention &time) {
@@ -409,9 +421,9 @@ bool Chooser::acceptBareTime() {
             const bool told = time.start.sure || fieldOf(time.span.begin).spoken ||
                               m_document.tokens.size() <= kShortText;
             const bool strong = (time.marked && told) || time.start.meridiem >= 0 || time.end ||
-                                time.part != DayPart::None ||
+                                time.part != DayPart::None || saysHourAlone(time) ||
                                 sentenceHas(time.span.begin, Meaning::Event);
-            return strong && !time.start.seconds && !isScale(time) &&
+            return strong && !tellsOpening(time) && !time.start.seconds && !isScale(time) &&
                    !speaksOfPast(time.span.begin) && roleOf(time.span.begin) != Role::Posted;
         });
     if (!usable) {

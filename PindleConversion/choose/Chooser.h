@@ -114,6 +114,10 @@ private:
     bool hasFutureSense(std::uint32_t token) const;
     /// "from 1 to 10", "page 3 of 12"
     bool isScale(const TimeMention &time) const;
+    /// "じゃあ5時半に改札前で": an hour and a place is all that is said.
+    bool saysHourAlone(const TimeMention &time) const;
+    /// "営業時間 10:00〜20:00"
+    bool tellsOpening(const TimeMention &time) const;
     /// Without any date: today, if a time is clearly an appointment's.
     bool acceptBareTime();
 

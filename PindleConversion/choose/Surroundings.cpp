@@ -80,11 +80,12 @@ bool Surroundings::cutOff(const RoleMention &mention, std::uint32_t to) const {
     std::uint32_t from = mention.token;
     if (to - from > kReach)
         return true;
-    // "九点，哦不对，十点": the comma belongs to what corrects the first.
     const Reader reader(m_document, to);
-    if (const Sense *word = reader.sense(from, Meaning::RoleWord);
-        word && mention.role == Role::MovedTo && reader.symbol(from + word->length, ','))
-        from += word->length;
+    if (const Sense *word = reader.sense(from, Meaning::RoleWord)) {
+        from += word->length - 1U;
+        // "九点，哦不对，十点": the comma belongs to what corrects the first.
+        from += mention.role == Role::MovedTo && reader.symbol(from + 1, ',') ? 1U : 0U;
+    }
     for (std::uint32_t i = from + 1; i < to; ++i) {
         const Token &token = m_document.tokens[i];
         const bool mark = token.kind == TokenKind::Symbol &&

@@ -94,6 +94,9 @@ void PlaceFinder::before(const Reader &reader, const Field &field, std::uint32_t
     std::uint32_t begin = openedBefore(field, i);
     while (begin > field.begin && i - begin < kLongestName && joinsBefore(reader, begin - 1, i))
         --begin;
+    // "予約は田中で取ってます"
+    if (begin > field.begin && token(begin).unspaced && endsPhrase(reader, begin - 1))
+        return;
     const Shape shape = shapeOf({begin, i});
     // "跟伦敦团队开会": who meets is no place.
     if (reader.has(i, Meaning::Event) && !shape.noun)
@@ -103,12 +106,14 @@ void PlaceFinder::before(const Reader &reader, const Field &field, std::uint32_t
 }
 
 std::uint32_t PlaceFinder::openedBefore(const Field &field, std::uint32_t i) const {
-    if (i == field.begin || token(i - 1).symbol != ')')
+    const char32_t close = i > field.begin ? token(i - 1).symbol : U'\0';
+    const bool quote = close == '"' && token(i - 1).end - token(i - 1).begin > 1;
+    if (close != ')' && !quote)
         return i;
     for (std::uint32_t k = i - 1; k > field.begin && i - k < kLongestName; --k) {
         if (token(k - 1).used)
             return i;
-        if (token(k - 1).symbol == '(')
+        if (token(k - 1).symbol == (quote ? U'"' : U'('))
             return k - 1;
     }
     return i;

@@ -108,7 +108,8 @@ private:
     void compound(const Reader &reader, const Field &field, std::uint32_t i);
     /// "新宿クリニックにて": the name before the word.
     void before(const Reader &reader, const Field &field, std::uint32_t i);
-    /// "居酒屋ひょうたん（56丁目）で": where the brackets before token `i` open, or `i`.
+    /// "居酒屋ひょうたん（56丁目）で", "「とり源」集合": where the brackets or quotation marks
+    /// before token `i` open, or `i`.
     std::uint32_t openedBefore(const Field &field, std::uint32_t i) const;
     /// Whether token `at` is part of the name that ends before token `i`.
     bool joinsBefore(const Reader &reader, std::uint32_t at, std::uint32_t i) const;

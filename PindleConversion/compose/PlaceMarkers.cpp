@@ -170,7 +170,7 @@ std::uint32_t PlaceFinder::nameHead(std::uint32_t i) const {
     std::uint32_t head = i;
     const bool numbered = i > field.begin + 1 && token(i - 1).kind == TokenKind::Number &&
                           reader.has(i - 2, Meaning::PlaceNoun);
-    if (i == field.begin || !(token(i - 1).capital || numbered))
+    if (i == field.begin || token(i - 1).unspaced || !(token(i - 1).capital || numbered))
         return i;
     for (std::uint32_t k = i; k > field.begin && i - k < kReach; --k) {
         const Token &before = token(k - 1);

@@ -52,7 +52,10 @@ bool PlaceNames::namesRoom(const Reader &reader, std::uint32_t i) {
         reader.has(i, Meaning::Event) && reader.document().tokens[i - 1].word == 0)
         return true;
     const Sense *event = reader.sense(i, Meaning::Event);
-    const std::uint32_t next = i + (event ? event->length : 1U);
+    std::uint32_t next = i + (event ? event->length : 1U);
+    // "悦动健身三楼"
+    if (reader.has(next, Meaning::Number) && reader.glued(next))
+        ++next;
     return reader.at(i)->unspaced && reader.glued(next) && isPlaceNoun(reader, next);
 }
 
@@ -141,7 +144,12 @@ bool PlaceNames::stops(const Reader &reader, std::uint32_t i, std::uint32_t begi
     const bool goesOn = token(i - 1).capital || reader.symbol(i - 1, ',') || letter || ofName;
     const bool stopWord = (reader.has(i, Meaning::PlaceStop) && !opensWord(reader, i)) ||
                           reader.has(i, Meaning::Greeting);
-    return stopWord && !(current.capital && goesOn);
+    if (!stopWord || !current.unspaced)
+        return stopWord && !(current.capital && goesOn);
+    // "多功能厅召开": a longer word ends the name, a lone sign may belong to it.
+    constexpr std::uint32_t kOneSign = 3; ///< bytes
+    return !(current.capital && goesOn) || current.end - current.begin > kOneSign ||
+           reader.has(i - 1, Meaning::PlaceNoun);
 }
 
 std::uint32_t PlaceNames::nameEnd(const Reader &reader, std::uint32_t begin) const {
@@ -221,9 +229,13 @@ bool PlaceNames::joinsName(const Reader &reader, std::uint32_t i, std::uint32_t 
     if (i > with && current.unspaced && current.spaceBefore &&
         reader.has(i - 1, Meaning::PlaceNoun))
         return false;
-    const bool joined = current.unspaced && !reader.has(i, Meaning::TitleLead);
+    // "3号楼于": the sentence goes on.
+    const bool over = reader.has(i, Meaning::DateMarker) ||
+                      (i > with && reader.has(i, Meaning::PlaceStop) && !opensWord(reader, i));
+    const bool joined =
+        current.unspaced && !over && (current.capital || !reader.has(i, Meaning::TitleLead));
     return current.kind == TokenKind::Word &&
-           (current.capital || joined || reader.has(i, Meaning::PlaceNoun)) &&
+           (current.upper() || joined || reader.has(i, Meaning::PlaceNoun)) &&
            !reader.has(i, Meaning::Event);
 }
 

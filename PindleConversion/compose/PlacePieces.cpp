@@ -6,6 +6,7 @@ namespace pindle::conversion {
 
 namespace {
 
+constexpr char32_t kIdeographicStop = 0x3002;
 constexpr int kOwnLine = 26; ///< more for a place that has the line below the date
 
 } // namespace
@@ -95,15 +96,17 @@ bool PlaceFinder::isVenueLine(const Reader &reader, const Field &field) const {
 }
 
 bool PlaceFinder::startsUnspaced(const Reader &reader, std::uint32_t i) {
-    const bool room = reader.at(i)->kind == TokenKind::Number && reader.at(i + 1) &&
-                      reader.at(i + 1)->unspaced && reader.has(i + 1, Meaning::PlaceNoun);
+    const bool room =
+        reader.at(i)->kind == TokenKind::Number && reader.at(i + 1) && reader.at(i + 1)->unspaced &&
+        (reader.has(i + 1, Meaning::PlaceNoun) || reader.has(i + 1, Meaning::Chatter));
     return (reader.at(i)->unspaced || room) && reader.at(i)->spaceBefore;
 }
 
 bool PlaceFinder::isBreak(const Reader &reader, std::uint32_t i) const {
     return reader.symbol(i, ',') || reader.symbol(i, ';') || reader.symbol(i, '(') ||
            reader.symbol(i, ')') || reader.symbol(i, ':') || reader.symbol(i, '!') ||
-           reader.symbol(i, '?') || (reader.symbol(i, '-') && !reader.glued(i)) ||
+           reader.symbol(i, '?') || reader.symbol(i, kIdeographicStop) ||
+           (reader.symbol(i, '-') && !reader.glued(i)) ||
            (reader.symbol(i, '.') && i + 1 < m_document.tokens.size() &&
             token(i + 1).sentence != token(i).sentence);
 }

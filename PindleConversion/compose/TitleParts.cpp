@@ -32,6 +32,11 @@ std::vector<TokenSpan> TitleParts::partsOf(TokenSpan run) const {
             parts.push_back({begin, i});
             begin = i;
         }
+        if (i > begin && startsClause(reader, i)) {
+            parts.push_back({begin, i});
+            begin = i + 1;
+            continue;
+        }
         // "Biscuit (Labrador) is due"
         const bool closed =
             reader.symbol(i, ')') && begin > run.begin && token(begin - 1).symbol == '(';
@@ -71,6 +76,14 @@ bool TitleParts::enclosesName(TokenSpan span, std::uint32_t i) const {
         if (k != i && k != edge && bookMark(k) != 0 && bookMark(k) != mark)
             return true;
     return false;
+}
+
+bool TitleParts::startsClause(const Reader &reader, std::uint32_t i) const {
+    static constexpr Meanings kAside{Meaning::Chatter, Meaning::Greeting, Meaning::AsideLead};
+    const std::string_view mark = m_document.slice(token(i));
+    return reader.symbol(i, ',') && mark != "\u3001" && reader.at(i + 1) &&
+           reader.at(i + 1)->unspaced && reader.mayHave(i + 1, kAside) &&
+           m_document.fields[token(i).field].label != Label::Title;
 }
 
 bool TitleParts::isSubtitle(const Reader &reader, std::uint32_t i) const {

@@ -29,6 +29,8 @@ private:
     char bookMark(std::uint32_t i) const;
     /// The mark at the edge `i` belongs to one further inside.
     bool enclosesName(TokenSpan span, std::uint32_t i) const;
+    /// "升级维护，期间无法登录": behind the comma something else is said.
+    bool startsClause(const Reader &reader, std::uint32_t i) const;
     /// "Osteoporosis – myths and facts" goes on behind its dash.
     bool isSubtitle(const Reader &reader, std::uint32_t i) const;
     /// A mark at which a title is cut when it is too long.

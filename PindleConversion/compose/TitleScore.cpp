@@ -196,6 +196,9 @@ int TitleScore::linePenalties(const Reader &reader, const TitleCandidate &candid
         (isSignature(field) ||
          (!contains(trimmed, Meaning::Event) && isPerson(reader, part.begin) && !below)))
         score -= 40;
+    // "水務署通知：" tells who writes.
+    if (namesSender(part, trimmed))
+        score -= 40;
     // The subject of a mail may say no more than that something was booked.
     if (field.label == Label::Title && isPageHead(reader, part))
         score -= 360;

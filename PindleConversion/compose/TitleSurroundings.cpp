@@ -100,6 +100,13 @@ bool TitleScore::isCalledByNext(TokenSpan trimmed) const {
     return kind && (mark == '|' || mark == kBullet) && event;
 }
 
+bool TitleScore::namesSender(TokenSpan part, TokenSpan trimmed) const {
+    const std::uint32_t mark = trimmed.end + 1;
+    return token(trimmed.begin).unspaced && mark < part.end && token(mark).symbol == ':' &&
+           Reader(m_document, part.end).has(trimmed.end, Meaning::TitleTail) &&
+           !contains(trimmed, Meaning::Event);
+}
+
 bool TitleScore::isHeading(TokenSpan part) const {
     constexpr std::uint32_t kMostTokens = 14;
     return part.end - part.begin <= kMostTokens && token(part.end - 1).symbol != '.' &&

@@ -1,4 +1,5 @@
 #include "PindleConversion/compose/Compose.h"
+#include "PindleConversion/compose/PlaceNames.h"
 #include "PindleConversion/compose/TitleParts.h"
 
 namespace pindle::conversion {
@@ -64,6 +65,9 @@ bool TitleParts::isKindAlone(TokenSpan span) const {
 bool TitleParts::startsLongerWord(TokenSpan span, std::uint32_t next) const {
     constexpr std::uint32_t kOneSign = 3; ///< bytes
     const Token &first = token(span.begin);
+    if (first.unspaced && !first.capital)
+        return next < span.end && next == span.begin + 1 &&
+               PlaceNames::opensWord(Reader(m_document, span.end), span.begin);
     return first.unspaced && first.end - first.begin <= kOneSign && next < span.end &&
            next == span.begin + 1 && token(next).unspaced && !token(next).spaceBefore &&
            token(next).word == 0;

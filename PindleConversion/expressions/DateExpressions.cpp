@@ -1,3 +1,5 @@
+#include <utility>
+
 #include "PindleConversion/expressions/CalendarParts.h"
 #include "PindleConversion/expressions/Expression.h"
 #include "PindleConversion/expressions/Starts.h"
@@ -241,11 +243,44 @@ bool speaksOfMoving(const Reader &reader, std::uint32_t i, bool roles) {
     return false;
 }
 
+/// "3/20〜22", "3/20(金)〜22(日)": the month is said once. Sets the last day of `date`.
+bool readSameMonth(const Reader &reader, std::uint32_t i, DateMention &date) {
+    DateSpec first = date.first;
+    if (first.eitherOrder && first.order == DayOrder::MonthFirst)
+        std::swap(first.month, first.day);
+    if (reader.language(date.span.begin).script == Script::Latin || first.base != Base::Calendar ||
+        !reader.number(i, 1, 31) || !reader.glued(i) ||
+        static_cast<int>(reader.at(i)->number) <= first.day)
+        return false;
+    static constexpr Meanings kOther{Meaning::HourMark, Meaning::MonthMark, Meaning::UnitWord,
+                                     Meaning::Counter, Meaning::Month};
+    const std::uint32_t next = reader.skip(i + 1, Meaning::DayMark);
+    const bool mark = reader.symbol(next, ':') || reader.symbol(next, '/') ||
+                      reader.symbol(next, '.') || reader.symbol(next, '-');
+    if (next == i + 1 && (mark || reader.mayHave(next, kOther)))
+        return false;
+    first.eitherOrder = false;
+    date.first = first;
+    date.last = first;
+    date.last->day = static_cast<int>(reader.at(i)->number);
+    date.last->weekday = 0;
+    date.span.end = next;
+    date.weak = false;
+    if (const Named name = reader.symbol(next, '(') ? readName(reader, next + 1) : Named{};
+        name.weekday != 0) {
+        date.last->weekday = name.weekday;
+        date.span.end = reader.skipSymbol(name.next, ')');
+    }
+    return true;
+}
+
 bool readRangeEnd(const Reader &reader, DateMention &date) {
     if (date.last || !canSpan(date.first) || date.repeated)
         return false;
     const std::uint32_t i = date.span.end;
     const Sense *to = readDayRange(reader, i);
+    if (to && readSameMonth(reader, i + to->length, date))
+        return true;
     const Sense *both = reader.sense(i, Meaning::And);
     std::uint32_t next = to ? i + to->length : both ? i + both->length : i;
     if (next == i)

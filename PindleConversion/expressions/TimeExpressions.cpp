@@ -39,6 +39,9 @@ bool mayFollowBare(const Reader &reader, std::uint32_t i, bool marked) {
                token->symbol != '*' && token->symbol != '=';
     if (token->kind == TokenKind::Link)
         return true;
+    // "3/6 17-22 3/7 10-15"
+    if (token->kind == TokenKind::Number && token->spaceBefore && reader.symbol(i + 1, '/'))
+        return readCalendarDate(reader, i).has_value();
     if (token->kind != TokenKind::Word || reader.glued(i))
         return false;
     if (reader.has(i, Meaning::UnitWord) || reader.has(i, Meaning::Month) ||
