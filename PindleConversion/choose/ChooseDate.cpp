@@ -210,7 +210,10 @@ bool Chooser::mayBeStreet(TokenSpan span) const {
         span.end - span.begin != 2 || !hasDateMarker(span.begin))
         return false;
     const Token &name = tokens[span.begin - 2];
-    return name.kind == TokenKind::Word && name.capital && !name.used &&
+    const Reader reader(m_document, span.begin);
+    const bool named = name.capital || reader.has(span.begin - 2, Meaning::PlaceNoun) ||
+                       reader.has(span.begin - 2, Meaning::StreetWord);
+    return name.kind == TokenKind::Word && named && !name.used &&
            m_document.sameSentence(span.begin - 2, span.begin) &&
            fieldOf(span.begin).begin + 2 < span.begin;
 }
@@ -290,8 +293,8 @@ bool Chooser::countsOnly(const Dated &dated) const {
         m_document.token(next - 1).kind != TokenKind::Word || !m_document.token(next - 1).capital;
     const bool bare = digits && mention.first.base == DateSpec::Base::DayOnly && !mention.last &&
                       mention.first.weekday == 0 && !mention.first.monthGiven;
-    if (!bare || !m_found.times.empty() || field.label != Label::None || !reader.word(next) ||
-        reader.at(next)->unspaced)
+    if (!bare || hasDateMarker(mention.span.begin) || !m_found.times.empty() ||
+        field.label != Label::None || !reader.word(next) || reader.at(next)->unspaced)
         return false;
     if (sentenceHas(mention.span.begin, Meaning::Event) && !namesMoney(field))
         return false;

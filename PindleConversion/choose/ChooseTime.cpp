@@ -54,6 +54,7 @@ bool Chooser::isListed(TokenSpan a, TokenSpan b) const {
 int Chooser::scoreTime(const TimeMention &time, int index) {
     constexpr int kFarthest = 40;
     constexpr int kBracketed = 12;
+    constexpr int kListed = 24;
     const std::uint32_t at = time.span.begin;
     int score = -std::min(index, 10);
     const Label label = fieldOf(at).label;
@@ -75,6 +76,8 @@ int Chooser::scoreTime(const TimeMention &time, int index) {
             index > 0 ? &m_found.times[static_cast<std::size_t>(index - 1)] : nullptr;
         before && (isJoined(*before, time) || isArrival(*before, time)))
         score -= 45;
+    if (index > 0 && isListed(m_found.times[static_cast<std::size_t>(index - 1)], time))
+        score -= kListed;
     if (isInBrackets(at))
         score -= kBracketed;
     if (index > 0 && isTranslated(m_found.times[static_cast<std::size_t>(index - 1)], time))
@@ -98,6 +101,13 @@ bool Chooser::isTranslated(const TimeMention &first, const TimeMention &second) 
             return false;
     }
     return first.span.end < second.span.begin;
+}
+
+bool Chooser::isListed(const TimeMention &first, const TimeMention &second) const {
+    const Reader reader(m_document, second.span.begin);
+    const std::uint32_t and_ = reader.skip(first.span.end, Meaning::And);
+    return and_ != first.span.end && and_ == second.span.begin && !first.end && !second.end &&
+           roleOf(second.span.begin) == roleOf(first.span.begin);
 }
 
 bool Chooser::isInBrackets(std::uint32_t at) const {

@@ -154,6 +154,8 @@ private:
     int scoreTime(const TimeMention &time, int index);
     /// "4pm Berlin / 10am New York": the same time once more.
     bool isTranslated(const TimeMention &first, const TimeMention &second) const;
+    /// "at 8:00 and 9:30": what happens twice begins with the first.
+    bool isListed(const TimeMention &first, const TimeMention &second) const;
     /// "8 PM (talk at 7:15)": what stands in brackets comes second.
     bool isInBrackets(std::uint32_t at) const;
     int roleScore(std::uint32_t at) const;

@@ -74,6 +74,11 @@ bool PlaceFinder::leadsToOther(const Reader &reader, std::uint32_t i, TokenSpan 
     const std::uint32_t verb = reader.has(begin, Meaning::PlaceStop) ? begin + 1 : begin;
     if (token(begin).unspaced && reader.has(verb, Meaning::Event) && !isPlaceNoun(reader, verb))
         return true;
+    // "Tickets £10 from the bar"
+    constexpr std::uint32_t kReach = 3;
+    for (std::uint32_t k = i; isFrom(reader, i) && k > 0 && i - k < kReach; --k)
+        if (isCurrencySign(token(k - 1).symbol))
+            return true;
     // "From the office: ..." tells who writes.
     return isFrom(reader, i) && reader.symbol(name.end, ':');
 }
@@ -116,7 +121,10 @@ void PlaceFinder::offerBehindStrong(const Reader &reader, std::uint32_t i, Token
     const bool determined = reader.has(name.begin, Meaning::The);
     const bool named = shape.capital || token(name.begin).kind == TokenKind::Number;
     const bool known = shape.noun || shape.street;
-    if (named || known)
+    // "Potluck @ Rosa's"
+    if (named && !known && shape.words == 1 && token(name.begin).possessive)
+        offer(name, 50, i);
+    else if (named || known)
         offer({nounBefore(reader, i, name.begin), name.end},
               isFrom(reader, i) ? kFrom
               : known           ? (named ? 58 : kUnnamed) - headingPenalty(i)
@@ -134,8 +142,8 @@ void PlaceFinder::offerBehindWeak(const Reader &reader, std::uint32_t i, const S
     // "Closing on the house"
     const bool unnamed = reader.has(name.begin, Meaning::The) && !shape.capital &&
                          shape.words <= 2 && token(name.end - 1).kind != TokenKind::Number;
-    if (reader.has(name.begin, Meaning::The) && shape.words <= 3 && i > 0 && token(i - 1).used &&
-        reader.has(i, Meaning::In))
+    if (!known && reader.has(name.begin, Meaning::The) && shape.words <= 3 && i > 0 &&
+        token(i - 1).used && reader.has(i, Meaning::In))
         offer(name, 24, i);
     else if (isWeakPlace(reader, i, marker, shape))
         offer({nounBefore(reader, i, name.begin), name.end},

@@ -204,8 +204,9 @@ std::uint32_t PlaceFinder::beforeTalk(const Reader &reader, const Field &field,
 bool PlaceFinder::isSentence(const Reader &reader, TokenSpan part) const {
     static constexpr Meanings kVerbs{Meaning::PlaceStop, Meaning::PresentVerb};
     // "pool's open", "bar opens"
+    static constexpr Meanings kTells{Meaning::Opening, Meaning::PresentVerb};
     for (std::uint32_t i = part.begin + 1; i < part.end; ++i)
-        if (reader.has(i, Meaning::Opening) && !token(i).capital && !token(i).unspaced)
+        if (reader.mayHave(i, kTells) && !token(i).capital && !token(i).unspaced)
             return true;
     const std::uint32_t noun = part.begin + 1;
     return token(part.begin).upper() && reader.has(part.begin, Meaning::The) &&

@@ -21,7 +21,9 @@ std::vector<TokenSpan> TitleParts::partsOf(TokenSpan run) const {
     const Reader reader(m_document, run.end);
     const TokenSpan trimmed = trim(run);
     const bool wide = columns(trimmed) > kRoomy;
-    const bool greeting = reader.has(run.begin, Meaning::Greeting);
+    // "From Room 12: our trip is ..." says who writes first.
+    const bool greeting = reader.has(run.begin, Meaning::Greeting) ||
+                          (reader.has(run.begin, Meaning::RangeFrom) && token(run.begin).upper());
     std::vector<TokenSpan> parts;
     std::uint32_t begin = run.begin;
     for (std::uint32_t i = run.begin; i < run.end; ++i) {

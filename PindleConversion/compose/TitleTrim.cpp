@@ -95,6 +95,11 @@ TokenSpan TitleParts::trimBack(TokenSpan span) const {
         return {span.begin, last};
     constexpr std::uint32_t kLongestTail = 4;
     const Reader reader(m_document, span.end);
+    // "Check in" is whole.
+    for (const Meaning meaning : {Meaning::Event, Meaning::GeneralEvent})
+        if (const Sense *kind = reader.sense(last - (last > span.begin ? 1U : 0U), meaning);
+            kind && kind->length == 2)
+            return span;
     const std::uint32_t low =
         span.end > span.begin + kLongestTail ? span.end - kLongestTail : span.begin;
     for (std::uint32_t i = low; i < span.end; ++i)

@@ -152,7 +152,12 @@ bool TitleWords::isInChatter(const Reader &reader, TokenSpan before, std::uint32
 }
 
 bool TitleWords::isOneOfSeveral(const Reader &reader, TokenSpan trimmed) const {
-    const Sense *event = reader.sense(trimmed.begin, Meaning::Event);
+    // "First session"; a second interview is one of its own.
+    const Sense *ordinal = reader.sense(trimmed.begin, Meaning::Ordinal);
+    const std::uint32_t kind = ordinal ? trimmed.begin + ordinal->length : trimmed.begin;
+    const Sense *event = reader.sense(kind, Meaning::Event);
+    if (ordinal && ordinal->value == 1 && event && kind + event->length == trimmed.end)
+        return true;
     const std::uint32_t number = event ? trimmed.begin + event->length : trimmed.end;
     return number + 1 == trimmed.end && token(number).kind == TokenKind::Number &&
            token(number).digits <= 2 && !token(trimmed.begin).unspaced;

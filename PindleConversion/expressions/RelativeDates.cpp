@@ -122,7 +122,9 @@ std::optional<DateMention> readPeriod(const Reader &reader, std::uint32_t i) {
     }
     if (period.unit != Unit::Week && period.unit != Unit::Month)
         return std::nullopt;
+    // "next week, maybe on Wednesday"
     std::uint32_t next = reader.skip(reader.skipSymbol(period.next, ','), Meaning::DateMarker);
+    next = reader.skip(next, Meaning::DateMarker);
     next = reader.skip(next, Meaning::Of);
     next = reader.skip(next, Meaning::The);
     return period.unit == Unit::Month ? readMonthPeriod(reader, i, period, next)

@@ -41,6 +41,9 @@ bool isCertainWeekday(const Reader &reader, std::uint32_t i, std::uint32_t next)
     if (opens && word.end - word.begin <= kShort && reader.has(next, Meaning::TimeMarker) &&
         reader.word(reader.skip(next, Meaning::TimeMarker)))
         return false;
+    // "ferry 9:20 sat, lunch in Cowes"
+    if (i > 0 && reader.document().tokens[i - 1].used && !reader.glued(i) && !reader.word(next))
+        return true;
     const bool announced = i > 0 && reader.has(i - 1, Meaning::DateMarker);
     // "quinta que vem"
     if (const Sense *behind = reader.sense(next, Meaning::Behind); behind && behind->length > 1)

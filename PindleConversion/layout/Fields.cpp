@@ -273,7 +273,9 @@ private:
                 (reader.at(i)->spaceBefore && (reader.at(i)->capital || reader.symbol(i - 1, ';') ||
                                                reader.symbol(i - 1, ','))) ||
                 reader.at(i)->kind == TokenKind::Symbol;
-            const LabelMatch match = mayStart ? labelAt(reader, i, start) : LabelMatch{};
+            // "OUT OF OFFICE: ..." names no place.
+            const bool goesOn = !start && reader.has(i - 1, Meaning::Of) && !reader.at(i)->unspaced;
+            const LabelMatch match = mayStart && !goesOn ? labelAt(reader, i, start) : LabelMatch{};
             // "Under 13 A: ..." heads no mail.
             if (match.label == Label::None || (match.label == Label::Mail && !start)) {
                 ++i;
