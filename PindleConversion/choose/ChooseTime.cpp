@@ -192,6 +192,8 @@ void Chooser::settleNight() {
         return;
     m_choice.start = *m_choice.last;
     m_choice.last.reset();
+    if (!m_choice.endMinute)
+        m_choice.endSpan = {};
 }
 
 void Chooser::startPastMidnight() {

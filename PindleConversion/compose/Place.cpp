@@ -164,6 +164,16 @@ bool PlaceFinder::isOfSide(const Reader &reader, std::uint32_t at) const {
     return false;
 }
 
+bool PlaceFinder::isBehindEnd(TokenSpan span) const {
+    constexpr std::uint32_t kLongestMarker = 3;
+    const TokenSpan end = m_choice.endSpan;
+    bool behind = m_choice.timeSpan.end < end.begin && span.begin > end.end &&
+                  span.begin - end.end <= kLongestMarker && m_score > 0;
+    for (std::uint32_t i = end.end; behind && i < span.begin; ++i)
+        behind = token(i).kind == TokenKind::Word;
+    return behind;
+}
+
 bool PlaceFinder::isOfEnd(TokenSpan span) const {
     const TokenSpan end = m_choice.endSpan;
     if (end.empty() || end.begin == m_choice.timeSpan.begin || end.begin == m_choice.dateSpan.begin)
@@ -173,7 +183,8 @@ bool PlaceFinder::isOfEnd(TokenSpan span) const {
                      (m_choice.timeSpan.empty() || field != token(m_choice.timeSpan.begin).field);
     // "Swartz Bay arr 11:35"
     const Sense *role = Reader(m_document, end.begin).sense(span.end, Meaning::RoleWord);
-    return span.end == end.begin || (role && span.end + role->length == end.begin) ||
+    return isBehindEnd(span) || span.end == end.begin ||
+           (role && span.end + role->length == end.begin) ||
            (own && token(span.begin).field == field);
 }
 

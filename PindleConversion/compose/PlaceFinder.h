@@ -35,6 +35,8 @@ private:
     bool isAside(std::uint32_t at) const;
     /// "Abfahrt Mo 7:30 Uhr beim Schultor", in another sentence than the days of a stay.
     bool isOfSide(const Reader &reader, std::uint32_t at) const;
+    /// "Start 17 Uhr an der Kirche, Ende 18.30 Uhr auf dem Festplatz": there it ends.
+    bool isBehindEnd(TokenSpan span) const;
     /// "arrival Palma 08:25": where the event ends.
     bool isOfEnd(TokenSpan span) const;
     /// On the line of another event.

@@ -199,6 +199,11 @@ std::uint32_t PlaceNames::addressGoesOn(const Reader &reader, std::uint32_t i,
     if (shape.event && !shape.noun && !shape.street)
         return i;
     const bool number = token(i).kind == TokenKind::Number;
+    // "Autohaus Ranft, Ersatzwagen bestellt" goes on with something else.
+    const bool goesOn = reader.language(i).capitalNouns && end == i + 1 && reader.word(end) &&
+                        !token(end).capital && !token(end).used && !shape.noun && !shape.street;
+    if (goesOn)
+        return i;
     const bool address = (number && (shape.street || shape.capital || shape.words == 0)) ||
                          (shape.street && shape.capital);
     // Scripts without spaces have no capitals that tell a name.

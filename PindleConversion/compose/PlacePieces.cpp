@@ -103,6 +103,12 @@ bool PlaceFinder::startsUnspaced(const Reader &reader, std::uint32_t i) {
 }
 
 bool PlaceFinder::isBreak(const Reader &reader, std::uint32_t i) const {
+    // "3,620 MHz"
+    const bool decimal = reader.symbol(i, ',') && reader.glued(i) && reader.glued(i + 1) && i > 0 &&
+                         token(i - 1).kind == TokenKind::Number &&
+                         token(i + 1).kind == TokenKind::Number;
+    if (decimal)
+        return false;
     return reader.symbol(i, ',') || reader.symbol(i, ';') || reader.symbol(i, '(') ||
            reader.symbol(i, ')') || reader.symbol(i, ':') || reader.symbol(i, '!') ||
            reader.symbol(i, '?') || reader.symbol(i, kIdeographicStop) ||

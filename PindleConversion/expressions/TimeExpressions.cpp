@@ -152,7 +152,8 @@ std::optional<End> readEnd(const Reader &reader, std::uint32_t i, bool between) 
     // "19h au 14 rue Basse"
     if (!clock->sure && clock->meridiem < 0 && !written &&
         (!mayFollowBare(reader, end.next, true) ||
-         reader.has(reader.skipSymbol(end.next, ','), Meaning::StreetWord)))
+         reader.has(reader.word(i) ? reader.skipSymbol(end.next, ',') : end.next,
+                    Meaning::StreetWord)))
         return std::nullopt;
     end.clock = *clock;
     return end;
