@@ -247,11 +247,13 @@ EventKind Chooser::eventKind() const {
         const Sense *event = i < covered ? nullptr : reader.sense(i, Meaning::Event);
         if (!event || m_document.fields[m_document.tokens[i].field].ignored)
             continue;
+        // "farewell lunch" is a lunch.
+        const bool head = i == covered && i > low && !m_document.tokens[i].unspaced;
         covered = i + event->length;
         const auto kind = static_cast<EventKind>(event->value);
         int score = kind == EventKind::Neutral ? 0 : 4;
         score += m_document.sameSentence(i, anchor) ? 2 : 0;
-        if (score > bestScore) {
+        if (score > bestScore || (head && score == bestScore)) {
             bestScore = score;
             best = kind;
         }

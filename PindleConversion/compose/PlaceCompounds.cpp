@@ -45,6 +45,11 @@ void PlaceFinder::compound(const Reader &reader, const Field &field, std::uint32
         return;
     if (m_choice.kind == EventKind::Travel && isRouteEnd(field, begin))
         return;
+    // "with the Practice Nurse"
+    const bool determined = begin > field.begin && reader.has(begin - 1, Meaning::The);
+    const std::uint32_t before = determined ? begin - 1 : begin;
+    if (before > field.begin && reader.has(before - 1, Meaning::Person) && !token(begin).unspaced)
+        return;
     const bool booked = isStay() && token(begin).unspaced && field.begin < m_choice.anchor();
     if (isTitlePosition(field, begin) || booked) {
         if (isStay() && shapeOf({begin, end}).title)

@@ -20,6 +20,9 @@ void PlaceFinder::marked(const Reader &reader, std::uint32_t i, const Sense &mar
         refusesPlace(reader, begin) || reader.has(begin, Meaning::Greeting) || token(begin).used)
         return;
     const TokenSpan name{begin, nameEnd(reader, begin)};
+    // "answers in April"
+    if (reader.has(begin, Meaning::Month) && name.end == begin + 1)
+        return;
     if (name.empty() || leadsToOther(reader, i, name) || offerWholeLine(reader, i, name.end) ||
         isAtEvent(reader, name) ||
         (reader.has(begin, Meaning::ZoneWord) && isWhereOthersAre(reader, i)))
@@ -166,9 +169,13 @@ bool PlaceFinder::endsPhrase(const Reader &reader, std::uint32_t i) {
 
 bool PlaceFinder::refusesPlace(const Reader &reader, std::uint32_t begin) const {
     const Sense *refused = reader.sense(begin, Meaning::NotAPlace);
+    // "at that new Lebanese place"
+    constexpr std::uint32_t kKindReach = 3;
+    bool kind = false;
+    for (std::uint32_t i = begin + 1; reader.word(i) && i <= begin + kKindReach; ++i)
+        kind = kind || (reader.has(i, Meaning::PlaceNoun) && !token(i).used);
     return refused && !isStreet(reader, begin, begin) &&
-           !(refused->length == 1 && !token(begin).capital &&
-             reader.has(begin + 1, Meaning::PlaceNoun));
+           !(refused->length == 1 && !token(begin).capital && kind);
 }
 
 std::uint32_t PlaceFinder::nameHead(std::uint32_t i) const {

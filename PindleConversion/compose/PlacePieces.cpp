@@ -91,8 +91,12 @@ void PlaceFinder::venueAbove(const Reader &reader, std::uint32_t f) {
 bool PlaceFinder::isVenueLine(const Reader &reader, const Field &field) const {
     const Field &anchor = m_document.fields[m_anchorField];
     const Shape shape = shapeOf({field.begin, field.end});
+    // "Odeon Hall, Hobart"
+    std::uint32_t comma = field.begin;
+    while (comma < field.end && !reader.symbol(comma, ','))
+        ++comma;
     return anchor.line == field.line + 1 && m_choice.anchor() == anchor.begin &&
-           isKindOfPlace(reader, {field.begin, field.end}) && shape.title && !shape.event;
+           isKindOfPlace(reader, {field.begin, comma}) && shape.title && !shape.event;
 }
 
 bool PlaceFinder::startsUnspaced(const Reader &reader, std::uint32_t i) {
@@ -240,6 +244,10 @@ bool PlaceFinder::refusesPart(const Reader &reader, TokenSpan part) const {
         return true;
     // "那場", "哪个馆" ask or point elsewhere.
     const Sense *other = reader.sense(begin, Meaning::NotAPlace);
+    // "1 queen room": so many of a kind.
+    if (reader.number(begin, 1, 9) && part.end > begin + 1 &&
+        reader.has(part.end - 1, Meaning::PlaceNoun) && !shapeOf(part).capital)
+        return true;
     // "(Advance Single)" is all there is.
     if (other && !token(begin).unspaced && begin + other->length != part.end)
         other = nullptr;

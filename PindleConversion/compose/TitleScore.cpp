@@ -199,8 +199,10 @@ int TitleScore::linePenalties(const Reader &reader, const TitleCandidate &candid
     // "水務署通知：" tells who writes.
     if (namesSender(part, trimmed))
         score -= 40;
-    // The subject of a mail may say no more than that something was booked.
-    if (field.label == Label::Title && isPageHead(reader, part))
+    // The subject of a mail may say no more than that something was booked, or greet.
+    const Sense *greeting = reader.sense(part.begin, Meaning::Greeting);
+    const bool greets = greeting && part.begin + greeting->length >= trimmed.end;
+    if (field.label == Label::Title && (greets || isPageHead(reader, part)))
         score -= 360;
     return score;
 }

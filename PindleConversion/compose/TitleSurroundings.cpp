@@ -31,7 +31,9 @@ bool TitleScore::isVocative(TokenSpan part, TokenSpan trimmed) const {
 }
 
 bool TitleScore::isQuoted(TokenSpan part) const {
-    return part.begin > 0 && token(part.begin - 1).symbol == '"' &&
+    // "The thesis defence of Ms Nkemelu ("Groundwater")" is not called by what is in brackets.
+    const bool aside = part.begin > 1 && token(part.begin - 2).symbol == '(';
+    return part.begin > 0 && token(part.begin - 1).symbol == '"' && !aside &&
            part.end < m_document.tokens.size() && token(part.end).symbol == '"' &&
            (part.end - part.begin > 1 || token(part.begin).unspaced);
 }

@@ -99,11 +99,12 @@ std::optional<Day> readLeadingDay(const Reader &reader, std::uint32_t i) {
 }
 
 /// The days between the first and the last of "5, 6 and 7 December".
-std::uint32_t readListedDays(const Reader &reader, std::uint32_t i, int &last) {
+std::uint32_t readListedDays(const Reader &reader, std::uint32_t i, int &last, bool &gaps) {
     while (reader.symbol(i, ',')) {
         const auto day = readDay(reader, i + 1);
         if (!day || day->day <= last)
             break;
+        gaps = gaps || day->day > last + 1;
         last = day->day;
         i = day->next;
     }
@@ -123,7 +124,9 @@ std::optional<LeadingDays> readLeadingDays(const Reader &reader, std::uint32_t i
     if (!day)
         return std::nullopt;
     int listed = day->day;
-    LeadingDays days{day->day, 0, readListedDays(reader, day->next, listed)};
+    // "2, 9, 16 and 23 October" are days of their own.
+    bool gaps = false;
+    LeadingDays days{day->day, 0, readListedDays(reader, day->next, listed, gaps)};
     if (days.next != day->next)
         days.last = listed;
     // "the night of 24/25 December"
@@ -142,9 +145,11 @@ std::optional<LeadingDays> readLeadingDays(const Reader &reader, std::uint32_t i
         const auto last = readLeadingDay(reader, reader.skip(join, Meaning::The));
         if (!last || last->day <= listed)
             return std::nullopt;
+        gaps = gaps || (reader.has(days.next, Meaning::And) && last->day > listed + 1);
         days.last = last->day;
         days.next = last->next;
     }
+    days.last = gaps ? 0 : days.last;
     return days;
 }
 

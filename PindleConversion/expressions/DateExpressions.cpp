@@ -295,6 +295,9 @@ bool readRangeEnd(const Reader &reader, DateMention &date) {
         return false;
     if (to && isMovedFrom(reader, date.span.begin))
         return false;
+    // "Wed 3 June and Wed 10 June" are two events.
+    if (both && !to && last->first.day > date.first.day + 1 && date.first.base == Base::Calendar)
+        return false;
     // "can we shift Tuesday to Thursday", "moved from Monday 16th to Wednesday 18th" name two days
     // for one event, and the second one holds.
     const bool from = date.span.begin > 0 && reader.has(date.span.begin - 1, Meaning::RangeFrom);

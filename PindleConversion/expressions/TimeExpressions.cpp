@@ -229,6 +229,10 @@ bool isAccepted(const Reader &reader, const TimeMention &mention, std::uint32_t 
         return true;
     if (mention.end && mayBeScore(start, *mention.end))
         return false;
+    // "volunteers needed 9-12 Saturday"
+    if (mention.end &&
+        (reader.has(next, Meaning::Weekday) || reader.has(next, Meaning::RelativeDay)))
+        return true;
     if (mention.end)
         return marked || afterDate || (start.minuteGiven && mention.end->minuteGiven);
     if (mention.part != DayPart::None)
