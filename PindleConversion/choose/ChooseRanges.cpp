@@ -63,7 +63,7 @@ bool Chooser::isRangeOver(const Dated &first, const Dated &second) const {
                    (time.span.begin >= from.end || momentBegin(from) == time.span.begin);
         });
     return timed && fewWordsBetween(from.end, joint) && !sentenceHas(from.begin, Meaning::Moving) &&
-           roleOf(from.begin) != Role::MovedFrom;
+           roleOf(from.begin) != Role::MovedFrom && roleOf(to.begin) != Role::MovedTo;
 }
 
 bool Chooser::isArrivalBelow(const Dated &first, const Dated &second) const {

@@ -15,6 +15,9 @@ void Chooser::noteClockStyle() {
 bool Chooser::belongsToOther(const TimeMention &time) const {
     const Dated &mine = m_dates[static_cast<std::size_t>(m_date)];
     const std::uint32_t at = time.span.begin;
+    // "planned for today at 11, is postponed to Thursday": the hour stays.
+    if (m_found.times.size() == 1 && roleOf(mine.mention->span.begin) == Role::MovedTo)
+        return false;
     const int own = gap(mine.mention->span, time.span);
     const bool ownSentence = m_document.sameSentence(at, mine.mention->span.begin);
     for (const Dated &other : m_dates) {

@@ -31,6 +31,10 @@ void PlaceFinder::compound(const Reader &reader, const Field &field, std::uint32
             ownsNext(reader, begin - 1)) &&
            !endsCompound(reader, begin - 1))
         --begin;
+    // "14B Canal Walk"
+    if (begin > field.begin && token(begin).end - token(begin).begin == 1 && reader.glued(begin) &&
+        token(begin - 1).kind == TokenKind::Number && !token(begin - 1).used)
+        --begin;
     const bool numbered =
         end > i + 1 && (token(i + 1).kind == TokenKind::Number || token(i + 1).capital);
     // "Handmade-Markt" is an event.

@@ -256,6 +256,8 @@ bool PlaceFinder::refusesPart(const Reader &reader, TokenSpan part) const {
     return points || reader.has(begin, Meaning::Person) ||
            (reader.has(begin, Meaning::PlaceMarker) && !token(begin).upper()) ||
            reader.has(begin, Meaning::Chatter) ||
+           (reader.word(begin) && reader.has(begin, Meaning::TimeMarker) &&
+            !token(begin).upper()) ||
            (reader.has(begin, Meaning::PlaceStop) && !token(begin).upper()) ||
            reader.has(begin + 2, Meaning::Counter) || token(begin).kind == TokenKind::Link ||
            isSeat(reader, begin) || isCounted(reader, begin) || isArrival(reader, begin) ||

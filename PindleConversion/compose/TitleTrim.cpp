@@ -37,6 +37,9 @@ TokenSpan TitleParts::trimFront(TokenSpan span) const {
     const std::uint32_t next = span.begin + lead->length;
     if (startsLongerWord(span, next))
         return span;
+    // "A-level results"
+    if (reader.symbol(next, '-') && reader.glued(next) && reader.glued(next + 1))
+        return span;
     // "Invitation: ..." loses its prefix, "Invitation design" keeps its first word.
     if (lead->value == 1 && !reader.symbol(next, ':') && !reader.symbol(next, '-') &&
         !reader.symbol(next, '!') && !reader.symbol(next, ']') && !isPrefix(reader, next) &&
