@@ -169,11 +169,25 @@ private:
             return;
         if (c == '*' || c == '_' || c == '`' || c == '~')
             return emphasis(m_in[m_at]);
-        if ((c == '&' && entity()) || (c == '<' && tag()))
+        if ((c == '&' && entity()) || (c == '<' && tag()) || (c == '\n' && wraps()))
             return;
         const CodePoint point = decodeAt(m_in, m_at);
         m_at = point.end;
         put(plain(point.value));
+    }
+
+    /// "Read-\ning Room": the hyphen that only the line's end put there goes.
+    bool wraps() {
+        constexpr std::size_t kShortest = 3;
+        const auto small = [](char each) { return each >= 'a' && each <= 'z'; };
+        const std::size_t size = m_out.size();
+        if (size < kShortest || m_out.back() != '-' || !small(m_out[size - 2]) ||
+            !isWordByte(m_out[size - kShortest]) || m_at + 2 >= m_in.size() ||
+            !small(m_in[m_at + 1]) || !small(m_in[m_at + 2]))
+            return false;
+        m_out.pop_back();
+        ++m_at;
+        return true;
     }
 
     bool lineStarts() const { return m_out.empty() || m_out.back() == '\n'; }

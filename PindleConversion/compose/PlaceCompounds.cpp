@@ -35,6 +35,10 @@ void PlaceFinder::compound(const Reader &reader, const Field &field, std::uint32
     if (begin > field.begin && token(begin).end - token(begin).begin == 1 && reader.glued(begin) &&
         token(begin - 1).kind == TokenKind::Number && !token(begin - 1).used)
         --begin;
+    // "Ms. Ortiz's room"
+    if (begin > field.begin + 1 && reader.symbol(begin - 1, '.') && token(begin - 2).capital &&
+        reader.has(begin - 2, Meaning::Person))
+        begin -= 2;
     const bool numbered =
         end > i + 1 && (token(i + 1).kind == TokenKind::Number || token(i + 1).capital);
     // "Handmade-Markt" is an event.

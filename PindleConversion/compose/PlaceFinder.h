@@ -64,6 +64,8 @@ private:
     bool isInCompound(const Reader &reader, std::uint32_t i, std::uint32_t next) const;
     /// "in one room", "at three venues": so many places, not which.
     bool countsPlaces(const Reader &reader, std::uint32_t begin) const;
+    /// "the new daycare on Pine": the street without its kind belongs to the name.
+    std::uint32_t withStreet(const Reader &reader, TokenSpan name) const;
     /// What follows the marker at `i` is an amount, a deed or who writes.
     bool leadsToOther(const Reader &reader, std::uint32_t i, TokenSpan name) const;
     /// "Call mit dem Team in Toronto, 9:30 Toronto-Zeit": where the others are is no place.
@@ -129,6 +131,8 @@ private:
     static bool tellsSeat(const Reader &reader, std::uint32_t begin, std::uint32_t end);
     /// "Plaza 7", "Seat 22A" on a ticket.
     static bool isSeat(const Reader &reader, std::uint32_t i);
+    /// "Row F Seat 9"
+    static bool namesSeat(const Reader &reader, TokenSpan part);
     /// "2-persoonskamer": a kind of room, not a room.
     static bool isCounted(const Reader &reader, std::uint32_t i);
 

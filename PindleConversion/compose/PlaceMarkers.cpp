@@ -19,7 +19,7 @@ void PlaceFinder::marked(const Reader &reader, std::uint32_t i, const Sense &mar
     if (!reader.at(begin) || isInCompound(reader, i, begin) || endsPhrase(reader, i) ||
         refusesPlace(reader, begin) || reader.has(begin, Meaning::Greeting) || token(begin).used)
         return;
-    const TokenSpan name{begin, nameEnd(reader, begin)};
+    const TokenSpan name{begin, withStreet(reader, {begin, nameEnd(reader, begin)})};
     // "answers in April"
     if (reader.has(begin, Meaning::Month) && name.end == begin + 1)
         return;
@@ -62,6 +62,18 @@ bool PlaceFinder::countsPlaces(const Reader &reader, std::uint32_t begin) const 
            !reader.language(begin).capitalNouns && !reader.has(begin, Meaning::The) &&
            token(begin).end - token(begin).begin >= kShortest &&
            !reader.at(begin + count->length)->capital;
+}
+
+std::uint32_t PlaceFinder::withStreet(const Reader &reader, TokenSpan name) const {
+    const Sense *on = reader.sense(name.end, Meaning::PlaceMarker);
+    if (name.empty() || !on || on->value != 0 || !reader.has(name.begin, Meaning::The) ||
+        !reader.has(name.end, Meaning::DateMarker) || reader.has(name.end, Meaning::TimeMarker) ||
+        !reader.has(name.end - 1, Meaning::PlaceNoun) || token(name.end - 1).capital)
+        return name.end;
+    std::uint32_t end = name.end + on->length;
+    while (reader.word(end) && token(end).upper() && !token(end).used)
+        ++end;
+    return end > name.end + on->length ? end : name.end;
 }
 
 bool PlaceFinder::leadsToOther(const Reader &reader, std::uint32_t i, TokenSpan name) const {
@@ -249,6 +261,10 @@ std::uint32_t PlaceFinder::nounBefore(const Reader &reader, std::uint32_t marker
             return begin;
         if (!reader.has(i - 1, Meaning::PlaceNoun))
             continue;
+        // "open house at the new school" is no house.
+        const Sense *event = i > low + 1 ? reader.sense(i - 2, Meaning::Event) : nullptr;
+        if (event && event->length > 1)
+            return begin;
         // "function room at the Railway Arms"
         const Sense *longer = i > low + 1 ? reader.sense(i - 2, Meaning::PlaceNoun) : nullptr;
         return longer && longer->length == 2 && !token(i - 2).used ? i - 2 : i - 1;

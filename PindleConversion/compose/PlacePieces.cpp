@@ -129,7 +129,8 @@ bool PlaceFinder::isArrivalLine(const Field &field) const {
 
 bool PlaceFinder::isBelowEnd(const Field &field) const {
     return m_choice.kind != EventKind::Travel && !m_choice.endSpan.empty() &&
-           lineOf(m_choice.endSpan.begin) == m_momentLine + 1 && field.line == m_momentLine + 2;
+           lineOf(m_choice.endSpan.begin) == m_momentLine + 1 && field.line == m_momentLine + 2 &&
+           token(field.begin).kind == TokenKind::Word;
 }
 
 bool PlaceFinder::isAnnounced(const Reader &reader, std::uint32_t begin) const {
@@ -260,7 +261,7 @@ bool PlaceFinder::refusesPart(const Reader &reader, TokenSpan part) const {
             !token(begin).upper()) ||
            (reader.has(begin, Meaning::PlaceStop) && !token(begin).upper()) ||
            reader.has(begin + 2, Meaning::Counter) || token(begin).kind == TokenKind::Link ||
-           isSeat(reader, begin) || isCounted(reader, begin) || isArrival(reader, begin) ||
+           namesSeat(reader, part) || isCounted(reader, begin) || isArrival(reader, begin) ||
            reader.symbol(part.end, ':') || isAnnounced(reader, begin) ||
            tellsSeat(reader, begin, part.end);
 }
@@ -275,6 +276,13 @@ bool PlaceFinder::isTradeOfPlace(const Reader &reader, TokenSpan part) {
         if (reader.has(i, Meaning::Event))
             return false;
     return true;
+}
+
+bool PlaceFinder::namesSeat(const Reader &reader, TokenSpan part) {
+    for (std::uint32_t i = part.begin; i < part.end; ++i)
+        if (isSeat(reader, i))
+            return true;
+    return false;
 }
 
 bool PlaceFinder::opensWithPlace(const Reader &reader, TokenSpan part) const {
