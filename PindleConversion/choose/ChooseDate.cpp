@@ -139,6 +139,8 @@ int Chooser::scoreDate(const Dated &dated, int index) {
         score -= 15;
     if (dated.again)
         score -= 45;
+    if (followsDate(dated))
+        score -= 40;
     if (sentenceHas(token, Meaning::Event) && !isLaterItem(dated))
         score += 10;
     return score;

@@ -43,4 +43,16 @@ bool Chooser::isLaterItem(const Dated &dated) const {
            });
 }
 
+bool Chooser::followsDate(const Dated &dated) const {
+    const std::uint32_t at = dated.mention->span.begin;
+    const bool aside = dated.mention->first.base == DateSpec::Base::Weekday && isInBrackets(at);
+    const bool written = dated.mention->first.base == DateSpec::Base::Calendar;
+    return std::any_of(m_dates.begin(), m_dates.end(), [&](const Dated &other) {
+        const bool before = other.mention->span.begin < at && !isPast(other) &&
+                            other.mention->first.base == DateSpec::Base::Calendar &&
+                            roleOf(other.mention->span.begin) == Role::None;
+        return before && (aside || (written && isListed(other.mention->span, dated.mention->span)));
+    });
+}
+
 } // namespace pindle::conversion

@@ -154,7 +154,7 @@ int Chooser::endAfter(const ClockSpec &end, const ClockSpec &start) const {
 
 bool Chooser::isJoined(const TimeMention &first, const TimeMention &second) const {
     // Names in scripts without spaces are cut in small pieces.
-    const std::uint32_t reach = m_document.token(first.span.end).unspaced ? 12 : 6;
+    const std::uint32_t reach = m_document.token(first.span.end).unspaced ? 12 : 9;
     if (first.end || second.end || !second.start.sure || !first.start.sure ||
         second.span.begin - first.span.end > reach ||
         !m_document.sameSentence(first.span.begin, second.span.begin) ||

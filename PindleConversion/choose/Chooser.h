@@ -76,6 +76,9 @@ private:
     int scoreDate(const Dated &dated, int index);
     /// "on 5th" is a day where no other is named; else it may be a street.
     bool isOnlyDay(const Dated &dated) const;
+    /// "Wed 3 June, Wed 10 June, 6pm" begins with its first day; "6 November ... arrival 05:50
+    /// (Saturday)" tells the day in full before.
+    bool followsDate(const Dated &dated) const;
     /// "by Friday": until when something is to be done.
     bool isDue(std::uint32_t token) const;
     /// "Tue-Sun" beside the days of an exhibition.
