@@ -385,7 +385,8 @@ bool Chooser::hasFutureSense(std::uint32_t token) const {
         return true;
     if (token == field.begin)
         return true;
-    if (toldInPast(field, token) && roleOf(token) != Role::MovedTo)
+    if (toldInPast(field, token) && roleOf(token) != Role::MovedTo &&
+        roleOf(token) != Role::Deadline)
         return false;
     const Dated &dated = m_dates[static_cast<std::size_t>(m_date)];
     const bool explicitFuture =

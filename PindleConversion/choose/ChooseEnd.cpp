@@ -127,7 +127,12 @@ bool Chooser::endFromTime() {
         // "by 2 in the afternoon"
         if (until.meridiem < 0 && until.hour <= kLastOnDial && time.part != DayPart::None)
             until.meridiem = time.part == DayPart::Morning ? 0 : 1;
-        m_choice.endMinute = endAfter(until, start);
+        // "flight 18:05, check-in until 17:05" does not end the day after.
+        constexpr int kLongest = 18 * 60;
+        const int end = endAfter(until, start);
+        if (end > *m_choice.startMinute + kLongest)
+            continue;
+        m_choice.endMinute = end;
         m_choice.endSpan = time.span;
         return true;
     }
@@ -152,6 +157,14 @@ int Chooser::endAfter(const ClockSpec &end, const ClockSpec &start) const {
     return resolveTime(known, {}).end.value_or(*m_choice.startMinute);
 }
 
+bool Chooser::isAirport(std::uint32_t i) const {
+    constexpr std::size_t kCode = 3;
+    const Token &token = m_document.token(i);
+    const auto code = token.kind == TokenKind::Word ? m_document.slice(token) : std::string_view{};
+    return code.size() == kCode &&
+           std::all_of(code.begin(), code.end(), [](char c) { return c >= 'A' && c <= 'Z'; });
+}
+
 bool Chooser::isJoined(const TimeMention &first, const TimeMention &second) const {
     // Names in scripts without spaces are cut in small pieces.
     const std::uint32_t reach = m_document.token(first.span.end).unspaced ? 12 : 9;
@@ -161,7 +174,8 @@ bool Chooser::isJoined(const TimeMention &first, const TimeMention &second) cons
         roleOf(second.span.begin) != Role::None)
         return false;
     const Reader reader(m_document, second.span.begin);
-    bool range = false;
+    bool range = isAirport(first.span.end) && second.span.begin == first.span.end + 1 &&
+                 first.span.begin > 0 && isAirport(first.span.begin - 1);
     for (std::uint32_t k = first.span.end; k < second.span.begin; ++k) {
         // "à 14h et à 16h" are two times.
         if (reader.has(k, Meaning::And))

@@ -190,6 +190,8 @@ private:
     bool endFromSecondDay();
     bool endFromTime();
     int endAfter(const ClockSpec &end, const ClockSpec &start) const;
+    /// "MAD" of "MAD 18:05 LHR 19:35".
+    bool isAirport(std::uint32_t i) const;
     /// "ATL 6:20 PM - MCO 7:52 PM": two times with a name between them make one range.
     bool isJoined(const TimeMention &first, const TimeMention &second) const;
     /// No date, time or zone stands between two expressions.

@@ -21,9 +21,10 @@ void PlaceFinder::compound(const Reader &reader, const Field &field, std::uint32
             break;
         end = next + 1;
     }
-    // "O portão fecha": an article at the begin of a sentence is no name.
+    // "O portão fecha", "Para urgencias": what opens a sentence is no name.
+    static constexpr Meanings kOpening{Meaning::The, Meaning::PlaceStop};
     const auto isArticle = [&](std::uint32_t k) {
-        return reader.has(k, Meaning::The) && !token(i).capital;
+        return reader.mayHave(k, kOpening) && !token(i).capital;
     };
     while (begin > field.begin && begin + 5 > i && joinsName(reader, begin - 1, i) &&
            !isArticle(begin - 1) &&

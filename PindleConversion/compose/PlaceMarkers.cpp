@@ -171,10 +171,15 @@ bool PlaceFinder::endsPhrase(const Reader &reader, std::uint32_t i) {
         const Sense *phrase = reader.sense(i - back, meaning);
         return phrase && phrase->length == back + 1;
     };
+    const auto covers = [&](Meaning meaning, std::uint32_t back) {
+        const Sense *phrase = reader.sense(i - back, meaning);
+        return phrase && phrase->length > back;
+    };
     for (std::uint32_t back = 1; back < std::min(i + 1, kPhraseReach); ++back)
         // "mestrado em Geografia"
+        // and "pot de départ de Gérard".
         if (ends(Meaning::Chatter, back) || ends(Meaning::AsideLead, back) ||
-            ends(Meaning::Event, back) || (back > 2 && ends(Meaning::TitleLead, back)))
+            covers(Meaning::Event, back) || (back > 2 && ends(Meaning::TitleLead, back)))
             return true;
     return false;
 }

@@ -184,7 +184,9 @@ std::uint32_t PlaceNames::nameEnd(const Reader &reader, std::uint32_t begin) con
 
 std::uint32_t PlaceNames::addressGoesOn(const Reader &reader, std::uint32_t i,
                                         std::uint32_t begin) const {
-    if (token(i).kind == TokenKind::Number && reader.has(i + 1, Meaning::UnitWord))
+    // "..., 5 à 7" tells hours.
+    static constexpr Meanings kCounted{Meaning::UnitWord, Meaning::RangeTo, Meaning::HourMark};
+    if (token(i).kind == TokenKind::Number && reader.word(i + 1) && reader.mayHave(i + 1, kCounted))
         return i;
     const bool name = token(i).upper() && reader.at(i + 1) && reader.at(i + 1)->upper();
     std::uint32_t end = name ? i + 1 : i;

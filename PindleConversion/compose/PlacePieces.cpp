@@ -192,7 +192,7 @@ std::uint32_t PlaceFinder::piece(const Reader &reader, std::uint32_t f, std::uin
                         reader.number(begin + 1, 0, 31);
     const bool filler = end == begin + 1 &&
                         (reader.has(begin, Meaning::Of) || reader.has(begin, Meaning::RangeFrom) ||
-                         reader.has(begin, Meaning::The));
+                         reader.has(begin, Meaning::The) || reader.has(begin, Meaning::TimeMarker));
     if (!refused && !greets && !isSentence(reader, {begin, end}) && !filler && !listed &&
         !isArrivalLine(field) && shape.words > 0 && shape.words <= kMostWords &&
         (!shape.event || opensWithPlace(reader, {begin, end})))

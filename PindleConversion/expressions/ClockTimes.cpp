@@ -57,11 +57,15 @@ bool isBehindTimeMarker(const Reader &reader, std::uint32_t i) {
 /// time and no amount can be meant. `i` is the comma.
 bool isCommaTime(const Reader &reader, std::uint32_t i) {
     constexpr std::uint32_t kQuarter = 15;
-    if (!reader.symbol(i, ',') || i < 2 || reader.language(i).dayOrder != DayOrder::DayFirst ||
-        !isBehindTimeMarker(reader, i - 1))
+    if (!reader.symbol(i, ',') || i == 0 || reader.language(i).dayOrder != DayOrder::DayFirst)
         return false;
     const std::uint32_t next = i + 2;
-    if (isHourWord(reader, i - 1) || reader.has(next, Meaning::HourMark))
+    constexpr std::uint32_t kLongestTold = 6; ///< hours; "1,25 h" is a length
+    if (reader.has(next, Meaning::HourMark) && reader.at(i - 1)->number > kLongestTold)
+        return true;
+    if (!isBehindTimeMarker(reader, i - 1))
+        return false;
+    if (isHourWord(reader, i - 1))
         return true;
     const Token *behind = reader.at(next);
     const bool ends = !behind || behind->kind == TokenKind::LineBreak ||

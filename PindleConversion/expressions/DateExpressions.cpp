@@ -316,11 +316,18 @@ bool readRangeEnd(const Reader &reader, DateMention &date) {
     return true;
 }
 
+/// "da lunedì 12 a mercoledì 14": weekdays tell that the numbers are days.
+bool isNamedRange(const DateMention &range) {
+    return range.first.base == Base::DayOnly && range.last && range.last->base == Base::DayOnly &&
+           range.first.weekday != 0 && range.last->weekday != 0;
+}
+
 } // namespace
 
 std::optional<DateMention> readDate(const Reader &reader, std::uint32_t i) {
     if (auto start = mayStartWithName(reader, i) ? readRangeStart(reader, i) : std::nullopt;
-        start && readRangeEnd(reader, *start) && start->first.base == Base::Calendar)
+        start && readRangeEnd(reader, *start) &&
+        (start->first.base == Base::Calendar || isNamedRange(*start)))
         return start;
     auto date = readSingle(reader, i);
     if (date)

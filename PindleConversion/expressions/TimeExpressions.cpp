@@ -1,3 +1,5 @@
+#include <algorithm>
+
 #include "PindleConversion/expressions/Expression.h"
 
 namespace pindle::conversion {
@@ -17,6 +19,19 @@ bool startsAddress(const Reader &reader, std::uint32_t i) {
         if (j > i && reader.has(j, Meaning::StreetWord))
             return true;
     return false;
+}
+
+/// "BON POUR 2 ENTRÉES": where all is in capitals, they tell no name.
+bool isShouted(const Reader &reader, std::uint32_t i) {
+    constexpr std::size_t kShortest = 4;
+    constexpr std::uint32_t kBefore = 2;
+    const auto inCapitals = [&](std::uint32_t at) {
+        const auto word = reader.document().slice(*reader.at(at));
+        return word.size() >= kShortest &&
+               std::none_of(word.begin(), word.end(), [](char c) { return c >= 'a' && c <= 'z'; });
+    };
+    return i >= kBefore && reader.word(i - kBefore) && inCapitals(i) && inCapitals(i - kBefore) &&
+           !reader.has(i, Meaning::PlaceNoun) && !reader.has(i, Meaning::StreetWord);
 }
 
 /// What may follow a number that only its place makes a time.
@@ -53,7 +68,7 @@ bool mayFollowBare(const Reader &reader, std::uint32_t i, bool marked) {
         return true;
     if (marked && reader.has(i, Meaning::PresentVerb))
         return true;
-    return marked && token->capital && !startsAddress(reader, i);
+    return marked && token->capital && !startsAddress(reader, i) && !isShouted(reader, i);
 }
 
 /// "in the morning", "tonight" behind the time.
@@ -123,7 +138,9 @@ bool isNamedHour(const Reader &reader, std::uint32_t i, const ClockSpec &clock,
     if (!isHourWord(reader, i) || !reader.word(next) || reader.glued(next) ||
         reader.has(next, Meaning::UnitWord))
         return false;
-    return clock.hour > kLastOnDial || reader.has(next, Meaning::PlaceNoun) ||
+    // "venerdì ore 9 tampone"
+    const bool dated = i > 1 && reader.document().tokens[i - 2].used;
+    return clock.hour > kLastOnDial || dated || reader.has(next, Meaning::PlaceNoun) ||
            reader.has(next, Meaning::PlaceMarker);
 }
 
