@@ -15,6 +15,8 @@ void Chooser::resolveDates() {
     for (std::size_t i = 0; i < m_found.dates.size(); ++i) {
         auto date = inNamedWeek(i);
         if (!date)
+            date = inNamedMonth(i);
+        if (!date)
             date = resolveDate(m_found.dates[i], m_reference);
         if (date)
             m_dates.push_back({&m_found.dates[i], *date});
@@ -50,6 +52,24 @@ std::optional<ResolvedDate> Chooser::inNamedWeek(std::size_t i) const {
         if (m_document.tokens[k].kind == TokenKind::Symbol && m_document.tokens[k].symbol != '\'')
             return std::nullopt;
     day.first.which = week.first.which;
+    return resolveDate(day, m_reference);
+}
+
+std::optional<ResolvedDate> Chooser::inNamedMonth(std::size_t i) const {
+    DateMention day = m_found.dates[i];
+    const bool bare = day.first.base == DateSpec::Base::DayOnly && !day.first.monthGiven &&
+                      day.first.month == 0 && !day.last && day.weak;
+    if (!bare || m_dates.empty())
+        return std::nullopt;
+    const Dated &before = m_dates.back();
+    const std::chrono::year_month_day named(before.date.last.value_or(before.date.first));
+    if (before.mention->first.base != DateSpec::Base::Calendar ||
+        !m_document.sameSentence(before.mention->span.begin, day.span.begin) ||
+        day.first.day <= static_cast<int>(static_cast<unsigned>(named.day())))
+        return std::nullopt;
+    day.first.base = DateSpec::Base::Calendar;
+    day.first.year = static_cast<int>(named.year());
+    day.first.month = static_cast<int>(static_cast<unsigned>(named.month()));
     return resolveDate(day, m_reference);
 }
 

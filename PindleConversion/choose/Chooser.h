@@ -69,6 +69,8 @@ private:
     void resolveDates();
     /// "next week's meeting is on Thursday": the weekday of that week.
     std::optional<ResolvedDate> inNamedWeek(std::size_t i) const;
+    /// "6月19号出发，21号回": the day is one of the month named before it.
+    std::optional<ResolvedDate> inNamedMonth(std::size_t i) const;
     /// "6/3, 6/10, 6/17 (all Wednesdays)": the weekday of the days before it.
     bool explainsDays(const Dated &dated) const;
     bool hasTimeNear(std::uint32_t token) const;

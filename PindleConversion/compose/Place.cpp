@@ -101,7 +101,7 @@ void PlaceFinder::offer(TokenSpan span, int score, std::uint32_t at) {
         ++span.begin;
     // "local time" in brackets is no place.
     const Sense *zone = reader.sense(span.begin, Meaning::ZoneWord);
-    if (span.empty() || isAmount(span) || (zone && zone->value != 0))
+    if (span.empty() || isAmount(span) || saysTooLittle(span) || (zone && zone->value != 0))
         return;
     if (m_document.sameSentence(at, m_choice.anchor()))
         score += 12;
@@ -137,6 +137,18 @@ bool PlaceFinder::isAmount(TokenSpan span) const {
                         m_document.tokens.begin() + span.end, [](const Token &each) {
                             return each.kind != TokenKind::Number && each.kind != TokenKind::Symbol;
                         });
+}
+
+bool PlaceFinder::saysTooLittle(TokenSpan span) const {
+    constexpr std::uint32_t kOneSign = 3; ///< bytes
+    const Token &first = token(span.begin);
+    const Reader reader(m_document, span.end);
+    if (first.unspaced && span.end == span.begin + 1 &&
+        reader.language(span.begin).script == Script::Chinese)
+        return first.end - first.begin <= kOneSign;
+    const Sense *counter =
+        first.kind == TokenKind::Number ? reader.sense(span.begin + 1, Meaning::Counter) : nullptr;
+    return counter && counter->value == 0;
 }
 
 bool PlaceFinder::isAside(std::uint32_t at) const {

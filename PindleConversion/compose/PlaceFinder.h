@@ -31,6 +31,8 @@ private:
     bool isAmount(TokenSpan span) const;
     /// "hall of": what followed is no part of the place.
     bool dangles(const Reader &reader, TokenSpan span) const;
+    /// "到店化妆", "2人": a lone sign or a count.
+    bool saysTooLittle(TokenSpan span) const;
     /// "and afterwards at the hall": not where the event itself is.
     bool isAside(std::uint32_t at) const;
     /// "Abfahrt Mo 7:30 Uhr beim Schultor", in another sentence than the days of a stay.
@@ -174,6 +176,9 @@ private:
                         std::uint32_t end);
     /// "The gate closes 20 minutes before": a sentence that tells something of a place.
     bool isSentence(const Reader &reader, TokenSpan part) const;
+    /// "海底捞（大悦城店）": the branch in brackets belongs to the name; the token behind them, or
+    /// `end`.
+    std::uint32_t behindBranch(const Reader &reader, std::uint32_t begin, std::uint32_t end) const;
     /// "に駅の改札前": a particle belongs to what stands before it.
     std::uint32_t behindParticles(const Reader &reader, const Field &field, TokenSpan part) const;
     /// The part's first words or what follows it say that it is something else.

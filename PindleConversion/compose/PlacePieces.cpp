@@ -185,6 +185,7 @@ std::uint32_t PlaceFinder::piece(const Reader &reader, std::uint32_t f, std::uin
         end = std::clamp(nameEnd(reader, begin), begin + 1, end);
     const std::uint32_t next = end;
     end = beforeTalk(reader, field, {begin, end});
+    end = behindBranch(reader, begin, end);
     const Shape shape = shapeOf({begin, end});
     const bool greets = reader.has(begin, Meaning::Greeting) && !(shape.noun && shape.title);
     // "(le 11 a New York)"
@@ -223,6 +224,18 @@ bool PlaceFinder::isSentence(const Reader &reader, TokenSpan part) const {
     return token(part.begin).upper() && reader.has(part.begin, Meaning::The) &&
            reader.has(noun, Meaning::PlaceNoun) && !token(noun).capital && noun + 1 < part.end &&
            reader.mayHave(noun + 1, kVerbs);
+}
+
+std::uint32_t PlaceFinder::behindBranch(const Reader &reader, std::uint32_t begin,
+                                        std::uint32_t end) const {
+    if (!token(begin).unspaced || end == begin || !reader.symbol(end, '(') ||
+        !token(end - 1).unspaced)
+        return end;
+    const std::uint32_t close = closing(reader, end);
+    for (std::uint32_t i = end + 1; i < close; ++i)
+        if (token(i).used || !token(i).unspaced)
+            return end;
+    return close > end + 1 && isPlaceNoun(reader, close - 1) ? close + 1 : end;
 }
 
 std::uint32_t PlaceFinder::behindParticles(const Reader &reader, const Field &field,

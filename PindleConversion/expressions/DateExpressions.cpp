@@ -339,8 +339,8 @@ bool isMovedFrom(const Reader &reader, std::uint32_t i) {
     constexpr std::uint32_t kLongestRole = 4;
     for (std::uint32_t k = i; k > 0 && i - k < kLongestRole; --k) {
         const Sense *role = reader.sense(k - 1, Meaning::RoleWord);
-        if (role && role->value == static_cast<int>(Role::MovedFrom) && role->length > 1 &&
-            k - 1 + role->length >= i)
+        const bool sure = role && (role->length > 1 || reader.at(k - 1)->unspaced);
+        if (sure && role->value == static_cast<int>(Role::MovedFrom) && k - 1 + role->length >= i)
             return true;
     }
     return false;

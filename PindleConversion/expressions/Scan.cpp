@@ -48,7 +48,7 @@ private:
         // "and return by" is no "return by".
         if (const Sense *role = reader.sense(i, Meaning::RoleWord);
             role && i + role->length > m_roleEnd && !isInCompound(reader, i) &&
-            !isEndOfPeriod(reader, i, *role))
+            !isEndOfPeriod(reader, i, *role) && mayBeRole(reader, i, *role))
             takeRole(reader, i, *role);
         if (const Sense *role = reader.sense(i, Meaning::RoleBehind))
             take(m_found.roles, RoleMention{i, static_cast<Role>(role->value), true});
@@ -90,6 +90,14 @@ private:
         }
         take(m_found.roles, RoleMention{i, role});
         m_roleEnd = i + sense.length;
+    }
+
+    /// "原4/15": a lone sign says what a date is only right before it.
+    static bool mayBeRole(const Reader &reader, std::uint32_t i, const Sense &role) {
+        constexpr std::uint32_t kOneSign = 3; ///< bytes
+        const Token &token = *reader.at(i);
+        return role.length > 1 || !token.unspaced || token.end - token.begin > kOneSign ||
+               mayStartDate(reader, i + 1);
     }
 
     /// Behind the number of an account or telephone at `i`, or behind figures that no word
@@ -137,8 +145,8 @@ private:
     static bool isTomorrow(const Reader &reader, std::uint32_t i, const Sense &part) {
         constexpr std::uint32_t kLongestWord = 8; ///< bytes; "morgenochtend" says both
         const Sense *day = reader.sense(i, Meaning::RelativeDay);
-        return day && day->value == 1 && day->length == 1 && part.length == 1 &&
-               reader.at(i)->end - reader.at(i)->begin <= kLongestWord;
+        return day && !reader.at(i)->unspaced && day->value == 1 && day->length == 1 &&
+               part.length == 1 && reader.at(i)->end - reader.at(i)->begin <= kLongestWord;
     }
 
     std::uint32_t takeDate(const Reader &reader, const DateMention &date) {
