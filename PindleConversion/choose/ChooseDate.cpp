@@ -197,8 +197,10 @@ bool Chooser::isHoursOnly(const Dated &dated) const {
     if (days && (labelled || sentenceHas(token, Meaning::Daily)))
         return true;
     // "open Tuesday to Sunday": an exhibition may be an event, a shop is none.
+    const bool opening =
+        !label.empty() && Reader(m_document, label.end).has(label.begin, Meaning::Opening);
     return (dated.mention->repeated || spansMostDays(dated)) &&
-           sentenceHas(token, Meaning::Opening) && !sentenceHas(token, Meaning::Event);
+           (opening || sentenceHas(token, Meaning::Opening)) && !sentenceHas(token, Meaning::Event);
 }
 
 bool Chooser::spansMostDays(const Dated &dated) const {

@@ -136,6 +136,9 @@ void PlaceFinder::offerBehindStrong(const Reader &reader, std::uint32_t i, Token
     const bool determined = reader.has(name.begin, Meaning::The);
     const bool named = shape.capital || token(name.begin).kind == TokenKind::Number;
     const bool known = shape.noun || shape.street;
+    // "Online-Vortrag: Wärmepumpe im Altbau - Do, 11.06."
+    if (!known && i < m_choice.anchor() && headingPenalty(i) > 0 && heldOnline())
+        return;
     // "Potluck @ Rosa's"
     if (named && !known && shape.words == 1 && token(name.begin).possessive)
         offer(name, 50, i);

@@ -16,6 +16,7 @@ constexpr int kGeneralKind = 34;    ///< less for "appointment" before its day
 constexpr int kNumbered = 40;       ///< less for one of several: "Session 1"
 constexpr int kKindBeforeDate = 20; ///< less for a kind that only leads to the date
 constexpr int kMarkersOnly = 40;    ///< less for "leaving", which only announces a time
+constexpr int kBehind = 40;         ///< less for what is only said of a day: "is no good"
 constexpr int kNoContent = 30;      ///< less for words that say nothing of what happens
 
 /// What a label says of the words behind it.
@@ -133,6 +134,12 @@ int TitleScore::openingPenalties(const Reader &reader, const TitleCandidate &can
     // "保護者の皆様": whom the text speaks to.
     if (token(part.end - 1).unspaced && reader.has(part.end - 1, Meaning::Person))
         score -= 60;
+    // "Gruß, Torben"
+    constexpr std::uint32_t kLongestName = 2;
+    if (part.begin > 1 && part.begin > m_choice.anchor() && token(part.begin - 1).symbol == ',' &&
+        reader.has(part.begin - 2, Meaning::Greeting) && part.end == field.end &&
+        trimmed.end - trimmed.begin <= kLongestName && !contains(trimmed, Meaning::Event))
+        score -= 60;
     if (isVocative(part, trimmed))
         score -= 50;
     return score;
@@ -160,6 +167,10 @@ int TitleScore::wordPenalties(const Reader &reader, const TitleCandidate &candid
         score -= kPlaceName;
     if (contains(trimmed, Meaning::PastVerb))
         score -= 8;
+    // "Donnerstag kann ich doch nicht"
+    if (reader.has(candidate.part.begin, Meaning::RoleBehind) && !event &&
+        !token(candidate.part.begin).unspaced)
+        score -= kBehind;
     if (tellsRole(trimmed))
         score -= tellsSide(trimmed) ? 80 : 40;
     const Sense *general = reader.sense(trimmed.begin, Meaning::GeneralEvent);

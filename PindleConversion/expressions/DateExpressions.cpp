@@ -126,7 +126,10 @@ std::optional<DateMention> readNamedDate(const Reader &reader, std::uint32_t i) 
 
 /// A weekday behind a date: "5 June (Fri)", "6/12, Friday".
 void readNameBehind(const Reader &reader, DateMention &date) {
-    std::uint32_t j = reader.skipSymbol(date.span.end, ',');
+    // "21.05.2026 r. (czwartek)"
+    const std::uint32_t mark = reader.skip(date.span.end, Meaning::YearMark);
+    const std::uint32_t open = mark != date.span.end ? reader.skipSymbol(mark, '.') : mark;
+    std::uint32_t j = reader.symbol(open, '(') ? open : reader.skipSymbol(date.span.end, ',');
     const bool bracket = reader.symbol(j, '(');
     j += bracket ? 1 : 0;
     const Named name = readName(reader, j);

@@ -228,7 +228,14 @@ private:
             reader.has(i - 1, Meaning::PlaceNoun))
             return false;
         return event && event->value != static_cast<int>(EventKind::Work) &&
-               event->value != static_cast<int>(EventKind::Neutral);
+               event->value != static_cast<int>(EventKind::Neutral) && !isLine(reader, i, *event);
+    }
+
+    /// "RB 14 ab Nauen": the number of a train.
+    static bool isLine(const Reader &reader, std::uint32_t i, const Sense &event) {
+        return event.value == static_cast<int>(EventKind::Travel) && reader.at(i - 1)->capital &&
+               reader.at(i - 1)->end - reader.at(i - 1)->begin <= 3 &&
+               reader.at(i)->kind == TokenKind::Number;
     }
 
     std::uint32_t time(const Reader &reader, std::uint32_t i, const Field &field) {

@@ -263,6 +263,9 @@ private:
         const Token &token = m_document.tokens[i];
         const LanguageInfo &info = languageInfo(language);
         const auto text = m_document.slice(token);
+        // "hochgeladen" is no shop.
+        if (token.word != 0 && isVerb(token))
+            return;
         if (!info.hasTails || text.size() > kLongestWord || text.size() < kShortestTail + 2 ||
             hasTailMeaning(token, info))
             return;
@@ -285,6 +288,11 @@ private:
                                return sense.length == 1 &&
                                       info.tails[static_cast<std::size_t>(sense.meaning)];
                            });
+    }
+
+    bool isVerb(const Token &token) const {
+        return std::any_of(m_document.senses.begin() + token.firstSense, m_document.senses.end(),
+                           [](const Sense &sense) { return sense.meaning == Meaning::PastVerb; });
     }
 
     /// "Garage Veldkamp": where nouns are not, a capital behind another one is of a name.
