@@ -178,7 +178,9 @@ bool Chooser::isJoined(const TimeMention &first, const TimeMention &second) cons
                  first.span.begin > 0 && isAirport(first.span.begin - 1);
     for (std::uint32_t k = first.span.end; k < second.span.begin; ++k) {
         // "à 14h et à 16h" are two times.
-        if (reader.has(k, Meaning::And))
+        // "Groningen P+R" is a name.
+        const bool glued = reader.glued(k) && reader.glued(k + 1);
+        if (reader.has(k, Meaning::And) && !glued)
             return false;
         // "à 13h, les grands à 15h"
         if (reader.symbol(k, ',') && reader.word(second.span.begin - 1) &&
