@@ -388,7 +388,9 @@ bool Chooser::isToldWithTimes(const Field &field, std::uint32_t token) const {
     const Reader reader(m_document, field.end);
     return toldInPast(field, token) &&
            std::all_of(m_found.times.begin(), m_found.times.end(), [&](const TimeMention &time) {
-               const std::uint32_t at = time.span.begin;
+               std::uint32_t at = time.span.begin;
+               if (at > field.begin && reader.has(at - 1, Meaning::TimeMarker))
+                   --at;
                for (std::uint32_t i = at; i > field.begin && at - i < kReach; --i)
                    if (isPastVerb(reader, i - 1))
                        return true;

@@ -76,6 +76,22 @@ bool Chooser::endOnLaterDay() {
         }
         return true;
     }
+    return endOfNamedRange();
+}
+
+bool Chooser::endOfNamedRange() {
+    const DateSpec &chosen = m_dates[static_cast<std::size_t>(m_date)].mention->first;
+    if (chosen.base != DateSpec::Base::Weekday)
+        return false;
+    for (const Dated &dated : m_dates) {
+        if (dated.mention->first.base != DateSpec::Base::Calendar || !dated.date.last ||
+            dated.date.first != m_choice.start ||
+            dated.mention->span.begin > m_choice.dateSpan.begin)
+            continue;
+        m_choice.last = dated.date.last;
+        m_choice.endSpan = dated.mention->span;
+        return true;
+    }
     return false;
 }
 

@@ -184,6 +184,8 @@ private:
     void pickEnd();
     /// "Check-out: Sunday 20 July, 11:00": a later day that ends the event.
     bool endOnLaterDay();
+    /// "Regatta 9-10 May. Racing starts 10am Sat": the range's last day ends it.
+    bool endOfNamedRange();
     bool tellsEnd(std::uint32_t token) const;
     /// "Opening on 3 October at 6pm. The exhibition runs until 29 November."
     bool isOpenUntil(const Dated &dated) const;

@@ -7,7 +7,7 @@ namespace pindle::conversion {
 namespace {
 
 constexpr int kNamedStay = 30; ///< for a name that one stays at
-constexpr int kRoomCode = 40;  ///< for "G.12" behind a kind of place
+constexpr int kRoomCode = 48;  ///< for "G.12" behind a kind of place
 
 } // namespace
 

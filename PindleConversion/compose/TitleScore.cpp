@@ -129,6 +129,11 @@ int TitleScore::openingPenalties(const Reader &reader, const TitleCandidate &can
     if (isPageHead(reader, {part.begin, std::max(part.begin, trimmed.end)}) ||
         isOnlyOnline(trimmed))
         score -= m_document.fields[token(part.begin).field].label == Label::Title ? kGeneric : 60;
+    // "Early bird tickets on sale Monday" above the event
+    const Sense *role = reader.sense(begin, Meaning::RoleWord);
+    if (role && role->value == static_cast<int>(Role::Deadline) && role->length > 1 &&
+        !m_document.sameSentence(begin, m_choice.anchor()))
+        score -= 40;
     if (begin < part.end && token(begin).symbol == '(')
         score -= 25;
     // "保護者の皆様": whom the text speaks to.

@@ -213,8 +213,12 @@ private:
         auto found = readDuration(reader, i, m_length == i);
         if (!found)
             return i;
-        if (take(m_found.durations, *found))
+        if (take(m_found.durations, *found)) {
             use(found->span);
+            // "plan on an hour"
+            if (m_length == i && m_lengthMark.end == i)
+                use(m_lengthMark);
+        }
         return found->span.end;
     }
 
@@ -294,6 +298,7 @@ private:
         }
         if (const Sense *length = reader.sense(i, Meaning::DurationMark)) {
             m_length = i + length->length;
+            m_lengthMark = {i, length->length > 1 ? m_length : i};
             next = std::max(next, m_length);
         } else if (m_length == i && (isPassage(reader, i) || reader.symbol(i, ')'))) {
             m_length = i + 1;
@@ -333,6 +338,7 @@ private:
     std::uint32_t m_afterDate = kNowhere;
     std::uint32_t m_afterTime = kNowhere;
     std::uint32_t m_length = kNowhere;
+    TokenSpan m_lengthMark; ///< the words that announce a length
     std::uint32_t m_roleEnd = 0;
     std::uint32_t m_figuresEnd = 0; ///< behind the last figures looked at
 };
