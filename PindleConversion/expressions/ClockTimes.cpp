@@ -202,6 +202,14 @@ bool isLateHour(const Reader &reader, std::uint32_t i) {
            ((mark && mark->value == 1) || minutes);
 }
 
+/// "14:40 heure de Paris", "a las 9 hora Colombia": the word for hours belongs to the zone.
+bool leadsToZone(const Reader &reader, std::uint32_t i, bool minutes) {
+    static constexpr Meanings kZones{Meaning::Zone, Meaning::ZoneWord};
+    TimeMention zone;
+    return reader.mayHave(i, kZones) &&
+           ((minutes && reader.has(i, Meaning::ZoneWord)) || readZone(reader, i, true, zone) != i);
+}
+
 std::optional<ClockSpec> readDigits(const Reader &reader, std::uint32_t i, std::uint32_t &next) {
     const bool late = isLateHour(reader, i);
     if (!late && !reader.number(i, 0, 24))
@@ -214,8 +222,7 @@ std::optional<ClockSpec> readDigits(const Reader &reader, std::uint32_t i, std::
     const std::uint32_t seconds = minutes ? skipSeconds(reader, j) : j;
     clock.seconds = seconds != j && reader.at(j + 1)->number % kSecondsAnnounced != 0;
     j = readMeridiem(reader, seconds, clock);
-    // "14:40 heure de Paris": the word belongs to the zone.
-    const bool zone = minutes && reader.has(j, Meaning::ZoneWord);
+    const bool zone = leadsToZone(reader, j, minutes);
     const Sense *mark = clock.meridiem < 0 && !zone ? reader.sense(j, Meaning::HourMark) : nullptr;
     if (mark && mark->value == 1) {
         j = readHourWord(reader, j + mark->length, clock, minutes);
