@@ -181,6 +181,15 @@ bool Chooser::isAirport(std::uint32_t i) const {
            std::all_of(code.begin(), code.end(), [](char c) { return c >= 'A' && c <= 'Z'; });
 }
 
+bool Chooser::isStationBetween(TokenSpan first, TokenSpan second) const {
+    if (m_choice.kind != EventKind::Travel || first.begin == 0 || first.end == second.begin ||
+        !m_document.tokens[first.begin - 1].upper())
+        return false;
+    return std::all_of(m_document.tokens.begin() + first.end,
+                       m_document.tokens.begin() + second.begin,
+                       [](const Token &token) { return token.upper() && !token.used; });
+}
+
 bool Chooser::isJoined(const TimeMention &first, const TimeMention &second) const {
     // Names in scripts without spaces are cut in small pieces.
     const std::uint32_t reach = m_document.token(first.span.end).unspaced ? 12 : 9;
@@ -190,8 +199,9 @@ bool Chooser::isJoined(const TimeMention &first, const TimeMention &second) cons
         roleOf(second.span.begin) != Role::None)
         return false;
     const Reader reader(m_document, second.span.begin);
-    bool range = isAirport(first.span.end) && second.span.begin == first.span.end + 1 &&
-                 first.span.begin > 0 && isAirport(first.span.begin - 1);
+    bool range = (isAirport(first.span.end) && second.span.begin == first.span.end + 1 &&
+                  first.span.begin > 0 && isAirport(first.span.begin - 1)) ||
+                 isStationBetween(first.span, second.span);
     for (std::uint32_t k = first.span.end; k < second.span.begin; ++k) {
         // "à 14h et à 16h" are two times.
         // "Groningen P+R" is a name.

@@ -194,6 +194,8 @@ private:
     bool endFromSecondDay();
     bool endFromTime();
     int endAfter(const ClockSpec &end, const ClockSpec &start) const;
+    /// "Zaragoza 17:40 Barcelona Sants 19:21" on a ticket.
+    bool isStationBetween(TokenSpan first, TokenSpan second) const;
     /// "MAD" of "MAD 18:05 LHR 19:35".
     bool isAirport(std::uint32_t i) const;
     /// "ATL 6:20 PM - MCO 7:52 PM": two times with a name between them make one range.

@@ -75,7 +75,12 @@ bool isCommaTime(const Reader &reader, std::uint32_t i) {
         reader.word(next) && !reader.glued(next) &&
         (reader.has(next, Meaning::PlaceMarker) || reader.has(next, Meaning::PartOfDay) ||
          reader.has(next, Meaning::RelativeDay));
-    return reader.at(i + 1)->number % kQuarter == 0 && (ends || goesOn);
+    // "alle 6,25" tells more than "a 6,25".
+    constexpr std::uint32_t kFive = 5;
+    constexpr std::uint32_t kPlainMarker = 3; ///< bytes
+    const Token &marker = *reader.at(i - 2);
+    const std::uint32_t step = marker.end - marker.begin > kPlainMarker ? kFive : kQuarter;
+    return reader.at(i + 1)->number % step == 0 && (ends || goesOn);
 }
 
 /// The minutes behind the hour: ":30", ".30", "h30"; `i` is behind them then.
@@ -232,7 +237,8 @@ std::optional<ClockSpec> readDigits(const Reader &reader, std::uint32_t i, std::
     } else if (mark && minutes) {
         clock.literal = clock.sure = true;
         j += mark->length;
-    } else if (mark && reader.glued(j) && (clock.hour > 4 || isAnnounced(reader, i))) {
+    } else if (mark && (clock.hour > 4 || (isAnnounced(reader, i) && reader.glued(j))) &&
+               (reader.glued(j) || (reader.language(i).clock24 && isBehindTimeMarker(reader, i)))) {
         clock.sure = true;
         clock.literal = clock.literal || clock.hour > 4;
         j += mark->length;

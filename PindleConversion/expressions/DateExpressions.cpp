@@ -37,14 +37,20 @@ Named readName(const Reader &reader, std::uint32_t i) {
 bool isDayNumber(const Reader &reader, std::uint32_t at) {
     const std::uint32_t next = at + 1;
     const std::uint32_t time = reader.skip(next, Meaning::TimeMarker);
-    if (reader.symbol(next, ':') || (reader.symbol(next, '.') && reader.at(next + 1)) ||
+    // "Domenica 15: raduno"
+    const bool colon =
+        reader.symbol(next, ':') && !(reader.word(next + 1) && reader.at(next + 1)->spaceBefore);
+    if (colon || (reader.symbol(next, '.') && reader.at(next + 1)) ||
         reader.has(next, Meaning::HourMark) || reader.has(next, Meaning::UnitWord) ||
         reader.has(next, Meaning::Meridiem) || (readDayRange(reader, next) && time == next))
         return false;
     // "Sonntag, 23 bis 5 Uhr"
     std::uint32_t behind = next;
     const Sense *to = reader.sense(next, Meaning::RangeTo);
-    if (const auto end = to && !reader.has(next, Meaning::PlaceMarker)
+    // but "viernes 13 a las 22 h", "sexta-feira 13 às 22 horas"
+    const bool atTime =
+        reader.has(next + 1, Meaning::The) || (to && to->value == 1 && !reader.symbol(at - 1, ','));
+    if (const auto end = to && !atTime && !reader.has(next, Meaning::PlaceMarker)
                              ? readClock(reader, next + to->length, behind)
                              : std::nullopt;
         end && end->hourWord)
@@ -297,6 +303,11 @@ bool readRangeEnd(const Reader &reader, DateMention &date) {
     if (!sameKind && !(to && date.first.base == Base::Calendar))
         return false;
     if (to && isMovedFrom(reader, date.span.begin))
+        return false;
+    // "lundi et jeudi" are two days, "samedi et dimanche" follow each other.
+    constexpr int kWeek = 7;
+    if (both && !to && date.first.base == Base::Weekday &&
+        last->first.weekday != date.first.weekday % kWeek + 1)
         return false;
     // "Wed 3 June and Wed 10 June" are two events.
     if (both && !to && last->first.day > date.first.day + 1 && date.first.base == Base::Calendar)

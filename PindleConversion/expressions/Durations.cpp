@@ -123,8 +123,12 @@ bool belongsToEvent(const Reader &reader, std::uint32_t i, const Part &part) {
 
 /// "18h" in a language that writes clock times so.
 bool isHour(const Reader &reader, std::uint32_t i, const Part &part) {
+    constexpr int kNoon = 12 * 60;
     const Sense *mark = reader.sense(i + 1, Meaning::HourMark);
-    return mark && mark->value == 1 && part.minutes > kLongestTold;
+    // "(21h30)" is one wherever hours are counted on.
+    const bool late = part.minutes > kNoon && part.minutes < 2 * kNoon && reader.glued(i + 1) &&
+                      reader.language(i).clock24;
+    return mark && ((mark->value == 1 && part.minutes > kLongestTold) || late);
 }
 
 /// "in my office, 45 minutes.": a length between marks.
