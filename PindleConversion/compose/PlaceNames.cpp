@@ -97,6 +97,10 @@ bool PlaceNames::goesOnWithoutName(const Reader &reader, std::uint32_t i) const 
     if (current.unspaced && current.spaceBefore && token(i - 1).unspaced &&
         reader.has(i - 1, Meaning::PlaceNoun))
         return true;
+    static constexpr Meanings kAside{Meaning::LabelWord, Meaning::Chatter, Meaning::RoleWord};
+    if (current.unspaced && current.spaceBefore && reader.mayHave(i, kAside) &&
+        !reader.has(i, Meaning::PlaceNoun))
+        return true;
     // "in der Mensa essen": where nouns are capitals, a small word goes on with the sentence.
     // "im Klassenraum Karneval feiern"
     const bool kind = current.kind == TokenKind::Word && current.word != 0 && current.capital &&

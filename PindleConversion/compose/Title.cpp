@@ -69,7 +69,7 @@ private:
                 trimmed = kind;
             const bool bare =
                 onlyFillers && !event && (trimmed.end - trimmed.begin < 2 || !says(trimmed));
-            if (trimmed.empty() || !hasLetters(trimmed) || bare || isGreeting(trimmed))
+            if (trimmed.empty() || !hasLetters(trimmed) || bare || isSmallTalk(trimmed))
                 continue;
             const TitleScore::Weight weight =
                 m_scores.weigh({field, run, part, trimmed, alone, first, m_order});

@@ -68,6 +68,8 @@ bool TitleParts::isKindAlone(TokenSpan span) const {
 bool TitleParts::startsLongerWord(TokenSpan span, std::uint32_t next) const {
     constexpr std::uint32_t kOneSign = 3; ///< bytes
     const Token &first = token(span.begin);
+    if (Reader(m_document, span.end).has(span.begin, Meaning::Of))
+        return false;
     if (first.unspaced && !first.capital)
         return next < span.end && next == span.begin + 1 &&
                PlaceNames::opensWord(Reader(m_document, span.end), span.begin);

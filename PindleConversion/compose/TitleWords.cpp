@@ -121,9 +121,14 @@ bool TitleWords::countsThings(TokenSpan span) const {
     return false;
 }
 
-bool TitleWords::isGreeting(TokenSpan span) const {
-    const Sense *greeting = Reader(m_document, span.end).sense(span.begin, Meaning::Greeting);
-    return greeting && token(span.begin).unspaced && span.begin + greeting->length == span.end;
+bool TitleWords::isSmallTalk(TokenSpan span) const {
+    const Reader reader(m_document, span.end);
+    const Sense *talk = reader.sense(span.begin, Meaning::Greeting);
+    if (!talk)
+        talk = reader.sense(span.begin, Meaning::Chatter);
+    return talk && span.begin + talk->length == span.end &&
+           !reader.has(span.begin, Meaning::GeneralEvent) &&
+           languageInfo(token(span.begin).language).script != Script::Latin;
 }
 
 bool TitleWords::isOneSign(TokenSpan span) const {

@@ -22,8 +22,8 @@ public:
     bool says(TokenSpan span) const;
     /// "大床房 1间": so many of something.
     bool countsThings(TokenSpan span) const;
-    /// Nothing but one greeting, in a script without spaces.
-    bool isGreeting(TokenSpan span) const;
+    /// Nothing but a greeting or small talk ("几点"), in a script without spaces.
+    bool isSmallTalk(TokenSpan span) const;
     /// "打": one sign of a script without spaces, and no kind of event.
     bool isOneSign(TokenSpan span) const;
     /// Not only words that hold a sentence together: "hast du", "there is".
