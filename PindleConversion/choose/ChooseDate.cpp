@@ -224,6 +224,11 @@ bool Chooser::spansMostDays(const Dated &dated) const {
 
 bool Chooser::isHabit(const Dated &dated) const {
     const std::uint32_t token = dated.mention->span.begin;
+    const bool comesRound = dated.mention->repeated || dated.mention->last;
+    // "She usually works Monday to Friday, 9 to 5"
+    if (comesRound && dated.mention->first.base == DateSpec::Base::Weekday &&
+        sentenceHas(token, Meaning::Habit))
+        return true;
     return dated.mention->repeated && m_found.times.empty() && m_found.parts.empty() &&
            fieldOf(token).label == Label::None && !sentenceHas(token, Meaning::Event);
 }
@@ -398,8 +403,32 @@ bool Chooser::isToldWithTimes(const Field &field, std::uint32_t token) const {
            });
 }
 
+bool Chooser::isNarrated(const Dated &dated) const {
+    constexpr std::uint32_t kReach = 40;
+    constexpr std::uint32_t kBeside = 4; ///< with the words between verb and day
+    const std::uint32_t token = dated.mention->span.begin;
+    const Field &field = fieldOf(token);
+    if (dated.mention->first.base != DateSpec::Base::Weekday || field.label != Label::None ||
+        dated.mention->first.which != Which::Nearest || roleOf(token) != Role::None ||
+        sentenceHas(token, Meaning::PresentVerb))
+        return false;
+    const Reader reader(m_document, field.end);
+    int verbs = 0;
+    bool beside = false;
+    const std::uint32_t low = token > field.begin + kReach ? token - kReach : field.begin;
+    for (std::uint32_t i = low; i < std::min(field.end, token + kReach); ++i) {
+        if (!m_document.sameSentence(i, token) || !isPastVerb(reader, i))
+            continue;
+        ++verbs;
+        beside = beside || (i < token && token - i <= kBeside);
+    }
+    return beside && verbs > 1;
+}
+
 bool Chooser::hasFutureSense(std::uint32_t token) const {
     const Field &field = fieldOf(token);
+    if (isNarrated(m_dates[static_cast<std::size_t>(m_date)]))
+        return false;
     if (isLongPast(m_dates[static_cast<std::size_t>(m_date)]))
         return false;
     if (isThisMorningsReport(m_dates[static_cast<std::size_t>(m_date)]))
@@ -454,7 +483,9 @@ bool Chooser::acceptBareTime() {
                                 time.part != DayPart::None || saysHourAlone(time) ||
                                 sentenceHas(time.span.begin, Meaning::Event);
             return strong && !tellsOpening(time) && !time.start.seconds && !isScale(time) &&
-                   !speaksOfPast(time.span.begin) && roleOf(time.span.begin) != Role::Posted;
+                   !speaksOfPast(time.span.begin) &&
+                   !sentenceHas(time.span.begin, Meaning::Habit) &&
+                   roleOf(time.span.begin) != Role::Posted;
         });
     if (!usable) {
         refuse(Notice::NoDate);

@@ -23,10 +23,11 @@ public:
     static int gap(TokenSpan a, TokenSpan b);
     /// A verb of the past stands in the token's sentence.
     bool speaksOfPast(std::uint32_t token) const;
+
+protected:
     /// "must be received" and "the signed form" tell nothing of the past.
     static bool isPastVerb(const Reader &reader, std::uint32_t i);
 
-protected:
     /// Dates to come with their time, which cannot tell when something was written: "our talk of
     /// Tuesday 26 May at 11:15".
     std::vector<TokenSpan> m_ahead;
@@ -109,6 +110,8 @@ private:
     bool acceptDate();
     /// "The 8:12 train was late this morning".
     bool isThisMorningsReport(const Dated &dated) const;
+    /// "We arrived late on Sunday, had dinner at nine": a story.
+    bool isNarrated(const Dated &dated) const;
     /// The token's sentence tells of the past alone.
     bool isReport(std::uint32_t token) const;
     /// "on Monday after a debate that lasted until 11 pm"

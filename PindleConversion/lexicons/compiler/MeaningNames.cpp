@@ -99,6 +99,7 @@ constexpr TableKind kTableKinds[] = {
     {"opening", Meaning::Opening, Values::Number},
     {"night-to", Meaning::NightTo, Values::None},
     {"moving", Meaning::Moving, Values::Number},
+    {"habit", Meaning::Habit, Values::Number},
     {"measure", Meaning::Measure, Values::Number},
     {"counter", Meaning::Counter, Values::Number},
     {"zone-abbreviation", Meaning::ZoneAfterTime, Values::Note},
