@@ -12,6 +12,12 @@ constexpr int kRoomCode = 48;  ///< for "G.12" behind a kind of place
 } // namespace
 
 void PlaceFinder::compound(const Reader &reader, const Field &field, std::uint32_t i) {
+    // "OUT OF OFFICE"
+    constexpr std::uint32_t kLongestEvent = 3;
+    for (std::uint32_t k = i; k > field.begin && i - k + 1 < kLongestEvent; --k)
+        if (const Sense *event = reader.sense(k - 1, Meaning::Event);
+            event && k - 1 + event->length == i + 1 && event->length == kLongestEvent)
+            return;
     std::uint32_t begin = i;
     std::uint32_t end = i + 1;
     constexpr std::uint32_t kMost = 9;

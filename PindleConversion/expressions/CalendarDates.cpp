@@ -54,6 +54,9 @@ std::uint32_t readSecondDay(const Reader &reader, std::uint32_t i, int firstDay,
         return i;
     if (reader.symbol(after, '.') && reader.glued(after) && reader.number(after + 1, 0, 59))
         return i;
+    // "June 5th - 7 for 7:30"
+    if (reader.has(after, Meaning::DurationMark) && reader.number(after + 1, 0, 24))
+        return i;
     day = second->day;
     return after;
 }

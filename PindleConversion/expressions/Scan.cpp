@@ -242,8 +242,18 @@ private:
                reader.at(i)->kind == TokenKind::Number;
     }
 
+    /// "still on for tomorrow? 7 at mine": an hour and a place behind a day.
+    bool opensWithHour(const Reader &reader, std::uint32_t i, const Field &field) const {
+        if (m_found.dates.empty() || i <= field.begin || !reader.number(i, 1, 12) ||
+            m_document.sameSentence(i - 1, i))
+            return false;
+        const Sense *place = reader.sense(i + 1, Meaning::PlaceMarker);
+        return place && place->value == 1;
+    }
+
     std::uint32_t time(const Reader &reader, std::uint32_t i, const Field &field) {
-        const bool marked = m_marked == i || eventAnnounces(reader, i, field);
+        const bool marked =
+            m_marked == i || eventAnnounces(reader, i, field) || opensWithHour(reader, i, field);
         auto found = readTime(reader, i, marked, m_afterDate == i);
         if (!found)
             return i;

@@ -304,9 +304,11 @@ std::optional<TimeMention> readTime(const Reader &reader, std::uint32_t i, bool 
         mention.start.sure = true;
     const bool namesZone = !start->sure && reader.has(next, Meaning::ZoneAfterTime) &&
                            reader.at(next)->capital && !reader.glued(next);
-    mention.start.sure = mention.start.sure || namesZone ||
-                         namesDeparture(reader, i, next, *start) ||
-                         isNamedHour(reader, i, mention.start, next);
+    // Timetables count hours to 24.
+    const bool departs = namesDeparture(reader, i, next, *start);
+    mention.start.literal = mention.start.literal || departs;
+    mention.start.sure =
+        mention.start.sure || namesZone || departs || isNamedHour(reader, i, mention.start, next);
     const bool sure = mention.start.sure || marked || afterDate || stamp;
     std::uint32_t zoned = sure ? readZone(reader, next, true, mention) : next;
     zoned = readPartBehind(reader, zoned, mention);
