@@ -117,6 +117,7 @@ bool PlaceFinder::isBreak(const Reader &reader, std::uint32_t i) const {
            reader.symbol(i, ')') || reader.symbol(i, ':') || reader.symbol(i, '!') ||
            reader.symbol(i, '?') || reader.symbol(i, kIdeographicStop) ||
            (reader.symbol(i, '-') && !reader.glued(i)) ||
+           (reader.symbol(i, '/') && !reader.glued(i) && !reader.glued(i + 1)) ||
            (reader.symbol(i, '.') && i + 1 < m_document.tokens.size() &&
             token(i + 1).sentence != token(i).sentence);
 }
@@ -221,6 +222,12 @@ bool PlaceFinder::isSentence(const Reader &reader, TokenSpan part) const {
         if (reader.mayHave(i, kTells) && !token(i).capital && !token(i).unspaced)
             return true;
     const std::uint32_t noun = part.begin + 1;
+    // "School closes at 12:15": who does it.
+    const std::uint32_t verb = part.end - 1;
+    if (verb == noun && reader.has(part.begin, Meaning::PlaceNoun) && !token(verb).capital &&
+        reader.has(verb, Meaning::TimeMarker) && !reader.has(verb, Meaning::PlaceStop) &&
+        !reader.has(verb, Meaning::PlaceMarker) && reader.has(verb, Meaning::RoleWord))
+        return true;
     return token(part.begin).upper() && reader.has(part.begin, Meaning::The) &&
            reader.has(noun, Meaning::PlaceNoun) && !token(noun).capital && noun + 1 < part.end &&
            reader.mayHave(noun + 1, kVerbs);

@@ -42,12 +42,21 @@ private:
 
     /// "Check-in: ..." may be all that the event is called.
     void offerLabel(const Field &field) {
-        const bool names = field.label == Label::Start || field.label == Label::Deadline;
+        const bool names = field.label == Label::Start || field.label == Label::Deadline ||
+                           field.label == Label::When;
         if (field.labelWords.empty() || !names)
             return;
+        constexpr int kOwn = 44;
         constexpr int kWeak = 5;
         constexpr int kWeakest = -200;
-        const int score = contains(field.labelWords, Meaning::Event) ? kWeak : kWeakest;
+        // "Delivery slot: Tuesday 14:00" says more than "Appointment: Tuesday".
+        const bool own = contains(field.labelWords, Meaning::Event) &&
+                         !contains(field.labelWords, Meaning::GeneralEvent);
+        if (field.label == Label::When && !own)
+            return;
+        const int score = field.label == Label::When                   ? kOwn
+                          : contains(field.labelWords, Meaning::Event) ? kWeak
+                                                                       : kWeakest;
         if (score > m_score) {
             m_score = score;
             m_best = field.labelWords;

@@ -59,6 +59,10 @@ bool TitleParts::isHardBreak(const Reader &reader, std::uint32_t i) const {
     // "【通知】": the brackets that enclose a heading.
     if (reader.symbol(i, '[') || reader.symbol(i, ']'))
         return token(i).end - token(i).begin > 1;
+    // "9PM / DJ MOSS / BASEMENT"
+    if (reader.symbol(i, '/') && !reader.glued(i) && !reader.glued(i + 1) &&
+        token(m_document.fields[token(i).field].begin).used)
+        return true;
     if (reader.symbol(i, '-'))
         return (!reader.glued(i) || !reader.glued(i + 1)) && !isSubtitle(reader, i + 1);
     return token(i).kind == TokenKind::Link || token(i).kind == TokenKind::Mail;

@@ -32,6 +32,10 @@ TokenSpan TitleParts::trimFront(TokenSpan span) const {
         reader.symbol(span.begin, ']') || isUnclosed(span, span.begin))
         return {span.begin + 1, span.end};
     const Sense *lead = reader.sense(span.begin, Meaning::TitleLead);
+    // "New Year's Eve bash"
+    const Sense *holiday = reader.sense(span.begin, Meaning::Holiday);
+    if (lead && holiday && holiday->length > lead->length)
+        return span;
     if (!lead || namesEvent(reader, span.begin, *lead))
         return span;
     const std::uint32_t next = span.begin + lead->length;

@@ -132,6 +132,10 @@ std::optional<LeadingDays> readLeadingDays(const Reader &reader, std::uint32_t i
     LeadingDays days{day->day, 0, readListedDays(reader, day->next, listed, gaps)};
     if (days.next != day->next)
         days.last = listed;
+    // "Paper 2, 12 January": two numbers that only a comma joins are no list.
+    const bool pair = days.last > day->day + 1 && days.next == day->next + 2;
+    if (pair && readDayJoin(reader, days.next) == days.next)
+        return std::nullopt;
     // "the night of 24/25 December"
     if (const std::uint32_t second = days.next + 1;
         reader.symbol(days.next, '/') && reader.glued(days.next) && reader.glued(second) &&

@@ -103,6 +103,13 @@ void readRest(const Reader &reader, Part &part) {
     if (!reader.number(j, 1, 59))
         return;
     const Sense *unit = reader.sense(j + 1, Meaning::UnitWord);
+    // "1h 45m"
+    if (!unit && reader.word(j + 1) && reader.glued(j + 1) &&
+        reader.document().slice(*reader.at(j + 1)) == "m") {
+        part.minutes += static_cast<int>(reader.at(j)->number);
+        part.next = j + 2;
+        return;
+    }
     if (unit && unit->value == static_cast<int>(Unit::Minute)) {
         part.minutes += static_cast<int>(reader.at(j)->number);
         part.next = j + 1 + unit->length;

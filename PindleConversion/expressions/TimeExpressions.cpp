@@ -269,6 +269,10 @@ bool isAccepted(const Reader &reader, const TimeMention &mention, std::uint32_t 
     if (start.minuteGiven && start.minute % 5 == 0 && reader.has(next, Meaning::Event) &&
         !reader.glued(next))
         return true;
+    // "10.30 start", "5.45 finish"
+    if (start.minuteGiven && start.minute % 5 == 0 && reader.word(next) && !reader.glued(next) &&
+        reader.has(next, Meaning::RoleWord) && reader.has(next, Meaning::TimeMarker))
+        return true;
     // "12.45 at Bao House"
     if (const Sense *at = reader.sense(next, Meaning::PlaceMarker);
         at && at->value == 1 && start.minuteGiven && start.minute % 5 == 0 && !reader.glued(next)) {
