@@ -1,6 +1,7 @@
 #include "PindleConversion/choose/Chooser.h"
 
 #include <algorithm>
+#include <cstdlib>
 
 namespace pindle::conversion {
 
@@ -15,6 +16,8 @@ void Chooser::noteClockStyle() {
 bool Chooser::belongsToOther(const TimeMention &time) const {
     const Dated &mine = m_dates[static_cast<std::size_t>(m_date)];
     const std::uint32_t at = time.span.begin;
+    if (isBracketBehind(mine.mention->span, at))
+        return false;
     // "planned for today at 11, is postponed to Thursday": the hour stays.
     if (m_found.times.size() == 1 && roleOf(mine.mention->span.begin) == Role::MovedTo)
         return false;
@@ -36,6 +39,29 @@ bool Chooser::belongsToOther(const TimeMention &time) const {
             return true;
     }
     return false;
+}
+
+bool Chooser::isRoughNoon(const TimeMention &time) const {
+    constexpr int kNoon = 12;
+    if (!m_document.tokens[time.span.begin].used || time.end || time.start.hour != kNoon ||
+        m_document.tokens[time.span.begin].kind != TokenKind::Word)
+        return false;
+    return std::any_of(m_found.times.begin(), m_found.times.end(), [&](const TimeMention &other) {
+        return other.start.minuteGiven && other.span.begin > time.span.begin && !other.end &&
+               m_document.tokens[other.span.begin].kind == TokenKind::Number &&
+               std::abs(other.start.hour - kNoon) <= 1 &&
+               m_document.sameSentence(other.span.begin, time.span.begin);
+    });
+}
+
+bool Chooser::isBracketBehind(TokenSpan date, std::uint32_t at) const {
+    constexpr std::uint32_t kReach = 12;
+    if (m_document.token(date.end).symbol != '(' || at <= date.end || at > date.end + kReach)
+        return false;
+    for (std::uint32_t i = date.end; i < at; ++i)
+        if (m_document.token(i).symbol == ')')
+            return false;
+    return true;
 }
 
 bool Chooser::isListed(TokenSpan a, TokenSpan b) const {
@@ -83,6 +109,8 @@ int Chooser::scoreTime(const TimeMention &time, int index) {
         score -= kListed;
     if (isInBrackets(at))
         score -= kBracketed;
+    if (isRoughNoon(time))
+        score -= kListed;
     if (index > 0 && isTranslated(m_found.times[static_cast<std::size_t>(index - 1)], time))
         score -= 40;
     if (time.start.sure)

@@ -166,6 +166,10 @@ private:
     bool isListed(const TimeMention &first, const TimeMention &second) const;
     /// "8 PM (talk at 7:15)": what stands in brackets comes second.
     bool isInBrackets(std::uint32_t at) const;
+    /// "Nov 8 (at Ridgeview, 9am), Nov 22 (...)": in the brackets behind that date.
+    bool isBracketBehind(TokenSpan date, std::uint32_t at) const;
+    /// "tomorrow noon lunch, 12:30": the later time tells it to the minute.
+    bool isRoughNoon(const TimeMention &time) const;
     int roleScore(std::uint32_t at) const;
     /// In a conversation a later proposal replaces the first.
     bool counterProposal(std::uint32_t at) const;

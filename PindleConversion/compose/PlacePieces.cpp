@@ -265,6 +265,11 @@ bool PlaceFinder::refusesPart(const Reader &reader, TokenSpan part) const {
         return true;
     // "那場", "哪个馆" ask or point elsewhere.
     const Sense *other = reader.sense(begin, Meaning::NotAPlace);
+    // "with Hannah, RDH": what a person is.
+    constexpr std::uint32_t kReach = 4;
+    for (std::uint32_t k = 2; k < kReach + 2 && k <= begin && part.end == begin + 1; ++k)
+        if (token(begin - 1).symbol == ',' && reader.has(begin - k, Meaning::Person))
+            return true;
     // "1 queen room": so many of a kind.
     if (reader.number(begin, 1, 9) && part.end > begin + 1 &&
         reader.has(part.end - 1, Meaning::PlaceNoun) && !shapeOf(part).capital)
@@ -380,8 +385,12 @@ bool PlaceFinder::isAnswer(const Reader &reader, TokenSpan part) {
 
 bool PlaceFinder::isOnlyName(const Field &field, TokenSpan part, const Shape &shape) const {
     const auto [begin, end] = part;
-    // "23:59 AoE": one unknown word glued to a time is no place.
-    if (begin > field.begin && token(begin - 1).used && shape.words == 1 &&
+    // "23:59 AoE": one unknown word glued to a time is no place, "19:00 Kunsthof 3" is one.
+    constexpr std::uint32_t kLongestCode = 3;
+    const bool numbered = end == begin + 2 && token(begin + 1).kind == TokenKind::Number &&
+                          !token(begin).unspaced &&
+                          token(begin).end - token(begin).begin > kLongestCode;
+    if (begin > field.begin && token(begin - 1).used && shape.words == 1 && !numbered &&
         !token(begin).possessive)
         return false;
     // "tech: Gus": some other label's value.

@@ -54,6 +54,11 @@ std::vector<TokenSpan> TitleParts::partsOf(TokenSpan run) const {
 bool TitleParts::isHardBreak(const Reader &reader, std::uint32_t i) const {
     if (reader.symbol(i, ';') || reader.symbol(i, '*') || isCrumb(i))
         return true;
+    // "Blood donation: we look forward to seeing you"
+    const Sense *greeting =
+        reader.symbol(i, ':') ? reader.sense(i + 1, Meaning::Greeting) : nullptr;
+    if (greeting && greeting->length > 1)
+        return true;
     if (reader.symbol(i, '"'))
         return bookMark(i) == 0;
     // "【通知】": the brackets that enclose a heading.

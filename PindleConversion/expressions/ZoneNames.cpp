@@ -92,6 +92,20 @@ bool endsMoment(const Reader &reader, std::uint32_t i, std::uint32_t length) {
            (label == Label::When || label == Label::Date || label == Label::Time);
 }
 
+/// "2pm Amsterdam, Berlin, Rome": as calendars name a zone by its cities.
+bool isListOfCities(const Reader &reader, std::uint32_t i, const Sense &city) {
+    constexpr int kFewest = 2; ///< beside the first
+    int others = 0;
+    for (std::uint32_t j = i + city.length; reader.symbol(j, ',') && others < kFewest;) {
+        const Sense *other = reader.sense(j + 1, Meaning::ZoneWord);
+        if (!other || other->value != 0)
+            return false;
+        ++others;
+        j += 1 + other->length;
+    }
+    return others == kFewest;
+}
+
 /// "4pm Berlin / 10am New York": another time follows the mark at `i`.
 bool isPaired(const Reader &reader, std::uint32_t i) {
     if (!reader.symbol(i, '/') && !reader.symbol(i, '(') && !reader.symbol(i, '=') &&
@@ -141,9 +155,10 @@ std::uint32_t readNamed(const Reader &reader, std::uint32_t i, bool afterTime,
         }
     }
     if (city && city->value == 0 && afterTime &&
-        (endsMoment(reader, i, city->length) || isPaired(reader, i + city->length))) {
+        (endsMoment(reader, i, city->length) || isPaired(reader, i + city->length) ||
+         isListOfCities(reader, i, *city))) {
         mention.zone = noteOf(*city);
-        return i + city->length;
+        return isListOfCities(reader, i, *city) ? readCities(reader, i, mention) : i + city->length;
     }
     if (!city || city->value != 0)
         return i;
