@@ -207,6 +207,12 @@ void share(DateSpec &first, DateSpec &last) {
     }
     if (first.year == 0)
         first.year = last.year;
+    // "Tues-Thurs next week" starts in that week, too.
+    if (first.base == Base::Weekday && last.base == Base::Weekday &&
+        first.which == Which::Nearest && last.which != Which::Nearest) {
+        first.which = last.which;
+        last.which = Which::Nearest;
+    }
 }
 
 /// "Mon" of "Mon 3 - Wed 5 August": day without month, only good at the start of a range.

@@ -242,6 +242,18 @@ private:
                reader.at(i)->kind == TokenKind::Number;
     }
 
+    /// "Saturday, Jasmine House 7.45": minutes behind a name end what is said of a day.
+    bool endsWithTime(const Reader &reader, std::uint32_t i) const {
+        const bool minutes = reader.number(i, 1, 12) && reader.symbol(i + 1, '.') &&
+                             reader.glued(i + 1) && reader.glued(i + 2) &&
+                             reader.number(i + 2, 0, 59) && reader.at(i + 2)->digits == 2 &&
+                             reader.at(i + 2)->number % 5 == 0;
+        if (!minutes || m_found.dates.empty() || i == 0 || !reader.word(i - 1) ||
+            !reader.at(i - 1)->capital || reader.word(i + 3) || !reader.at(i)->spaceBefore)
+            return false;
+        return m_document.sameSentence(m_found.dates.back().span.begin, i);
+    }
+
     /// "still on for tomorrow? 7 at mine": an hour and a place behind a day.
     bool opensWithHour(const Reader &reader, std::uint32_t i, const Field &field) const {
         if (m_found.dates.empty() || i <= field.begin || !reader.number(i, 1, 12) ||
@@ -252,8 +264,8 @@ private:
     }
 
     std::uint32_t time(const Reader &reader, std::uint32_t i, const Field &field) {
-        const bool marked =
-            m_marked == i || eventAnnounces(reader, i, field) || opensWithHour(reader, i, field);
+        const bool marked = m_marked == i || eventAnnounces(reader, i, field) ||
+                            opensWithHour(reader, i, field) || endsWithTime(reader, i);
         auto found = readTime(reader, i, marked, m_afterDate == i);
         if (!found)
             return i;

@@ -239,6 +239,14 @@ bool namesDeparture(const Reader &reader, std::uint32_t i, std::uint32_t next,
            !reader.language(i).capitalNouns;
 }
 
+/// "Dinner with the Hills, 8 on Friday"
+bool isBeforeDay(const Reader &reader, std::uint32_t i, std::uint32_t next,
+                 const ClockSpec &start) {
+    return start.hour > 0 && start.hour <= 12 && i > 0 && reader.symbol(i - 1, ',') &&
+           !reader.glued(i) && reader.word(next) && reader.has(next, Meaning::DateMarker) &&
+           readDate(reader, reader.skip(next, Meaning::DateMarker));
+}
+
 bool isAccepted(const Reader &reader, const TimeMention &mention, std::uint32_t next, bool marked,
                 bool afterDate) {
     const ClockSpec &start = mention.start;
@@ -351,7 +359,8 @@ std::optional<TimeMention> readTime(const Reader &reader, std::uint32_t i, bool 
         (mention.start.clock24 || reader.language(i).dayOrder == DayOrder::DayFirst) && i > 0 &&
         reader.symbol(i - 1, ',') &&
         (reader.has(zoned, Meaning::Connector) || reader.has(zoned, Meaning::PlaceMarker));
-    mention.start.sure = mention.start.sure || last || late;
+    mention.start.sure =
+        mention.start.sure || last || late || isBeforeDay(reader, i, zoned, *start);
     const bool listed = mention.end && isListedRange(reader, i, zoned);
     if (lacksEnd(reader, i, mention) ||
         !isAccepted(reader, mention, zoned, marked, afterDate || listed))
