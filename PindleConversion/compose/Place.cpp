@@ -220,7 +220,8 @@ bool PlaceFinder::isAsked(std::uint32_t at) const {
 
 void PlaceFinder::labelled(const Field &field) {
     std::uint32_t end = field.begin;
-    while (end < field.end && !token(end).used)
+    const Reader reader(m_document, field.end);
+    while (end < field.end && !token(end).used && !(end > field.begin && startsAside(reader, end)))
         ++end;
     if (end == field.begin)
         return;
@@ -230,7 +231,7 @@ void PlaceFinder::labelled(const Field &field) {
         ++price;
     if (price < end && field.label == Label::Place)
         return offer({field.begin, price}, 1000, field.begin);
-    if (field.label != Label::Place && end != field.end)
+    if (field.label != Label::Place && end != field.end && !startsAside(reader, end))
         return;
     // "Rendez-vous : parking du Moulin"
     if (field.label == Label::When && !shapeOf({field.begin, end}).noun)

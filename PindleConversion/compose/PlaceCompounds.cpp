@@ -151,6 +151,9 @@ bool PlaceFinder::joinsBefore(const Reader &reader, std::uint32_t at, std::uint3
         return true;
     if (opensWord(reader, at))
         return true;
+    // "何時集合"
+    if (current.unspaced && reader.has(at, Meaning::Chatter) && !reader.has(at, Meaning::PlaceNoun))
+        return false;
     return !(reader.has(at, Meaning::PlaceStop) || reader.has(at, Meaning::TitleLead) ||
              reader.has(at, Meaning::And) || reader.has(at, Meaning::RangeTo));
 }

@@ -87,7 +87,11 @@ bool PlaceFinder::leadsToOther(const Reader &reader, std::uint32_t i, TokenSpan 
         return true;
     // "去打疫苗": what one goes to do.
     const std::uint32_t verb = reader.has(begin, Meaning::PlaceStop) ? begin + 1 : begin;
-    if (token(begin).unspaced && reader.has(verb, Meaning::Event) && !isPlaceNoun(reader, verb))
+    // "在聚福楼": a sign that is a kind of event alone may begin a name.
+    const bool sign =
+        token(begin).end - token(begin).begin <= 3 && isPlaceNoun(reader, name.end - 1);
+    if (token(begin).unspaced && !sign && reader.has(verb, Meaning::Event) &&
+        !isPlaceNoun(reader, verb))
         return true;
     // "Tickets £10 from the bar"
     constexpr std::uint32_t kReach = 3;

@@ -34,6 +34,12 @@ bool PlaceNames::leadsToPlace(const Reader &reader, std::uint32_t i) {
            (reader.word(i) && reader.at(i)->word == 0 && reader.has(i + 1, Meaning::PlaceNoun));
 }
 
+bool PlaceNames::startsAside(const Reader &reader, std::uint32_t i) {
+    return reader.at(i) && reader.at(i)->unspaced && reader.at(i)->spaceBefore &&
+           reader.has(i, Meaning::Chatter) && !reader.has(i, Meaning::PlaceNoun) &&
+           !reader.has(i, Meaning::Event);
+}
+
 bool PlaceNames::opensWord(const Reader &reader, std::uint32_t i) {
     constexpr std::uint32_t kOneSign = 3; ///< bytes
     const auto isHiragana = [&](std::uint32_t k) {

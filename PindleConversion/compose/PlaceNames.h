@@ -30,6 +30,8 @@ public:
     static bool isPlaceNoun(const Reader &reader, std::uint32_t i);
     /// "もみじ": a sign that is a particle alone goes on as a word that no lexicon knows.
     static bool opensWord(const Reader &reader, std::uint32_t i);
+    /// "研修室 参加無料": behind a space small talk follows.
+    static bool startsAside(const Reader &reader, std::uint32_t i);
     /// "合唱室": what happens there names the room.
     static bool namesRoom(const Reader &reader, std::uint32_t i);
     /// "Main Street", "rue Haute", "calle de Alcalá", and "Wilgenstraat", whose end alone is known.

@@ -1,5 +1,7 @@
 #include "PindleConversion/compose/TitleParts.h"
 
+#include "PindleConversion/compose/PlaceNames.h"
+
 #include <algorithm>
 
 #include <unicode/uchar.h>
@@ -38,6 +40,12 @@ std::vector<TokenSpan> TitleParts::partsOf(TokenSpan run) const {
             parts.push_back({begin, i});
             begin = i + 1;
             continue;
+        }
+        // "運動会　雨天の場合は"
+        if (i > begin && PlaceNames::startsAside(reader, i) &&
+            m_document.fields[token(i).field].label != Label::Title) {
+            parts.push_back({begin, i});
+            begin = i;
         }
         // "Biscuit (Labrador) is due"
         const bool closed =

@@ -38,6 +38,10 @@ TokenSpan TitleParts::trimFront(TokenSpan span) const {
         return span;
     if (!lead || namesEvent(reader, span.begin, *lead))
         return span;
+    // "「はじめての…」": no particle begins what is quoted.
+    if (lead->length == 1 && token(span.begin).unspaced && !token(span.begin).capital &&
+        span.begin > 0 && token(span.begin - 1).symbol == '"' && !token(span.begin).spaceBefore)
+        return span;
     const std::uint32_t next = span.begin + lead->length;
     if (startsLongerWord(span, next))
         return span;

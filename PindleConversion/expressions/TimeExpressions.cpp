@@ -307,6 +307,10 @@ std::optional<TimeMention> readTime(const Reader &reader, std::uint32_t i, bool 
     mention.start.clock24 = reader.language(i).clock24;
     mention.marked = marked;
     const bool stamp = isTimestamp(reader, i);
+    // "北京首都T3 — 09:45": the number of a terminal.
+    if (!stamp && !start->sure && !start->minuteGiven && start->meridiem < 0 && i > 0 &&
+        reader.glued(i) && reader.word(i - 1) && !reader.at(i - 1)->unspaced)
+        return std::nullopt;
     if (stamp) {
         mention.start.sure = true;
         next = readStampZone(reader, next, mention);
