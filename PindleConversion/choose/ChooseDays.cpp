@@ -48,7 +48,9 @@ bool Chooser::followsDate(const Dated &dated) const {
     const bool aside = dated.mention->first.base == DateSpec::Base::Weekday && isInBrackets(at);
     const bool written = dated.mention->first.base == DateSpec::Base::Calendar;
     return std::any_of(m_dates.begin(), m_dates.end(), [&](const Dated &other) {
+        // "cena di Natale il 18": a holiday that names the event is none of the days.
         const bool before = other.mention->span.begin < at && !isPast(other) &&
+                            m_document.tokens[other.mention->span.begin].used &&
                             other.mention->first.base == DateSpec::Base::Calendar &&
                             roleOf(other.mention->span.begin) == Role::None;
         return before && (aside || (written && isListed(other.mention->span, dated.mention->span)));

@@ -243,6 +243,18 @@ const Sense *readDayRange(const Reader &reader, std::uint32_t i) {
     return night && isNightBefore(reader, i) ? night : nullptr;
 }
 
+namespace {
+
+/// "cena di Natale il 18": the holiday before token `i` says what kind of event it is.
+bool namesKind(const Reader &reader, std::uint32_t i) {
+    static constexpr Meanings kDays{Meaning::DayWord,  Meaning::Weekday, Meaning::UnitWord,
+                                    Meaning::MonthEnd, Meaning::Ordinal, Meaning::Number};
+    return i > 1 && reader.has(i - 1, Meaning::Of) && reader.word(i - 2) &&
+           reader.has(i - 2, Meaning::Event) && !reader.mayHave(i - 2, kDays);
+}
+
+} // namespace
+
 std::optional<DateMention> readHoliday(const Reader &reader, std::uint32_t i) {
     const Sense *holiday = reader.sense(i, Meaning::Holiday);
     if (!holiday)
@@ -259,8 +271,9 @@ std::optional<DateMention> readHoliday(const Reader &reader, std::uint32_t i) {
     result.span.end = readYear(reader, result.span.end, result.first.year);
     // "Christmas party" names an event, "closed Good Friday" a day.
     const std::uint32_t next = result.span.end;
-    result.weak = reader.word(next) && !reader.has(next, Meaning::Connector) &&
-                  !reader.has(next, Meaning::TimeMarker);
+    result.weak = (reader.word(next) && !reader.has(next, Meaning::Connector) &&
+                   !reader.has(next, Meaning::TimeMarker)) ||
+                  namesKind(reader, i);
     return result;
 }
 

@@ -322,7 +322,7 @@ bool readRangeEnd(const Reader &reader, DateMention &date) {
     // for one event, and the second one holds.
     const bool from = date.span.begin > 0 && reader.has(date.span.begin - 1, Meaning::RangeFrom);
     if ((date.first.base == Base::Weekday || from) && to && reader.word(i) &&
-        reader.document().tokens[i].end - reader.document().tokens[i].begin == 2 &&
+        reader.document().tokens[i].end - reader.document().tokens[i].begin <= 2 &&
         speaksOfMoving(reader, date.span.begin, !from)) {
         last->span.begin = date.span.begin;
         date = *last;
