@@ -46,6 +46,10 @@ void PlaceFinder::compound(const Reader &reader, const Field &field, std::uint32
     if (begin > field.begin + 1 && reader.symbol(begin - 1, '.') && token(begin - 2).capital &&
         reader.has(begin - 2, Meaning::Person))
         begin -= 2;
+    // "11 Cedar Court"
+    if (begin > field.begin && reader.number(begin - 1, 1, 9999, 4) && !token(begin - 1).used &&
+        token(begin).spaceBefore && isStreet(reader, i, begin) && token(begin).capital)
+        --begin;
     const bool numbered =
         end > i + 1 && (token(i + 1).kind == TokenKind::Number || token(i + 1).capital);
     // "Handmade-Markt" is an event.

@@ -150,7 +150,8 @@ std::optional<LeadingDays> readLeadingDays(const Reader &reader, std::uint32_t i
     if (const std::uint32_t join = readDayJoin(reader, days.next);
         join != days.next && !(reader.glued(days.next) && reader.has(join, Meaning::Month))) {
         const auto last = readLeadingDay(reader, reader.skip(join, Meaning::The));
-        if (!last || last->day <= listed)
+        // "rescheduled from 20 to 27 May"
+        if (isMovedFrom(reader, i) || !last || last->day <= listed)
             return std::nullopt;
         gaps = gaps || (reader.has(days.next, Meaning::And) && last->day > listed + 1);
         days.last = last->day;
