@@ -124,6 +124,19 @@ bool isLabel(const Document &document, TokenSpan title) {
     });
 }
 
+/// "Dzień Dziecka - 1 czerwca, godz. 9": a holiday that opens a line, beside its date, is what
+/// the event is called.
+void freeHoliday(Document &document, const Expressions &expressions, const Choice &choice) {
+    for (const DateMention &date : expressions.dates) {
+        const std::uint32_t begin = date.span.begin;
+        if (!date.holiday || begin == choice.dateSpan.begin || choice.dateSpan.empty() ||
+            document.fields[document.tokens[begin].field].begin != begin)
+            continue;
+        for (std::uint32_t i = begin; i < date.span.end; ++i)
+            document.tokens[i].used = false;
+    }
+}
+
 /// A booking or visit is called by its place as well: "stay at The Gull Inn".
 TokenSpan titleWithPlace(const Document &document, TokenSpan title, TokenSpan place) {
     constexpr std::uint32_t kLongestJoint = 3;
@@ -152,6 +165,7 @@ Reply convert(const Request &request) {
     const Reference reference = referenceOf(request, *today);
     auto [document, expressions] = read(request.text, request.referenceTimezone);
     Choice choice = chooseEvent(document, expressions, reference);
+    freeHoliday(document, expressions, choice);
     if (!choice.found) {
         Reply reply = refuse(refusalText(document, choice.notice));
         reply.cleanText = std::move(document.text);

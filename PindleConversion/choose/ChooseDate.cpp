@@ -157,6 +157,8 @@ int Chooser::scoreDate(const Dated &dated, int index) {
         score -= 200;
     else if (speaksOfPast(token))
         score -= 15;
+    if (dated.mention->holiday)
+        score -= 5;
     if (dated.again)
         score -= 45;
     if (followsDate(dated))

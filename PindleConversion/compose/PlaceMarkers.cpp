@@ -209,6 +209,12 @@ std::uint32_t PlaceFinder::nameHead(std::uint32_t i) const {
     std::uint32_t head = i;
     const bool numbered = i > field.begin + 1 && token(i - 1).kind == TokenKind::Number &&
                           reader.has(i - 2, Meaning::PlaceNoun);
+    // "Lindelaan 33 te Heerde"
+    const bool house = i > field.begin + 1 && reader.number(i - 1, 1, 999, 3) &&
+                       !token(i - 1).used && token(i - 2).capital &&
+                       reader.has(i - 2, Meaning::StreetWord) && m_document.sameSentence(i - 2, i);
+    if (house && !isTitlePosition(field, i - 2))
+        return i - 2;
     if (i == field.begin || token(i - 1).unspaced || !(token(i - 1).capital || numbered))
         return i;
     for (std::uint32_t k = i; k > field.begin && i - k < kReach; --k) {

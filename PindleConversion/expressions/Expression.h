@@ -41,6 +41,7 @@ struct DateMention {
     std::optional<DateSpec> last; ///< of a span of days
     bool weak = false;            ///< could well be no date
     bool repeated = false;
+    bool holiday = false; ///< by a name that may be the event's as well
 };
 
 /// A clock time as the text gives it.

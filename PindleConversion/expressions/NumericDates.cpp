@@ -55,6 +55,11 @@ bool isHyphenDayBesideTime(const Reader &reader, std::uint32_t i) {
     if (i > 0 && reader.number(i, kLastHour + 1, 31) &&
         (reader.has(i - 1, Meaning::Weekday) || reader.has(i - 1, Meaning::WeakWeekday)))
         return true;
+    // "apk 3-6 8u"
+    const bool hour = reader.number(next, 0, kLastHour) && reader.glued(next + 1) &&
+                      reader.has(next + 1, Meaning::HourMark);
+    if (hour && !(reader.glued(next + 2) && reader.word(next + 2)))
+        return true;
     return reader.number(next, 0, kLastHour) && reader.glued(next + 1) && reader.glued(next + 2) &&
            (reader.symbol(next + 1, ':') || reader.has(next + 1, Meaning::HourMark)) &&
            reader.number(next + 2, 0, 59) && reader.at(next + 2)->digits == 2;

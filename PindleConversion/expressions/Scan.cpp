@@ -175,9 +175,11 @@ private:
         if (m_afterDate == date.span.begin &&
             m_found.dates.back().first.base == DateSpec::Base::Calendar)
             return date.span.end;
+        DateMention holiday = date;
+        holiday.holiday = true;
         if (!date.weak)
-            return takeDate(reader, date);
-        take(m_found.dates, date);
+            return takeDate(reader, holiday);
+        take(m_found.dates, holiday);
         return date.span.end;
     }
 
@@ -336,8 +338,10 @@ private:
     }
 
     static bool isPassage(const Reader &reader, std::uint32_t i) {
+        constexpr char32_t kFirstShape = 0x25A0; ///< "5.7. ◆ 17 h"
         return reader.symbol(i, ':') || reader.symbol(i, ',') || reader.symbol(i, '(') ||
-               reader.symbol(i, '~') || reader.has(i, Meaning::The);
+               reader.symbol(i, '~') || reader.has(i, Meaning::The) ||
+               (reader.at(i)->kind == TokenKind::Symbol && reader.at(i)->symbol >= kFirstShape);
     }
 
     template<typename T> static bool take(std::vector<T> &into, const T &what) {

@@ -40,13 +40,14 @@ bool endsSentence(const Reader &reader, std::uint32_t begin, std::uint32_t i) {
     if (!reader.symbol(i, '.') || reader.glued(i + 1) || i == begin)
         return false;
     const Token &before = reader.document().tokens[i - 1];
+    constexpr char32_t kFirstShape = 0x25A0; ///< marks between the parts of a notice
     // "19.05. 16 Uhr", "19.1. - Fr 23.1."
     const bool dotted = i >= begin + 3 && before.kind == TokenKind::Number &&
                         reader.symbol(i - 2, '.') && reader.glued(i - 1) &&
                         reader.number(i - 3, 1, 31);
     if (dotted && reader.at(i + 1) &&
         (reader.at(i + 1)->kind == TokenKind::Number || reader.symbol(i + 1, '-') ||
-         i == begin + 3))
+         reader.at(i + 1)->symbol >= kFirstShape || i == begin + 3))
         return false;
     if (before.kind == TokenKind::Word && isHouse(reader, i))
         return false;
