@@ -57,4 +57,46 @@ bool Chooser::followsDate(const Dated &dated) const {
     });
 }
 
+bool Chooser::tellsOpeningHours(const Dated &dated) const {
+    if (dated.mention->first.base != DateSpec::Base::Weekday || !dated.mention->last)
+        return false;
+    return std::any_of(m_dates.begin(), m_dates.end(), [&](const Dated &other) {
+        return other.mention->first.base == DateSpec::Base::Calendar && other.mention->last;
+    });
+}
+
+bool Chooser::isHoursOnly(const Dated &dated) const {
+    const std::uint32_t token = dated.mention->span.begin;
+    const TokenSpan label = fieldOf(token).labelWords;
+    const bool labelled =
+        !label.empty() && Reader(m_document, label.end).has(label.begin, Meaning::Daily);
+    const bool days = dated.mention->first.base == DateSpec::Base::Weekday && dated.mention->last;
+    if (days && (labelled || sentenceHas(token, Meaning::Daily)))
+        return true;
+    // "open Tuesday to Sunday": an exhibition may be an event, a shop is none.
+    const bool opening =
+        !label.empty() && Reader(m_document, label.end).has(label.begin, Meaning::Opening);
+    return (dated.mention->repeated || spansMostDays(dated)) &&
+           (opening || sentenceHas(token, Meaning::Opening)) && !sentenceHas(token, Meaning::Event);
+}
+
+bool Chooser::spansMostDays(const Dated &dated) const {
+    constexpr auto kMostDays = std::chrono::days(3);
+    constexpr int kBeside = 3;
+    if (dated.mention->first.base != DateSpec::Base::Weekday)
+        return false;
+    if (dated.mention->last)
+        return dated.date.last && *dated.date.last - dated.date.first >= kMostDays;
+    return std::any_of(m_dates.begin(), m_dates.end(), [&](const Dated &other) {
+        const TokenSpan mine = dated.mention->span;
+        const TokenSpan its = other.mention->span;
+        const TokenSpan first = mine.begin < its.begin ? mine : its;
+        const TokenSpan last = mine.begin < its.begin ? its : mine;
+        return other.mention != dated.mention &&
+               other.mention->first.base == DateSpec::Base::Weekday &&
+               m_document.sameSentence(mine.begin, its.begin) && gap(first, last) < kBeside &&
+               Reader(m_document, last.begin).has(first.end, Meaning::RangeTo);
+    });
+}
+
 } // namespace pindle::conversion
