@@ -68,6 +68,8 @@ private:
     bool countsPlaces(const Reader &reader, std::uint32_t begin) const;
     /// "the new daycare on Pine": the street without its kind belongs to the name.
     std::uint32_t withStreet(const Reader &reader, TokenSpan name) const;
+    /// "在市立图书馆借书": where a name's kind is told, unknown words behind it are what happens.
+    std::uint32_t withoutDeed(const Reader &reader, std::uint32_t begin, std::uint32_t end) const;
     /// What follows the marker at `i` is an amount, a deed or who writes.
     bool leadsToOther(const Reader &reader, std::uint32_t i, TokenSpan name) const;
     /// "Call mit dem Team in Toronto, 9:30 Toronto-Zeit": where the others are is no place.

@@ -19,7 +19,8 @@ void PlaceFinder::marked(const Reader &reader, std::uint32_t i, const Sense &mar
     if (!reader.at(begin) || isInCompound(reader, i, begin) || endsPhrase(reader, i) ||
         refusesPlace(reader, begin) || reader.has(begin, Meaning::Greeting) || token(begin).used)
         return;
-    const TokenSpan name{begin, withStreet(reader, {begin, nameEnd(reader, begin)})};
+    const std::uint32_t known = withoutDeed(reader, begin, nameEnd(reader, begin));
+    const TokenSpan name{begin, withStreet(reader, {begin, known})};
     // "answers in April"
     if (reader.has(begin, Meaning::Month) && name.end == begin + 1)
         return;
@@ -74,6 +75,18 @@ std::uint32_t PlaceFinder::withStreet(const Reader &reader, TokenSpan name) cons
     while (reader.word(end) && token(end).upper() && !token(end).used)
         ++end;
     return end > name.end + on->length ? end : name.end;
+}
+
+std::uint32_t PlaceFinder::withoutDeed(const Reader &reader, std::uint32_t begin,
+                                       std::uint32_t end) const {
+    std::uint32_t last = end;
+    while (last > begin && token(last - 1).unspaced && token(last - 1).senses == 0)
+        --last;
+    // In Japanese the name may follow: "居酒屋ほまれ".
+    const bool kind = reader.language(begin).script == Script::Chinese && last > begin + 1 &&
+                      last < end && token(last - 1).unspaced && isPlaceNoun(reader, last - 1) &&
+                      !token(last).spaceBefore;
+    return kind ? last : end;
 }
 
 bool PlaceFinder::leadsToOther(const Reader &reader, std::uint32_t i, TokenSpan name) const {
