@@ -84,16 +84,10 @@ private:
     bool followsDate(const Dated &dated) const;
     /// "by Friday": until when something is to be done.
     bool isDue(std::uint32_t token) const;
-    /// "Tue-Sun" beside the days of an exhibition.
-    bool tellsOpeningHours(const Dated &dated) const;
     /// "Blue Door on 5th": an ordinal behind a name.
     bool mayBeStreet(TokenSpan span) const;
     /// "Saturdays, starts 21 March"
     bool hasFirstDay(const Dated &dated) const;
-    /// "Opening hours: Mon-Fri 9-5"
-    bool isHoursOnly(const Dated &dated) const;
-    /// "Tuesday to Sunday", joined into one date or not.
-    bool spansMostDays(const Dated &dated) const;
     /// "I never liked Mondays": a day that comes round, no time, and nothing that happens then.
     bool isHabit(const Dated &dated) const;
     /// "Arrival 3 April, departure 10 April": who stays arrives first.
@@ -152,6 +146,12 @@ private:
     void settleNamedDays();
     /// A date that opens a line, as an earlier one with a time does: of a list the first counts.
     bool isLaterItem(const Dated &dated) const;
+    /// "Tue-Sun" beside the days of an exhibition.
+    bool tellsOpeningHours(const Dated &dated) const;
+    /// "Opening hours: Mon-Fri 9-5"
+    bool isHoursOnly(const Dated &dated) const;
+    /// "Tuesday to Sunday", joined into one date or not.
+    bool spansMostDays(const Dated &dated) const;
 
     // ChooseTime.cpp
     void noteClockStyle();
