@@ -259,8 +259,8 @@ private:
         constexpr std::size_t kLongestTag = 200;
         constexpr std::array<std::string_view, 8> lines{"br", "p",  "div", "li",
                                                         "tr", "h1", "h2",  "h3"};
-        constexpr std::array<std::string_view, 10> inlines{"b",    "i", "u",  "strong", "em",
-                                                           "span", "a", "ul", "td",     "font"};
+        constexpr std::array<std::string_view, 9> inlines{"b",    "i", "u",  "strong", "em",
+                                                          "span", "a", "ul", "font"};
         const auto rest = m_in.substr(m_at + 1, kLongestTag);
         const auto close = rest.find('>');
         const std::size_t begin = rest.starts_with('/') ? 1 : 0;
@@ -268,10 +268,11 @@ private:
             return false;
         const auto name = rest.substr(begin, rest.find_first_of(" />", begin) - begin);
         const bool line = std::find(lines.begin(), lines.end(), name) != lines.end();
-        if (!line && std::find(inlines.begin(), inlines.end(), name) == inlines.end())
+        const bool cell = name == "td" || name == "th";
+        if (!line && !cell && std::find(inlines.begin(), inlines.end(), name) == inlines.end())
             return false;
-        if (line)
-            m_out += '\n';
+        if (line || (cell && begin == 1))
+            m_out += line ? '\n' : '\t';
         m_at += close + 2;
         return true;
     }

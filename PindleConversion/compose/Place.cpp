@@ -79,7 +79,8 @@ void PlaceFinder::consider(std::uint32_t f, TokenSpan part) {
         if (reader.symbol(i, '('))
             bracketed(reader, i);
         if (const Sense *online = reader.sense(i, Meaning::Online);
-            online && !reader.has(i, Meaning::Event) && !isOnlineDeed(reader, i, *online))
+            online && !reader.has(i, Meaning::Event) && !isOnlineDeed(reader, i, *online) &&
+            !isOnlineThing(reader, field, i))
             offer({i, i + online->length}, kLeastScore, i);
     }
     if (field.label == Label::None || field.label == Label::When || titled)
@@ -234,7 +235,9 @@ void PlaceFinder::labelled(const Field &field) {
     if (field.label != Label::Place && end != field.end && !startsAside(reader, end))
         return;
     // "Rendez-vous : parking du Moulin"
-    if (field.label == Label::When && !shapeOf({field.begin, end}).noun)
+    // "Entry 50p, teas and cakes" says what it costs.
+    const bool amount = token(field.begin).kind == TokenKind::Number;
+    if (field.label == Label::When && (amount || !shapeOf({field.begin, end}).noun))
         return;
     offer({field.begin, end}, field.label == Label::Place ? 1000 : 900, field.begin);
 }
@@ -262,6 +265,13 @@ bool PlaceFinder::isCalledLink(const Field &field, std::uint32_t link) const {
             return true;
     }
     return false;
+}
+
+bool PlaceFinder::isOnlineThing(const Reader &reader, const Field &field, std::uint32_t i) const {
+    const bool goesOn =
+        reader.word(i + 1) && !token(i + 1).used && !token(i + 1).capital && !token(i + 1).unspaced;
+    return i == field.begin && goesOn && !reader.has(i + 1, Meaning::PlaceMarker) &&
+           !reader.has(i + 1, Meaning::Event) && !reader.has(i + 1, Meaning::Person);
 }
 
 bool PlaceFinder::heldOnline() {

@@ -51,6 +51,8 @@ private:
     void links(const Field &field, TokenSpan part);
     /// "Your link (do not share): https://..."
     bool isCalledLink(const Field &field, std::uint32_t link) const;
+    /// "Online tax returns": what is online is no event.
+    bool isOnlineThing(const Reader &reader, const Field &field, std::uint32_t i) const;
     /// The text's first words say that the event is online.
     bool heldOnline();
     /// From one day to another that the text names apart: where one stays is the event's name

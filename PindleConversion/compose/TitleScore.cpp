@@ -17,6 +17,7 @@ constexpr int kNumbered = 40;       ///< less for one of several: "Session 1"
 constexpr int kKindBeforeDate = 20; ///< less for a kind that only leads to the date
 constexpr int kMarkersOnly = 40;    ///< less for "leaving", which only announces a time
 constexpr int kBehind = 40;         ///< less for what is only said of a day: "is no good"
+constexpr int kHosts = 20;          ///< less for who invites on a line of their own
 constexpr int kNoContent = 30;      ///< less for words that say nothing of what happens
 
 /// What a label says of the words behind it.
@@ -203,6 +204,10 @@ int TitleScore::linePenalties(const Reader &reader, const TitleCandidate &candid
     const Reader beyond(m_document, run.span.end);
     if (part.end < run.span.end && announces(beyond, part.end))
         score -= 40;
+    const Field *next = &field + 1;
+    if (alone && next <= &m_document.fields.back() &&
+        announces(Reader(m_document, next->end), next->begin))
+        score -= kHosts;
     if (part.begin > 0 && isCrumb(part.begin - 1))
         score -= 40;
     // "Mr and Mrs Pope" on a line of their own invite, a name below "Regards" signs. "Les Ogres"

@@ -175,6 +175,10 @@ private:
         if (m_afterDate == date.span.begin &&
             m_found.dates.back().first.base == DateSpec::Base::Calendar)
             return date.span.end;
+        // "to mark Australia Day, Monday 25 January": the written day is the event's.
+        const std::uint32_t next = reader.skipSymbol(date.span.end, ',');
+        if (next != date.span.end && mayStartDate(reader, next) && readDate(reader, next))
+            return date.span.end;
         DateMention holiday = date;
         holiday.holiday = true;
         if (!date.weak)
@@ -282,10 +286,18 @@ private:
 
     std::uint32_t zone(const Reader &reader, std::uint32_t i, const Field &field) {
         const bool zoneField = field.label == Label::Zone;
-        if (!zoneField && !mayStartZone(reader, i))
+        // "9:30am their time (EST)"
+        constexpr std::uint32_t kShortest = 3;
+        const Token *brief = reader.symbol(i, '(') && reader.symbol(i + 2, ')') &&
+                                     reader.has(i + 1, Meaning::ZoneAfterTime)
+                                 ? reader.at(i + 1)
+                                 : nullptr;
+        const bool bracketed = brief && brief->capital && brief->end - brief->begin >= kShortest &&
+                               !m_found.times.empty();
+        if (!zoneField && !bracketed && !mayStartZone(reader, i))
             return i;
         TimeMention zone;
-        const std::uint32_t next = readZone(reader, i, zoneField, zone);
+        const std::uint32_t next = readZone(reader, i, zoneField || bracketed, zone);
         if (next != i) {
             zone.span = {i, next};
             use(zone.span);

@@ -64,7 +64,8 @@ bool mayFollowBare(const Reader &reader, std::uint32_t i, bool marked) {
         return false;
     if (isDateLike(reader, i) || reader.has(i, Meaning::Connector) ||
         reader.has(i, Meaning::TimeMarker) || reader.has(i, Meaning::ZoneAfterTime) ||
-        reader.has(i, Meaning::Zone) || reader.has(i, Meaning::Event))
+        reader.has(i, Meaning::Zone) || reader.has(i, Meaning::Event) ||
+        (marked && reader.has(i, Meaning::Person)))
         return true;
     if (marked && reader.has(i, Meaning::PresentVerb))
         return true;
