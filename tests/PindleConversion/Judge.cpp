@@ -7,6 +7,7 @@
 #include <memory>
 #include <stdexcept>
 
+#include <unicode/normalizer2.h>
 #include <unicode/regex.h>
 #include <unicode/timezone.h>
 #include <unicode/uchar.h>
@@ -22,13 +23,19 @@ using nlohmann::json;
 
 constexpr int kWidestTitle = 60; ///< columns
 
-/// Letters and digits only, lower case.
+/// Letters and digits only, without accents, lower case.
 std::string tight(const std::string &text) {
+    UErrorCode error = U_ZERO_ERROR;
+    const icu::Normalizer2 *parts = icu::Normalizer2::getNFKDInstance(error);
+    icu::UnicodeString plain;
+    if (U_FAILURE(error))
+        throw std::runtime_error(u_errorName(error));
+    const auto whole = parts->normalize(icu::UnicodeString::fromUTF8(text).foldCase(), error);
+    for (std::int32_t i = 0; i < whole.length(); i = whole.moveIndex32(i, 1))
+        if (u_isalnum(whole.char32At(i)))
+            plain.append(whole.char32At(i));
     std::string out;
-    for (char c : text)
-        if (std::isalnum(static_cast<unsigned char>(c)) || static_cast<unsigned char>(c) >= 0x80)
-            out += static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
-    return out;
+    return plain.toUTF8String(out);
 }
 
 std::vector<std::string> listOf(const json &value) {
