@@ -387,6 +387,10 @@ bool Chooser::isNarrated(const Dated &dated) const {
 
 bool Chooser::hasFutureSense(std::uint32_t token) const {
     const Field &field = fieldOf(token);
+    const Dated &chosen = m_dates[static_cast<std::size_t>(m_date)];
+    // "Annual leave approved: 12/10/2026": the verb is not of that day.
+    if (chosen.date.yearGiven && chosen.date.first > m_reference.today)
+        return true;
     if (isNarrated(m_dates[static_cast<std::size_t>(m_date)]))
         return false;
     if (isLongPast(m_dates[static_cast<std::size_t>(m_date)]))

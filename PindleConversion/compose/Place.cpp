@@ -237,7 +237,9 @@ void PlaceFinder::labelled(const Field &field) {
     // "Rendez-vous : parking du Moulin"
     // "Entry 50p, teas and cakes" says what it costs.
     const bool amount = token(field.begin).kind == TokenKind::Number;
-    if (field.label == Label::When && (amount || !shapeOf({field.begin, end}).noun))
+    if (field.label != Label::Place && amount)
+        return;
+    if (field.label == Label::When && !shapeOf({field.begin, end}).noun)
         return;
     offer({field.begin, end}, field.label == Label::Place ? 1000 : 900, field.begin);
 }

@@ -18,6 +18,7 @@ constexpr int kKindBeforeDate = 20; ///< less for a kind that only leads to the 
 constexpr int kMarkersOnly = 40;    ///< less for "leaving", which only announces a time
 constexpr int kBehind = 40;         ///< less for what is only said of a day: "is no good"
 constexpr int kHosts = 20;          ///< less for who invites on a line of their own
+constexpr int kInvited = 24;        ///< for what a text invites to
 constexpr int kNoContent = 30;      ///< less for words that say nothing of what happens
 
 /// What a label says of the words behind it.
