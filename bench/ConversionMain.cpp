@@ -122,7 +122,7 @@ double medianTime(const std::string &text) {
 
 /// The times of one kind of long text by its length, once.
 json timesOnce(const LongText &kind) {
-    json result{{"title", kind.title}, {"times", json::object()}};
+    json result{{"name", kind.name}, {"title", kind.title}, {"times", json::object()}};
     double last = 0;
     for (std::size_t bytes = kShortest; bytes <= kLongest; bytes *= kGrowth) {
         if (last * kMicrosecond * static_cast<double>(kGrowth) > kSlowest)
