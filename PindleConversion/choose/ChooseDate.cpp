@@ -309,7 +309,7 @@ bool Chooser::acceptDate() {
         refuse(Notice::NoDate);
         return false;
     }
-    if (roleOf(token) == Role::Posted && m_dates.size() == 1) {
+    if ((roleOf(token) == Role::Posted || isStamp(dated)) && m_dates.size() == 1) {
         refuse(Notice::NoDate);
         return false;
     }

@@ -43,6 +43,13 @@ bool Chooser::isLaterItem(const Dated &dated) const {
            });
 }
 
+bool Chooser::isStamp(const Dated &dated) const {
+    return std::any_of(m_found.times.begin(), m_found.times.end(), [&](const TimeMention &time) {
+        return time.start.seconds && time.span.begin <= dated.mention->span.end + 1 &&
+               time.span.begin >= dated.mention->span.end;
+    });
+}
+
 bool Chooser::followsDate(const Dated &dated) const {
     const std::uint32_t at = dated.mention->span.begin;
     const bool aside = dated.mention->first.base == DateSpec::Base::Weekday && isInBrackets(at);

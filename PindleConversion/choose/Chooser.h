@@ -82,6 +82,8 @@ private:
     /// "Wed 3 June, Wed 10 June, 6pm" begins with its first day; "6 November ... arrival 05:50
     /// (Saturday)" tells the day in full before.
     bool followsDate(const Dated &dated) const;
+    /// "2026-03-04 11:02:17 Connection reset": a machine wrote it down.
+    bool isStamp(const Dated &dated) const;
     /// "by Friday": until when something is to be done.
     bool isDue(std::uint32_t token) const;
     /// "Blue Door on 5th": an ordinal behind a name.

@@ -186,6 +186,9 @@ std::optional<NumericForm> readNumericForm(const Reader &reader, std::uint32_t i
     form.three = goesOn && year && year->kind == TokenKind::Number && reader.glued(i + 4) &&
                  (year->digits == 2 || isYear(reader, i + 4) || endsBriefDate(reader, i));
     const bool stops = c == '.' && goesOn && reader.glued(i + 3);
+    // "4.11.x" is a version.
+    if (stops && reader.word(i + 4) && reader.glued(i + 4) && !reader.at(i + 4)->unspaced)
+        return std::nullopt;
     // "upgrade from 3.11." ends a sentence.
     const bool written =
         reader.at(i + 2)->digits == 2 && (reader.at(i)->digits == 2 || reader.at(i + 4) != nullptr);

@@ -167,11 +167,11 @@ std::optional<End> readEnd(const Reader &reader, std::uint32_t i, bool between) 
         (clock->minuteGiven && reader.language(at).clock24 && reader.word(end.next) &&
          !reader.glued(end.next) && !reader.has(end.next, Meaning::UnitWord)) ||
         isNamedHour(reader, at, *clock, end.next);
-    // "19h au 14 rue Basse"
+    // "19h au 14, rue Basse", but "dalle 20 alle 21, campo 2"
+    const bool comma = reader.word(i) && !reader.has(i, Meaning::TimeMarker);
     if (!clock->sure && clock->meridiem < 0 && !written &&
         (!mayFollowBare(reader, end.next, true) ||
-         reader.has(reader.word(i) ? reader.skipSymbol(end.next, ',') : end.next,
-                    Meaning::StreetWord)))
+         reader.has(comma ? reader.skipSymbol(end.next, ',') : end.next, Meaning::StreetWord)))
         return std::nullopt;
     end.clock = *clock;
     return end;
