@@ -31,6 +31,12 @@ TriggerWatch::TriggerWatch(XConnection &connection, XKeyboard &keyboard)
     connection.addHandler([this](const xcb_generic_event_t &event) {
         if (const auto release = devices_.release(event))
             released(*release);
+        // As long as the press has given this connection the keyboard, the server tells the release
+        // as an event of the grab and leaves the raw one out.
+        if (event.response_type == XCB_KEY_RELEASE && keyboard_.releasesAreReal()) {
+            const auto &release = reinterpret_cast<const xcb_key_release_event_t &>(event);
+            released({release.detail, pressedByUser_, release.time});
+        }
     });
 }
 
@@ -66,6 +72,7 @@ void TriggerWatch::begin(xcb_keycode_t key) {
     keyboard_.setTrigger(key);
     linger_.stop();
     setWatching(true);
+    pressedByUser_ = devices_.physicallyDown().test(key);
     // The key may have been up again before the server began to watch.
     if (!devices_.down().test(key))
         end();

@@ -26,7 +26,8 @@ private:
 
     XKeyboard &keyboard_;
     XKeyDevices devices_;
-    xcb_keycode_t key_ = 0; ///< of the last press
+    xcb_keycode_t key_ = 0;      ///< of the last press
+    bool pressedByUser_ = false; ///< that key, on a real keyboard
     xcb_timestamp_t lastPress_ = 0;
     std::optional<XKeyDevices::Release> lastRelease_; ///< by a real keyboard, since the last press
     bool watching_ = false;

@@ -71,6 +71,7 @@ XKeyboard::XKeyboard(XConnection &connection)
         notify();
     });
     selectEvents();
+    askForPressesOnly();
     connection_.addHandler([this](const xcb_generic_event_t &event) { handle(event); });
     reload();
 }
@@ -91,6 +92,14 @@ void XKeyboard::selectEvents() {
     xcb_xkb_select_events_aux(connection_.xcb(), coreKeyboard, events, 0, 0, mapParts, mapParts,
                               &details);
     xcb_flush(connection_.xcb());
+}
+
+void XKeyboard::askForPressesOnly() {
+    constexpr uint32_t flag = XCB_XKB_PER_CLIENT_FLAG_DETECTABLE_AUTO_REPEAT;
+    xcb_connection_t *xcb = connection_.xcb();
+    const auto flags = xcbReply(xcb_xkb_per_client_flags_reply(
+        xcb, xcb_xkb_per_client_flags(xcb, coreKeyboard, flag, flag, 0, 0, 0), nullptr));
+    releasesAreReal_ = flags && (flags->value & flag) != 0;
 }
 
 void XKeyboard::handle(const xcb_generic_event_t &event) {

@@ -60,12 +60,17 @@ public:
     /// counts once.
     void observe(std::function<void()> changed);
 
+    /// Whether a key that repeats is told as presses alone, so that a release says it is up
+    /// (detectable auto-repeat of the X Keyboard Extension).
+    bool releasesAreReal() const { return releasesAreReal_; }
+
     /// The key that fired a hot key and has not been seen released since; zero when there is none.
     xcb_keycode_t trigger() const { return trigger_; }
     void setTrigger(xcb_keycode_t key) { trigger_ = key; }
 
 private:
     void selectEvents();
+    void askForPressesOnly();
     void handle(const xcb_generic_event_t &event);
     void reload();
     void readModifiers();
@@ -80,6 +85,7 @@ private:
     KeySet modifierKeys_;
     xkb_layout_index_t group_ = 0;
     uint8_t firstEvent_ = 0;
+    bool releasesAreReal_ = false;
     xcb_keycode_t trigger_ = 0;
     QTimer settling_;
     std::vector<std::function<void()>> observers_;
