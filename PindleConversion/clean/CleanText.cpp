@@ -249,7 +249,8 @@ private:
         const char *begin = digits.data() + (base == 16 ? 1 : 0);
         const char *end = digits.data() + digits.size();
         const auto [stop, error] = std::from_chars(begin, end, value, base);
-        if (begin == end || stop != end || error != std::errc() || value < 0x20 || value > 0x10FFFF)
+        if (begin == end || stop != end || error != std::errc() || value < 0x20 ||
+            value > 0x10FFFF || (value >= 0xD800 && value <= 0xDFFF))
             return kNothing;
         return plain(value);
     }

@@ -24,6 +24,13 @@ TEST(CleanText, entitiesAndTagsGoWhereverTheyStand) {
     EXPECT_EQ(cleanText("x<b>y</b> 1 < 2"), "xy 1 < 2");
 }
 
+TEST(CleanText, aNumberThatIsNoCharacterStaysAsWritten) {
+    EXPECT_EQ(cleanText("a &#8211; b &#x2013; c"), "a \u2013 b \u2013 c");
+    for (const char *text :
+         {"a &#55296; b", "a &#xDFFF; b", "a &#1114112; b", "a &#7; b", "a &#; b"})
+        EXPECT_EQ(cleanText(text), text);
+}
+
 TEST(CleanText, everyCharacterIsReadAlikeWithinALineAndAtItsStart) {
     for (std::int32_t c = 0x80; c < 0x30000; ++c) {
         if (c >= 0xD800 && c <= 0xDFFF)
