@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "PindleConversion/Messages.h"
+#include "PindleConversion/clean/Utf8.h"
 #include "PindleConversion/compose/Compose.h"
 #include "PindleConversion/layout/ReadDocument.h"
 
@@ -76,17 +77,6 @@ Reading readAll(std::string_view text, std::string_view zone) {
     reading.document = readDocument(text, zone);
     reading.expressions = findExpressions(reading.document);
     return reading;
-}
-
-/// Where the letter starts that byte `at`, not one of the first three, belongs to.
-std::size_t letterBegin(std::string_view text, std::size_t at) {
-    const auto continues = [&](std::size_t i) {
-        return (static_cast<unsigned char>(text[i]) & 0xC0U) == 0x80U;
-    };
-    for (std::size_t i = at; i + 4 > at; --i)
-        if (!continues(i))
-            return i;
-    return at;
 }
 
 /// Reads a text, and of a long list of dates only the head: it holds more of them than are
@@ -165,13 +155,13 @@ Reply convert(const Request &request) {
     const Reference reference = referenceOf(request, *today);
     auto [document, expressions] = read(request.text, request.referenceTimezone);
     Choice choice = chooseEvent(document, expressions, reference);
-    freeHoliday(document, expressions, choice);
     if (!choice.found) {
         Reply reply = refuse(refusalText(document, choice.notice));
         reply.cleanText = std::move(document.text);
         return reply;
     }
     noteClockChange(choice, request.referenceTimezone);
+    freeHoliday(document, expressions, choice);
     Reply reply;
     const TokenSpan place = findPlace(document, choice);
     const TokenSpan named = findTitle(document, choice);

@@ -42,9 +42,7 @@ std::optional<ResolvedDate> Chooser::inNamedWeek(std::size_t i) const {
     DateMention day = m_found.dates[i];
     const bool named = week.first.base == DateSpec::Base::Week && week.first.months == 0 &&
                        (week.first.which == Which::Next || week.first.which == Which::AfterNext);
-    const bool bare = day.first.base == DateSpec::Base::Weekday && !day.repeated &&
-                      day.first.which == Which::Nearest && day.first.days == 0 && !day.last;
-    if (!named || !bare || day.span.begin - week.span.end > kReach ||
+    if (!named || !isBareWeekday(day) || day.span.begin - week.span.end > kReach ||
         !m_document.sameSentence(week.span.begin, day.span.begin) ||
         roleOf(week.span.begin) == Role::MovedFrom)
         return std::nullopt;
@@ -332,11 +330,10 @@ bool Chooser::isThisMorningsReport(const Dated &dated) const {
     const bool today = mention.first.base == DateSpec::Base::Today && mention.first.days == 0;
     const bool moved = std::any_of(m_found.roles.begin(), m_found.roles.end(),
                                    [](const auto &role) { return role.role == Role::MovedTo; });
-    if (!today || moved || m_dates.size() > 1 || !speaksOfPast(token))
+    if (!today || moved || m_dates.size() > 1 || !isReport(token))
         return false;
     const Sense *part = Reader(m_document, field.end).sense(token, Meaning::PartOfDay);
-    return part && part->value == static_cast<int>(DayPart::Morning) &&
-           !sentenceHas(token, Meaning::PresentVerb);
+    return part && part->value == static_cast<int>(DayPart::Morning);
 }
 
 bool Chooser::isReport(std::uint32_t token) const {
@@ -391,11 +388,7 @@ bool Chooser::hasFutureSense(std::uint32_t token) const {
     // "Annual leave approved: 12/10/2026": the verb is not of that day.
     if (chosen.date.yearGiven && chosen.date.first > m_reference.today)
         return true;
-    if (isNarrated(m_dates[static_cast<std::size_t>(m_date)]))
-        return false;
-    if (isLongPast(m_dates[static_cast<std::size_t>(m_date)]))
-        return false;
-    if (isThisMorningsReport(m_dates[static_cast<std::size_t>(m_date)]))
+    if (isNarrated(chosen) || isLongPast(chosen) || isThisMorningsReport(chosen))
         return false;
     if (field.label != Label::None || (hasTimeNear(token) && !isToldWithTimes(field, token)) ||
         hasTimeAhead())
@@ -405,9 +398,8 @@ bool Chooser::hasFutureSense(std::uint32_t token) const {
     if (toldInPast(field, token) && roleOf(token) != Role::MovedTo &&
         roleOf(token) != Role::Deadline)
         return false;
-    const Dated &dated = m_dates[static_cast<std::size_t>(m_date)];
     const bool explicitFuture =
-        dated.date.yearGiven || dated.mention->first.base == DateSpec::Base::Today;
+        chosen.date.yearGiven || chosen.mention->first.base == DateSpec::Base::Today;
     return explicitFuture || !speaksOfPast(token) || roleOf(token) == Role::MovedTo ||
            sentenceHas(token, Meaning::Event);
 }
@@ -432,8 +424,7 @@ bool Chooser::saysHourAlone(const TimeMention &time) const {
 }
 
 bool Chooser::tellsOpening(const TimeMention &time) const {
-    const TokenSpan label = fieldOf(time.span.begin).labelWords;
-    return !label.empty() && Reader(m_document, label.end).has(label.begin, Meaning::Opening) &&
+    return labelHas(time.span.begin, Meaning::Opening) &&
            !sentenceHas(time.span.begin, Meaning::Event);
 }
 

@@ -4,12 +4,16 @@
 
 namespace pindle::conversion {
 
+bool Chooser::isBareWeekday(const DateMention &mention) {
+    return mention.first.base == DateSpec::Base::Weekday && mention.first.which == Which::Nearest &&
+           mention.first.days == 0 && !mention.last && !mention.repeated;
+}
+
 void Chooser::settleNamedDays() {
     for (std::size_t i = 1; i < m_dates.size(); ++i) {
         Dated &day = m_dates[i];
         const DateSpec &spec = day.mention->first;
-        if (spec.base != DateSpec::Base::Weekday || spec.which != Which::Nearest ||
-            day.mention->last || day.mention->repeated || spec.days != 0)
+        if (!isBareWeekday(*day.mention))
             continue;
         for (std::size_t k = 0; k < i; ++k) {
             const Dated &named = m_dates[k];
@@ -72,19 +76,22 @@ bool Chooser::tellsOpeningHours(const Dated &dated) const {
     });
 }
 
+bool Chooser::labelHas(std::uint32_t token, Meaning meaning) const {
+    const TokenSpan label = fieldOf(token).labelWords;
+    return !label.empty() && Reader(m_document, label.end).has(label.begin, meaning);
+}
+
 bool Chooser::isHoursOnly(const Dated &dated) const {
     const std::uint32_t token = dated.mention->span.begin;
-    const TokenSpan label = fieldOf(token).labelWords;
-    const bool labelled =
-        !label.empty() && Reader(m_document, label.end).has(label.begin, Meaning::Daily);
+    const auto says = [&](Meaning meaning) {
+        return labelHas(token, meaning) || sentenceHas(token, meaning);
+    };
     const bool days = dated.mention->first.base == DateSpec::Base::Weekday && dated.mention->last;
-    if (days && (labelled || sentenceHas(token, Meaning::Daily)))
+    if (days && says(Meaning::Daily))
         return true;
     // "open Tuesday to Sunday": an exhibition may be an event, a shop is none.
-    const bool opening =
-        !label.empty() && Reader(m_document, label.end).has(label.begin, Meaning::Opening);
-    return (dated.mention->repeated || spansMostDays(dated)) &&
-           (opening || sentenceHas(token, Meaning::Opening)) && !sentenceHas(token, Meaning::Event);
+    return (dated.mention->repeated || spansMostDays(dated)) && says(Meaning::Opening) &&
+           !sentenceHas(token, Meaning::Event);
 }
 
 bool Chooser::spansMostDays(const Dated &dated) const {

@@ -7,9 +7,7 @@ namespace pindle::conversion {
 void Chooser::settleWeekdaysInRanges() {
     constexpr auto kWeek = std::chrono::days(7);
     for (std::size_t i = 1; i < m_dates.size(); ++i) {
-        const DateSpec &spec = m_dates[i].mention->first;
-        if (spec.base != DateSpec::Base::Weekday || spec.which != Which::Nearest ||
-            spec.days != 0 || m_dates[i].mention->last || m_dates[i].mention->repeated)
+        if (!isBareWeekday(*m_dates[i].mention))
             continue;
         for (std::size_t k = 0; k < i; ++k) {
             const ResolvedDate &range = m_dates[k].date;

@@ -79,11 +79,6 @@ private:
     int scoreDate(const Dated &dated, int index);
     /// "on 5th" is a day where no other is named; else it may be a street.
     bool isOnlyDay(const Dated &dated) const;
-    /// "Wed 3 June, Wed 10 June, 6pm" begins with its first day; "6 November ... arrival 05:50
-    /// (Saturday)" tells the day in full before.
-    bool followsDate(const Dated &dated) const;
-    /// "2026-03-04 11:02:17 Connection reset": a machine wrote it down.
-    bool isStamp(const Dated &dated) const;
     /// "by Friday": until when something is to be done.
     bool isDue(std::uint32_t token) const;
     /// "Blue Door on 5th": an ordinal behind a name.
@@ -136,6 +131,7 @@ private:
     bool isArrivalBelow(const Dated &first, const Dated &second) const;
     /// Where the moment begins that has this day: with its day, or with a time right before it.
     std::uint32_t momentBegin(TokenSpan date) const;
+    /// The token behind it: behind its day, or behind a time right after that.
     std::uint32_t momentEnd(TokenSpan date) const;
     /// The word between start and end that stands right before token `i` or starts there; else
     /// `i` + 1.
@@ -144,6 +140,15 @@ private:
     bool fewWordsBetween(std::uint32_t begin, std::uint32_t end) const;
 
     // ChooseDays.cpp
+    /// "Friday", and nothing that says which.
+    static bool isBareWeekday(const DateMention &mention);
+    /// The label of a token's field starts with a word of that meaning.
+    bool labelHas(std::uint32_t token, Meaning meaning) const;
+    /// "Wed 3 June, Wed 10 June, 6pm" begins with its first day; "6 November ... arrival 05:50
+    /// (Saturday)" tells the day in full before.
+    bool followsDate(const Dated &dated) const;
+    /// "2026-03-04 11:02:17 Connection reset": a machine wrote it down.
+    bool isStamp(const Dated &dated) const;
     /// "Mo 19.1. - Fr 23.1. Abfahrt Mo 7:30": the weekday is that of the date before.
     void settleNamedDays();
     /// A date that opens a line, as an earlier one with a time does: of a list the first counts.

@@ -46,6 +46,19 @@ inline CodePoint decodeAt(std::string_view text, std::size_t at) {
     return {value, at + length};
 }
 
+/// Where the letter begins that byte `at` (inside the text) belongs to; `at` itself where the text
+/// is not well-formed UTF-8.
+inline std::size_t letterBegin(std::string_view text, std::size_t at) {
+    constexpr std::size_t kLongest = 4; ///< bytes
+    for (std::size_t i = at; i + kLongest > at; --i) {
+        if ((static_cast<unsigned char>(text[i]) & 0xC0U) != 0x80U)
+            return i;
+        if (i == 0)
+            break;
+    }
+    return at;
+}
+
 /// Appends a valid code point.
 inline void appendPoint(std::string &out, std::int32_t c) {
     const auto put = [&](std::int32_t byte) {

@@ -79,17 +79,22 @@ void PlaceFinder::consider(std::uint32_t f, TokenSpan part) {
         if (reader.symbol(i, '('))
             bracketed(reader, i);
         if (const Sense *online = reader.sense(i, Meaning::Online);
-            online && !reader.has(i, Meaning::Event) && !isOnlineDeed(reader, i, *online) &&
-            !isOnlineThing(reader, field, i))
+            online && !reader.has(i, Meaning::Event) && !isOnlineDeed(reader, field, i, *online))
             offer({i, i + online->length}, kLeastScore, i);
     }
     if (field.label == Label::None || field.label == Label::When || titled)
         pieces(reader, f, part);
 }
 
-bool PlaceFinder::isOnlineDeed(const Reader &reader, std::uint32_t i, const Sense &online) {
+bool PlaceFinder::isOnlineDeed(const Reader &reader, const Field &field, std::uint32_t i,
+                               const Sense &online) const {
     const Sense *chatter = reader.sense(i, Meaning::Chatter);
-    return (chatter && chatter->length > online.length) || endsPhrase(reader, i);
+    if ((chatter && chatter->length > online.length) || endsPhrase(reader, i))
+        return true;
+    const std::uint32_t next = i + 1;
+    return i == field.begin && reader.word(next) && !token(next).used && !token(next).capital &&
+           !token(next).unspaced && !reader.has(next, Meaning::PlaceMarker) &&
+           !reader.has(next, Meaning::Event) && !reader.has(next, Meaning::Person);
 }
 
 void PlaceFinder::offer(TokenSpan span, int score, std::uint32_t at) {
@@ -130,9 +135,8 @@ bool PlaceFinder::dangles(const Reader &reader, TokenSpan span) const {
 }
 
 bool PlaceFinder::isAmount(TokenSpan span) const {
-    constexpr std::u32string_view kMoney = U"$€£¥";
     for (std::uint32_t i = span.begin; i < span.end; ++i)
-        if (token(i).symbol != 0 && kMoney.find(token(i).symbol) != std::u32string_view::npos)
+        if (isCurrencySign(token(i).symbol))
             return true;
     return std::none_of(m_document.tokens.begin() + span.begin,
                         m_document.tokens.begin() + span.end, [](const Token &each) {
@@ -141,12 +145,11 @@ bool PlaceFinder::isAmount(TokenSpan span) const {
 }
 
 bool PlaceFinder::saysTooLittle(TokenSpan span) const {
-    constexpr std::uint32_t kOneSign = 3; ///< bytes
     const Token &first = token(span.begin);
     const Reader reader(m_document, span.end);
     if (first.unspaced && span.end == span.begin + 1 &&
         reader.language(span.begin).script == Script::Chinese)
-        return first.end - first.begin <= kOneSign;
+        return first.isOneSign();
     const Sense *counter =
         first.kind == TokenKind::Number ? reader.sense(span.begin + 1, Meaning::Counter) : nullptr;
     return counter && counter->value == 0;
@@ -234,11 +237,10 @@ void PlaceFinder::labelled(const Field &field) {
         return offer({field.begin, price}, 1000, field.begin);
     if (field.label != Label::Place && end != field.end && !startsAside(reader, end))
         return;
-    // "Rendez-vous : parking du Moulin"
     // "Entry 50p, teas and cakes" says what it costs.
-    const bool amount = token(field.begin).kind == TokenKind::Number;
-    if (field.label != Label::Place && amount)
+    if (field.label != Label::Place && token(field.begin).kind == TokenKind::Number)
         return;
+    // "Rendez-vous : parking du Moulin"
     if (field.label == Label::When && !shapeOf({field.begin, end}).noun)
         return;
     offer({field.begin, end}, field.label == Label::Place ? 1000 : 900, field.begin);
@@ -267,13 +269,6 @@ bool PlaceFinder::isCalledLink(const Field &field, std::uint32_t link) const {
             return true;
     }
     return false;
-}
-
-bool PlaceFinder::isOnlineThing(const Reader &reader, const Field &field, std::uint32_t i) const {
-    const bool goesOn =
-        reader.word(i + 1) && !token(i + 1).used && !token(i + 1).capital && !token(i + 1).unspaced;
-    return i == field.begin && goesOn && !reader.has(i + 1, Meaning::PlaceMarker) &&
-           !reader.has(i + 1, Meaning::Event) && !reader.has(i + 1, Meaning::Person);
 }
 
 bool PlaceFinder::heldOnline() {

@@ -25,8 +25,9 @@ private:
     /// Takes a span as the best place so far when its score is higher, after what its surroundings
     /// at token `at` take from it or add to it.
     void offer(TokenSpan span, int score, std::uint32_t at);
-    /// "Renew online", "Online check-in opens": not the event is online.
-    static bool isOnlineDeed(const Reader &reader, std::uint32_t i, const Sense &online);
+    /// "Renew online", "Online check-in opens", "Online tax returns": not the event is online.
+    bool isOnlineDeed(const Reader &reader, const Field &field, std::uint32_t i,
+                      const Sense &online) const;
     /// "12 €", "5,90": no place consists of digits and signs alone, or has a price.
     bool isAmount(TokenSpan span) const;
     /// "hall of": what followed is no part of the place.
@@ -51,8 +52,6 @@ private:
     void links(const Field &field, TokenSpan part);
     /// "Your link (do not share): https://..."
     bool isCalledLink(const Field &field, std::uint32_t link) const;
-    /// "Online tax returns": what is online is no event.
-    bool isOnlineThing(const Reader &reader, const Field &field, std::uint32_t i) const;
     /// The text's first words say that the event is online.
     bool heldOnline();
     /// From one day to another that the text names apart: where one stays is the event's name
@@ -185,6 +184,10 @@ private:
     std::uint32_t behindBranch(const Reader &reader, std::uint32_t begin, std::uint32_t end) const;
     /// "に駅の改札前": a particle belongs to what stands before it.
     std::uint32_t behindParticles(const Reader &reader, const Field &field, TokenSpan part) const;
+    /// "with Hannah, RDH": a single word that tells what a person is.
+    bool isBehindPerson(const Reader &reader, TokenSpan part) const;
+    /// "(Advance Single)" is no place, "那場" and "哪个馆" ask or point elsewhere.
+    static bool pointsElsewhere(const Reader &reader, TokenSpan part);
     /// The part's first words or what follows it say that it is something else.
     bool refusesPart(const Reader &reader, TokenSpan part) const;
     /// "Clinique vétérinaire des Quatre Bras": the kind of place has a trade, then its name.

@@ -101,8 +101,7 @@ bool PlaceFinder::leadsToOther(const Reader &reader, std::uint32_t i, TokenSpan 
     // "去打疫苗": what one goes to do.
     const std::uint32_t verb = reader.has(begin, Meaning::PlaceStop) ? begin + 1 : begin;
     // "在聚福楼": a sign that is a kind of event alone may begin a name.
-    const bool sign =
-        token(begin).end - token(begin).begin <= 3 && isPlaceNoun(reader, name.end - 1);
+    const bool sign = token(begin).isOneSign() && isPlaceNoun(reader, name.end - 1);
     if (token(begin).unspaced && !sign && reader.has(verb, Meaning::Event) &&
         !isPlaceNoun(reader, verb))
         return true;
@@ -130,12 +129,8 @@ bool PlaceFinder::isWhereOthersAre(const Reader &reader, std::uint32_t i) const 
 }
 
 bool PlaceFinder::isInsideWord(std::uint32_t i) const {
-    constexpr std::uint32_t kOneSign = 3; ///< bytes
-    const auto isSign = [&](std::uint32_t k) {
-        return token(k).unspaced && token(k).end - token(k).begin <= kOneSign;
-    };
-    if (i == 0 || !isSign(i) || !isSign(i - 1) || token(i).spaceBefore || token(i - 1).used ||
-        token(i - 1).senses > 0)
+    if (i == 0 || !token(i).isOneSign() || !token(i - 1).isOneSign() || token(i).spaceBefore ||
+        token(i - 1).used || token(i - 1).senses > 0)
         return false;
     return i == 1 || token(i - 1).spaceBefore || token(i - 2).kind != TokenKind::Word ||
            token(i - 2).used;

@@ -41,15 +41,14 @@ bool PlaceNames::startsAside(const Reader &reader, std::uint32_t i) {
 }
 
 bool PlaceNames::opensWord(const Reader &reader, std::uint32_t i) {
-    constexpr std::uint32_t kOneSign = 3; ///< bytes
     const auto isHiragana = [&](std::uint32_t k) {
         const std::string_view text = reader.document().slice(*reader.at(k));
         return unspacedScript(decodeAt(text, 0).value) == Unspaced::Hiragana;
     };
     const Token *next = reader.at(i + 1);
-    return reader.at(i)->unspaced && reader.at(i)->end - reader.at(i)->begin <= kOneSign && next &&
-           next->unspaced && !next->spaceBefore && next->senses == 0 &&
-           !reader.has(i, Meaning::Connector) && isHiragana(i) && isHiragana(i + 1);
+    return reader.at(i)->isOneSign() && next && next->unspaced && !next->spaceBefore &&
+           next->senses == 0 && !reader.has(i, Meaning::Connector) && isHiragana(i) &&
+           isHiragana(i + 1);
 }
 
 bool PlaceNames::namesRoom(const Reader &reader, std::uint32_t i) {
@@ -66,13 +65,12 @@ bool PlaceNames::namesRoom(const Reader &reader, std::uint32_t i) {
 }
 
 bool PlaceNames::isPlaceNoun(const Reader &reader, std::uint32_t i) {
-    constexpr std::uint32_t kOneSign = 3; ///< bytes
     if (!reader.has(i, Meaning::PlaceNoun))
         return false;
     const Token &sign = *reader.at(i);
     const Token *next = reader.at(i + 1);
-    return !(sign.unspaced && sign.end - sign.begin <= kOneSign && next && next->unspaced &&
-             !next->spaceBefore && next->kind == TokenKind::Word && next->word == 0);
+    return !(sign.isOneSign() && next && next->unspaced && !next->spaceBefore &&
+             next->kind == TokenKind::Word && next->word == 0);
 }
 
 bool PlaceNames::isFiller(const Reader &reader, std::uint32_t i) {
@@ -157,8 +155,7 @@ bool PlaceNames::stops(const Reader &reader, std::uint32_t i, std::uint32_t begi
     if (!stopWord || !current.unspaced)
         return stopWord && !(current.capital && goesOn);
     // "多功能厅召开": a longer word ends the name, a lone sign may belong to it.
-    constexpr std::uint32_t kOneSign = 3; ///< bytes
-    return !(current.capital && goesOn) || current.end - current.begin > kOneSign ||
+    return !(current.capital && goesOn) || !current.isOneSign() ||
            reader.has(i - 1, Meaning::PlaceNoun);
 }
 

@@ -6,7 +6,6 @@ namespace pindle::conversion {
 
 namespace {
 
-constexpr char32_t kIdeographicStop = 0x3002;
 constexpr int kOwnLine = 26; ///< more for a place that has the line below the date
 
 } // namespace
@@ -247,13 +246,33 @@ std::uint32_t PlaceFinder::behindBranch(const Reader &reader, std::uint32_t begi
 
 std::uint32_t PlaceFinder::behindParticles(const Reader &reader, const Field &field,
                                            TokenSpan part) const {
-    constexpr std::uint32_t kOneSign = 3; ///< bytes
     std::uint32_t begin = part.begin;
     while (begin + 1 < part.end && token(begin).unspaced && begin > field.begin &&
-           token(begin - 1).used && token(begin).end - token(begin).begin <= kOneSign &&
+           token(begin - 1).used && token(begin).isOneSign() &&
            reader.has(begin, Meaning::PlaceStop) && reader.has(begin, Meaning::TitleLead))
         ++begin;
     return begin;
+}
+
+bool PlaceFinder::isBehindPerson(const Reader &reader, TokenSpan part) const {
+    constexpr std::uint32_t kReach = 5; ///< with the comma
+    const std::uint32_t begin = part.begin;
+    if (part.end != begin + 1 || begin == 0 || token(begin - 1).symbol != ',')
+        return false;
+    for (std::uint32_t k = 2; k <= std::min(kReach, begin); ++k)
+        if (reader.has(begin - k, Meaning::Person))
+            return true;
+    return false;
+}
+
+bool PlaceFinder::pointsElsewhere(const Reader &reader, TokenSpan part) {
+    const Token &first = *reader.at(part.begin);
+    const auto isWhole = [&](const Sense *sense) {
+        return sense && part.begin + sense->length == part.end;
+    };
+    const Sense *other = reader.sense(part.begin, Meaning::NotAPlace);
+    return isWhole(other) ||
+           (first.unspaced && (other || isWhole(reader.sense(part.begin, Meaning::RoleWord))));
 }
 
 bool PlaceFinder::refusesPart(const Reader &reader, TokenSpan part) const {
@@ -263,23 +282,12 @@ bool PlaceFinder::refusesPart(const Reader &reader, TokenSpan part) const {
     if (label && begin + label->length == part.end && !reader.has(begin, Meaning::PlaceNoun) &&
         reader.at(part.end) && token(part.end).used)
         return true;
-    // "那場", "哪个馆" ask or point elsewhere.
-    const Sense *other = reader.sense(begin, Meaning::NotAPlace);
-    // "with Hannah, RDH": what a person is.
-    constexpr std::uint32_t kReach = 4;
-    for (std::uint32_t k = 2; k < kReach + 2 && k <= begin && part.end == begin + 1; ++k)
-        if (token(begin - 1).symbol == ',' && reader.has(begin - k, Meaning::Person))
-            return true;
     // "1 queen room": so many of a kind.
     if (reader.number(begin, 1, 9) && part.end > begin + 1 &&
         reader.has(part.end - 1, Meaning::PlaceNoun) && !shapeOf(part).capital)
         return true;
-    // "(Advance Single)" is all there is.
-    if (other && !token(begin).unspaced && begin + other->length != part.end)
-        other = nullptr;
-    const Sense *role = token(begin).unspaced ? reader.sense(begin, Meaning::RoleWord) : nullptr;
-    const bool points = other || (role && begin + role->length == part.end);
-    return points || reader.has(begin, Meaning::Person) ||
+    return pointsElsewhere(reader, part) || isBehindPerson(reader, part) ||
+           reader.has(begin, Meaning::Person) ||
            (reader.has(begin, Meaning::PlaceMarker) && !token(begin).upper()) ||
            reader.has(begin, Meaning::Chatter) ||
            (reader.word(begin) && reader.has(begin, Meaning::TimeMarker) &&

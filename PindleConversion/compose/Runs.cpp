@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "PindleConversion/clean/Utf8.h"
+
 namespace pindle::conversion {
 
 bool isEdgeMark(const Token &token) {
@@ -78,10 +80,7 @@ std::string describe(const Document &document, TokenSpan title, TokenSpan place)
         return {};
     if (document.text.size() <= kLongest)
         return document.text;
-    std::size_t end = kLongest;
-    while (end > 0 && (static_cast<unsigned char>(document.text[end]) & 0xC0) == 0x80)
-        --end;
-    return document.text.substr(0, end);
+    return document.text.substr(0, letterBegin(document.text, kLongest));
 }
 
 } // namespace pindle::conversion

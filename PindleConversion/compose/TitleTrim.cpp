@@ -74,16 +74,14 @@ bool TitleParts::isKindAlone(TokenSpan span) const {
 }
 
 bool TitleParts::startsLongerWord(TokenSpan span, std::uint32_t next) const {
-    constexpr std::uint32_t kOneSign = 3; ///< bytes
     const Token &first = token(span.begin);
     if (Reader(m_document, span.end).has(span.begin, Meaning::Of))
         return false;
     if (first.unspaced && !first.capital)
         return next < span.end && next == span.begin + 1 &&
                PlaceNames::opensWord(Reader(m_document, span.end), span.begin);
-    return first.unspaced && first.end - first.begin <= kOneSign && next < span.end &&
-           next == span.begin + 1 && token(next).unspaced && !token(next).spaceBefore &&
-           token(next).word == 0;
+    return first.isOneSign() && next < span.end && next == span.begin + 1 && token(next).unspaced &&
+           !token(next).spaceBefore && token(next).word == 0;
 }
 
 bool TitleParts::namesEvent(const Reader &reader, std::uint32_t i, const Sense &lead) const {

@@ -132,9 +132,7 @@ bool TitleWords::isSmallTalk(TokenSpan span) const {
 }
 
 bool TitleWords::isOneSign(TokenSpan span) const {
-    constexpr std::uint32_t kOneSign = 3; ///< bytes
-    const Token &first = token(span.begin);
-    return span.end == span.begin + 1 && first.unspaced && first.end - first.begin <= kOneSign;
+    return span.end == span.begin + 1 && token(span.begin).isOneSign();
 }
 
 bool TitleWords::tellsRole(TokenSpan span) const {

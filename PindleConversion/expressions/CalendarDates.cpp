@@ -261,6 +261,7 @@ std::optional<DateMention> readHoliday(const Reader &reader, std::uint32_t i) {
     if (!holiday)
         return std::nullopt;
     DateMention result;
+    result.holiday = true;
     result.span = {i, i + holiday->length};
     if (holiday->note != 0) {
         result.first.base = DateSpec::Base::Easter;

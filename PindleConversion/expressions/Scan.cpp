@@ -94,10 +94,8 @@ private:
 
     /// "原4/15": a lone sign says what a date is only right before it.
     static bool mayBeRole(const Reader &reader, std::uint32_t i, const Sense &role) {
-        constexpr std::uint32_t kOneSign = 3; ///< bytes
         const Token &token = *reader.at(i);
-        return role.length > 1 || !token.unspaced || token.end - token.begin > kOneSign ||
-               mayStartDate(reader, i + 1);
+        return role.length > 1 || !token.isOneSign() || mayStartDate(reader, i + 1);
     }
 
     /// Behind the number of an account or telephone at `i`, or behind figures that no word
@@ -179,11 +177,9 @@ private:
         const std::uint32_t next = reader.skipSymbol(date.span.end, ',');
         if (next != date.span.end && mayStartDate(reader, next) && readDate(reader, next))
             return date.span.end;
-        DateMention holiday = date;
-        holiday.holiday = true;
         if (!date.weak)
-            return takeDate(reader, holiday);
-        take(m_found.dates, holiday);
+            return takeDate(reader, date);
+        take(m_found.dates, date);
         return date.span.end;
     }
 
@@ -350,10 +346,10 @@ private:
     }
 
     static bool isPassage(const Reader &reader, std::uint32_t i) {
-        constexpr char32_t kFirstShape = 0x25A0; ///< "5.7. ◆ 17 h"
+        // "5.7. ◆ 17 h"
         return reader.symbol(i, ':') || reader.symbol(i, ',') || reader.symbol(i, '(') ||
                reader.symbol(i, '~') || reader.has(i, Meaning::The) ||
-               (reader.at(i)->kind == TokenKind::Symbol && reader.at(i)->symbol >= kFirstShape);
+               (reader.at(i)->kind == TokenKind::Symbol && isShape(reader.at(i)->symbol));
     }
 
     template<typename T> static bool take(std::vector<T> &into, const T &what) {

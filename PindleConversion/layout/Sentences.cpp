@@ -32,7 +32,6 @@ bool isCountedNoun(const Reader &reader, std::uint32_t begin, std::uint32_t i) {
 }
 
 bool endsSentence(const Reader &reader, std::uint32_t begin, std::uint32_t i) {
-    constexpr char32_t kIdeographicStop = 0x3002;
     if (reader.at(i)->kind != TokenKind::Symbol)
         return false;
     if (reader.symbol(i, '!') || reader.symbol(i, '?') || reader.symbol(i, kIdeographicStop))
@@ -40,14 +39,13 @@ bool endsSentence(const Reader &reader, std::uint32_t begin, std::uint32_t i) {
     if (!reader.symbol(i, '.') || reader.glued(i + 1) || i == begin)
         return false;
     const Token &before = reader.document().tokens[i - 1];
-    constexpr char32_t kFirstShape = 0x25A0; ///< marks between the parts of a notice
     // "19.05. 16 Uhr", "19.1. - Fr 23.1."
     const bool dotted = i >= begin + 3 && before.kind == TokenKind::Number &&
                         reader.symbol(i - 2, '.') && reader.glued(i - 1) &&
                         reader.number(i - 3, 1, 31);
     if (dotted && reader.at(i + 1) &&
         (reader.at(i + 1)->kind == TokenKind::Number || reader.symbol(i + 1, '-') ||
-         reader.at(i + 1)->symbol >= kFirstShape || i == begin + 3))
+         isShape(reader.at(i + 1)->symbol) || i == begin + 3))
         return false;
     if (before.kind == TokenKind::Word && isHouse(reader, i))
         return false;

@@ -51,8 +51,7 @@ std::uint32_t speaker(const Reader &reader, std::uint32_t i) {
            (j == i ||
             (reader.at(j)->unspaced ? reader.glued(j) : j < i + 2 && reader.at(j)->capital))) {
         // "りな": a sign of a name may be a particle elsewhere.
-        const bool sign = reader.at(j)->unspaced && reader.at(j)->end - reader.at(j)->begin <= 3 &&
-                          (j > i || reader.word(j + 1));
+        const bool sign = reader.at(j)->isOneSign() && (j > i || reader.word(j + 1));
         if (reader.has(j, Meaning::Event) || reader.has(j, Meaning::LabelWord) ||
             (!sign && (reader.has(j, Meaning::TitleLead) || reader.has(j, Meaning::TitleTail))))
             return kNoSpeaker;

@@ -41,12 +41,11 @@ const LetterSlot *findLetter(std::uint32_t key) {
 } // namespace
 
 UnspacedWord longestUnspaced(std::string_view text, std::size_t at) {
-    constexpr std::int32_t kLastLetter = 0xFFFF; ///< no lexicon has a word with one beyond
     UnspacedWord longest;
     std::uint32_t before = kWordBegin;
     for (std::size_t end = at; end < text.size();) {
         const CodePoint letter = decodeAt(text, end);
-        if (letter.value < 0 || letter.value > kLastLetter)
+        if (letter.value < 0 || letter.value > kLastTableLetter)
             break;
         const LetterSlot *slot = findLetter(letterKey(before, letter.value));
         if (!slot)

@@ -38,7 +38,7 @@ struct WordSlot {
     std::uint16_t singles;   ///< those of one word, which come first
     std::uint8_t length;     ///< bytes; 0 for a free place
     std::uint8_t flags;      ///< see `kCounter`, `kElision`
-    std::uint8_t known;      ///< how many languages have the word
+    std::uint8_t known;      ///< how many languages have the word; each gains its share
 };
 
 inline constexpr std::uint8_t kCounter = 1; ///< counts the numeral before it: "日"
@@ -50,9 +50,9 @@ struct LetterSlot {
     std::uint32_t key;  ///< see `letterKey`; 0 for a free place
     std::uint32_t word; ///< the word that ends here, 0 for none, with the flags below
 };
-inline constexpr std::uint32_t kLetterGoesOn = 1U << 31U;  ///< a longer word starts so
-inline constexpr std::uint32_t kLetterCounter = 1U << 30U; ///< the word has `kCounter`
-inline constexpr std::uint32_t kLetterWord = kLetterCounter - 1;
+inline constexpr std::uint32_t kLetterGoesOn = 1U << 31U;        ///< a longer word starts so
+inline constexpr std::uint32_t kLetterCounter = 1U << 30U;       ///< the word has `kCounter`
+inline constexpr std::uint32_t kLetterWord = kLetterCounter - 1; ///< all bits of the word's number
 
 /// Where languages are spoken.
 struct SpokenZone {
@@ -70,7 +70,7 @@ struct Tables {
     std::span<const LanguageInfo> languages; ///< the shared words first
     std::span<const SpokenZone> zones;       ///< by name
     std::span<const std::uint32_t> oneByte;  ///< the words of one ASCII letter, digit or mark
-    std::span<const LetterSlot> letters;     ///< a power of two of them, at most 65,535
+    std::span<const LetterSlot> letters;     ///< a power of two of them, at most 32,768
 };
 extern const Tables kTables;
 
@@ -91,8 +91,9 @@ inline constexpr std::size_t letterPlace(std::uint32_t key, std::size_t letters)
     constexpr std::uint64_t kGolden = 0x9E3779B97F4A7C15U;
     return static_cast<std::size_t>((key * kGolden) >> 40U) & (letters - 1);
 }
-/// The key of `letter` behind the letters that end at place `before`, or at a word's begin.
-inline constexpr std::uint32_t kWordBegin = 0xFFFF;
+inline constexpr std::uint32_t kWordBegin = 0xFFFF;      ///< stands for the place before a word
+inline constexpr std::int32_t kLastTableLetter = 0xFFFF; ///< no lexicon has a letter beyond
+/// The key of `letter`, of these, behind the letters that end at place `before`.
 inline constexpr std::uint32_t letterKey(std::uint32_t before, std::int32_t letter) {
     return before << 16U | static_cast<std::uint32_t>(letter);
 }

@@ -66,7 +66,17 @@ struct Token {
 
     /// Written like a name; scripts without spaces have no capitals.
     bool upper() const { return capital && !unspaced; }
+    /// One letter of a script without spaces, each of which has three bytes.
+    bool isOneSign() const { return unspaced && end - begin <= 3; }
 };
+
+inline constexpr char32_t kIdeographicStop = 0x3002; ///< the full stop of Chinese and Japanese
+
+/// A box, circle or picture, as notices set between their parts.
+inline bool isShape(char32_t symbol) {
+    constexpr char32_t kFirst = 0x25A0;
+    return symbol >= kFirst;
+}
 
 /// `symbol` of a token, where amounts of money carry one.
 inline bool isCurrencySign(char32_t symbol) {

@@ -8,6 +8,7 @@
 
 #include "PindleConversion/clean/Utf8.h"
 #include "PindleConversion/lexicons/compiler/PlainLetters.h"
+#include "PindleConversion/tokens/Languages.h"
 #include "PindleConversion/tokens/Tokenizer.h"
 #include "PindleConversion/tokens/Unspaced.h"
 
@@ -67,6 +68,9 @@ public:
         std::uint32_t before = kWordBegin;
         for (std::size_t at = 0; at < text.size();) {
             const CodePoint letter = decodeAt(text, at);
+            if (letter.value > kLastTableLetter)
+                throw std::runtime_error("a word without spaces has too rare a letter: " +
+                                         std::string(text));
             before = take(letterKey(before, letter.value));
             at = letter.end;
             m_slots[before].word |= at < text.size() ? kLetterGoesOn : word;
@@ -91,6 +95,8 @@ private:
 
 TableBuilder::TableBuilder(std::vector<LexiconFile> lexicons)
     : m_lexicons(std::move(lexicons)) {
+    if (m_lexicons.size() > kMostLanguages)
+        throw std::runtime_error("there are too many lexicons");
     for (const LexiconFile &lexicon : m_lexicons)
         for (const LexiconEntry &entry : lexicon.entries)
             for (const std::string &phrase : entry.phrases)
