@@ -281,7 +281,7 @@ bool Chooser::countsOnly(const Dated &dated) const {
     const bool bare = digits && mention.first.base == DateSpec::Base::DayOnly && !mention.last &&
                       mention.first.weekday == 0 && !mention.first.monthGiven;
     if (!bare || hasDateMarker(mention.span.begin) || !m_found.times.empty() ||
-        field.label != Label::None || !reader.word(next) || reader.at(next)->unspaced)
+        field.label != Label::None || !reader.word(next) || reader.token(next).unspaced)
         return false;
     if (sentenceHas(mention.span.begin, Meaning::Event) && !namesMoney(field))
         return false;

@@ -102,7 +102,7 @@ bool PlaceFinder::isRouteEnd(const Field &field, std::uint32_t begin) const {
 
 bool PlaceFinder::tellsSeat(const Reader &reader, std::uint32_t begin, std::uint32_t end) {
     for (std::uint32_t i = begin; i < end; ++i)
-        if (reader.at(i)->unspaced && reader.has(i, Meaning::Chatter) &&
+        if (reader.token(i).unspaced && reader.has(i, Meaning::Chatter) &&
             !reader.has(i, Meaning::PlaceNoun))
             return true;
     return false;
@@ -167,10 +167,10 @@ bool PlaceFinder::isRoomCode(const Reader &reader, TokenSpan part) {
     bool number = false;
     bool letter = false;
     for (std::uint32_t i = part.begin; i < part.end; ++i) {
-        if (reader.at(i)->used || (i > part.begin && !reader.glued(i)))
+        if (reader.token(i).used || (i > part.begin && !reader.glued(i)))
             return false;
-        number = number || reader.at(i)->kind == TokenKind::Number;
-        letter = letter || (reader.word(i) && reader.at(i)->capital);
+        number = number || reader.token(i).kind == TokenKind::Number;
+        letter = letter || (reader.word(i) && reader.token(i).capital);
     }
     return number && letter && part.end - part.begin <= kLongest;
 }

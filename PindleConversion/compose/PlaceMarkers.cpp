@@ -62,7 +62,7 @@ bool PlaceFinder::countsPlaces(const Reader &reader, std::uint32_t begin) const 
     return count && reader.word(begin) && !token(begin).capital && !token(begin).unspaced &&
            !reader.language(begin).capitalNouns && !reader.has(begin, Meaning::The) &&
            token(begin).end - token(begin).begin >= kShortest &&
-           !reader.at(begin + count->length)->capital;
+           !reader.token(begin + count->length).capital;
 }
 
 std::uint32_t PlaceFinder::withStreet(const Reader &reader, TokenSpan name) const {

@@ -31,29 +31,29 @@ Shape PlaceNames::shapeOf(TokenSpan span) const {
 
 bool PlaceNames::leadsToPlace(const Reader &reader, std::uint32_t i) {
     return reader.has(i, Meaning::PlaceNoun) ||
-           (reader.word(i) && reader.at(i)->word == 0 && reader.has(i + 1, Meaning::PlaceNoun));
+           (reader.word(i) && reader.token(i).word == 0 && reader.has(i + 1, Meaning::PlaceNoun));
 }
 
 bool PlaceNames::startsAside(const Reader &reader, std::uint32_t i) {
-    return reader.at(i) && reader.at(i)->unspaced && reader.at(i)->spaceBefore &&
+    return reader.at(i) && reader.token(i).unspaced && reader.token(i).spaceBefore &&
            reader.has(i, Meaning::Chatter) && !reader.has(i, Meaning::PlaceNoun) &&
            !reader.has(i, Meaning::Event);
 }
 
 bool PlaceNames::opensWord(const Reader &reader, std::uint32_t i) {
     const auto isHiragana = [&](std::uint32_t k) {
-        const std::string_view text = reader.document().slice(*reader.at(k));
+        const std::string_view text = reader.document().slice(reader.token(k));
         return unspacedScript(decodeAt(text, 0).value) == Unspaced::Hiragana;
     };
     const Token *next = reader.at(i + 1);
-    return reader.at(i)->isOneSign() && next && next->unspaced && !next->spaceBefore &&
+    return reader.token(i).isOneSign() && next && next->unspaced && !next->spaceBefore &&
            next->senses == 0 && !reader.has(i, Meaning::Connector) && isHiragana(i) &&
            isHiragana(i + 1);
 }
 
 bool PlaceNames::namesRoom(const Reader &reader, std::uint32_t i) {
     // "仁愛牙醫" is who works there.
-    if (reader.at(i)->unspaced && i > 0 && reader.glued(i) && isPlaceNoun(reader, i) &&
+    if (reader.token(i).unspaced && i > 0 && reader.glued(i) && isPlaceNoun(reader, i) &&
         reader.has(i, Meaning::Event) && reader.document().tokens[i - 1].word == 0)
         return true;
     const Sense *event = reader.sense(i, Meaning::Event);
@@ -61,13 +61,13 @@ bool PlaceNames::namesRoom(const Reader &reader, std::uint32_t i) {
     // "悦动健身三楼"
     if (reader.has(next, Meaning::Number) && reader.glued(next))
         ++next;
-    return reader.at(i)->unspaced && reader.glued(next) && isPlaceNoun(reader, next);
+    return reader.token(i).unspaced && reader.glued(next) && isPlaceNoun(reader, next);
 }
 
 bool PlaceNames::isPlaceNoun(const Reader &reader, std::uint32_t i) {
     if (!reader.has(i, Meaning::PlaceNoun))
         return false;
-    const Token &sign = *reader.at(i);
+    const Token &sign = reader.token(i);
     const Token *next = reader.at(i + 1);
     return !(sign.isOneSign() && next && next->unspaced && !next->spaceBefore &&
              next->kind == TokenKind::Word && next->word == 0);
@@ -111,7 +111,7 @@ bool PlaceNames::goesOnWithoutName(const Reader &reader, std::uint32_t i) const 
                       reader.has(i, Meaning::Event) && !reader.has(i, Meaning::PlaceNoun) &&
                       reader.has(i - 1, Meaning::PlaceNoun) && !reader.has(i - 1, Meaning::Event) &&
                       reader.language(i).capitalNouns && current.spaceBefore &&
-                      !(reader.word(i + 1) && reader.at(i + 1)->capital);
+                      !(reader.word(i + 1) && reader.token(i + 1).capital);
     if (kind)
         return true;
     const bool small = current.kind == TokenKind::Word && !current.capital &&
@@ -195,7 +195,7 @@ std::uint32_t PlaceNames::addressGoesOn(const Reader &reader, std::uint32_t i,
     static constexpr Meanings kCounted{Meaning::UnitWord, Meaning::RangeTo, Meaning::HourMark};
     if (token(i).kind == TokenKind::Number && reader.word(i + 1) && reader.mayHave(i + 1, kCounted))
         return i;
-    const bool name = token(i).upper() && reader.at(i + 1) && reader.at(i + 1)->upper();
+    const bool name = token(i).upper() && reader.at(i + 1) && reader.token(i + 1).upper();
     std::uint32_t end = name ? i + 1 : i;
     const std::uint32_t limit = std::min(reader.end(), i + kLongestName);
     while (end < limit && !stops(reader, end, begin))
@@ -261,7 +261,7 @@ bool PlaceNames::ownsNext(const Reader &reader, std::uint32_t i) const {
 
 bool PlaceNames::endsCompound(const Reader &reader, std::uint32_t i) {
     return i > 1 && reader.symbol(i - 1, '-') && reader.glued(i) && reader.glued(i - 1) &&
-           !reader.has(i, Meaning::PlaceNoun) && !reader.at(i)->capital;
+           !reader.has(i, Meaning::PlaceNoun) && !reader.token(i).capital;
 }
 
 } // namespace pindle::conversion

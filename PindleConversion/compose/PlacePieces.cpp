@@ -100,9 +100,10 @@ bool PlaceFinder::isVenueLine(const Reader &reader, const Field &field) const {
 
 bool PlaceFinder::startsUnspaced(const Reader &reader, std::uint32_t i) {
     const bool room =
-        reader.at(i)->kind == TokenKind::Number && reader.at(i + 1) && reader.at(i + 1)->unspaced &&
+        reader.token(i).kind == TokenKind::Number && reader.at(i + 1) &&
+        reader.token(i + 1).unspaced &&
         (reader.has(i + 1, Meaning::PlaceNoun) || reader.has(i + 1, Meaning::Chatter));
-    return (reader.at(i)->unspaced || room) && reader.at(i)->spaceBefore;
+    return (reader.token(i).unspaced || room) && reader.token(i).spaceBefore;
 }
 
 bool PlaceFinder::isBreak(const Reader &reader, std::uint32_t i) const {
@@ -141,19 +142,19 @@ bool PlaceFinder::isAnnounced(const Reader &reader, std::uint32_t begin) const {
 bool PlaceFinder::isKindOfPlace(const Reader &reader, TokenSpan part) {
     constexpr std::uint32_t kMost = 5;
     std::uint32_t last = part.end - 1;
-    if (last > part.begin && reader.at(last)->kind == TokenKind::Number)
+    if (last > part.begin && reader.token(last).kind == TokenKind::Number)
         --last;
     return last > part.begin && part.end - part.begin <= kMost && reader.word(last) &&
-           !reader.at(last)->unspaced && reader.has(last, Meaning::PlaceNoun) &&
+           !reader.token(last).unspaced && reader.has(last, Meaning::PlaceNoun) &&
            !reader.has(last - 1, Meaning::Of) && !reader.has(last - 1, Meaning::The);
 }
 
 bool PlaceFinder::isNamedKind(const Reader &reader, TokenSpan part) {
-    if (!reader.has(part.begin, Meaning::PlaceNoun) || !reader.at(part.begin)->capital ||
+    if (!reader.has(part.begin, Meaning::PlaceNoun) || !reader.token(part.begin).capital ||
         part.end < part.begin + 2)
         return false;
     for (std::uint32_t i = part.begin + 1; i < part.end; ++i)
-        if (!reader.word(i) || !reader.at(i)->capital || reader.has(i, Meaning::Event))
+        if (!reader.word(i) || !reader.token(i).capital || reader.has(i, Meaning::Event))
             return false;
     return true;
 }
@@ -266,7 +267,7 @@ bool PlaceFinder::isBehindPerson(const Reader &reader, TokenSpan part) const {
 }
 
 bool PlaceFinder::pointsElsewhere(const Reader &reader, TokenSpan part) {
-    const Token &first = *reader.at(part.begin);
+    const Token &first = reader.token(part.begin);
     const auto isWhole = [&](const Sense *sense) {
         return sense && part.begin + sense->length == part.end;
     };
@@ -302,8 +303,8 @@ bool PlaceFinder::refusesPart(const Reader &reader, TokenSpan part) const {
 bool PlaceFinder::isTradeOfPlace(const Reader &reader, TokenSpan part) {
     const std::uint32_t trade = part.begin + 1;
     const std::uint32_t name = reader.skip(reader.skip(trade + 1, Meaning::Of), Meaning::The);
-    if (name >= part.end || !reader.word(trade) || reader.at(trade)->capital ||
-        !reader.word(name) || !reader.at(name)->capital)
+    if (name >= part.end || !reader.word(trade) || reader.token(trade).capital ||
+        !reader.word(name) || !reader.token(name).capital)
         return false;
     for (std::uint32_t i = name; i < part.end; ++i)
         if (reader.has(i, Meaning::Event))

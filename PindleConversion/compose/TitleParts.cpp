@@ -101,7 +101,7 @@ bool TitleParts::startsClause(const Reader &reader, std::uint32_t i) const {
     static constexpr Meanings kAside{Meaning::Chatter, Meaning::Greeting, Meaning::AsideLead};
     const std::string_view mark = m_document.slice(token(i));
     return reader.symbol(i, ',') && mark != "\u3001" && reader.at(i + 1) &&
-           reader.at(i + 1)->unspaced && reader.mayHave(i + 1, kAside) &&
+           reader.token(i + 1).unspaced && reader.mayHave(i + 1, kAside) &&
            m_document.fields[token(i).field].label != Label::Title;
 }
 

@@ -17,7 +17,7 @@ std::optional<Day> readDay(const Reader &reader, std::uint32_t i) {
         const std::uint32_t next = i + (ordinal ? 2 : 1);
         if (spoilsDay(reader, next))
             return std::nullopt;
-        return Day{static_cast<int>(reader.at(i)->number), ordinal, next};
+        return Day{static_cast<int>(reader.token(i).number), ordinal, next};
     }
     if (const Sense *ordinal = reader.sense(i, Meaning::Ordinal); ordinal && ordinal->value > 0)
         return Day{ordinal->value, true, i + ordinal->length};
@@ -69,7 +69,7 @@ bool isRoman(std::string_view word) {
 std::optional<DateMention> readMonthFirst(const Reader &reader, std::uint32_t i) {
     const Sense *month = reader.sense(i, Meaning::Month);
     // "Jana Pawła II 15": numerals name a month only behind its day.
-    if (!month || isRoman(reader.document().slice(*reader.at(i))))
+    if (!month || isRoman(reader.document().slice(reader.token(i))))
         return std::nullopt;
     std::uint32_t j = reader.skipSymbol(i + month->length, '.');
     j = reader.skip(j, Meaning::The);
@@ -96,7 +96,7 @@ std::optional<Day> readLeadingDay(const Reader &reader, std::uint32_t i) {
     const Sense *word = reader.sense(i, Meaning::Number);
     if (!word || word->value < 1 || word->value > 31 ||
         reader.language(i).dayOrder != DayOrder::DayFirst ||
-        reader.at(i)->end - reader.at(i)->begin < kShortestNumber)
+        reader.token(i).end - reader.token(i).begin < kShortestNumber)
         return std::nullopt;
     return Day{word->value, false, i + word->length};
 }
@@ -182,9 +182,9 @@ std::optional<DateMention> readDayFirst(const Reader &reader, std::uint32_t i) {
     DateMention result = mentionOf(i, j, month->value, days->first, 0);
     // "02MAR26", as on tickets.
     const bool ticket = reader.glued(i + 1) && reader.word(i + 1) && reader.glued(j) &&
-                        reader.number(j, 0, 99) && reader.at(j)->digits == 2;
+                        reader.number(j, 0, 99) && reader.token(j).digits == 2;
     if (ticket)
-        result.first.year = 2000 + static_cast<int>(reader.at(j)->number);
+        result.first.year = 2000 + static_cast<int>(reader.token(j).number);
     result.span.end = ticket ? j + 1 : readYear(reader, j, result.first.year);
     if (days->last > 0) {
         result.last = result.first;
@@ -211,7 +211,7 @@ bool continuesNumber(const Reader &reader, std::uint32_t i) {
         return false;
     const Token &before = reader.document().tokens[i - 1];
     if (before.kind == TokenKind::Word && !before.unspaced)
-        return before.end == reader.at(i)->begin && reader.at(i)->kind == TokenKind::Number;
+        return before.end == reader.token(i).begin && reader.token(i).kind == TokenKind::Number;
     // "Fri.14.Mar" starts behind the weekday.
     const bool named =
         i > 1 && before.symbol == '.' &&
@@ -219,7 +219,7 @@ bool continuesNumber(const Reader &reader, std::uint32_t i) {
     const bool chain = before.kind == TokenKind::Symbol && !named &&
                        (before.symbol == '.' || before.symbol == '$' || before.symbol == '#' ||
                         before.symbol == U'€' || before.symbol == U'£');
-    return chain && reader.at(i)->kind == TokenKind::Number;
+    return chain && reader.token(i).kind == TokenKind::Number;
 }
 
 } // namespace

@@ -22,7 +22,7 @@ bool isHourBeforeOther(const Reader &reader, std::uint32_t i) {
     const Token *last = reader.at(i + 2);
     return reader.symbol(i + 1, '-') && reader.glued(i + 1) && reader.glued(i + 2) && last &&
            last->kind == TokenKind::Number && last->digits == 4 && last->number < kFirstOldYear &&
-           reader.at(i)->number % 100 < 60 && last->number % 100 < 60;
+           reader.token(i).number % 100 < 60 && last->number % 100 < 60;
 }
 
 } // namespace
@@ -69,7 +69,7 @@ bool isYear(const Reader &reader, std::uint32_t i) {
 std::uint32_t readYear(const Reader &reader, std::uint32_t i, int &year) {
     const std::uint32_t j = reader.skip(reader.skipSymbol(i, ','), Meaning::Of);
     if (isYear(reader, j) || isOldYear(reader, j)) {
-        year = static_cast<int>(reader.at(j)->number);
+        year = static_cast<int>(reader.token(j).number);
         return reader.skip(j + 1, Meaning::YearMark);
     }
     if (const Sense *words = reader.sense(j, Meaning::Number);

@@ -61,7 +61,7 @@ bool isCommaTime(const Reader &reader, std::uint32_t i) {
         return false;
     const std::uint32_t next = i + 2;
     constexpr std::uint32_t kLongestTold = 6; ///< hours; "1,25 h" is a length
-    if (reader.has(next, Meaning::HourMark) && reader.at(i - 1)->number > kLongestTold)
+    if (reader.has(next, Meaning::HourMark) && reader.token(i - 1).number > kLongestTold)
         return true;
     if (!isBehindTimeMarker(reader, i - 1))
         return false;
@@ -78,9 +78,9 @@ bool isCommaTime(const Reader &reader, std::uint32_t i) {
     // "alle 6,25" tells more than "a 6,25".
     constexpr std::uint32_t kFive = 5;
     constexpr std::uint32_t kPlainMarker = 3; ///< bytes
-    const Token &marker = *reader.at(i - 2);
+    const Token &marker = reader.token(i - 2);
     const std::uint32_t step = marker.end - marker.begin > kPlainMarker ? kFive : kQuarter;
-    return reader.at(i + 1)->number % step == 0 && (ends || goesOn);
+    return reader.token(i + 1).number % step == 0 && (ends || goesOn);
 }
 
 /// The minutes behind the hour: ":30", ".30", "h30"; `i` is behind them then.
@@ -116,7 +116,7 @@ std::uint32_t skipSeconds(const Reader &reader, std::uint32_t i) {
 bool spoiled(const Reader &reader, std::uint32_t begin, std::uint32_t next) {
     if (begin > 0) {
         const Token &before = reader.document().tokens[begin - 1];
-        const bool close = before.end == reader.at(begin)->begin;
+        const bool close = before.end == reader.token(begin).begin;
         if (before.kind == TokenKind::Symbol &&
             (before.symbol == '$' || before.symbol == U'€' || before.symbol == U'£' ||
              before.symbol == U'¥' || before.symbol == '#' || (close && before.symbol == '.') ||
@@ -137,11 +137,11 @@ bool spoiled(const Reader &reader, std::uint32_t begin, std::uint32_t next) {
         return false;
     if (reader.symbol(next, '%') || reader.symbol(next, '$') || reader.symbol(next, U'€') ||
         reader.symbol(next, U'£') || reader.symbol(next, '/'))
-        return !(reader.symbol(next, '/') && reader.at(next)->spaceBefore);
+        return !(reader.symbol(next, '/') && reader.token(next).spaceBefore);
     // "4,377" is an amount, "24,95" as well where the comma is the decimal mark.
     if (reader.symbol(next, ',') && reader.glued(next) && reader.glued(next + 1) &&
         reader.number(next + 1, 0, 999, 3) &&
-        (reader.at(next + 1)->digits == 3 || reader.language(begin).clock24))
+        (reader.token(next + 1).digits == 3 || reader.language(begin).clock24))
         return true;
     const bool more = (reader.symbol(next, '.') || reader.symbol(next, ':')) &&
                       reader.glued(next) && reader.glued(next + 1) &&
@@ -184,11 +184,11 @@ std::uint32_t readHourWord(const Reader &reader, std::uint32_t i, ClockSpec &clo
     // "10 h 40." ends a sentence.
     const bool longer = (reader.symbol(i + 1, '.') || reader.symbol(i + 1, ':')) &&
                         reader.glued(i + 2) && reader.number(i + 2, 0, 9999, 4);
-    const bool bare = reader.at(i)->digits == 2 && !longer && !reader.has(i + 1, Meaning::Month) &&
-                      !reader.has(i + 1, Meaning::HourMark);
-    if (!mark && !(bare && !reader.at(i)->unspaced))
+    const bool bare = reader.token(i).digits == 2 && !longer &&
+                      !reader.has(i + 1, Meaning::Month) && !reader.has(i + 1, Meaning::HourMark);
+    if (!mark && !(bare && !reader.token(i).unspaced))
         return i;
-    clock.minute = static_cast<int>(reader.at(i)->number);
+    clock.minute = static_cast<int>(reader.token(i).number);
     clock.minuteGiven = true;
     return i + 1 + (mark ? mark->length : 0U);
 }
@@ -219,13 +219,13 @@ std::optional<ClockSpec> readDigits(const Reader &reader, std::uint32_t i, std::
     const bool late = isLateHour(reader, i);
     if (!late && !reader.number(i, 0, 24))
         return readCompact(reader, i, next);
-    const Token &token = *reader.at(i);
+    const Token &token = reader.token(i);
     ClockSpec clock;
     clock.hour = static_cast<int>(token.number);
     std::uint32_t j = i + 1;
     const bool minutes = readMinutes(reader, j, clock);
     const std::uint32_t seconds = minutes ? skipSeconds(reader, j) : j;
-    clock.seconds = seconds != j && reader.at(j + 1)->number % kSecondsAnnounced != 0;
+    clock.seconds = seconds != j && reader.token(j + 1).number % kSecondsAnnounced != 0;
     j = readMeridiem(reader, seconds, clock);
     const bool zone = leadsToZone(reader, j, minutes);
     const Sense *mark = clock.meridiem < 0 && !zone ? reader.sense(j, Meaning::HourMark) : nullptr;
@@ -265,9 +265,9 @@ namespace {
 std::optional<ClockSpec> readBareClock(const Reader &reader, std::uint32_t i, std::uint32_t &next) {
     // "Brussels-Midi" is a station, "9am-noon" are hours.
     const bool hours = i > 1 && (reader.has(i - 2, Meaning::Meridiem) ||
-                                 reader.at(i - 2)->kind == TokenKind::Number);
+                                 reader.token(i - 2).kind == TokenKind::Number);
     const bool joined = i > 0 && reader.glued(i) && reader.symbol(i - 1, '-') &&
-                        reader.glued(i - 1) && !reader.at(i)->unspaced && !hours;
+                        reader.glued(i - 1) && !reader.token(i).unspaced && !hours;
     if (const Sense *named = joined ? nullptr : reader.sense(i, Meaning::ClockWord)) {
         ClockSpec clock;
         clock.hour = named->value / 60;
@@ -282,7 +282,7 @@ std::optional<ClockSpec> readBareClock(const Reader &reader, std::uint32_t i, st
     if (auto clock =
             mayStartSpokenClock(reader, i) ? readSpokenClock(reader, i, next) : std::nullopt)
         return clock;
-    if (reader.at(i) && reader.at(i)->kind == TokenKind::Number) {
+    if (reader.at(i) && reader.token(i).kind == TokenKind::Number) {
         auto clock = readDigits(reader, i, next);
         // "12 noon"
         if (const Sense *named = clock ? reader.sense(next, Meaning::ClockWord) : nullptr;

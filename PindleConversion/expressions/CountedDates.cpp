@@ -17,7 +17,7 @@ Counted readCounted(const Reader &reader, std::uint32_t i, std::uint32_t most, i
     const Sense *sense = reader.sense(i + 1, mark);
     if (!sense)
         return {};
-    return {static_cast<int>(reader.at(i)->number), i + 1 + sense->length};
+    return {static_cast<int>(reader.token(i).number), i + 1 + sense->length};
 }
 
 struct Year {
@@ -51,7 +51,7 @@ Counted readDay(const Reader &reader, std::uint32_t i) {
     const bool time = reader.symbol(i + 1, ':') || reader.has(i + 1, Meaning::HourMark);
     if (!reader.number(i, 1, 31) || time || !reader.glued(i))
         return {};
-    return {static_cast<int>(reader.at(i)->number), i + 1};
+    return {static_cast<int>(reader.token(i).number), i + 1};
 }
 
 /// The weekday between a day and the end of a range: "5日（金）".

@@ -24,7 +24,7 @@ Named readName(const Reader &reader, std::uint32_t i) {
     if (const Sense *sense = reader.sense(i, Meaning::Weekday))
         return {sense->value, i + sense->length};
     // In unspaced scripts a lone sign is a weekday only in brackets.
-    const bool lone = reader.at(i) && reader.at(i)->unspaced &&
+    const bool lone = reader.at(i) && reader.token(i).unspaced &&
                       !(i > 0 && (reader.symbol(i - 1, '(') || reader.symbol(i - 1, '[')));
     const Sense *weak = lone ? nullptr : reader.sense(i, Meaning::WeakWeekday);
     if (weak)
@@ -39,7 +39,7 @@ bool isDayNumber(const Reader &reader, std::uint32_t at) {
     const std::uint32_t time = reader.skip(next, Meaning::TimeMarker);
     // "Domenica 15: raduno"
     const bool colon =
-        reader.symbol(next, ':') && !(reader.word(next + 1) && reader.at(next + 1)->spaceBefore);
+        reader.symbol(next, ':') && !(reader.word(next + 1) && reader.token(next + 1).spaceBefore);
     if (colon || (reader.symbol(next, '.') && reader.at(next + 1)) ||
         reader.has(next, Meaning::HourMark) || reader.has(next, Meaning::UnitWord) ||
         reader.has(next, Meaning::Meridiem) || (readDayRange(reader, next) && time == next))
@@ -56,14 +56,14 @@ bool isDayNumber(const Reader &reader, std::uint32_t at) {
         end && end->hourWord)
         return false;
     constexpr std::uint32_t kLastHour = 12;
-    if (reader.at(at)->number > kLastHour)
+    if (reader.token(at).number > kLastHour)
         return true;
     const bool timed =
         time != next && (reader.number(time, 0, 24) || reader.has(time, Meaning::ClockWord) ||
                          reader.has(time, Meaning::Number));
     if (timed && !readDayRange(reader, next))
         return true;
-    return reader.language(at).dayOrder == DayOrder::DayFirst && !reader.at(at)->unspaced &&
+    return reader.language(at).dayOrder == DayOrder::DayFirst && !reader.token(at).unspaced &&
            (timed || !reader.word(next) || reader.has(next, Meaning::Connector) ||
             reader.has(next, Meaning::PartOfDay));
 }
@@ -96,7 +96,7 @@ std::optional<DateMention> readDayBehindName(const Reader &reader, std::uint32_t
     const bool ordinal = endsOrdinal(reader, day + 1);
     if (!reader.number(day, 1, 31) || !(ordinal || isDayNumber(reader, day)))
         return std::nullopt;
-    const std::uint32_t number = reader.at(day)->number;
+    const std::uint32_t number = reader.token(day).number;
     return dayOnly(i, day + (ordinal ? 2 : 1), static_cast<int>(number));
 }
 
@@ -144,7 +144,7 @@ void readNameBehind(const Reader &reader, DateMention &date) {
     const std::uint32_t next = skipComma(reader, name.next);
     const bool clock = reader.symbol(next + 1, ':') || reader.has(next + 1, Meaning::HourMark) ||
                        (reader.symbol(next + 1, '.') && reader.glued(next + 2) &&
-                        reader.number(next + 2, 0, 59) && reader.at(next + 2)->digits == 2);
+                        reader.number(next + 2, 0, 59) && reader.token(next + 2).digits == 2);
     if (!bracket && (reader.has(next, Meaning::Month) || (reader.number(next, 13, 31) && !clock)))
         return;
     if (!bracket && readCalendarDate(reader, next))
@@ -228,7 +228,7 @@ std::optional<DateMention> readRangeStart(const Reader &reader, std::uint32_t i)
     DateMention result;
     result.span = {i, next};
     result.first.base = Base::DayOnly;
-    result.first.day = static_cast<int>(reader.at(name.next)->number);
+    result.first.day = static_cast<int>(reader.token(name.next).number);
     result.first.weekday = name.weekday;
     return result;
 }
@@ -265,7 +265,7 @@ bool readSameMonth(const Reader &reader, std::uint32_t i, DateMention &date) {
         std::swap(first.month, first.day);
     if (reader.language(date.span.begin).script == Script::Latin || first.base != Base::Calendar ||
         !reader.number(i, 1, 31) || !reader.glued(i) ||
-        static_cast<int>(reader.at(i)->number) <= first.day)
+        static_cast<int>(reader.token(i).number) <= first.day)
         return false;
     static constexpr Meanings kOther{Meaning::HourMark, Meaning::MonthMark, Meaning::UnitWord,
                                      Meaning::Counter, Meaning::Month};
@@ -277,7 +277,7 @@ bool readSameMonth(const Reader &reader, std::uint32_t i, DateMention &date) {
     first.eitherOrder = false;
     date.first = first;
     date.last = first;
-    date.last->day = static_cast<int>(reader.at(i)->number);
+    date.last->day = static_cast<int>(reader.token(i).number);
     date.last->weekday = 0;
     date.span.end = next;
     date.weak = false;
@@ -359,7 +359,7 @@ bool isMovedFrom(const Reader &reader, std::uint32_t i) {
     constexpr std::uint32_t kLongestRole = 4;
     for (std::uint32_t k = i; k > 0 && i - k < kLongestRole; --k) {
         const Sense *role = reader.sense(k - 1, Meaning::RoleWord);
-        const bool sure = role && (role->length > 1 || reader.at(k - 1)->unspaced);
+        const bool sure = role && (role->length > 1 || reader.token(k - 1).unspaced);
         if (sure && role->value == static_cast<int>(Role::MovedFrom) && k - 1 + role->length >= i)
             return true;
     }

@@ -21,7 +21,7 @@ Rank readRank(const Reader &reader, std::uint32_t i) {
     if (const Sense *last = reader.sense(i, Meaning::Last))
         return {-1, i + last->length};
     if (reader.number(i, 1, 31) && endsOrdinal(reader, i + 1))
-        return {static_cast<int>(reader.at(i)->number), i + 2};
+        return {static_cast<int>(reader.token(i).number), i + 2};
     return {};
 }
 
@@ -34,7 +34,7 @@ std::uint32_t readMonthBehind(const Reader &reader, std::uint32_t i, DateSpec &s
         const std::uint32_t year = reader.skipSymbol(j, ',');
         if (!reader.number(year, kFirstYear, kLastYear, 4))
             return j;
-        spec.year = static_cast<int>(reader.at(year)->number);
+        spec.year = static_cast<int>(reader.token(year).number);
         return year + 1;
     }
     if (const Period period = readPeriodWord(reader, j);
@@ -91,7 +91,7 @@ std::optional<DateMention> readSpelledDay(const Reader &reader, std::uint32_t i,
                                           std::uint32_t number) {
     constexpr int kLastDay = 31;
     const Sense *word = reader.sense(number, Meaning::Number);
-    if (!word || word->value < 1 || word->value > kLastDay || reader.at(number)->unspaced)
+    if (!word || word->value < 1 || word->value > kLastDay || reader.token(number).unspaced)
         return std::nullopt;
     const std::uint32_t next = number + word->length;
     const std::uint32_t time = reader.skip(next, Meaning::TimeMarker);
@@ -127,7 +127,7 @@ std::optional<DateMention> readLedDay(const Reader &reader, std::uint32_t i) {
     if (isOtherNumber(reader, number, next, ordinal))
         return std::nullopt;
     DateMention result = mentionOf(i, next, Base::DayOnly);
-    result.first.day = static_cast<int>(reader.at(number)->number);
+    result.first.day = static_cast<int>(reader.token(number).number);
     result.span.end = readMonthBehind(reader, next, result.first);
     // "la cour du 14" is a house's.
     const bool house = i > 0 && reader.has(i, Meaning::Of) && reader.has(i - 1, Meaning::PlaceNoun);
@@ -149,7 +149,7 @@ std::uint32_t readBareDay(const Reader &reader, std::uint32_t i, int &day) {
                       reader.has(i + 1 + mark->length, Meaning::PlaceNoun);
     if (!mark || house || room)
         return i;
-    day = static_cast<int>(reader.at(i)->number);
+    day = static_cast<int>(reader.token(i).number);
     return i + 1 + mark->length;
 }
 
@@ -199,10 +199,10 @@ std::optional<DateMention> readNthWeekday(const Reader &reader, std::uint32_t i)
 std::optional<DateMention> readNthInMonth(const Reader &reader, std::uint32_t i) {
     // "6月底": the end of that month.
     const Sense *end = reader.number(i, 1, 12) ? reader.sense(i + 1, Meaning::MonthEnd) : nullptr;
-    if (end && reader.at(i + 1)->unspaced) {
+    if (end && reader.token(i + 1).unspaced) {
         DateMention last = mentionOf(i, i + 1 + end->length, Base::NthWeekday);
         last.first.nth = -1;
-        last.first.month = static_cast<int>(reader.at(i)->number);
+        last.first.month = static_cast<int>(reader.token(i).number);
         return last;
     }
     const Sense *month = reader.sense(i, Meaning::Month);
@@ -212,7 +212,7 @@ std::optional<DateMention> readNthInMonth(const Reader &reader, std::uint32_t i)
     const std::uint32_t behind = mark ? i + 1 + mark->length : i + month->length;
     DateMention result = mentionOf(i, behind, Base::NthWeekday);
     result.span.end = readNthDay(reader, reader.skip(behind, Meaning::Of), result.first);
-    result.first.month = mark ? static_cast<int>(reader.at(i)->number) : month->value;
+    result.first.month = mark ? static_cast<int>(reader.token(i).number) : month->value;
     return result.first.nth != 0 ? std::optional(result) : std::nullopt;
 }
 
@@ -238,7 +238,7 @@ std::optional<DateMention> readDayOnly(const Reader &reader, std::uint32_t i) {
     if (isCounted(reader, rank.next))
         return std::nullopt;
     const Token *before = i > 0 ? &reader.document().tokens[i - 1] : nullptr;
-    const bool digits = reader.at(begin)->kind == TokenKind::Number;
+    const bool digits = reader.token(begin).kind == TokenKind::Number;
     const Reader all(reader.document(), reader.end());
     const bool introduced =
         before && (all.has(i - 1, Meaning::DateMarker) || all.has(i - 1, Meaning::Weekday) ||
@@ -250,7 +250,7 @@ std::optional<DateMention> readDayOnly(const Reader &reader, std::uint32_t i) {
     const bool told = begin != i && reader.has(rank.next, Meaning::PresentVerb);
     if (!digits && rank.nth >= kRarelyCounted && rank.next == begin + 1 && (timed || told))
         return result;
-    const bool noun = introduced && !digits && begin == i && reader.at(i)->capital &&
+    const bool noun = introduced && !digits && begin == i && reader.token(i).capital &&
                       reader.language(i).capitalNouns;
     if (noun)
         return result;

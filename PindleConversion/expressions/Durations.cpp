@@ -55,7 +55,7 @@ std::optional<Part> readPart(const Reader &reader, std::uint32_t i) {
     int tenths = 0;
     if ((reader.symbol(j, '.') || reader.symbol(j, ',')) && reader.glued(j) &&
         reader.glued(j + 1) && reader.number(j + 1, 0, 9, 1)) {
-        tenths = static_cast<int>(reader.at(j + 1)->number);
+        tenths = static_cast<int>(reader.token(j + 1).number);
         j += 2;
     } else if (const Sense *half = reader.sense(j, Meaning::HalfBare); half && reader.glued(j)) {
         // "一个半小时"
@@ -105,16 +105,16 @@ void readRest(const Reader &reader, Part &part) {
     const Sense *unit = reader.sense(j + 1, Meaning::UnitWord);
     // "1h 45m"
     if (!unit && reader.word(j + 1) && reader.glued(j + 1) &&
-        reader.document().slice(*reader.at(j + 1)) == "m") {
-        part.minutes += static_cast<int>(reader.at(j)->number);
+        reader.document().slice(reader.token(j + 1)) == "m") {
+        part.minutes += static_cast<int>(reader.token(j).number);
         part.next = j + 2;
         return;
     }
     if (unit && unit->value == static_cast<int>(Unit::Minute)) {
-        part.minutes += static_cast<int>(reader.at(j)->number);
+        part.minutes += static_cast<int>(reader.token(j).number);
         part.next = j + 1 + unit->length;
-    } else if (reader.glued(j) && reader.at(j)->digits == 2) {
-        part.minutes += static_cast<int>(reader.at(j)->number);
+    } else if (reader.glued(j) && reader.token(j).digits == 2) {
+        part.minutes += static_cast<int>(reader.token(j).number);
         part.next = j + 1;
     }
 }

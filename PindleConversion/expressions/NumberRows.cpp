@@ -10,7 +10,7 @@ constexpr int kShortestRow = 9; ///< digits; a date and an hour have fewer
 /// A blank (0), or a full stop or hyphen without blanks around it; nothing else joins a row.
 std::optional<char32_t> joint(const Reader &reader, std::uint32_t i, std::uint32_t &next) {
     const auto isNumber = [&](std::uint32_t at) {
-        return reader.at(at) && reader.at(at)->kind == TokenKind::Number;
+        return reader.at(at) && reader.token(at).kind == TokenKind::Number;
     };
     if (isNumber(i)) {
         next = i + 1;
@@ -20,7 +20,7 @@ std::optional<char32_t> joint(const Reader &reader, std::uint32_t i, std::uint32
     if (!mark || !reader.glued(i) || !reader.glued(i + 1) || !isNumber(i + 1))
         return std::nullopt;
     next = i + 2;
-    return reader.at(i)->symbol;
+    return reader.token(i).symbol;
 }
 
 } // namespace
@@ -39,7 +39,7 @@ std::uint32_t skipNumberRow(const Reader &reader, std::uint32_t i) {
             break;
         kind = by;
         end = next;
-        digits += reader.at(end - 1)->digits;
+        digits += reader.token(end - 1).digits;
     }
     return digits >= kShortestRow && end > i + 2 ? end : i;
 }

@@ -19,13 +19,13 @@ std::optional<DateMention> readYearFirst(const Reader &reader, std::uint32_t i) 
     const int counted = reader.symbol(i + 1, '-') ? 0 : yearOfEra(reader, i);
     if (counted == 0 && !isYear(reader, i))
         return std::nullopt;
-    const char32_t separator = reader.at(i + 1)->symbol;
+    const char32_t separator = reader.token(i + 1).symbol;
     if (!reader.number(i + 2, 1, 12) || !reader.symbol(i + 3, separator) ||
         !reader.number(i + 4, 1, 31) || !reader.glued(i + 2) || !reader.glued(i + 4))
         return std::nullopt;
-    return mentionOf(i, i + 5, static_cast<int>(reader.at(i + 2)->number),
-                     static_cast<int>(reader.at(i + 4)->number),
-                     counted != 0 ? counted : static_cast<int>(reader.at(i)->number));
+    return mentionOf(i, i + 5, static_cast<int>(reader.token(i + 2).number),
+                     static_cast<int>(reader.token(i + 4).number),
+                     counted != 0 ? counted : static_cast<int>(reader.token(i).number));
 }
 
 /// "20260605", before a "T".
@@ -34,7 +34,7 @@ std::optional<DateMention> readCompactDate(const Reader &reader, std::uint32_t i
     if (!token || token->kind != TokenKind::Number || token->digits != 8 || !reader.word(i + 1) ||
         !reader.glued(i + 1) || !reader.glued(i + 2))
         return std::nullopt;
-    const auto letter = reader.document().slice(*reader.at(i + 1));
+    const auto letter = reader.document().slice(reader.token(i + 1));
     const int month = static_cast<int>(token->number / 100 % 100);
     const int day = static_cast<int>(token->number % 100);
     const std::uint32_t year = token->number / 10000;
@@ -62,7 +62,7 @@ bool isHyphenDayBesideTime(const Reader &reader, std::uint32_t i) {
         return true;
     return reader.number(next, 0, kLastHour) && reader.glued(next + 1) && reader.glued(next + 2) &&
            (reader.symbol(next + 1, ':') || reader.has(next + 1, Meaning::HourMark)) &&
-           reader.number(next + 2, 0, 59) && reader.at(next + 2)->digits == 2;
+           reader.number(next + 2, 0, 59) && reader.token(next + 2).digits == 2;
 }
 
 /// "6-4 om 8.20": two numbers with a hyphen are a day only where a time is said of them.
@@ -98,7 +98,7 @@ bool isDatedBeside(const Reader &reader, std::uint32_t i) {
     if (i > 0 && day && reader.has(i - 1, Meaning::Weekday))
         return true;
     // "26.12 obiad rodzinny"
-    if (day && reader.at(i + 2)->digits == 2 && reader.has(i + 3, Meaning::Event))
+    if (day && reader.token(i + 2).digits == 2 && reader.has(i + 3, Meaning::Event))
         return true;
     constexpr std::uint32_t kFirstOfRange = 4;
     if (i >= kFirstOfRange && day && reader.has(i - 1, Meaning::RangeTo) &&
@@ -139,7 +139,7 @@ bool isDatedHere(const Reader &reader, std::uint32_t i) {
 
 /// "27.4.8(木)": the year comes first, the weekday tells that it is a date.
 bool endsBriefDate(const Reader &reader, std::uint32_t i) {
-    return reader.language(i).script != Script::Latin && reader.at(i)->digits == 2 &&
+    return reader.language(i).script != Script::Latin && reader.token(i).digits == 2 &&
            reader.number(i + 4, 1, 31) && reader.symbol(i + 5, '(') &&
            (reader.has(i + 6, Meaning::Weekday) || reader.has(i + 6, Meaning::WeakWeekday));
 }
@@ -187,11 +187,11 @@ std::optional<NumericForm> readNumericForm(const Reader &reader, std::uint32_t i
                  (year->digits == 2 || isYear(reader, i + 4) || endsBriefDate(reader, i));
     const bool stops = c == '.' && goesOn && reader.glued(i + 3);
     // "4.11.x" is a version.
-    if (stops && reader.word(i + 4) && reader.glued(i + 4) && !reader.at(i + 4)->unspaced)
+    if (stops && reader.word(i + 4) && reader.glued(i + 4) && !reader.token(i + 4).unspaced)
         return std::nullopt;
     // "upgrade from 3.11." ends a sentence.
-    const bool written =
-        reader.at(i + 2)->digits == 2 && (reader.at(i)->digits == 2 || reader.at(i + 4) != nullptr);
+    const bool written = reader.token(i + 2).digits == 2 &&
+                         (reader.token(i).digits == 2 || reader.at(i + 4) != nullptr);
     // "at 10.05." is a time where dates have no full stops.
     const bool timed = i > 0 && !reader.language(i).dottedDates &&
                        reader.has(i - 1, Meaning::TimeMarker) &&
@@ -215,11 +215,11 @@ std::optional<NumericForm> readNumericForm(const Reader &reader, std::uint32_t i
 /// "25/12/08" is 2025 where years come first, and where the month comes before the day.
 std::optional<DateMention> readBriefYearFirst(const Reader &reader, std::uint32_t i,
                                               std::uint32_t next) {
-    const Token &first = *reader.at(i);
-    const Token &last = *reader.at(i + 4);
+    const Token &first = reader.token(i);
+    const Token &last = reader.token(i + 4);
     if (last.digits > 2 || !reader.number(i + 2, 1, 12) || !reader.number(i + 4, 1, 31))
         return std::nullopt;
-    const int month = static_cast<int>(reader.at(i + 2)->number);
+    const int month = static_cast<int>(reader.token(i + 2).number);
     const int day = static_cast<int>(last.number);
     if (reader.language(i).script != Script::Latin)
         return mentionOf(i, next, month, day, fullYear(first));
@@ -239,11 +239,11 @@ std::optional<DateMention> readNumeric(const Reader &reader, std::uint32_t i) {
         return date;
     const LanguageInfo &language = reader.language(i);
     const bool dayFirst = language.dayOrder == DayOrder::DayFirst;
-    const int first = static_cast<int>(reader.at(i)->number);
-    const int second = static_cast<int>(reader.at(i + 2)->number);
+    const int first = static_cast<int>(reader.token(i).number);
+    const int second = static_cast<int>(reader.token(i + 2).number);
     if ((first > 12 || form->dotted || (form->bare && dayFirst)) && second > 12)
         return std::nullopt;
-    const int year = three ? fullYear(*reader.at(i + 4)) : 0;
+    const int year = three ? fullYear(reader.token(i + 4)) : 0;
     DateMention result = second > 12 ? mentionOf(i, form->next, first, second, year)
                                      : mentionOf(i, form->next, second, first, year);
     const bool habit = form->mark == '.' && (language.dottedDates || form->bare);
@@ -252,9 +252,10 @@ std::optional<DateMention> readNumeric(const Reader &reader, std::uint32_t i) {
     // Where the year comes first, a date that ends with it was written in another habit.
     const bool foreign = three && language.script != Script::Latin;
     result.first.order = foreign ? DayOrder::ByZone : language.dayOrder;
-    result.first.shortYear = three && reader.at(i + 4)->digits == 2;
+    result.first.shortYear = three && reader.token(i + 4).digits == 2;
     // "20.05." can hardly be anything else.
-    const bool full = form->dotted && reader.at(i)->digits == 2 && reader.at(i + 2)->digits == 2;
+    const bool full =
+        form->dotted && reader.token(i).digits == 2 && reader.token(i + 2).digits == 2;
     result.weak = !three && !full;
     return result;
 }

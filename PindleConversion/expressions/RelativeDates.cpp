@@ -76,7 +76,7 @@ DateMention readMonthPeriod(const Reader &reader, std::uint32_t i, const Period 
     spec.which = period.which;
     spec.months = period.which == Which::Next ? 1 : period.which == Which::AfterNext ? 2 : 0;
     if (const Sense *end = reader.sense(period.next, Meaning::MonthEnd);
-        end && reader.at(period.next)->unspaced) {
+        end && reader.token(period.next).unspaced) {
         spec.base = Base::NthWeekday;
         spec.nth = -1;
         spec.monthGiven = true;
@@ -194,7 +194,7 @@ std::optional<DateMention> readDistance(const Reader &reader, std::uint32_t i) {
 std::optional<DateMention> readRelativeDate(const Reader &reader, std::uint32_t i) {
     // "hockey tn 9:45", but "Memphis, TN".
     const bool code =
-        reader.at(i) && reader.at(i)->end - reader.at(i)->begin == 2 && reader.at(i)->upper();
+        reader.at(i) && reader.token(i).end - reader.token(i).begin == 2 && reader.token(i).upper();
     if (const Sense *day = code ? nullptr : reader.sense(i, Meaning::RelativeDay)) {
         DateMention result = mentionOf(i, i + day->length, Base::Today);
         result.first.days = day->value;

@@ -7,7 +7,7 @@ namespace {
 /// "kommst du Mi zum Bouldern", "hast du Do Zeit": where nouns are capitals, among small words only
 /// a day is written so; "Fr. Kern" is a person.
 bool isDayAmongSmall(const Reader &reader, std::uint32_t i, std::uint32_t next) {
-    const Token &word = *reader.at(i);
+    const Token &word = reader.token(i);
     if (!word.capital || i == 0 || !reader.language(i).capitalNouns)
         return false;
     const Token &before = reader.document().tokens[i - 1];
@@ -23,7 +23,7 @@ bool isDayAmongSmall(const Reader &reader, std::uint32_t i, std::uint32_t next) 
 bool isCertainWeekday(const Reader &reader, std::uint32_t i, std::uint32_t next) {
     // "so" is a Sunday in "So 14.6.", but hardly in "so gegen sechs".
     constexpr std::uint32_t kShort = 2;
-    const Token &word = *reader.at(i);
+    const Token &word = reader.token(i);
     if (word.end - word.begin <= kShort && !word.capital && !word.unspaced)
         return reader.number(reader.skipSymbol(next, '.'), 1, 31);
     // "are you free sat" closes a line of a conversation.
@@ -59,7 +59,7 @@ bool isCertainWeekday(const Reader &reader, std::uint32_t i, std::uint32_t next)
     if (announced || timed || reader.has(next, Meaning::PartOfDay) ||
         reader.has(next, Meaning::Month))
         return true;
-    return (reader.at(i)->capital && !reader.word(next)) || reader.symbol(next, '?');
+    return (reader.token(i).capital && !reader.word(next)) || reader.symbol(next, '?');
 }
 
 } // namespace
@@ -95,7 +95,7 @@ DayName readDayName(const Reader &reader, std::uint32_t i, bool qualified) {
         return {sense->value, i + sense->length};
     const Sense *weak = reader.sense(i, Meaning::WeakWeekday);
     // A lone sign for a weekday counts only in brackets, which dates read themselves.
-    if (weak && !reader.at(i)->unspaced &&
+    if (weak && !reader.token(i).unspaced &&
         (qualified || isCertainWeekday(reader, i, i + weak->length)))
         return {weak->value, i + weak->length};
     return {};
@@ -165,7 +165,7 @@ std::optional<Amount> readAmount(const Reader &reader, std::uint32_t i) {
 std::optional<int> readCount(const Reader &reader, std::uint32_t i, std::uint32_t &next) {
     if (reader.number(i, 1, 9999, 4)) {
         next = i + 1;
-        return static_cast<int>(reader.at(i)->number);
+        return static_cast<int>(reader.token(i).number);
     }
     const Sense *word = reader.sense(i, Meaning::Number);
     if (!word)

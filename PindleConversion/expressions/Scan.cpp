@@ -94,7 +94,7 @@ private:
 
     /// "原4/15": a lone sign says what a date is only right before it.
     static bool mayBeRole(const Reader &reader, std::uint32_t i, const Sense &role) {
-        const Token &token = *reader.at(i);
+        const Token &token = reader.token(i);
         return role.length > 1 || !token.isOneSign() || mayStartDate(reader, i + 1);
     }
 
@@ -104,8 +104,8 @@ private:
         constexpr std::uint32_t kMostFigures = 150; ///< with the marks between them
         if (i >= m_figuresEnd) {
             std::uint32_t end = i;
-            while (reader.at(end) && (reader.at(end)->kind == TokenKind::Number ||
-                                      reader.at(end)->kind == TokenKind::Symbol))
+            while (reader.at(end) && (reader.token(end).kind == TokenKind::Number ||
+                                      reader.token(end).kind == TokenKind::Symbol))
                 ++end;
             m_figuresEnd = end;
             if (end - i > kMostFigures)
@@ -118,7 +118,7 @@ private:
     static bool greets(const Reader &reader, std::uint32_t i, std::uint32_t next) {
         const Token *behind = reader.at(next);
         const bool ends = !behind || behind->kind == TokenKind::Symbol ||
-                          behind->sentence != reader.at(i)->sentence;
+                          behind->sentence != reader.token(i).sentence;
         bool day = false;
         for (std::uint32_t k = i; k < next; ++k)
             day = day || reader.has(k, Meaning::RelativeDay) || reader.has(k, Meaning::Weekday);
@@ -129,12 +129,12 @@ private:
     /// A word without a meaning starts nothing, unless it is the area of a zone's identifier or
     /// the letter of a time stamp.
     static bool isPlain(const Reader &reader, std::uint32_t i) {
-        return reader.word(i) && reader.at(i)->senses == 0 && !reader.symbol(i + 1, '/');
+        return reader.word(i) && reader.token(i).senses == 0 && !reader.symbol(i + 1, '/');
     }
 
     /// A mark without a meaning starts nothing but a zone in brackets.
     static bool isPlainMark(const Reader &reader, std::uint32_t i, const Field &field) {
-        const Token &token = *reader.at(i);
+        const Token &token = reader.token(i);
         return token.kind == TokenKind::Symbol && token.senses == 0 && token.symbol != '(' &&
                field.label != Label::Zone;
     }
@@ -143,8 +143,8 @@ private:
     static bool isTomorrow(const Reader &reader, std::uint32_t i, const Sense &part) {
         constexpr std::uint32_t kLongestWord = 8; ///< bytes; "morgenochtend" says both
         const Sense *day = reader.sense(i, Meaning::RelativeDay);
-        return day && !reader.at(i)->unspaced && day->value == 1 && day->length == 1 &&
-               part.length == 1 && reader.at(i)->end - reader.at(i)->begin <= kLongestWord;
+        return day && !reader.token(i).unspaced && day->value == 1 && day->length == 1 &&
+               part.length == 1 && reader.token(i).end - reader.token(i).begin <= kLongestWord;
     }
 
     std::uint32_t takeDate(const Reader &reader, const DateMention &date) {
@@ -192,20 +192,20 @@ private:
 
     /// "Madrid-Puerta de Atocha", "→ Porte de Versailles": the word names a place.
     static bool isInCompound(const Reader &reader, std::uint32_t i) {
-        if (i == 0 || !reader.at(i)->capital || !reader.word(i))
+        if (i == 0 || !reader.token(i).capital || !reader.word(i))
             return false;
         const Token &before = reader.document().tokens[i - 1];
         if (before.symbol == '-' && reader.glued(i) && !before.spaceBefore)
             return true;
         const std::uint32_t name = reader.skip(i + 1, Meaning::Of);
         return name != i + 1 && before.kind == TokenKind::Symbol && reader.word(name) &&
-               reader.at(name)->capital && reader.has(i - 1, Meaning::RangeTo);
+               reader.token(name).capital && reader.has(i - 1, Meaning::RangeTo);
     }
 
     /// "Parroquia de San José", "via San Martino": the saint names a place.
     static bool isPartOfName(const Reader &reader, std::uint32_t i) {
         static constexpr Meanings kPlaces{Meaning::PlaceNoun, Meaning::StreetWord};
-        if (i == 0 || !reader.at(i)->capital)
+        if (i == 0 || !reader.token(i).capital)
             return false;
         const bool of = i > 1 && reader.has(i - 1, Meaning::Of);
         return reader.mayHave(of ? i - 2 : i - 1, kPlaces);
@@ -230,7 +230,7 @@ private:
             return false;
         const Sense *event = reader.sense(i - 1, Meaning::Event);
         // "Lecture Theatre 1"
-        if (i > field.begin + 1 && reader.at(i - 1)->capital && reader.word(i - 2) &&
+        if (i > field.begin + 1 && reader.token(i - 1).capital && reader.word(i - 2) &&
             reader.has(i - 1, Meaning::PlaceNoun))
             return false;
         return event && event->value != static_cast<int>(EventKind::Work) &&
@@ -239,19 +239,19 @@ private:
 
     /// "RB 14 ab Nauen": the number of a train.
     static bool isLine(const Reader &reader, std::uint32_t i, const Sense &event) {
-        return event.value == static_cast<int>(EventKind::Travel) && reader.at(i - 1)->capital &&
-               reader.at(i - 1)->end - reader.at(i - 1)->begin <= 3 &&
-               reader.at(i)->kind == TokenKind::Number;
+        return event.value == static_cast<int>(EventKind::Travel) && reader.token(i - 1).capital &&
+               reader.token(i - 1).end - reader.token(i - 1).begin <= 3 &&
+               reader.token(i).kind == TokenKind::Number;
     }
 
     /// "Saturday, Jasmine House 7.45": minutes behind a name end what is said of a day.
     bool endsWithTime(const Reader &reader, std::uint32_t i) const {
         const bool minutes = reader.number(i, 1, 12) && reader.symbol(i + 1, '.') &&
                              reader.glued(i + 1) && reader.glued(i + 2) &&
-                             reader.number(i + 2, 0, 59) && reader.at(i + 2)->digits == 2 &&
-                             reader.at(i + 2)->number % 5 == 0;
+                             reader.number(i + 2, 0, 59) && reader.token(i + 2).digits == 2 &&
+                             reader.token(i + 2).number % 5 == 0;
         if (!minutes || m_found.dates.empty() || i == 0 || !reader.word(i - 1) ||
-            !reader.at(i - 1)->capital || reader.word(i + 3) || !reader.at(i)->spaceBefore)
+            !reader.token(i - 1).capital || reader.word(i + 3) || !reader.token(i).spaceBefore)
             return false;
         return m_document.sameSentence(m_found.dates.back().span.begin, i);
     }
@@ -335,7 +335,7 @@ private:
         } else if (m_length == i && (isPassage(reader, i) || reader.symbol(i, ')'))) {
             m_length = i + 1;
         } else if (const Sense *from = m_length == i ? reader.sense(i, Meaning::RangeTo) : nullptr;
-                   from && reader.at(i)->unspaced) {
+                   from && reader.token(i).unspaced) {
             // "10時から2時間"
             m_length = i + from->length;
         }
@@ -349,7 +349,7 @@ private:
         // "5.7. ◆ 17 h"
         return reader.symbol(i, ':') || reader.symbol(i, ',') || reader.symbol(i, '(') ||
                reader.symbol(i, '~') || reader.has(i, Meaning::The) ||
-               (reader.at(i)->kind == TokenKind::Symbol && isShape(reader.at(i)->symbol));
+               (reader.token(i).kind == TokenKind::Symbol && isShape(reader.token(i).symbol));
     }
 
     template<typename T> static bool take(std::vector<T> &into, const T &what) {

@@ -12,7 +12,7 @@ struct SmallNumber {
 /// A number from 1 to 59 in digits or words; "a" and "an" count nothing here.
 SmallNumber readSmall(const Reader &reader, std::uint32_t i, int most) {
     if (reader.number(i, 1, static_cast<std::uint32_t>(most)))
-        return {static_cast<int>(reader.at(i)->number), i + 1};
+        return {static_cast<int>(reader.token(i).number), i + 1};
     const Sense *word = reader.sense(i, Meaning::Number);
     const Token *token = reader.at(i);
     if (!word || word->value > most || token->end - token->begin < 3)
@@ -66,7 +66,7 @@ std::optional<ClockSpec> readFraction(const Reader &reader, std::uint32_t i, std
         return finishWords(reader, j + past->length, minutes.value, false, next);
     const Sense *to = reader.sense(j, Meaning::ToWord);
     // "5 to 7" in digits is a range of hours.
-    if (!to || reader.at(i)->kind == TokenKind::Number)
+    if (!to || reader.token(i).kind == TokenKind::Number)
         return std::nullopt;
     if (reader.word(i) && reader.has(i, Meaning::Number) && minutes.value < 15 &&
         minutes.value % 5 != 0)
@@ -83,7 +83,7 @@ std::optional<ClockSpec> readWords(const Reader &reader, std::uint32_t i, std::u
         i > 0 && (reader.has(i - 1, Meaning::TimeMarker) || reader.has(i - 1, Meaning::RangeTo));
     constexpr int kLastOnDial = 12;
     // Numerals in unspaced scripts are numbers already when they count hours.
-    if (!word || hour.value == 0 || reader.at(i)->unspaced ||
+    if (!word || hour.value == 0 || reader.token(i).unspaced ||
         (hour.value > kLastOnDial && !announced && !(hours && hours->value > 0)))
         return std::nullopt;
     ClockSpec clock;
@@ -92,7 +92,7 @@ std::optional<ClockSpec> readWords(const Reader &reader, std::uint32_t i, std::u
     std::uint32_t j = hour.next;
     const Sense *minutes = reader.sense(j, Meaning::Number);
     if (minutes && minutes->value >= 5 && minutes->value < 60 && minutes->value % 5 == 0 &&
-        reader.at(j)->end - reader.at(j)->begin > 2) {
+        reader.token(j).end - reader.token(j).begin > 2) {
         clock.minute = minutes->value;
         clock.minuteGiven = clock.sure = true;
         j += minutes->length;
@@ -208,7 +208,7 @@ std::uint32_t readMinutesBehind(const Reader &reader, std::uint32_t i, ClockSpec
         reader.has(minutes.next, Meaning::HourMark) || reader.symbol(minutes.next, ':'))
         return i;
     // "10 y 20" in digits are two numbers.
-    if (plus && reader.at(minutes.next - 1)->kind == TokenKind::Number)
+    if (plus && reader.token(minutes.next - 1).kind == TokenKind::Number)
         return i;
     addMinutes(clock, plus ? minutes.value : -minutes.value);
     return minutes.next;

@@ -26,7 +26,7 @@ bool isShouted(const Reader &reader, std::uint32_t i) {
     constexpr std::size_t kShortest = 4;
     constexpr std::uint32_t kBefore = 2;
     const auto inCapitals = [&](std::uint32_t at) {
-        const auto word = reader.document().slice(*reader.at(at));
+        const auto word = reader.document().slice(reader.token(at));
         return word.size() >= kShortest &&
                std::none_of(word.begin(), word.end(), [](char c) { return c >= 'a' && c <= 'z'; });
     };
@@ -44,7 +44,7 @@ bool mayFollowBare(const Reader &reader, std::uint32_t i, bool marked) {
         return false;
     // "12,50" is an amount.
     if (token->symbol == ',' && reader.glued(i) && reader.glued(i + 1) && reader.at(i + 1) &&
-        reader.at(i + 1)->kind == TokenKind::Number)
+        reader.token(i + 1).kind == TokenKind::Number)
         return false;
     if (token->kind == TokenKind::Symbol)
         return !(reader.glued(i) &&
@@ -215,7 +215,8 @@ std::uint32_t readStampZone(const Reader &reader, std::uint32_t i, TimeMention &
     if (!sign || !reader.number(i + 1, 0, 14) || !reader.symbol(i + 2, ':') ||
         !reader.number(i + 3, 0, 59))
         return i;
-    const int minutes = static_cast<int>(reader.at(i + 1)->number * 60 + reader.at(i + 3)->number);
+    const int minutes =
+        static_cast<int>(reader.token(i + 1).number * 60 + reader.token(i + 3).number);
     mention.hasOffset = true;
     mention.offsetMinutes = reader.symbol(i, '-') ? -minutes : minutes;
     mention.zoneSpan = {i, i + 4};
@@ -310,17 +311,17 @@ std::optional<TimeMention> readTime(const Reader &reader, std::uint32_t i, bool 
     const bool stamp = isTimestamp(reader, i);
     // "北京首都T3 — 09:45": the number of a terminal.
     if (!stamp && !start->sure && !start->minuteGiven && start->meridiem < 0 && i > 0 &&
-        reader.glued(i) && reader.word(i - 1) && !reader.at(i - 1)->unspaced)
+        reader.glued(i) && reader.word(i - 1) && !reader.token(i - 1).unspaced)
         return std::nullopt;
     if (stamp) {
         mention.start.sure = true;
         next = readStampZone(reader, next, mention);
     }
     // "2 March 0820"
-    if (afterDate && start->literal && reader.at(i)->digits == 4)
+    if (afterDate && start->literal && reader.token(i).digits == 4)
         mention.start.sure = true;
     const bool namesZone = !start->sure && reader.has(next, Meaning::ZoneAfterTime) &&
-                           reader.at(next)->capital && !reader.glued(next);
+                           reader.token(next).capital && !reader.glued(next);
     // Timetables count hours to 24.
     const bool departs = namesDeparture(reader, i, next, *start);
     mention.start.literal = mention.start.literal || departs;
@@ -345,7 +346,7 @@ std::optional<TimeMention> readTime(const Reader &reader, std::uint32_t i, bool 
             setHalf(*mention.end, mention.part);
         }
         mention.part = first != DayPart::None ? first : mention.part;
-    } else if (const auto arrival = afterDate && start->literal && reader.at(i)->digits == 4
+    } else if (const auto arrival = afterDate && start->literal && reader.token(i).digits == 4
                                         ? readTicketEnd(reader, zoned)
                                         : std::nullopt) {
         mention.end = arrival->clock;

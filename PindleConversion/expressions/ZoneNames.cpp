@@ -27,7 +27,7 @@ Offset readOffset(const Reader &reader, std::uint32_t i) {
     } else if (hours->digits <= 2 && hours->number <= 14) {
         minutes = static_cast<int>(hours->number) * 60;
         if (reader.symbol(next, ':') && reader.number(next + 1, 0, 59)) {
-            minutes += static_cast<int>(reader.at(next + 1)->number);
+            minutes += static_cast<int>(reader.token(next + 1).number);
             next += 2;
         }
     } else {
@@ -53,7 +53,7 @@ bool allCapitals(std::string_view word) {
 
 /// "Central" before "Library" is no zone.
 bool namesSomethingElse(const Reader &reader, std::uint32_t i, const Sense &sense) {
-    const bool capitals = allCapitals(reader.document().slice(*reader.at(i)));
+    const bool capitals = allCapitals(reader.document().slice(reader.token(i)));
     if (capitals)
         return false;
     const Token *next = reader.at(i + sense.length);
@@ -69,7 +69,7 @@ std::uint32_t readCities(const Reader &reader, std::uint32_t i, TimeMention &men
     bool found = false;
     for (std::uint32_t j = i; j < i + kMostCityTokens && reader.at(j);) {
         const Sense *city = reader.sense(j, Meaning::ZoneWord);
-        if (!reader.word(j) || !reader.at(j)->capital)
+        if (!reader.word(j) || !reader.token(j).capital)
             break;
         if (city && city->value == 0 && !found) {
             mention.zone = noteOf(*city);
@@ -87,7 +87,7 @@ std::uint32_t readCities(const Reader &reader, std::uint32_t i, TimeMention &men
 
 /// "Data: 19 mag 2026, 11:00 Roma": nothing but a zone can end a field that says when.
 bool endsMoment(const Reader &reader, std::uint32_t i, std::uint32_t length) {
-    const Label label = reader.document().fields[reader.at(i)->field].label;
+    const Label label = reader.document().fields[reader.token(i).field].label;
     return i + length == reader.end() &&
            (label == Label::When || label == Label::Date || label == Label::Time);
 }
@@ -201,7 +201,7 @@ std::uint32_t readIdentifier(const Reader &reader, std::uint32_t i, TimeMention 
         return i;
     bool known = false;
     for (std::string_view area : areas)
-        known = known || reader.document().slice(*reader.at(i)) == area;
+        known = known || reader.document().slice(reader.token(i)) == area;
     if (!known)
         return i;
     std::uint32_t end = i + 3;
@@ -237,7 +237,7 @@ std::uint32_t readZone(const Reader &reader, std::uint32_t i, bool afterTime,
     if (const Sense *again = reader.symbol(end, ',') && !reader.symbol(end + 2, ',')
                                  ? reader.sense(end + 1, Meaning::ZoneAfterTime)
                                  : nullptr;
-        again && allCapitals(reader.document().slice(*reader.at(end + 1))))
+        again && allCapitals(reader.document().slice(reader.token(end + 1))))
         end += 1 + again->length;
     // "IST (Mumbai)": the city says no more than the abbreviation.
     if (const Sense *city = reader.symbol(end, '(') && begin == i && end == begin + 1
@@ -246,8 +246,8 @@ std::uint32_t readZone(const Reader &reader, std::uint32_t i, bool afterTime,
         city && city->value == 0 && reader.symbol(end + 1 + city->length, ')'))
         end += 2 + city->length;
     // "（伦敦时间13:00）" tells the same moment elsewhere.
-    if (begin != i && reader.at(end) && reader.at(end)->kind == TokenKind::Number &&
-        reader.at(begin)->unspaced) {
+    if (begin != i && reader.at(end) && reader.token(end).kind == TokenKind::Number &&
+        reader.token(begin).unspaced) {
         mention = before;
         return i;
     }

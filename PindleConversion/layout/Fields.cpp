@@ -82,12 +82,12 @@ private:
         const Reader reader(m_document, end);
         int steps = 0;
         for (std::uint32_t i = begin; i < end; ++i) {
-            if (reader.at(i)->kind == TokenKind::Number)
+            if (reader.token(i).kind == TokenKind::Number)
                 return false;
             const bool mark = reader.symbol(i, '>') || reader.symbol(i, '/') ||
                               reader.symbol(i, 0x203A) || reader.symbol(i, 0xBB) ||
                               reader.symbol(i, 0x2192);
-            steps += mark && reader.at(i)->spaceBefore && i > begin && i + 1 < end ? 1 : 0;
+            steps += mark && reader.token(i).spaceBefore && i > begin && i + 1 < end ? 1 : 0;
         }
         return steps >= kFewestSteps;
     }
@@ -99,7 +99,7 @@ private:
         if (end < begin + kReach || !reader.symbol(end - 1, ':'))
             return false;
         for (std::uint32_t i = end - kReach; i < end; ++i)
-            if (reader.at(i)->kind == TokenKind::Mail)
+            if (reader.token(i).kind == TokenKind::Mail)
                 return true;
         return false;
     }
@@ -128,7 +128,7 @@ private:
     }
 
     bool isCellBreak(const Reader &reader, std::uint32_t i) const {
-        if (reader.at(i)->kind != TokenKind::Symbol)
+        if (reader.token(i).kind != TokenKind::Symbol)
             return false;
         return reader.symbol(i, '|') || reader.symbol(i, '\t') || reader.symbol(i, 0x2022) ||
                isDoubleSlash(reader, i) || (m_separator != 0 && reader.symbol(i, m_separator));
@@ -267,14 +267,15 @@ private:
         for (std::uint32_t i = begin; i < end;) {
             const bool start = i == begin;
             const bool behindMark =
-                reader.at(i)->unspaced && !start && reader.at(i - 1)->kind == TokenKind::Symbol;
-            const bool mayStart =
-                start || behindMark ||
-                (reader.at(i)->spaceBefore && (reader.at(i)->capital || reader.symbol(i - 1, ';') ||
-                                               reader.symbol(i - 1, ','))) ||
-                reader.at(i)->kind == TokenKind::Symbol;
+                reader.token(i).unspaced && !start && reader.token(i - 1).kind == TokenKind::Symbol;
+            const bool mayStart = start || behindMark ||
+                                  (reader.token(i).spaceBefore &&
+                                   (reader.token(i).capital || reader.symbol(i - 1, ';') ||
+                                    reader.symbol(i - 1, ','))) ||
+                                  reader.token(i).kind == TokenKind::Symbol;
             // "OUT OF OFFICE: ..." names no place.
-            const bool goesOn = !start && reader.has(i - 1, Meaning::Of) && !reader.at(i)->unspaced;
+            const bool goesOn =
+                !start && reader.has(i - 1, Meaning::Of) && !reader.token(i).unspaced;
             const LabelMatch match = mayStart && !goesOn ? labelAt(reader, i, start) : LabelMatch{};
             // "Under 13 A: ..." heads no mail.
             if (match.label == Label::None || (match.label == Label::Mail && !start)) {

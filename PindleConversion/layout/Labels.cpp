@@ -68,7 +68,7 @@ LabelMatch markedLabel(const Reader &reader, std::uint32_t i, std::uint32_t end,
                        bool lineStart) {
     std::uint32_t j = end;
     // "日 = 4月1日"
-    if (reader.symbol(j, ':') || (lineStart && reader.symbol(j, '=') && reader.at(i)->unspaced))
+    if (reader.symbol(j, ':') || (lineStart && reader.symbol(j, '=') && reader.token(i).unspaced))
         return {settle(reader, label, j + 1, i), j + 1, end};
     // "When.... Saturday"
     if (lineStart && reader.symbol(j, '.') && reader.symbol(j + 1, '.')) {
@@ -101,14 +101,15 @@ LabelMatch bracketLabel(const Reader &reader, std::uint32_t open) {
 LabelMatch plainLabel(const Reader &reader, std::uint32_t i, std::uint32_t end, Label label,
                       bool lineStart) {
     // Where words are not spaced, a space behind the label is enough.
-    if (lineStart && reader.at(i)->unspaced && reader.at(end) && reader.at(end)->spaceBefore)
+    if (lineStart && reader.token(i).unspaced && reader.at(end) && reader.token(end).spaceBefore)
         return {label, end, end};
-    const bool picture = reader.at(i)->kind == TokenKind::Symbol && reader.at(i)->symbol > 0x2000;
+    const bool picture =
+        reader.token(i).kind == TokenKind::Symbol && reader.token(i).symbol > 0x2000;
     if (picture)
         return {label, end, end};
     // "Check-in 14 Aug", "Saída 17 ago" on lines of their own.
     constexpr std::uint32_t kShortestPlain = 4;
-    const Token &word = *reader.at(i);
+    const Token &word = reader.token(i);
     if (lineStart && (label == Label::Start || label == Label::End) && word.capital &&
         word.end - word.begin >= kShortestPlain && looksLikeMoment(reader, end))
         return {label, end, end};
@@ -177,10 +178,10 @@ LabelMatch labelAt(const Reader &reader, std::uint32_t i, bool lineStart) {
         return bracketLabel(reader, i);
     const Sense *sense = reader.sense(i, Meaning::LabelWord);
     // "Clinic: Brunnen 4" is labelled by its kind of place, "Town Hall: our bridge" is a heading.
-    const bool named = !lineStart && i > 0 && reader.word(i - 1) && reader.at(i - 1)->upper();
+    const bool named = !lineStart && i > 0 && reader.word(i - 1) && reader.token(i - 1).upper();
     if (!sense && !named && reader.has(i, Meaning::PlaceNoun) && reader.symbol(i + 1, ':') &&
         !looksLikeMoment(reader, i + 2) && reader.at(i + 2) &&
-        (reader.at(i + 2)->capital || reader.at(i + 2)->unspaced || !reader.word(i + 2)))
+        (reader.token(i + 2).capital || reader.token(i + 2).unspaced || !reader.word(i + 2)))
         return {Label::Place, i + 2, i + 1};
     if (!sense)
         return {};

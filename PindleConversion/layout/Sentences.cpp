@@ -8,7 +8,7 @@ namespace {
 bool isOrdinal(const Reader &reader, std::uint32_t i) {
     return reader.has(i, Meaning::OrdinalMark) &&
            (reader.has(i + 1, Meaning::Month) || reader.has(i + 1, Meaning::Weekday) ||
-            (reader.word(i + 1) && !reader.at(i + 1)->capital));
+            (reader.word(i + 1) && !reader.token(i + 1).capital));
 }
 
 /// "Lindenstr. 11": a number that nothing but a mark follows belongs to the name.
@@ -16,7 +16,7 @@ bool isHouse(const Reader &reader, std::uint32_t i) {
     const Token *next = reader.at(i + 2);
     const bool open = next && (next->kind != TokenKind::Symbol || next->symbol == ':' ||
                                next->symbol == '.' || next->symbol == '-');
-    return reader.at(i - 1)->capital && reader.number(i + 1, 1, 999, 3) && !open;
+    return reader.token(i - 1).capital && reader.number(i + 1, 1, 999, 3) && !open;
 }
 
 /// "der 5. Klassen", ", 2. Stock": the number belongs to the noun behind it.
@@ -32,7 +32,7 @@ bool isCountedNoun(const Reader &reader, std::uint32_t begin, std::uint32_t i) {
 }
 
 bool endsSentence(const Reader &reader, std::uint32_t begin, std::uint32_t i) {
-    if (reader.at(i)->kind != TokenKind::Symbol)
+    if (reader.token(i).kind != TokenKind::Symbol)
         return false;
     if (reader.symbol(i, '!') || reader.symbol(i, '?') || reader.symbol(i, kIdeographicStop))
         return true;
@@ -44,28 +44,28 @@ bool endsSentence(const Reader &reader, std::uint32_t begin, std::uint32_t i) {
                         reader.symbol(i - 2, '.') && reader.glued(i - 1) &&
                         reader.number(i - 3, 1, 31);
     if (dotted && reader.at(i + 1) &&
-        (reader.at(i + 1)->kind == TokenKind::Number || reader.symbol(i + 1, '-') ||
-         isShape(reader.at(i + 1)->symbol) || i == begin + 3))
+        (reader.token(i + 1).kind == TokenKind::Number || reader.symbol(i + 1, '-') ||
+         isShape(reader.token(i + 1).symbol) || i == begin + 3))
         return false;
     if (before.kind == TokenKind::Word && isHouse(reader, i))
         return false;
     if (before.kind != TokenKind::Word)
         return !isOrdinal(reader, i) && !isCountedNoun(reader, begin, i);
     // "Hall C." is no abbreviation.
-    if (before.end - before.begin == 1 && i > begin + 1 && reader.at(i - 1)->capital &&
+    if (before.end - before.begin == 1 && i > begin + 1 && reader.token(i - 1).capital &&
         reader.has(i - 2, Meaning::PlaceNoun))
         return true;
     // "à 11h. Spectacle à 13h"
     const bool hour = i > begin + 1 && reader.has(i - 1, Meaning::HourMark) &&
-                      reader.at(i - 2)->kind == TokenKind::Number && reader.word(i + 1) &&
-                      reader.at(i + 1)->capital;
+                      reader.token(i - 2).kind == TokenKind::Number && reader.word(i + 1) &&
+                      reader.token(i + 1).capital;
     if (hour)
         return true;
     if (before.end - before.begin == 1)
         // "at 5 p.m. Bring ..." ends one, "P.A. Day" does not.
         return i > begin + 2 && reader.symbol(i - 2, '.') && reader.at(i + 1) &&
-               reader.at(i + 1)->capital &&
-               (!reader.at(i - 1)->capital || reader.has(i - 3, Meaning::Meridiem));
+               reader.token(i + 1).capital &&
+               (!reader.token(i - 1).capital || reader.has(i - 3, Meaning::Meridiem));
     return !reader.has(i - 1, Meaning::Abbreviation);
 }
 

@@ -31,9 +31,9 @@ std::uint32_t afterMachineStamp(const Reader &reader, std::uint32_t i) {
     std::uint32_t end = hour + 5;
     const bool fraction = (reader.symbol(end, ',') || reader.symbol(end, '.')) &&
                           reader.glued(end) && reader.glued(end + 1) && reader.at(end + 1) &&
-                          reader.at(end + 1)->kind == TokenKind::Number;
+                          reader.token(end + 1).kind == TokenKind::Number;
     end += fraction ? 2 : 0;
-    const bool machine = fraction || reader.at(hour + 4)->number != 0;
+    const bool machine = fraction || reader.token(hour + 4).number != 0;
     return machine && reader.at(end) ? end : i;
 }
 
@@ -43,15 +43,15 @@ std::uint32_t speaker(const Reader &reader, std::uint32_t i) {
     std::uint32_t j = i;
     // "Coach Dan:"
     const bool titled =
-        reader.has(i, Meaning::Person) && reader.at(i)->capital &&
-        (reader.symbol(i + 1, ':') || (reader.word(i + 1) && reader.at(i + 1)->capital));
+        reader.has(i, Meaning::Person) && reader.token(i).capital &&
+        (reader.symbol(i + 1, ':') || (reader.word(i + 1) && reader.token(i + 1).capital));
     if (titled)
         j = reader.word(i + 1) ? i + 2 : i + 1;
     while (!titled && j < i + 4 && reader.word(j) &&
            (j == i ||
-            (reader.at(j)->unspaced ? reader.glued(j) : j < i + 2 && reader.at(j)->capital))) {
+            (reader.token(j).unspaced ? reader.glued(j) : j < i + 2 && reader.token(j).capital))) {
         // "りな": a sign of a name may be a particle elsewhere.
-        const bool sign = reader.at(j)->isOneSign() && (j > i || reader.word(j + 1));
+        const bool sign = reader.token(j).isOneSign() && (j > i || reader.word(j + 1));
         if (reader.has(j, Meaning::Event) || reader.has(j, Meaning::LabelWord) ||
             (!sign && (reader.has(j, Meaning::TitleLead) || reader.has(j, Meaning::TitleTail))))
             return kNoSpeaker;

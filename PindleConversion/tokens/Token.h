@@ -138,6 +138,10 @@ public:
     std::uint32_t end() const { return m_end; }
     const Document &document() const { return *m_document; }
     const Token *at(std::uint32_t i) const { return i < m_end ? &m_document->tokens[i] : nullptr; }
+    /// Token `i`; beyond the end one that is nothing.
+    const Token &token(std::uint32_t i) const {
+        return i < m_end ? m_document->tokens[i] : kNoToken;
+    }
     /// The longest sense of that meaning at token `i`, or null.
     const Sense *sense(std::uint32_t i, Meaning meaning) const {
         const Token *token = at(i);

@@ -132,6 +132,30 @@ Draft later(const std::string &text, int days) {
     return draftOf(text, "Europe/London", formatDay(day));
 }
 
+/// Where a text can be cut: before every character that follows a space or begins with several
+/// bytes.
+std::vector<std::size_t> cutsOf(const std::string &text) {
+    std::vector<std::size_t> cuts;
+    for (std::size_t i = 1; i < text.size(); ++i)
+        if (text[i - 1] == ' ' || text[i - 1] == '\n' ||
+            (static_cast<unsigned char>(text[i]) & 0xC0U) == 0xC0U)
+            cuts.push_back(i);
+    return cuts;
+}
+
+TEST(Conversion, aTextCutAnywhereIsAnswered) {
+    for (const Given &given : givenTexts()) {
+        const std::string_view text = given.text;
+        for (const std::size_t cut : cutsOf(given.text))
+            for (const auto part : {text.substr(0, cut), text.substr(cut)}) {
+                const Reply reply = convert({part, given.date, given.zone});
+                ASSERT_EQ(reply.draft.has_value(), reply.error.empty()) << part;
+                const std::size_t day = reply.draft ? given.date.size() : 0;
+                ASSERT_EQ(reply.draft.value_or(Draft{}).startDate.size(), day) << part;
+            }
+    }
+}
+
 TEST(Conversion, relativeDatesMoveWithTheReferenceDate) {
     for (const char *text : {"Dentist tomorrow at 9:30", "Lunch in 3 days at 12:30 at Rosa's",
                              "Call today 4pm", "übermorgen um halb acht Probe",
