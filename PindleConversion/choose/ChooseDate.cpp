@@ -56,8 +56,9 @@ std::optional<ResolvedDate> Chooser::inNamedWeek(std::size_t i) const {
 std::optional<ResolvedDate> Chooser::inNamedMonth(std::size_t i) const {
     DateMention day = m_found.dates[i];
     const bool bare = day.first.base == DateSpec::Base::DayOnly && !day.first.monthGiven &&
-                      day.first.month == 0 && !day.last && day.weak;
-    if (!bare || m_dates.empty())
+                      day.first.month == 0 && !day.last;
+    // "from 11 October, moved to the 25th"
+    if (!bare || m_dates.empty() || !(day.weak || roleOf(day.span.begin) == Role::MovedTo))
         return std::nullopt;
     const Dated &before = m_dates.back();
     const std::chrono::year_month_day named(before.date.last.value_or(before.date.first));
@@ -90,8 +91,11 @@ bool Chooser::explainsDays(const Dated &dated) const {
 }
 
 bool Chooser::hasTimeNear(std::uint32_t token) const {
+    const Field &field = fieldOf(token);
     return std::any_of(m_found.times.begin(), m_found.times.end(), [&](const auto &time) {
-        return m_document.sameSentence(time.span.begin, token) &&
+        const Field &other = fieldOf(time.span.begin);
+        return (m_document.sameSentence(time.span.begin, token) ||
+                (other.cell && field.cell && other.line == field.line)) &&
                roleOf(time.span.begin) != Role::Posted;
     });
 }
@@ -122,13 +126,14 @@ int Chooser::scoreDate(const Dated &dated, int index) {
         score -= 30;
     if (isDue(token))
         score -= 18;
+    const Role role = roleOf(token);
     if (dated.mention->first.base == DateSpec::Base::DayOnly && !dated.mention->first.monthGiven)
-        score -= isOnlyDay(dated) ? 12 : 40;
+        score -= role == Role::MovedTo || isOnlyDay(dated) ? 12 : 40;
     if (mayBeStreet(dated.mention->span))
         score -= 60;
     if (tellsOpeningHours(dated) || hasFirstDay(dated) || explainsDays(dated))
         score -= 45;
-    switch (roleOf(token)) {
+    switch (role) {
     case Role::Deadline:
         score -= 60;
         break;
@@ -170,6 +175,7 @@ bool Chooser::isOnlyDay(const Dated &dated) const {
     return std::none_of(m_dates.begin(), m_dates.end(), [&](const Dated &other) {
         return other.mention != dated.mention && !other.mention->weak && !isPast(other) &&
                other.mention->first.base != DateSpec::Base::DayOnly &&
+               other.mention->first.base != DateSpec::Base::Week &&
                roleOf(other.mention->span.begin) == Role::None;
     });
 }

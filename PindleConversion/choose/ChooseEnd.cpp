@@ -63,7 +63,8 @@ bool Chooser::endOnLaterDay() {
             return true;
         }
         if (at < m_choice.dateSpan.end || dated.date.first <= m_choice.start ||
-            dated.date.first > m_choice.start + kLongest || !(stay || tellsEnd(at)))
+            dated.date.first > m_choice.start + kLongest ||
+            !(stay || tellsEnd(at) || isDayOfEnd(dated)))
             continue;
         const TimeMention *time = timeBeside(dated);
         if (!time && isOpenUntil(dated))
@@ -77,6 +78,15 @@ bool Chooser::endOnLaterDay() {
         return true;
     }
     return endOfNamedRange();
+}
+
+bool Chooser::isDayOfEnd(const Dated &dated) const {
+    const std::uint32_t at = dated.mention->span.begin;
+    if (at == 0 || m_document.tokens[at - 1].symbol != '(')
+        return false;
+    return std::any_of(m_found.times.begin(), m_found.times.end(), [&](const TimeMention &time) {
+        return time.span.end == at - 1 && tellsEnd(time.span.begin);
+    });
 }
 
 bool Chooser::endOfNamedRange() {
@@ -227,10 +237,16 @@ bool Chooser::nothingBetween(TokenSpan first, TokenSpan second) const {
     return true;
 }
 
+bool Chooser::isBelowOrBeside(const Field &first, const Field &second) {
+    // "Porto 09:38 | Lisboa 12:22 | 05-07-2026"
+    const bool beside = second.line == first.line && first.cell && second.begin == first.end + 1;
+    return beside || second.line == first.line + 1;
+}
+
 bool Chooser::isArrival(const TimeMention &start, const TimeMention &next) const {
     return m_choice.kind == EventKind::Travel && !start.end && !next.end && next.start.sure &&
            next.start.minuteGiven && roleOf(next.span.begin) == Role::None &&
-           fieldOf(next.span.begin).line == fieldOf(start.span.begin).line + 1 &&
+           isBelowOrBeside(fieldOf(start.span.begin), fieldOf(next.span.begin)) &&
            next.start.hour * 60 + next.start.minute > start.start.hour * 60 + start.start.minute;
 }
 

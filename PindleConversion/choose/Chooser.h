@@ -200,6 +200,10 @@ private:
     bool endOnLaterDay();
     /// "Regatta 9-10 May. Racing starts 10am Sat": the range's last day ends it.
     bool endOfNamedRange();
+    /// "arrival 05:50 (Saturday)": the day in brackets is the end's.
+    bool isDayOfEnd(const Dated &dated) const;
+    /// The next line, or the next cell of the same one.
+    static bool isBelowOrBeside(const Field &first, const Field &second);
     bool tellsEnd(std::uint32_t token) const;
     /// "Opening on 3 October at 6pm. The exhibition runs until 29 November."
     bool isOpenUntil(const Dated &dated) const;

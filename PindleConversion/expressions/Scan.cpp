@@ -159,10 +159,10 @@ private:
                 }
         }
         m_afterDate = date.span.end;
-        // "18:30 Thursday, 45 min"
+        // "18:30 Thursday, 45 min", but "20h00 - samedi 27 avril, 8h00"
         constexpr std::uint32_t kClose = 1;
         if (m_afterTime <= date.span.begin && date.span.begin - m_afterTime <= kClose &&
-            reader.symbol(date.span.end, ','))
+            reader.symbol(date.span.end, ',') && !reader.has(m_afterTime, Meaning::RangeTo))
             m_length = date.span.end + 1;
         return date.span.end;
     }

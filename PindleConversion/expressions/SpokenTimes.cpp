@@ -207,8 +207,10 @@ std::uint32_t readMinutesBehind(const Reader &reader, std::uint32_t i, ClockSpec
     if (minutes.value < 5 || minutes.value % 5 != 0 ||
         reader.has(minutes.next, Meaning::HourMark) || reader.symbol(minutes.next, ':'))
         return i;
-    // "10 y 20" in digits are two numbers.
-    if (plus && reader.token(minutes.next - 1).kind == TokenKind::Number)
+    // "10 y 20" in digits are two numbers, "7 e 15 da manhã" is a time.
+    constexpr int kNoon = 12;
+    if (plus && reader.token(minutes.next - 1).kind == TokenKind::Number &&
+        !(minutes.value > kNoon && reader.has(minutes.next, Meaning::PartOfDay)))
         return i;
     addMinutes(clock, plus ? minutes.value : -minutes.value);
     return minutes.next;

@@ -84,8 +84,9 @@ std::uint32_t readPartBehind(const Reader &reader, std::uint32_t i, TimeMention 
     if (!part || (j == i && reader.has(i, Meaning::UnitWord)))
         return i;
     mention.part = static_cast<DayPart>(part->value);
-    // "tonight" and "this morning" also are dates; those are read as such.
-    return reader.has(j, Meaning::RelativeDay) ? i : j + part->length;
+    // "tonight" and "vrijdagavond" also are dates; those are read as such.
+    static constexpr Meanings kDays{Meaning::RelativeDay, Meaning::Weekday};
+    return reader.mayHave(j, kDays) ? i : j + part->length;
 }
 
 void setHalf(ClockSpec &clock, DayPart part) {
@@ -249,6 +250,13 @@ bool isBeforeDay(const Reader &reader, std::uint32_t i, std::uint32_t next,
            readDate(reader, reader.skip(next, Meaning::DateMarker));
 }
 
+/// "5.7. ◆ 17 h": behind a day so late an hour is none that is counted.
+bool isHourBehindDay(const Reader &reader, std::uint32_t next, const ClockSpec &start) {
+    constexpr int kLongestTold = 6;
+    return start.hour > kLongestTold && !start.sure && start.meridiem < 0 && !start.minuteGiven &&
+           reader.has(next, Meaning::HourMark) && reader.language(next).clock24;
+}
+
 bool isAccepted(const Reader &reader, const TimeMention &mention, std::uint32_t next, bool marked,
                 bool afterDate) {
     const ClockSpec &start = mention.start;
@@ -308,7 +316,8 @@ std::optional<TimeMention> readTime(const Reader &reader, std::uint32_t i, bool 
     mention.start = *start;
     mention.start.clock24 = reader.language(i).clock24;
     mention.marked = marked;
-    const bool stamp = isTimestamp(reader, i);
+    // "QX7T2M" is a code.
+    const bool stamp = start->minuteGiven && isTimestamp(reader, i);
     // "北京首都T3 — 09:45": the number of a terminal.
     if (!stamp && !start->sure && !start->minuteGiven && start->meridiem < 0 && i > 0 &&
         reader.glued(i) && reader.word(i - 1) && !reader.token(i - 1).unspaced)
@@ -320,6 +329,10 @@ std::optional<TimeMention> readTime(const Reader &reader, std::uint32_t i, bool 
     // "2 March 0820"
     if (afterDate && start->literal && reader.token(i).digits == 4)
         mention.start.sure = true;
+    if (afterDate && isHourBehindDay(reader, next, mention.start)) {
+        mention.start.sure = mention.start.literal = true;
+        next = reader.skip(next, Meaning::HourMark);
+    }
     const bool namesZone = !start->sure && reader.has(next, Meaning::ZoneAfterTime) &&
                            reader.token(next).capital && !reader.glued(next);
     // Timetables count hours to 24.
@@ -371,8 +384,10 @@ std::optional<TimeMention> readTime(const Reader &reader, std::uint32_t i, bool 
     if (lacksEnd(reader, i, mention) ||
         !isAccepted(reader, mention, zoned, marked, afterDate || listed))
         return std::nullopt;
-    // "24h à l'avance" counts hours.
-    const Sense *length = start->hourWord ? reader.sense(next, Meaning::NoDuration) : nullptr;
+    // "24h à l'avance" counts hours, "14 Uhr mit dem Hund" does not.
+    const Sense *length = start->hourWord && reader.has(next - 1, Meaning::UnitWord)
+                              ? reader.sense(next, Meaning::NoDuration)
+                              : nullptr;
     if (length && !mention.end && !start->minuteGiven && (length->length > 1 || start->hour == 24))
         return std::nullopt;
     mention.span = {stamp ? i - 1 : i, zoned};
