@@ -396,6 +396,9 @@ bool Chooser::hasFutureSense(std::uint32_t token) const {
         return true;
     if (isNarrated(chosen) || isLongPast(chosen) || isThisMorningsReport(chosen))
         return false;
+    // "Leave request approved: 22 Dec to 2 Jan": what was decided before the colon is to come.
+    if (token > field.begin && m_document.token(token - 1).symbol == ':')
+        return true;
     if (field.label != Label::None || (hasTimeNear(token) && !isToldWithTimes(field, token)) ||
         hasTimeAhead())
         return true;

@@ -266,6 +266,12 @@ std::optional<DateMention> readHoliday(const Reader &reader, std::uint32_t i) {
     if (holiday->note != 0) {
         result.first.base = DateSpec::Base::Easter;
         result.first.days = holiday->value;
+    } else if (holiday->value >= kNthHoliday) {
+        const int week = holiday->value / kNthHoliday;
+        result.first.base = DateSpec::Base::NthWeekday;
+        result.first.nth = week == kLastWeek ? -1 : week;
+        result.first.month = holiday->value % kNthHoliday / 100;
+        result.first.weekday = holiday->value % 100;
     } else {
         result.first.month = holiday->value / 100;
         result.first.day = holiday->value % 100;

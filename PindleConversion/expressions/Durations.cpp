@@ -47,6 +47,22 @@ int readFraction(const Reader &reader, std::uint32_t &i) {
     return share->value;
 }
 
+/// "1/2" of "3 1/2 hours", in minutes; `i` is behind it then.
+int readWrittenFraction(const Reader &reader, std::uint32_t &i) {
+    constexpr std::uint32_t kQuarters = 4;
+    constexpr int kHour = 60;
+    if (!reader.symbol(i + 1, '/') || !reader.number(i, 1, kQuarters - 1, 1) ||
+        !reader.number(i + 2, 2, kQuarters, 1))
+        return 0;
+    const Sense *unit = reader.sense(i + 3, Meaning::UnitWord);
+    const std::uint32_t share = reader.token(i).number;
+    const std::uint32_t whole = reader.token(i + 2).number;
+    if (!unit || unit->value != static_cast<int>(Unit::Hour) || share >= whole)
+        return 0;
+    i += 3;
+    return kHour * static_cast<int>(share) / static_cast<int>(whole);
+}
+
 std::optional<Part> readPart(const Reader &reader, std::uint32_t i) {
     std::uint32_t j = i;
     const auto count = readCount(reader, i, j);
@@ -57,12 +73,13 @@ std::optional<Part> readPart(const Reader &reader, std::uint32_t i) {
         reader.glued(j + 1) && reader.number(j + 1, 0, 9, 1)) {
         tenths = static_cast<int>(reader.token(j + 1).number);
         j += 2;
-    } else if (const Sense *half = reader.sense(j, Meaning::HalfBare); half && reader.glued(j)) {
-        // "一个半小时"
+    } else if (const Sense *half = reader.sense(j, Meaning::HalfBare);
+               half && (reader.glued(j) || !reader.word(j))) {
+        // "一个半小时", "2 ½ hours"
         tenths = 5;
         j += half->length;
     }
-    const int rest = readFraction(reader, j);
+    const int rest = readWrittenFraction(reader, j) + readFraction(reader, j);
     Part part;
     part.hyphen = reader.symbol(j, '-') && reader.glued(j) && reader.glued(j + 1);
     const Sense *unit = reader.sense(part.hyphen ? j + 1 : j, Meaning::UnitWord);

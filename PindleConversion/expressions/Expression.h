@@ -27,6 +27,7 @@ struct DateSpec {
     int weekday = 0; ///< 1 (Monday) to 7; with Calendar the day that the text claims
     int nth = 0;
     Which which = Which::Nearest;
+    int beside = 0; ///< 1 to 7: the next such weekday after the day; negative: the last before it
     int days = 0;   ///< added after all else
     int months = 0; ///< added after all else; with DayOnly and NthWeekday: from the current month
     bool monthGiven = false;           ///< `months` is meant: "this month", "next month"

@@ -51,6 +51,20 @@ std::uint32_t readWeekBehind(const Reader &reader, std::uint32_t i, DateSpec &sp
     return i;
 }
 
+/// "after Thanksgiving", "before Easter" at `i`: a holiday's name to count from.
+std::optional<DateMention> readHolidayBehind(const Reader &reader, std::uint32_t i, int &sign) {
+    const Sense *from = reader.sense(i, Meaning::From);
+    if (!from)
+        return std::nullopt;
+    const std::uint32_t name = reader.skip(i + from->length, Meaning::The);
+    auto date = reader.has(name, Meaning::Holiday) ? readHoliday(reader, name) : std::nullopt;
+    if (!date)
+        return std::nullopt;
+    sign = from->value == 1 ? -1 : 1;
+    date->weak = date->holiday = false;
+    return date;
+}
+
 std::optional<DateMention> readWeekday(const Reader &reader, std::uint32_t i) {
     const Qualifier qualifier = readQualifier(reader, i);
     const DayName day = readDayName(reader, qualifier.next, qualifier.next != i);
@@ -60,6 +74,12 @@ std::optional<DateMention> readWeekday(const Reader &reader, std::uint32_t i) {
     if (const Sense *holiday = reader.sense(qualifier.next, Meaning::Holiday);
         holiday && qualifier.next + holiday->length > day.next)
         return std::nullopt;
+    int sign = 0;
+    if (auto beside = readHolidayBehind(reader, day.next, sign); beside && !day.repeated) {
+        beside->span.begin = i;
+        beside->first.beside = sign * day.weekday;
+        return beside;
+    }
     DateMention result = mentionOf(i, day.next, Base::Weekday);
     result.first.weekday = day.weekday;
     result.first.which = qualifier.which;
@@ -157,6 +177,17 @@ std::optional<DateMention> readDistance(const Reader &reader, std::uint32_t i) {
     const Sense *ahead = reader.sense(i, Meaning::In);
     const std::uint32_t in = ahead ? i + ahead->length : i;
     auto amount = readAmount(reader, in);
+    int sign = 0;
+    // "the day after Christmas"
+    const std::uint32_t unit = amount ? amount->next : reader.skip(i, Meaning::The) + 1;
+    if (auto holiday = readHolidayBehind(reader, unit, sign)) {
+        const auto day = amount ? amount : readUnits(reader, unit - 1, 1);
+        if (!day)
+            return std::nullopt;
+        holiday->span.begin = i;
+        shift(holiday->first, *day, sign);
+        return holiday;
+    }
     if (!amount && ahead && ahead->value == 1)
         amount = readUnits(reader, in, 1);
     if (!amount || reader.has(i, Meaning::Period))
@@ -172,7 +203,8 @@ std::optional<DateMention> readDistance(const Reader &reader, std::uint32_t i) {
         return std::nullopt;
     if (in != i)
         return fromAmount(reader, i, *amount, 1, next);
-    next = reader.skip(next, Meaning::From);
+    if (const Sense *from = reader.sense(next, Meaning::From); from && from->value == 0)
+        next += from->length;
     std::optional<DateMention> base;
     if (const Sense *day = reader.sense(next, Meaning::RelativeDay)) {
         base = mentionOf(next, next + day->length, Base::Today);

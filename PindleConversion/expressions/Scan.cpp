@@ -256,13 +256,19 @@ private:
         return m_document.sameSentence(m_found.dates.back().span.begin, i);
     }
 
-    /// "still on for tomorrow? 7 at mine": an hour and a place behind a day.
+    /// "still on for tomorrow? 7 at mine", "... moved to Saturday. 11 to 4 at the park": hours and
+    /// a place behind a day.
     bool opensWithHour(const Reader &reader, std::uint32_t i, const Field &field) const {
         if (m_found.dates.empty() || i <= field.begin || !reader.number(i, 1, 12) ||
             m_document.sameSentence(i - 1, i))
             return false;
-        const Sense *place = reader.sense(i + 1, Meaning::PlaceMarker);
-        return place && place->value == 1;
+        const Sense *to = reader.sense(i + 1, Meaning::RangeTo);
+        const std::uint32_t last = to ? i + 1 + to->length : i;
+        const std::uint32_t next = last + 1;
+        const Sense *place = reader.sense(next, Meaning::PlaceMarker);
+        return (place && place->value == 1) ||
+               (last > i && reader.number(last, 1, 12) &&
+                (!reader.at(next) || reader.symbol(next, ',') || reader.symbol(next, '.')));
     }
 
     std::uint32_t time(const Reader &reader, std::uint32_t i, const Field &field) {

@@ -158,6 +158,19 @@ void addMinutes(ClockSpec &clock, int minutes) {
 
 } // namespace
 
+namespace {
+
+/// "10a Sat", but "room 10a Sat"; `i` is the letter.
+bool isBesideDay(const Reader &reader, std::uint32_t i) {
+    static constexpr Meanings kDays{Meaning::Weekday, Meaning::WeakWeekday, Meaning::RelativeDay};
+    static constexpr Meanings kNumbered{Meaning::PlaceNoun, Meaning::StreetWord,
+                                        Meaning::LabelWord};
+    return reader.mayHave(reader.skip(i + 1, Meaning::DateMarker), kDays) &&
+           !(i > 1 && reader.mayHave(i - 2, kNumbered));
+}
+
+} // namespace
+
 /// "pm", "a.m." behind the digits.
 std::uint32_t readMeridiem(const Reader &reader, std::uint32_t i, ClockSpec &clock) {
     const Sense *sense = reader.sense(i, Meaning::Meridiem);
@@ -169,7 +182,7 @@ std::uint32_t readMeridiem(const Reader &reader, std::uint32_t i, ClockSpec &clo
         if (!reader.glued(i) || (reader.word(i + 1) && reader.glued(i + 1)))
             return i;
         clock.meridiem = sense->value - kLetter;
-        clock.sure = clock.sure || clock.minuteGiven;
+        clock.sure = clock.sure || clock.minuteGiven || isBesideDay(reader, i);
         return i + sense->length;
     }
     // "at 5 am I" would be an odd time; "am" needs to stand close or end the thought.

@@ -27,7 +27,8 @@ enum class Meaning : std::uint8_t {
     Period,        ///< "next week" in one phrase; value: `Which` * 16 + `Unit`
     In,            ///< "in" before an amount of time
     FromNow,       ///< behind an amount of time, counting from today
-    From,          ///< behind an amount of time, counting from the date that follows
+    From,          ///< behind an amount of time or a weekday, counting from the date that follows;
+                   ///< value 1: back from a holiday: "before"
     Ago,           ///< behind an amount of time, counting back
     Of,            ///< between ordinal and month
     The,           ///< an article
@@ -40,7 +41,8 @@ enum class Meaning : std::uint8_t {
     MonthMark,     ///< behind the digits of a month
     DayMark,       ///< behind the digits of a day
     Era,           ///< before the year of an era; value: the year before its first
-    Holiday,       ///< value: month * 100 + day; with a note: days from Easter Sunday
+    Holiday,       ///< value: month * 100 + day; with a note: days from Easter Sunday; from
+                   ///< `kNthHoliday` on: that times the week + month * 100 + weekday
     HalfPast,      ///< minutes past, value
     HalfBare,      ///< "half" directly before the hour it follows
     TowardsHour,   ///< minutes of the hour before the one named: "halb acht"; value
@@ -106,6 +108,11 @@ enum class Meaning : std::uint8_t {
     Counter,       ///< behind digits that are no time; value 0: they count something ("2名"), 1:
                    ///< they are its number ("0633次")
 };
+
+/// Parts the week of a holiday such as "the fourth Thursday of November" from month and weekday;
+/// the last week of a month counts as `kLastWeek`.
+inline constexpr int kNthHoliday = 2000;
+inline constexpr int kLastWeek = 6;
 
 inline constexpr std::size_t kMeanings = static_cast<std::size_t>(Meaning::Counter) + 1;
 

@@ -1,5 +1,7 @@
 #include "PindleConversion/resolve/Resolve.h"
 
+#include <cstdlib>
+
 namespace pindle::conversion {
 
 namespace {
@@ -205,9 +207,19 @@ std::optional<Day> base(const DateSpec &spec, const Reference &reference, Day fr
     return std::nullopt;
 }
 
+/// "the Monday after", "the Friday before": a weekday beside a day that has a name.
+Day besideDay(Day day, int beside) {
+    const int ahead = (std::abs(beside) - weekdayOf(day) + kDaysInWeek) % kDaysInWeek;
+    if (beside > 0)
+        return day + days(ahead == 0 ? kDaysInWeek : ahead);
+    return day - days(kDaysInWeek - ahead);
+}
+
 std::optional<Day> settle(const DateSpec &spec, const Reference &reference, Day from,
                           bool &orderAssumed) {
     auto day = base(spec, reference, from, orderAssumed);
+    if (day && spec.beside != 0)
+        return besideDay(*day, spec.beside);
     if (!day || spec.base == Base::Easter || spec.base == Base::Week)
         return day;
     const bool monthsMeant =

@@ -166,6 +166,17 @@ private:
         m_file.entries.push_back(std::move(entry));
     }
 
+    /// "4/4/11", "-1/1/5": which weekday of which month.
+    int nthHoliday(std::string_view value) const {
+        const auto parts = split(value, '/');
+        const auto nth = parts.size() == 3 ? number(parts[0]) : std::nullopt;
+        const auto weekday = nth ? number(parts[1]) : std::nullopt;
+        const auto month = weekday ? number(parts[2]) : std::nullopt;
+        if (!month || *nth >= kLastWeek || *nth < -1 || *nth == 0)
+            fail("no week/weekday/month before '='");
+        return (*nth < 0 ? kLastWeek : *nth) * kNthHoliday + *month * 100 + *weekday;
+    }
+
     void readValue(LexiconEntry &entry, std::string_view value) const {
         constexpr std::string_view easter = "easter";
         const Values values = m_table->values;
@@ -178,6 +189,10 @@ private:
             value.remove_prefix(easter.size());
             if (value.starts_with('+'))
                 value.remove_prefix(1);
+        }
+        if (values == Values::Holiday && value.find('/') != std::string_view::npos) {
+            entry.value = nthHoliday(value);
+            return;
         }
         if (value.empty() && (values == Values::Number || values == Values::None))
             return;

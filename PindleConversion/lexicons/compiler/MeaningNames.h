@@ -18,7 +18,7 @@ enum class Values : std::uint8_t {
     Role,
     Which,
     Period, ///< "next-week"
-    Holiday ///< 1225, or "easter+1"
+    Holiday ///< 1225, "easter+1", or "4/4/11": the fourth Thursday of November, "-1/1/5"
 };
 
 struct TableKind {
