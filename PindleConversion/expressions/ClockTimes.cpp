@@ -63,6 +63,9 @@ bool isCommaTime(const Reader &reader, std::uint32_t i) {
     constexpr std::uint32_t kLongestTold = 6; ///< hours; "1,25 h" is a length
     if (reader.has(next, Meaning::HourMark) && reader.token(i - 1).number > kLongestTold)
         return true;
+    const Field &field = reader.document().fields[reader.token(i - 1).field];
+    if (field.label == Label::Time && field.begin == i - 1)
+        return true;
     if (!isBehindTimeMarker(reader, i - 1))
         return false;
     if (isHourWord(reader, i - 1))

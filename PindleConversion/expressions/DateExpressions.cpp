@@ -258,6 +258,18 @@ bool speaksOfMoving(const Reader &reader, std::uint32_t i, bool roles) {
     return false;
 }
 
+/// "4月8日から4月10日14時に変更": a word behind a range tells that the event moves to its end.
+bool movesToEnd(const Reader &reader, std::uint32_t end) {
+    constexpr std::uint32_t kReach = 10;
+    for (std::uint32_t k = end; k < end + kReach && reader.at(k); ++k) {
+        if (!reader.document().sameSentence(k, end))
+            return false;
+        if (const Sense *role = reader.sense(k, Meaning::RoleBehind))
+            return role->value == static_cast<int>(Role::MovedTo);
+    }
+    return false;
+}
+
 /// "3/20〜22", "3/20(金)〜22(日)": the month is said once. Sets the last day of `date`.
 bool readSameMonth(const Reader &reader, std::uint32_t i, DateMention &date) {
     DateSpec first = date.first;
@@ -324,6 +336,12 @@ bool readRangeEnd(const Reader &reader, DateMention &date) {
     if ((date.first.base == Base::Weekday || from) && to && reader.word(i) &&
         reader.document().tokens[i].end - reader.document().tokens[i].begin <= 2 &&
         speaksOfMoving(reader, date.span.begin, !from)) {
+        last->span.begin = date.span.begin;
+        date = *last;
+        return false;
+    }
+    if (to && reader.token(i).unspaced && movesToEnd(reader, last->span.end)) {
+        share(date.first, last->first);
         last->span.begin = date.span.begin;
         date = *last;
         return false;

@@ -92,10 +92,10 @@ private:
         m_roleEnd = i + sense.length;
     }
 
-    /// "原4/15": a lone sign says what a date is only right before it.
+    /// "原4/15", "del 4 al 15": a lone sign or particle says what a date is only right before it.
     static bool mayBeRole(const Reader &reader, std::uint32_t i, const Sense &role) {
-        const Token &token = reader.token(i);
-        return role.length > 1 || !token.isOneSign() || mayStartDate(reader, i + 1);
+        const bool little = reader.token(i).isOneSign() || reader.has(i, Meaning::Of);
+        return role.length > 1 || !little || mayStartDate(reader, i + 1);
     }
 
     /// Behind the number of an account or telephone at `i`, or behind figures that no word

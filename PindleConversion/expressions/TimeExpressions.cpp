@@ -174,6 +174,11 @@ std::optional<End> readEnd(const Reader &reader, std::uint32_t i, bool between) 
         (!mayFollowBare(reader, end.next, true) ||
          reader.has(comma ? reader.skipSymbol(end.next, ',') : end.next, Meaning::StreetWord)))
         return std::nullopt;
+    // "15時から16時に変更"
+    const Sense *role =
+        reader.token(i).unspaced ? reader.sense(end.next, Meaning::RoleBehind) : nullptr;
+    if (role && role->value == static_cast<int>(Role::MovedTo))
+        return std::nullopt;
     end.clock = *clock;
     return end;
 }

@@ -74,6 +74,7 @@ LabelMatch markedLabel(const Reader &reader, std::uint32_t i, std::uint32_t end,
     if (lineStart && reader.symbol(j, '.') && reader.symbol(j + 1, '.')) {
         while (reader.symbol(j, '.'))
             ++j;
+        j = reader.skipSymbol(j, ':');
         return {settle(reader, label, j, i), j, end};
     }
     if (lineStart && reader.symbol(j, '-') && !reader.glued(j) && !reader.glued(j + 1) &&
@@ -97,6 +98,20 @@ LabelMatch bracketLabel(const Reader &reader, std::uint32_t open) {
     return {settle(reader, label, content, open + 1), content, close};
 }
 
+/// "aankomst", "vertrek": each may be the start or the end.
+bool opensStay(const Reader &reader, std::uint32_t i) {
+    bool start = false;
+    bool end = false;
+    const Token &token = reader.token(i);
+    for (std::uint32_t s = token.firstSense; s < token.firstSense + token.senses; ++s) {
+        const Sense &sense = reader.document().senses[s];
+        const bool label = sense.meaning == Meaning::LabelWord;
+        start = start || (label && sense.value == static_cast<int>(Label::Start));
+        end = end || (label && sense.value == static_cast<int>(Label::End));
+    }
+    return start && end;
+}
+
 /// A label that nothing but a space ends.
 LabelMatch plainLabel(const Reader &reader, std::uint32_t i, std::uint32_t end, Label label,
                       bool lineStart) {
@@ -110,8 +125,9 @@ LabelMatch plainLabel(const Reader &reader, std::uint32_t i, std::uint32_t end, 
     // "Check-in 14 Aug", "Saída 17 ago" on lines of their own.
     constexpr std::uint32_t kShortestPlain = 4;
     const Token &word = reader.token(i);
-    if (lineStart && (label == Label::Start || label == Label::End) && word.capital &&
-        word.end - word.begin >= kShortestPlain && looksLikeMoment(reader, end))
+    if (lineStart && (label == Label::Start || label == Label::End) &&
+        (word.capital || opensStay(reader, i)) && word.end - word.begin >= kShortestPlain &&
+        looksLikeMoment(reader, end))
         return {label, end, end};
     // "When Thu 26 March", and then "Where Room 7".
     if (lineStart && word.capital && label == Label::When && !reader.has(i, Meaning::Event) &&
