@@ -158,6 +158,9 @@ int Chooser::scoreDate(const Dated &dated, int index) {
     if (dated.date.first < m_reference.today &&
         !(dated.date.last && *dated.date.last >= m_reference.today))
         score -= 200;
+    // "We met on 3 March, and it is done on the 24th": no day of the next year.
+    else if (isLongPast(dated))
+        score -= 200;
     else if (speaksOfPast(token))
         score -= 15;
     if (dated.mention->holiday)
@@ -236,11 +239,11 @@ bool Chooser::isLongPast(const Dated &dated) const {
     constexpr auto kFar = std::chrono::days(180);
     constexpr auto kJustOver = std::chrono::days(275);
     const std::uint32_t token = dated.mention->span.begin;
-    if (dated.date.yearGiven || dated.mention->first.base != DateSpec::Base::Calendar ||
-        roleOf(token) == Role::MovedTo)
+    if (dated.date.first <= m_reference.today + kFar || dated.date.yearGiven ||
+        dated.mention->first.base != DateSpec::Base::Calendar || roleOf(token) == Role::MovedTo)
         return false;
     // "On 3 April the committee elected a new chair": the verb may follow a day just over.
-    return (dated.date.first > m_reference.today + kFar && toldInPast(fieldOf(token), token)) ||
+    return toldInPast(fieldOf(token), token) ||
            (dated.date.first > m_reference.today + kJustOver && isReport(token));
 }
 

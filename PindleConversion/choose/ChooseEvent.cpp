@@ -31,6 +31,8 @@ void Chooser::noteOtherFields() {
     if (m_dates.size() < 2 || m_choice.dateSpan.empty())
         return;
     const auto field = [&](TokenSpan span) { return m_document.tokens[span.begin].field; };
+    // "24 Sept - Fauré" above "22 Oct - Mozart"
+    const auto opensField = [&](std::uint32_t at) { return fieldOf(at).begin == at; };
     for (const Dated &other : m_dates) {
         const std::uint32_t own = field(other.mention->span);
         const bool mine = own == field(m_choice.dateSpan) ||
@@ -38,7 +40,9 @@ void Chooser::noteOtherFields() {
                           (!m_choice.endSpan.empty() && own == field(m_choice.endSpan));
         const bool same = other.date.first == m_choice.start || other.date.first == m_choice.last;
         if (!mine && !same && !other.mention->weak && !other.mention->repeated &&
-            other.date.first >= m_reference.today && hasTimeNear(other.mention->span.begin))
+            other.date.first >= m_reference.today &&
+            (hasTimeNear(other.mention->span.begin) ||
+             (opensField(other.mention->span.begin) && opensField(m_choice.dateSpan.begin))))
             m_choice.otherFields.push_back(own);
     }
 }

@@ -75,7 +75,8 @@ bool Chooser::isListed(TokenSpan a, TokenSpan b) const {
         return false;
     const Reader reader(m_document, last.begin);
     for (std::uint32_t i = first.end; i < last.begin; ++i)
-        if (!m_document.tokens[i].used && !reader.symbol(i, ',') && !reader.has(i, Meaning::And))
+        if (!m_document.tokens[i].used && !reader.symbol(i, ',') && !reader.has(i, Meaning::And) &&
+            !reader.has(i, Meaning::Or))
             return false;
     return true;
 }
@@ -261,6 +262,13 @@ TimeMention Chooser::inHalf(const TimeMention &time) const {
     return result;
 }
 
+bool Chooser::isPartOfPlace(const Reader &reader, std::uint32_t i, const Sense &event) {
+    const std::uint32_t next = i + event.length;
+    // "Ferry Terminal" is where one travels from.
+    return reader.token(i).upper() && reader.token(next).upper() &&
+           reader.has(next, Meaning::PlaceNoun) && !reader.has(i, Meaning::PlaceNoun);
+}
+
 EventKind Chooser::eventKind() const {
     EventKind best = EventKind::None;
     int bestScore = -1;
@@ -277,6 +285,9 @@ EventKind Chooser::eventKind() const {
         // "swim gala" is no "gala".
         const Sense *event = i < covered ? nullptr : reader.sense(i, Meaning::Event);
         if (!event || m_document.fields[m_document.tokens[i].field].ignored)
+            continue;
+        // "at the Railway Club", "Coach House": a place's name.
+        if (event->value == static_cast<int>(EventKind::Travel) && isPartOfPlace(reader, i, *event))
             continue;
         // "farewell lunch" is a lunch.
         const bool head = i == covered && i > low && !m_document.tokens[i].unspaced;

@@ -118,7 +118,12 @@ bool Surroundings::sentenceHas(std::uint32_t token, Meaning meaning) const {
 }
 
 bool Surroundings::isPastVerb(const Reader &reader, std::uint32_t i) {
-    return reader.has(i, Meaning::PastVerb) &&
+    if (!reader.has(i, Meaning::PastVerb))
+        return false;
+    // "24 Sept - Lost Railways of the Marches": a name.
+    const bool named = i > 0 && reader.token(i).upper() && reader.symbol(i - 1, '-') &&
+                       reader.token(i - 1).spaceBefore;
+    return !named &&
            !(i > 0 && (reader.has(i - 1, Meaning::PresentVerb) || reader.has(i - 1, Meaning::The)));
 }
 

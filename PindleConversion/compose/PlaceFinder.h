@@ -144,6 +144,9 @@ private:
     // PlacePieces.cpp
     /// The parts between commas, dashes and values behind the date: one may be the place.
     void pieces(const Reader &reader, std::uint32_t f, TokenSpan part);
+    /// "Autumn talks (all 7.30pm, Corn Exchange)" above a list of days tells time and place of
+    /// each.
+    bool isTimedHeading(std::uint32_t f) const;
     /// ", salle des fêtes de Sens," before the date.
     void pieceBefore(const Reader &reader, TokenSpan part);
     /// "village hall as ever", "The Fox & Anchor yeah": where the name is over.

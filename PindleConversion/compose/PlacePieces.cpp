@@ -12,22 +12,24 @@ constexpr int kOwnLine = 26; ///< more for a place that has the line below the d
 
 void PlaceFinder::pieces(const Reader &reader, std::uint32_t f, TokenSpan part) {
     const Field &field = m_document.fields[f];
-    if (f < m_anchorField && !field.cell) {
+    const bool timed = isTimedHeading(f);
+    if (f < m_anchorField && !field.cell && !timed) {
         behindDash(reader, field);
         return venueAbove(reader, f);
     }
+    const std::uint32_t moment = timed ? m_choice.timeSpan.begin : m_choice.anchor();
     std::uint32_t begin = part.begin;
     const bool later = f > m_anchorField || (field.cell && f != 0);
     for (std::uint32_t i = part.begin; i <= part.end; ++i) {
         const bool space = i < part.end && i > begin && startsUnspaced(reader, i);
-        if (space && !token(i).used && (later || begin > m_choice.anchor())) {
+        if (space && !token(i).used && (later || begin > moment)) {
             begin = std::max(piece(reader, f, begin, i), i);
             continue;
         }
         const bool mark = i == part.end || token(i).used || isBreak(reader, i) || space;
         if (!mark)
             continue;
-        if (i > begin && (later || begin > m_choice.anchor()))
+        if (i > begin && (later || begin > moment))
             begin = piece(reader, f, begin, i);
         else if (i > begin + 1 && reader.symbol(i, ',') && begin > field.begin)
             pieceBefore(reader, {begin, i});
@@ -35,6 +37,11 @@ void PlaceFinder::pieces(const Reader &reader, std::uint32_t f, TokenSpan part) 
             continue;
         begin = space ? i : i + 1;
     }
+}
+
+bool PlaceFinder::isTimedHeading(std::uint32_t f) const {
+    return f < m_anchorField && !m_choice.timeSpan.empty() && m_choice.kind != EventKind::Travel &&
+           token(m_choice.timeSpan.begin).field == f;
 }
 
 void PlaceFinder::pieceBefore(const Reader &reader, TokenSpan part) {
@@ -296,8 +303,9 @@ bool PlaceFinder::refusesPart(const Reader &reader, TokenSpan part) const {
            (reader.has(begin, Meaning::PlaceStop) && !token(begin).upper()) ||
            reader.has(begin + 2, Meaning::Counter) || token(begin).kind == TokenKind::Link ||
            namesSeat(reader, part) || isCounted(reader, begin) || isArrival(reader, begin) ||
-           reader.symbol(part.end, ':') || isAnnounced(reader, begin) ||
-           tellsSeat(reader, begin, part.end);
+           (reader.symbol(part.end, ':') &&
+            !(part.end + 1 == reader.end() && isTimedHeading(token(begin).field))) ||
+           isAnnounced(reader, begin) || tellsSeat(reader, begin, part.end);
 }
 
 bool PlaceFinder::isTradeOfPlace(const Reader &reader, TokenSpan part) {
@@ -343,7 +351,8 @@ void PlaceFinder::offerPart(const Reader &reader, const Field &field, TokenSpan 
     const bool kind =
         shape.noun && (shape.title || shape.words <= 4 || reader.has(begin, Meaning::PlaceNoun));
     const bool sameLine =
-        field.line == m_document.fields[m_anchorField].line &&
+        (field.line == m_document.fields[m_anchorField].line ||
+         isTimedHeading(token(begin).field)) &&
         (field.cell || m_document.sameSentence(begin, m_choice.anchor()) ||
          (!m_choice.timeSpan.empty() && m_document.sameSentence(begin, m_choice.timeSpan.begin)));
     const bool nextLine = field.line == m_momentLine + 1 || isBelowEnd(field) ||

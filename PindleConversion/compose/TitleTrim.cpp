@@ -104,6 +104,14 @@ TokenSpan TitleParts::trimBack(TokenSpan span) const {
     if (isEdgeMark(token(last)) || token(last).symbol == '(' || token(last).symbol == '[' ||
         isUnopened(span, last))
         return {span.begin, last};
+    // "Autumn talks (all 7.30pm)": what is left of an aside.
+    constexpr std::uint32_t kLongestAside = 3;
+    for (std::uint32_t i = last; i > span.begin && last - i < kLongestAside; --i) {
+        if (token(i).symbol == ')')
+            break;
+        if (token(i).symbol == '(')
+            return {span.begin, i};
+    }
     constexpr std::uint32_t kLongestTail = 4;
     const Reader reader(m_document, span.end);
     // "Check in" is whole.

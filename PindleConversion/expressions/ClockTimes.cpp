@@ -86,12 +86,26 @@ bool isCommaTime(const Reader &reader, std::uint32_t i) {
     return reader.token(i + 1).number % step == 0 && (ends || goesOn);
 }
 
+/// "09 : 20 am": spaces around the colon; without "am" it may be a score.
+bool readSpacedMinutes(const Reader &reader, std::uint32_t &i, ClockSpec &clock) {
+    const bool half = reader.has(i + 2, Meaning::Meridiem);
+    if (!reader.symbol(i, ':') || !(half || (!reader.glued(i) && reader.token(i - 1).digits == 2)))
+        return false;
+    clock.minute = static_cast<int>(reader.token(i + 1).number);
+    clock.minuteGiven = true;
+    clock.sure = half;
+    i += 2;
+    return true;
+}
+
 /// The minutes behind the hour: ":30", ".30", "h30"; `i` is behind them then.
 bool readMinutes(const Reader &reader, std::uint32_t &i, ClockSpec &clock) {
     const Token *minutes = reader.at(i + 1);
     if (!minutes || minutes->kind != TokenKind::Number || minutes->digits != 2 ||
-        minutes->number > 59 || !reader.glued(i) || !reader.glued(i + 1))
+        minutes->number > 59)
         return false;
+    if (!reader.glued(i) || !reader.glued(i + 1))
+        return readSpacedMinutes(reader, i, clock);
     const bool comma = isCommaTime(reader, i);
     const bool colon = reader.symbol(i, ':') || comma;
     const bool hour = reader.has(i, Meaning::HourMark);

@@ -44,6 +44,10 @@ bool isCertainWeekday(const Reader &reader, std::uint32_t i, std::uint32_t next)
     // "ferry 9:20 sat, lunch in Cowes"
     if (i > 0 && reader.document().tokens[i - 1].used && !reader.glued(i) && !reader.word(next))
         return true;
+    // "8am Sat from Dawson's"
+    if (i > 0 && word.end - word.begin > kShort && reader.has(i - 1, Meaning::Meridiem) &&
+        reader.document().tokens[i - 1].used && reader.has(next, Meaning::PlaceMarker))
+        return true;
     const bool announced = i > 0 && reader.has(i - 1, Meaning::DateMarker);
     // "quinta que vem"
     if (const Sense *behind = reader.sense(next, Meaning::Behind); behind && behind->length > 1)

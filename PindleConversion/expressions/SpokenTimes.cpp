@@ -20,6 +20,12 @@ SmallNumber readSmall(const Reader &reader, std::uint32_t i, int most) {
     return {word->value, i + word->length};
 }
 
+/// "half 7:30": the minutes stand behind the hour. "quarter past nine: ..." goes on.
+bool isWrittenOut(const Reader &reader, std::uint32_t next) {
+    return reader.symbol(next, ':') && reader.glued(next) && reader.glued(next + 1) &&
+           reader.number(next + 1, 0, 59);
+}
+
 int mostHours(const Reader &reader, std::uint32_t i) {
     return reader.language(i).clock24 ? 24 : 12;
 }
@@ -27,7 +33,7 @@ int mostHours(const Reader &reader, std::uint32_t i) {
 std::optional<ClockSpec> finishWords(const Reader &reader, std::uint32_t hourAt, int minute,
                                      bool down, std::uint32_t &next) {
     const SmallNumber hour = readSmall(reader, hourAt, mostHours(reader, hourAt));
-    if (hour.value == 0 || (reader.symbol(hour.next, ':') && reader.glued(hour.next)))
+    if (hour.value == 0 || isWrittenOut(reader, hour.next))
         return std::nullopt;
     ClockSpec clock;
     clock.hour = hour.value;
@@ -122,7 +128,7 @@ std::optional<ClockSpec> readTowards(const Reader &reader, std::uint32_t i, std:
     if (!towards)
         return std::nullopt;
     const SmallNumber hour = readSmall(reader, j + towards->length, mostHours(reader, j));
-    if (hour.value == 0 || (reader.symbol(hour.next, ':') && reader.glued(hour.next)))
+    if (hour.value == 0 || isWrittenOut(reader, hour.next))
         return std::nullopt;
     ClockSpec clock;
     const int total = hour.value * 60 - 60 + towards->value + shift;

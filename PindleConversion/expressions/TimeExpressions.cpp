@@ -284,9 +284,10 @@ bool isAccepted(const Reader &reader, const TimeMention &mention, std::uint32_t 
     if (start.minuteGiven && start.minute % 5 == 0 && reader.has(next, Meaning::DateMarker) &&
         readDate(reader, reader.skip(next, Meaning::DateMarker)))
         return true;
-    // "07.09. 15.30 wg. Vertrag"
+    // "07.09. 15.30 wg. Vertrag", "11.12.25 19.00 scout hut"
     if (afterDate && start.minuteGiven && start.minute % 5 == 0 && reader.word(next) &&
-        !reader.glued(next) && !reader.has(next, Meaning::UnitWord) && start.clock24)
+        !reader.glued(next) && !reader.has(next, Meaning::UnitWord) &&
+        (start.clock24 || !reader.has(next, Meaning::Measure)))
         return true;
     // "the 12.30 ceremony"
     if (start.minuteGiven && start.minute % 5 == 0 && reader.has(next, Meaning::Event) &&

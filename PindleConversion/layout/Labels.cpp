@@ -221,8 +221,10 @@ LabelMatch labelAt(const Reader &reader, std::uint32_t i, bool lineStart) {
 
 Label wholeLabel(const Reader &reader, std::uint32_t begin) {
     const Sense *sense = reader.sense(begin, Meaning::LabelWord);
-    return sense && begin + sense->length == reader.end() ? static_cast<Label>(sense->value)
-                                                          : Label::None;
+    // "Booking No."
+    return sense && reader.skipSymbol(begin + sense->length, '.') == reader.end()
+               ? static_cast<Label>(sense->value)
+               : Label::None;
 }
 
 void settleLabels(Document &document) {

@@ -65,6 +65,7 @@ enum class Meaning : std::uint8_t {
     RangeTo,       ///< between start and end; value 1: of times only
     RangeFrom,     ///< before start and end
     And,           ///< joins two things
+    Or,            ///< between two things of which one is chosen
     Connector,     ///< may follow a bare hour
     Zone,          ///< note: identifiers; the user's own if listed, else the first
     ZoneAfterTime, ///< as Zone, but only behind a clock time; value 1: only in capitals

@@ -101,6 +101,7 @@ constexpr TableKind kTableKinds[] = {
     {"moving", Meaning::Moving, Values::Number},
     {"habit", Meaning::Habit, Values::Number},
     {"measure", Meaning::Measure, Values::Number},
+    {"or", Meaning::Or, Values::None},
     {"counter", Meaning::Counter, Values::Number},
     {"zone-abbreviation", Meaning::ZoneAfterTime, Values::Note},
     {"zone-in-capitals", Meaning::ZoneAfterTime, Values::Note, 1},
