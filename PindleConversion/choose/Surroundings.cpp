@@ -30,8 +30,9 @@ Role Surroundings::saidRole(std::uint32_t token) const {
         return Role::End;
     Role role = Role::None;
     for (const RoleMention &mention : m_found.roles) {
+        // "雨天の場合は4日に順延" tells of another day than the event's.
         if (mention.behind && standsBehind(mention.token, token))
-            return mention.role;
+            return role == Role::Posted ? role : mention.role;
         if (mention.token >= token || mention.behind)
             continue;
         if (m_document.sameSentence(mention.token, token) && !cutOff(mention, token))

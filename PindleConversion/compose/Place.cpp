@@ -9,7 +9,7 @@ namespace pindle::conversion {
 namespace {
 
 constexpr int kLeastScore = 20;
-constexpr int kAside = 35;                  ///< less for a place that something else happens at
+constexpr int kAside = 45;                  ///< less for a place that something else happens at
 constexpr int kOfSide = 20;                 ///< less for where one meets or departs, told apart
 constexpr int kAsked = 12;                  ///< less for a place that a speaker only asks about
 constexpr std::uint32_t kOnlineReach = 400; ///< tokens that are asked whether the event is online
@@ -152,7 +152,8 @@ bool PlaceFinder::saysTooLittle(TokenSpan span) const {
         return first.isOneSign();
     const Sense *counter =
         first.kind == TokenKind::Number ? reader.sense(span.begin + 1, Meaning::Counter) : nullptr;
-    return counter && counter->value == 0;
+    // "05车12A号"
+    return counter && (counter->value == 0 || token(span.begin + 1).isOneSign());
 }
 
 bool PlaceFinder::isAside(std::uint32_t at) const {

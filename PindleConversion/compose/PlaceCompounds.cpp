@@ -8,6 +8,9 @@ namespace {
 
 constexpr int kNamedStay = 30; ///< for a name that one stays at
 constexpr int kRoomCode = 48;  ///< for "G.12" behind a kind of place
+constexpr int kBracketed = 34; ///< for a place in brackets
+constexpr int kNamedKind = 36; ///< for one in brackets that starts with its kind
+constexpr int kMostWords = 5;
 
 } // namespace
 
@@ -192,8 +195,13 @@ void PlaceFinder::bracketed(const Reader &reader, std::uint32_t open) {
     const bool moment =
         std::any_of(m_document.tokens.begin() + open, m_document.tokens.begin() + close,
                     [](const Token &each) { return each.used; });
-    if (((shape.noun || shape.street) && shape.capital && !shape.event && !moment) || inCity)
-        offer({open + 1, close}, 34, open);
+    // "Rehearsals (auditorium of the school):"
+    const bool kind = shape.noun && !token(open + 1).unspaced &&
+                      reader.has(open + 1, Meaning::PlaceNoun) &&
+                      reader.has(open + 2, Meaning::Of) && shape.words <= kMostWords;
+    if (((shape.noun || shape.street) && (shape.capital || kind) && !shape.event && !moment) ||
+        inCity)
+        offer({open + 1, close}, kind ? kNamedKind : kBracketed, open);
 }
 
 bool PlaceFinder::isCounted(const Reader &reader, std::uint32_t i) {

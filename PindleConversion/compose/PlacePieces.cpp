@@ -195,6 +195,8 @@ std::uint32_t PlaceFinder::piece(const Reader &reader, std::uint32_t f, std::uin
     end = beforeTalk(reader, field, {begin, end});
     end = behindBranch(reader, begin, end);
     const Shape shape = shapeOf({begin, end});
+    // "Gate to be confirmed"
+    const bool open = end == begin + 1 && end < next && reader.has(begin, Meaning::PlaceNoun);
     const bool greets = reader.has(begin, Meaning::Greeting) && !(shape.noun && shape.title);
     // "(le 11 a New York)"
     const bool listed = reader.has(begin, Meaning::The) && !reader.symbol(begin, '\'') &&
@@ -202,7 +204,7 @@ std::uint32_t PlaceFinder::piece(const Reader &reader, std::uint32_t f, std::uin
     const bool filler = end == begin + 1 &&
                         (reader.has(begin, Meaning::Of) || reader.has(begin, Meaning::RangeFrom) ||
                          reader.has(begin, Meaning::The) || reader.has(begin, Meaning::TimeMarker));
-    if (!refused && !greets && !isSentence(reader, {begin, end}) && !filler && !listed &&
+    if (!refused && !open && !greets && !isSentence(reader, {begin, end}) && !filler && !listed &&
         !isArrivalLine(field) && shape.words > 0 && shape.words <= kMostWords &&
         (!shape.event || opensWithPlace(reader, {begin, end})))
         offerPart(reader, field, {begin, end}, shape);

@@ -29,8 +29,10 @@ public:
 private:
     void consider(const Field &field, TokenSpan part) {
         // "Zoom: reading group 8 April" names how and what at once.
-        const bool link = field.label == Label::Link && &field != anchorField();
-        if (field.ignored || field.label == Label::Price || link)
+        // "Ticket: IC 5302 06:14" tells more than a price.
+        const bool aside =
+            field.ignored || field.label == Label::Link || field.label == Label::Price;
+        if (aside && &field != anchorField())
             return;
         const auto runs = runsOf(m_document, part);
         for (const Run &run : runs)

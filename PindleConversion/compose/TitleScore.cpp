@@ -19,6 +19,7 @@ constexpr int kMarkersOnly = 40;    ///< less for "leaving", which only announce
 constexpr int kBehind = 40;         ///< less for what is only said of a day: "is no good"
 constexpr int kHosts = 20;          ///< less for who invites on a line of their own
 constexpr int kInvited = 24;        ///< for what a text invites to
+constexpr int kReference = 60;      ///< less for "Booking reference QX7T2M"
 constexpr int kNoContent = 30;      ///< less for words that say nothing of what happens
 
 /// What a label says of the words behind it.
@@ -195,6 +196,8 @@ int TitleScore::wordPenalties(const Reader &reader, const TitleCandidate &candid
         score -= kKindBeforeDate;
     if (isOneOfSeveral(reader, trimmed))
         score -= kNumbered;
+    if (isReference(reader, trimmed))
+        score -= kReference;
     return score;
 }
 

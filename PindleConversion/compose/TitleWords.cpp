@@ -59,6 +59,21 @@ bool TitleWords::isCode(TokenSpan span) const {
     return numbers > 1;
 }
 
+bool TitleWords::isReference(const Reader &reader, TokenSpan span) {
+    const Sense *label = reader.sense(span.begin, Meaning::LabelWord);
+    if (!label || label->value != static_cast<int>(Label::Sender) ||
+        reader.has(span.begin, Meaning::Event))
+        return false;
+    bool digits = false;
+    const std::uint32_t code = span.begin + label->length;
+    for (std::uint32_t i = code; i < span.end; ++i) {
+        if (i > code && reader.token(i).spaceBefore)
+            return false;
+        digits = digits || reader.token(i).kind == TokenKind::Number;
+    }
+    return digits;
+}
+
 bool TitleWords::hasFlightNumber(TokenSpan span) const {
     const Reader reader(m_document, span.end);
     for (std::uint32_t i = span.begin; i + 1 < span.end; ++i) {

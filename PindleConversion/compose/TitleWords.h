@@ -34,6 +34,8 @@ public:
     bool isCrumb(std::uint32_t i) const;
     /// "VL8K2P": letters and numbers without a space.
     bool isCode(TokenSpan span) const;
+    /// "Localizador QX7T2M": the number of a booking, or a seat's.
+    static bool isReference(const Reader &reader, TokenSpan span);
     /// "KL 0592", "SQ326": the number of a flight.
     bool hasFlightNumber(TokenSpan span) const;
     /// "Home > Courses > Crafts": where a page stands.

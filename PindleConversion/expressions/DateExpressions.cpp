@@ -139,7 +139,9 @@ void readNameBehind(const Reader &reader, DateMention &date) {
     const bool bracket = reader.symbol(j, '(');
     j += bracket ? 1 : 0;
     const Named name = readName(reader, j);
-    if (name.weekday == 0 || date.first.base != Base::Calendar || date.first.weekday != 0)
+    // "14日（火）"
+    const bool day = bracket && date.first.base == Base::DayOnly;
+    if (name.weekday == 0 || !(day || date.first.base == Base::Calendar) || date.first.weekday != 0)
         return;
     const std::uint32_t next = skipComma(reader, name.next);
     const bool clock = reader.symbol(next + 1, ':') || reader.has(next + 1, Meaning::HourMark) ||
@@ -176,7 +178,7 @@ std::optional<DateMention> readSingle(const Reader &reader, std::uint32_t i) {
     if (mayStartRelativeDate(reader, i))
         date = readRelativeDate(reader, i);
     // "dia 3 de outubro, sexta-feira"
-    if (date && date->first.base == Base::Calendar)
+    if (date && (date->first.base == Base::Calendar || date->first.base == Base::DayOnly))
         readNameBehind(reader, *date);
     // "tomorrow (Friday 5 June)": the written date says it best.
     if (date && (reader.symbol(date->span.end, ',') || reader.symbol(date->span.end, '('))) {

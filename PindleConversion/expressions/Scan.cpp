@@ -28,7 +28,10 @@ private:
                                field.label == Label::Start || field.label == Label::End;
         // A number that answers in a conversation is a time, if it can be one.
         m_marked = timeField || field.spoken ? field.begin : kNowhere;
-        m_afterDate = kNowhere;
+        // "5.7. • 17 h": an hour opens the cell behind the day's.
+        const bool hour = m_afterDate + 1 == field.begin && reader.number(field.begin, 0, 24) &&
+                          reader.has(field.begin + 1, Meaning::HourMark);
+        m_afterDate = hour ? field.begin : kNowhere;
         m_length = field.label == Label::Duration ? field.begin : kNowhere;
         for (std::uint32_t i = field.begin; i < field.end;)
             i = step(reader, i, field);

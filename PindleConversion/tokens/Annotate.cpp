@@ -263,8 +263,8 @@ private:
         const Token &token = m_document.tokens[i];
         const LanguageInfo &info = languageInfo(language);
         const auto text = m_document.slice(token);
-        // "hochgeladen" is no shop.
-        if (token.word != 0 && isVerb(token))
+        // "hochgeladen" is no shop, "Gastherme" no bath.
+        if (token.word != 0 && isOther(token))
             return;
         if (!info.hasTails || text.size() > kLongestWord || text.size() < kShortestTail + 2 ||
             hasTailMeaning(token, info))
@@ -290,9 +290,12 @@ private:
                            });
     }
 
-    bool isVerb(const Token &token) const {
+    bool isOther(const Token &token) const {
         return std::any_of(m_document.senses.begin() + token.firstSense, m_document.senses.end(),
-                           [](const Sense &sense) { return sense.meaning == Meaning::PastVerb; });
+                           [](const Sense &sense) {
+                               return sense.meaning == Meaning::PastVerb ||
+                                      (sense.meaning == Meaning::NotAPlace && sense.length == 1);
+                           });
     }
 
     /// "Garage Veldkamp": where nouns are not, a capital behind another one is of a name.
