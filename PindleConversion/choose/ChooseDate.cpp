@@ -397,6 +397,9 @@ bool Chooser::hasFutureSense(std::uint32_t token) const {
     // "Annual leave approved: 12/10/2026": the verb is not of that day.
     if (chosen.date.yearGiven && chosen.date.first > m_reference.today)
         return true;
+    // "The collision occurred around 5 p.m. Wednesday"
+    if (roleOf(token) == Role::None && isReport(token) && sentenceHas(token, Meaning::Incident))
+        return false;
     if (isNarrated(chosen) || isLongPast(chosen) || isThisMorningsReport(chosen))
         return false;
     // "Leave request approved: 22 Dec to 2 Jan": what was decided before the colon is to come.

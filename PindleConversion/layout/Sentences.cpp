@@ -61,10 +61,12 @@ bool endsSentence(const Reader &reader, std::uint32_t begin, std::uint32_t i) {
                       reader.token(i + 1).capital;
     if (hour)
         return true;
+    // "at 5 p.m. Wednesday", "at 5 p.m. EST"
+    static constexpr Meanings kGoesOn{Meaning::Weekday, Meaning::ZoneAfterTime};
     if (before.end - before.begin == 1)
         // "at 5 p.m. Bring ..." ends one, "P.A. Day" does not.
         return i > begin + 2 && reader.symbol(i - 2, '.') && reader.at(i + 1) &&
-               reader.token(i + 1).capital &&
+               reader.token(i + 1).capital && !reader.mayHave(i + 1, kGoesOn) &&
                (!reader.token(i - 1).capital || reader.has(i - 3, Meaning::Meridiem));
     return !reader.has(i - 1, Meaning::Abbreviation);
 }

@@ -105,6 +105,8 @@ enum class Meaning : std::uint8_t {
     NightTo,       ///< between the two days of a night: "in der Nacht von Samstag auf Sonntag"
     Moving,        ///< moves an event from one day to another: "shift", "swap"
     Habit,         ///< what is done time and again, and no event: "I usually", "normally"
+    Incident,      ///< of the police, the fire brigade and accidents, which are only told of once
+                   ///< they are over: "collision", "burglary"
     Measure,       ///< a unit behind a number that is no time: "GB", "km"
     Counter,       ///< behind digits that are no time; value 0: they count something ("2名"), 1:
                    ///< they are its number ("0633次")

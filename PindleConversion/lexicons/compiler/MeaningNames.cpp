@@ -100,6 +100,7 @@ constexpr TableKind kTableKinds[] = {
     {"night-to", Meaning::NightTo, Values::None},
     {"moving", Meaning::Moving, Values::Number},
     {"habit", Meaning::Habit, Values::Number},
+    {"incident", Meaning::Incident, Values::Number},
     {"measure", Meaning::Measure, Values::Number},
     {"or", Meaning::Or, Values::None},
     {"counter", Meaning::Counter, Values::Number},
