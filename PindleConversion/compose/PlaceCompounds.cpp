@@ -113,8 +113,12 @@ bool PlaceFinder::tellsSeat(const Reader &reader, std::uint32_t begin, std::uint
 
 bool PlaceFinder::isSeat(const Reader &reader, std::uint32_t i) {
     const Sense *label = reader.sense(i, Meaning::LabelWord);
+    // "Crew B", "conf #88213"
+    const std::uint32_t number = reader.skipSymbol(i + 1, '#');
+    const Token &next = reader.token(i + 1);
     return label && label->value == static_cast<int>(Label::Sender) &&
-           reader.number(i + 1, 0, 9999, 4);
+           (reader.number(number, 0, 9999, 4) || number != i + 1 ||
+            (next.upper() && next.end - next.begin == 1));
 }
 
 void PlaceFinder::before(const Reader &reader, const Field &field, std::uint32_t i) {

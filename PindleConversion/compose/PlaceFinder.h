@@ -109,6 +109,8 @@ private:
     /// "in Paris" and "in the gym" are places, "to Lyon" and "on Projects" need a kind of place.
     bool isWeakPlace(const Reader &reader, std::uint32_t i, const Sense &marker,
                      const Shape &shape) const;
+    /// "Casa Lupita on 3rd Ave": the name says more than its street.
+    bool isBehindName(const Reader &reader, std::uint32_t i) const;
     /// "field trip to the Aquarium": a kind of event leads to the place.
     static bool isVisit(const Reader &reader, std::uint32_t i);
 

@@ -67,9 +67,15 @@ bool PlaceFinder::countsPlaces(const Reader &reader, std::uint32_t begin) const 
 
 std::uint32_t PlaceFinder::withStreet(const Reader &reader, TokenSpan name) const {
     const Sense *on = reader.sense(name.end, Meaning::PlaceMarker);
-    if (name.empty() || !on || on->value != 0 || !reader.has(name.begin, Meaning::The) ||
+    if (name.empty() || !on || on->value != 0 ||
+        !(reader.has(name.begin, Meaning::The) || reader.has(name.begin, Meaning::NotAPlace)) ||
         !reader.has(name.end, Meaning::DateMarker) || reader.has(name.end, Meaning::TimeMarker) ||
-        !reader.has(name.end - 1, Meaning::PlaceNoun) || token(name.end - 1).capital)
+        token(name.end - 1).capital)
+        return name.end;
+    // "my old place on Dunlap"
+    const Sense *kind = reader.sense(name.end - 2, Meaning::PlaceNoun);
+    if (!reader.has(name.end - 1, Meaning::PlaceNoun) &&
+        !(name.end > name.begin + 2 && kind && kind->length == 2))
         return name.end;
     std::uint32_t end = name.end + on->length;
     while (reader.word(end) && token(end).upper() && !token(end).used)
@@ -335,9 +341,16 @@ bool PlaceFinder::isWeakPlace(const Reader &reader, std::uint32_t i, const Sense
         return (marker.length > 1 || behindTime || isVisit(reader, i)) && shape.noun;
     const bool inside = reader.has(i, Meaning::In);
     if (!inside)
-        return reader.has(i, Meaning::DateMarker) ? shape.noun && shape.words <= 4 && !shape.event
-                                                  : shape.noun;
+        return reader.has(i, Meaning::DateMarker)
+                   ? (shape.noun || (shape.street && shape.title && !isBehindName(reader, i))) &&
+                         shape.words <= 4 && !shape.event
+                   : shape.noun;
     return shape.noun || shape.street || (shape.title && !shape.event);
+}
+
+bool PlaceFinder::isBehindName(const Reader &reader, std::uint32_t i) const {
+    return i > 0 && token(i - 1).capital && !token(i - 1).used &&
+           !reader.has(i - 1, Meaning::Event);
 }
 
 bool PlaceFinder::isVisit(const Reader &reader, std::uint32_t i) {

@@ -281,7 +281,7 @@ bool PlaceFinder::pointsElsewhere(const Reader &reader, TokenSpan part) {
         return sense && part.begin + sense->length == part.end;
     };
     const Sense *other = reader.sense(part.begin, Meaning::NotAPlace);
-    return isWhole(other) ||
+    return isWhole(other) || isWhole(reader.sense(part.begin, Meaning::Holiday)) ||
            (first.unspaced && (other || isWhole(reader.sense(part.begin, Meaning::RoleWord))));
 }
 
@@ -350,8 +350,12 @@ void PlaceFinder::offerPart(const Reader &reader, const Field &field, TokenSpan 
     const auto [begin, end] = part;
     const bool number = token(begin).kind == TokenKind::Number;
     const bool address = shape.street && (number || shape.title || shape.capital);
-    const bool kind =
-        shape.noun && (shape.title || shape.words <= 4 || reader.has(begin, Meaning::PlaceNoun));
+    // "the ramen spot on Larkin"
+    constexpr int kMostTold = 6;
+    const bool told = shape.words <= kMostTold && shape.capital && !token(begin).capital &&
+                      reader.has(begin, Meaning::The);
+    const bool kind = shape.noun && (shape.title || shape.words <= 4 || told ||
+                                     reader.has(begin, Meaning::PlaceNoun));
     const bool sameLine =
         (field.line == m_document.fields[m_anchorField].line ||
          isTimedHeading(token(begin).field)) &&
@@ -412,6 +416,9 @@ bool PlaceFinder::isOnlyName(const Field &field, TokenSpan part, const Shape &sh
                           token(begin).end - token(begin).begin > kLongestCode;
     if (begin > field.begin && token(begin - 1).used && shape.words == 1 && !numbered &&
         !token(begin).possessive)
+        return false;
+    // "CONF#88213"
+    if (token(begin + 1).symbol == '#' && !token(begin + 1).spaceBefore)
         return false;
     // "tech: Gus": some other label's value.
     if (begin > field.begin + 1 && token(begin - 1).symbol == ':' && !token(begin).unspaced &&

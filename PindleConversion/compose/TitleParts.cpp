@@ -23,8 +23,9 @@ std::vector<TokenSpan> TitleParts::partsOf(TokenSpan run) const {
     const Reader reader(m_document, run.end);
     const TokenSpan trimmed = trim(run);
     const bool wide = columns(trimmed) > kRoomy;
-    // "From Room 12: our trip is ..." says who writes first.
-    const bool greeting = reader.has(run.begin, Meaning::Greeting) ||
+    // "From Room 12: our trip is ..." says who writes first. "You're registered for" leads on.
+    const bool greeting = (reader.has(run.begin, Meaning::Greeting) &&
+                           !leadsOn(reader, run.begin, Meaning::Greeting)) ||
                           (reader.has(run.begin, Meaning::RangeFrom) && token(run.begin).upper());
     std::vector<TokenSpan> parts;
     std::uint32_t begin = run.begin;

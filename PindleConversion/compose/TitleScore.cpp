@@ -112,7 +112,9 @@ int TitleScore::openingPenalties(const Reader &reader, const TitleCandidate &can
     // "guys pizza on Friday": the greeting is gone and a kind of event is left. "Team dinner"
     // greets nobody.
     const Sense *greeting = reader.sense(begin, Meaning::Greeting);
-    if (greeting && !(greeting->length == 1 && reader.has(begin + 1, Meaning::Event)))
+    const bool compound = reader.symbol(begin + 1, '-') && reader.glued(begin + 1);
+    if (greeting && !compound && !leadsOn(reader, begin, Meaning::Greeting) &&
+        !(greeting->length == 1 && reader.has(begin + 1, Meaning::Event)))
         score -= trimmed.begin > begin && contains(trimmed, Meaning::Event) &&
                          !(trimmed.end == trimmed.begin + 1 && isPerson(reader, trimmed.begin))
                      ? 8
@@ -163,9 +165,13 @@ int TitleScore::wordPenalties(const Reader &reader, const TitleCandidate &candid
     if ((isCode(trimmed) && !hasFlightNumber(trimmed)) || isTrail(trimmed))
         score -= 60;
     const Sense *count = reader.sense(trimmed.begin, Meaning::Number);
+    // "5th Annual Turkey Trot"
+    const bool ranked = reader.has(trimmed.begin + 1, Meaning::OrdinalMark) &&
+                        reader.glued(trimmed.begin + 1) && !token(trimmed.begin).unspaced;
     const bool counts = count && count->value > 1 && !token(trimmed.begin).capital &&
                         !token(trimmed.begin).unspaced;
-    if ((token(trimmed.begin).kind == TokenKind::Number || counts || countsThings(trimmed)) &&
+    if (((token(trimmed.begin).kind == TokenKind::Number && !ranked) || counts ||
+         countsThings(trimmed)) &&
         !event)
         score -= kCount;
     if (isAddress(trimmed))
@@ -214,6 +220,10 @@ int TitleScore::linePenalties(const Reader &reader, const TitleCandidate &candid
         score -= kHosts;
     if (part.begin > 0 && isCrumb(part.begin - 1))
         score -= 40;
+    // "Submit agenda items by noon Wed. The annual meeting is ...": due before the event.
+    if (run.beforeUsed && beyond.has(run.span.end - 1, Meaning::DueMarker) &&
+        run.span.end != m_choice.dateSpan.begin && run.span.end != m_choice.timeSpan.begin)
+        score -= kBehind;
     // "Mr and Mrs Pope" on a line of their own invite, a name below "Regards" signs. "Les Ogres"
     // right below the date play.
     const bool below = field.line == m_document.fields[token(m_choice.anchor()).field].line + 1;

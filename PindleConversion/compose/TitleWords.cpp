@@ -10,9 +10,18 @@ bool TitleWords::announces(const Reader &reader, std::uint32_t i) {
     return lead && lead->value == 0 && lead->length >= kLongPhrase;
 }
 
+bool TitleWords::leadsOn(const Reader &reader, std::uint32_t i, Meaning meaning) {
+    const Sense *phrase = reader.sense(i, meaning);
+    const Sense *lead = reader.sense(i, Meaning::TitleLead);
+    return phrase && phrase->length > 1 && lead && lead->length > phrase->length;
+}
+
 bool TitleWords::hasLetters(TokenSpan span) const {
     for (std::uint32_t i = span.begin; i < span.end; ++i)
-        if (token(i).kind == TokenKind::Word && token(i).end - token(i).begin > 1)
+        // "D&D", "Q&A"
+        if (token(i).kind == TokenKind::Word &&
+            (token(i).end - token(i).begin > 1 ||
+             (token(i + 1).symbol == '&' && !token(i + 1).spaceBefore && i + 1 < span.end)))
             return true;
     return false;
 }
@@ -122,8 +131,9 @@ bool TitleWords::namesHost(TokenSpan trimmed) const {
 
 bool TitleWords::hasContent(TokenSpan span) const {
     static constexpr Meaning kAround[] = {
-        Meaning::Common,   Meaning::Chatter,   Meaning::Greeting,  Meaning::PresentVerb,
-        Meaning::PastVerb, Meaning::PartOfDay, Meaning::AsideLead, Meaning::Person};
+        Meaning::Common,      Meaning::Chatter,  Meaning::Greeting,
+        Meaning::PresentVerb, Meaning::PastVerb, Meaning::PartOfDay,
+        Meaning::AsideLead,   Meaning::Person,   Meaning::Holiday};
     return hasWordWithout(span, kAround);
 }
 

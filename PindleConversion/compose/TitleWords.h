@@ -30,6 +30,8 @@ public:
     bool hasContent(TokenSpan span) const;
     /// "The Smiths are happy to invite you to": the event is what follows.
     static bool announces(const Reader &reader, std::uint32_t i);
+    /// "You're registered for", where "you're registered" alone has that meaning.
+    static bool leadsOn(const Reader &reader, std::uint32_t i, Meaning meaning);
     /// "Home › Music" leads to what follows.
     bool isCrumb(std::uint32_t i) const;
     /// "VL8K2P": letters and numbers without a space.
