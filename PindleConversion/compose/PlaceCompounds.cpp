@@ -45,9 +45,10 @@ void PlaceFinder::compound(const Reader &reader, const Field &field, std::uint32
     if (begin > field.begin && token(begin).end - token(begin).begin == 1 && reader.glued(begin) &&
         token(begin - 1).kind == TokenKind::Number && !token(begin - 1).used)
         --begin;
-    // "Ms. Ortiz's room"
+    // "Ms. Ortiz's room", "St. Brendan Parish Hall"
+    static constexpr Meanings kBeforeName{Meaning::Person, Meaning::Abbreviation};
     if (begin > field.begin + 1 && reader.symbol(begin - 1, '.') && token(begin - 2).capital &&
-        reader.has(begin - 2, Meaning::Person))
+        !token(begin - 2).used && reader.mayHave(begin - 2, kBeforeName))
         begin -= 2;
     // "11 Cedar Court"
     if (begin > field.begin && reader.number(begin - 1, 1, 9999, 4) && !token(begin - 1).used &&

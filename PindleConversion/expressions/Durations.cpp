@@ -155,8 +155,10 @@ bool isHour(const Reader &reader, std::uint32_t i, const Part &part) {
     return mark && ((mark->value == 1 && part.minutes > kLongestTold) || late);
 }
 
-/// "in my office, 45 minutes.": a length between marks.
+/// "in my office, 45 minutes.", ", about 2 hours,": a length between marks.
 bool isListed(const Reader &reader, std::uint32_t i, std::uint32_t next) {
+    if (i > 1 && reader.word(i - 1) && reader.has(i - 1, Meaning::Approximate))
+        --i;
     if (i == 0 || !reader.symbol(i - 1, ',') || reader.glued(i))
         return false;
     // "13/1, 16u10" tells when.

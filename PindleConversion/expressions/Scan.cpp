@@ -341,7 +341,9 @@ private:
             m_length = i + length->length;
             m_lengthMark = {i, length->length > 1 ? m_length : i};
             next = std::max(next, m_length);
-        } else if (m_length == i && (isPassage(reader, i) || reader.symbol(i, ')'))) {
+        } else if (m_length == i && (isPassage(reader, i) || reader.symbol(i, ')') ||
+                                     reader.has(i, Meaning::Approximate))) {
+            // "7am, about 4 hours"
             m_length = i + 1;
         } else if (const Sense *from = m_length == i ? reader.sense(i, Meaning::RangeTo) : nullptr;
                    from && reader.token(i).unspaced) {

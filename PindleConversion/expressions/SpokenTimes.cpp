@@ -169,8 +169,7 @@ namespace {
 /// "10a Sat", but "room 10a Sat"; `i` is the letter.
 bool isBesideDay(const Reader &reader, std::uint32_t i) {
     static constexpr Meanings kDays{Meaning::Weekday, Meaning::WeakWeekday, Meaning::RelativeDay};
-    static constexpr Meanings kNumbered{Meaning::PlaceNoun, Meaning::StreetWord,
-                                        Meaning::LabelWord};
+    static constexpr Meanings kNumbered{Meaning::PlaceNoun, Meaning::StreetWord};
     return reader.mayHave(reader.skip(i + 1, Meaning::DateMarker), kDays) &&
            !(i > 1 && reader.mayHave(i - 2, kNumbered));
 }
