@@ -402,6 +402,12 @@ bool Chooser::hasFutureSense(std::uint32_t token) const {
         return false;
     if (isNarrated(chosen) || isLongPast(chosen) || isThisMorningsReport(chosen))
         return false;
+    // "Vacation approved Jul 3-14"
+    constexpr auto kSoon = std::chrono::days(120);
+    if (chosen.date.last && chosen.mention->last &&
+        chosen.mention->first.base == DateSpec::Base::Calendar &&
+        chosen.date.first > m_reference.today && chosen.date.first < m_reference.today + kSoon)
+        return true;
     // "Leave request approved: 22 Dec to 2 Jan": what was decided before the colon is to come.
     if (token > field.begin && m_document.token(token - 1).symbol == ':')
         return true;

@@ -306,6 +306,10 @@ EventKind Chooser::eventKind() const {
 TimeContext Chooser::contextOf(const TimeMention &time) const {
     TimeContext context;
     context.kind = m_choice.kind;
+    // "Church potluck after the 10:30 service"
+    const Reader all(m_document, static_cast<std::uint32_t>(m_document.tokens.size()));
+    if (const Sense *event = all.sense(time.span.end, Meaning::Event))
+        context.kind = static_cast<EventKind>(event->value);
     context.twentyFour = m_twentyFour;
     int nearest = 1000;
     for (const PartMention &part : m_found.parts) {

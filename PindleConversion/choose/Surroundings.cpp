@@ -79,10 +79,11 @@ bool Surroundings::standsBehind(std::uint32_t role, std::uint32_t token) const {
 bool Surroundings::cutOff(const RoleMention &mention, std::uint32_t to) const {
     constexpr std::uint32_t kReach = 9;
     std::uint32_t from = mention.token;
-    if (to - from > kReach)
-        return true;
     const Reader reader(m_document, to);
-    if (const Sense *word = reader.sense(from, Meaning::RoleWord)) {
+    const Sense *word = reader.sense(from, Meaning::RoleWord);
+    if (to - from > kReach + (word ? word->length - 1U : 0U))
+        return true;
+    if (word) {
         from += word->length - 1U;
         // "九点，哦不对，十点": the comma belongs to what corrects the first.
         from += mention.role == Role::MovedTo && reader.symbol(from + 1, ',') ? 1U : 0U;

@@ -107,6 +107,10 @@ void PlaceFinder::offer(TokenSpan span, int score, std::uint32_t at) {
         ++span.begin;
     // "local time" in brackets is no place.
     const Sense *zone = reader.sense(span.begin, Meaning::ZoneWord);
+    // "closed Monday, Memorial Day"
+    const Sense *holiday = reader.sense(span.begin, Meaning::Holiday);
+    if (holiday && span.begin + holiday->length == span.end)
+        return;
     if (span.empty() || isAmount(span) || saysTooLittle(span) || (zone && zone->value != 0))
         return;
     if (m_document.sameSentence(at, m_choice.anchor()))

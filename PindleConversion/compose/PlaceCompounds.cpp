@@ -22,7 +22,8 @@ void PlaceFinder::compound(const Reader &reader, const Field &field, std::uint32
             event && k - 1 + event->length == i + 1 && event->length == kLongestEvent)
             return;
     std::uint32_t begin = i;
-    std::uint32_t end = i + 1;
+    // "Kroger parking lot"
+    std::uint32_t end = reader.skip(i, Meaning::PlaceNoun);
     constexpr std::uint32_t kMost = 9;
     while (end < field.end && end < i + kMost) {
         const std::uint32_t next = reader.skip(reader.skip(end, Meaning::Of), Meaning::The);

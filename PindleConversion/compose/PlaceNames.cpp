@@ -207,6 +207,10 @@ std::uint32_t PlaceNames::addressGoesOn(const Reader &reader, std::uint32_t i,
     const Shape shape = shapeOf({i, end});
     if (shape.event && !shape.noun && !shape.street)
         return i;
+    // "Las Vegas, hotel block closes"
+    static constexpr Meanings kTells{Meaning::Opening, Meaning::PresentVerb};
+    if (reader.mayHave(end - 1, kTells) && !token(end - 1).capital && !token(i).unspaced)
+        return i;
     const bool number = token(i).kind == TokenKind::Number;
     // "Autohaus Ranft, Ersatzwagen bestellt" goes on with something else.
     const bool goesOn = reader.language(i).capitalNouns && end == i + 1 && reader.word(end) &&

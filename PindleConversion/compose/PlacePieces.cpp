@@ -19,7 +19,10 @@ void PlaceFinder::pieces(const Reader &reader, std::uint32_t f, TokenSpan part) 
     }
     const std::uint32_t moment = timed ? m_choice.timeSpan.begin : m_choice.anchor();
     std::uint32_t begin = part.begin;
-    const bool later = f > m_anchorField || (field.cell && f != 0);
+    // "WO#44821 | HVAC maintenance | 03/10": behind the number the event is named.
+    const bool named =
+        f == 1 && f < m_anchorField && token(1).symbol == '#' && !token(1).spaceBefore;
+    const bool later = f > m_anchorField || (field.cell && f != 0 && !named);
     for (std::uint32_t i = part.begin; i <= part.end; ++i) {
         const bool space = i < part.end && i > begin && startsUnspaced(reader, i);
         if (space && !token(i).used && (later || begin > moment)) {
@@ -281,7 +284,7 @@ bool PlaceFinder::pointsElsewhere(const Reader &reader, TokenSpan part) {
         return sense && part.begin + sense->length == part.end;
     };
     const Sense *other = reader.sense(part.begin, Meaning::NotAPlace);
-    return isWhole(other) || isWhole(reader.sense(part.begin, Meaning::Holiday)) ||
+    return isWhole(other) ||
            (first.unspaced && (other || isWhole(reader.sense(part.begin, Meaning::RoleWord))));
 }
 

@@ -174,6 +174,8 @@ int TitleScore::wordPenalties(const Reader &reader, const TitleCandidate &candid
          countsThings(trimmed)) &&
         !event)
         score -= kCount;
+    if (isDetail(reader, trimmed))
+        score -= kCount;
     if (isAddress(trimmed))
         score -= 24;
     else if (!candidate.first && !event &&

@@ -31,6 +31,10 @@ TokenSpan TitleParts::trimFront(TokenSpan span) const {
     if (isEdgeMark(token(span.begin)) || reader.symbol(span.begin, ')') ||
         reader.symbol(span.begin, ']') || isUnclosed(span, span.begin))
         return {span.begin + 1, span.end};
+    // "ORD#7781 Sofa delivery"
+    if (reader.symbol(span.begin + 1, '#') && reader.glued(span.begin + 1) &&
+        reader.glued(span.begin + 2) && reader.number(span.begin + 2, 0, 99999999, 99))
+        return {span.begin + 3, span.end};
     const Sense *lead = reader.sense(span.begin, Meaning::TitleLead);
     // "New Year's Eve bash"
     const Sense *holiday = reader.sense(span.begin, Meaning::Holiday);

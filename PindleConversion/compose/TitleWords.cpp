@@ -125,8 +125,10 @@ bool TitleWords::isPerson(const Reader &reader, std::uint32_t i) const {
 
 bool TitleWords::namesHost(TokenSpan trimmed) const {
     const Reader reader(m_document, trimmed.end);
+    // but "Church potluck"
     return reader.has(trimmed.begin, Meaning::PlaceNoun) &&
-           !reader.has(trimmed.begin, Meaning::Event);
+           !reader.has(trimmed.begin, Meaning::Event) &&
+           !(trimmed.end == trimmed.begin + 2 && reader.has(trimmed.begin + 1, Meaning::Event));
 }
 
 bool TitleWords::hasContent(TokenSpan span) const {
@@ -177,6 +179,14 @@ bool TitleWords::isInChatter(const Reader &reader, TokenSpan before, std::uint32
             chatter && i + chatter->length == end)
             return true;
     return false;
+}
+
+bool TitleWords::isDetail(const Reader &reader, TokenSpan trimmed) const {
+    const Sense *label = reader.sense(trimmed.begin, Meaning::LabelWord);
+    const std::uint32_t next = label ? trimmed.begin + label->length : trimmed.end;
+    return next < trimmed.end && label->value == static_cast<int>(Label::Sender) &&
+           (token(next).symbol == ':' ||
+            (next + 1 == trimmed.end && token(next).kind == TokenKind::Number));
 }
 
 bool TitleWords::isOneOfSeveral(const Reader &reader, TokenSpan trimmed) const {

@@ -58,6 +58,8 @@ public:
     static bool isInChatter(const Reader &reader, TokenSpan before, std::uint32_t end);
     /// "Session 1", "Game 3": what the whole is called stands elsewhere.
     bool isOneOfSeveral(const Reader &reader, TokenSpan trimmed) const;
+    /// "Party of 6", "Tech: Ray": what a label says beside the event.
+    bool isDetail(const Reader &reader, TokenSpan trimmed) const;
     /// "Microsoft Teams meeting", "Zoom call": how one meets, not what for.
     bool isOnlyOnline(TokenSpan trimmed) const;
 

@@ -46,7 +46,8 @@ private:
         if (const std::uint32_t row = isNumber(reader, i) ? skipNumbers(reader, i) : i; row != i)
             return row;
         if (const Sense *greeting = reader.sense(i, Meaning::Greeting);
-            greeting && greeting->length > 1 && greets(reader, i, i + greeting->length))
+            greeting && greeting->length > 1 && greets(reader, i, i + greeting->length) &&
+            reader.skip(i, Meaning::RoleWord) < i + 2)
             return i + greeting->length;
         // "and return by" is no "return by".
         if (const Sense *role = reader.sense(i, Meaning::RoleWord);
@@ -271,7 +272,8 @@ private:
         const Sense *place = reader.sense(next, Meaning::PlaceMarker);
         return (place && place->value == 1) ||
                (last > i && reader.number(last, 1, 12) &&
-                (!reader.at(next) || reader.symbol(next, ',') || reader.symbol(next, '.')));
+                (place || !reader.at(next) || reader.symbol(next, ',') ||
+                 reader.symbol(next, '.')));
     }
 
     std::uint32_t time(const Reader &reader, std::uint32_t i, const Field &field) {

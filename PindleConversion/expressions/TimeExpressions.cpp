@@ -279,6 +279,9 @@ bool isAccepted(const Reader &reader, const TimeMention &mention, std::uint32_t 
         return true;
     if (isDateLike(reader, next) && reader.has(next, Meaning::RelativeDay))
         return true;
+    // "lab work 3/11 7a fasting"
+    if (afterDate && start.meridiem >= 0)
+        return true;
     // "ore 8.30 capannone C": minutes leave little doubt behind a word that announces a time.
     // "eye test 1.40 on the 18th"
     if (start.minuteGiven && start.minute % 5 == 0 && reader.has(next, Meaning::DateMarker) &&

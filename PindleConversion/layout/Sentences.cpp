@@ -31,6 +31,22 @@ bool isCountedNoun(const Reader &reader, std::uint32_t begin, std::uint32_t i) {
             !reader.has(i - 3, Meaning::Weekday));
 }
 
+/// "4518 Pecan Valley Dr. Baby clothes ...": behind a house number the abbreviation is no person's.
+bool isStreetEnd(const Reader &reader, std::uint32_t begin, std::uint32_t i) {
+    static constexpr Meanings kShort{Meaning::Person, Meaning::StreetWord};
+    static constexpr Meanings kOther{Meaning::Meridiem, Meaning::Month};
+    constexpr std::uint32_t kMostWords = 3;
+    if (!reader.mayHave(i - 1, kShort) || !reader.token(i - 1).upper() ||
+        !reader.token(i + 1).upper() || reader.has(i + 1, Meaning::PlaceNoun))
+        return false;
+    std::uint32_t name = i - 1;
+    while (name > begin && i - name <= kMostWords && reader.word(name - 1) &&
+           reader.token(name - 1).upper() && !reader.mayHave(name - 1, kOther))
+        --name;
+    return name < i - 1 && name > begin && reader.number(name - 1, 1, 99999, 5) &&
+           reader.token(name).spaceBefore;
+}
+
 bool endsSentence(const Reader &reader, std::uint32_t begin, std::uint32_t i) {
     if (reader.token(i).kind != TokenKind::Symbol)
         return false;
@@ -54,6 +70,8 @@ bool endsSentence(const Reader &reader, std::uint32_t begin, std::uint32_t i) {
     // "Hall C." is no abbreviation.
     if (before.end - before.begin == 1 && i > begin + 1 && reader.token(i - 1).capital &&
         reader.has(i - 2, Meaning::PlaceNoun))
+        return true;
+    if (isStreetEnd(reader, begin, i))
         return true;
     // "à 11h. Spectacle à 13h"
     const bool hour = i > begin + 1 && reader.has(i - 1, Meaning::HourMark) &&
