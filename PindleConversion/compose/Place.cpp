@@ -74,8 +74,8 @@ void PlaceFinder::consider(std::uint32_t f, TokenSpan part) {
             before(reader, field, i);
         if (isPlaceNoun(reader, i))
             compound(reader, field, i);
-        if (isStreetOfEvent(reader, field, i))
-            offer({i, i + 1}, kLeastScore, i);
+        if (reader.has(i, Meaning::StreetWord))
+            street(reader, field, i);
         if (reader.symbol(i, '('))
             bracketed(reader, i);
         if (const Sense *online = reader.sense(i, Meaning::Online);
@@ -223,8 +223,17 @@ bool PlaceFinder::isAsked(std::uint32_t at) const {
         return false;
     for (std::uint32_t i = at; i < std::min(field.end, at + kReach); ++i)
         if (token(i).symbol == '?')
-            return m_document.sameSentence(i, at);
+            return m_document.sameSentence(i, at) && !isAgreed(token(at).field);
     return false;
+}
+
+bool PlaceFinder::isAgreed(std::uint32_t f) const {
+    // The field between two turns names the next speaker.
+    const std::uint32_t next = f + 2;
+    if (next >= m_document.fields.size() || !m_document.fields[next].spoken)
+        return false;
+    const Field &answer = m_document.fields[next];
+    return Reader(m_document, answer.end).has(answer.begin, Meaning::Greeting);
 }
 
 void PlaceFinder::labelled(const Field &field) {

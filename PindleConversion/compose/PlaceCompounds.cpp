@@ -32,7 +32,8 @@ void PlaceFinder::compound(const Reader &reader, const Field &field, std::uint32
         end = next + 1;
     }
     // "O portão fecha", "Para urgencias": what opens a sentence is no name.
-    static constexpr Meanings kOpening{Meaning::The, Meaning::PlaceStop};
+    // "Kindly block your calendar"
+    static constexpr Meanings kOpening{Meaning::The, Meaning::PlaceStop, Meaning::Chatter};
     const auto isArticle = [&](std::uint32_t k) {
         return reader.mayHave(k, kOpening) && !token(i).capital;
     };
@@ -42,6 +43,9 @@ void PlaceFinder::compound(const Reader &reader, const Field &field, std::uint32
             ownsNext(reader, begin - 1)) &&
            !endsCompound(reader, begin - 1))
         --begin;
+    // "A Field Guide to Lichens" is a book.
+    if (begin > field.begin && end > i + 1 && isArticled(reader, begin - 1))
+        return;
     // "14B Canal Walk"
     if (begin > field.begin && token(begin).end - token(begin).begin == 1 && reader.glued(begin) &&
         token(begin - 1).kind == TokenKind::Number && !token(begin - 1).used)
@@ -88,8 +92,33 @@ void PlaceFinder::compound(const Reader &reader, const Field &field, std::uint32
     offer({begin, end}, numbered ? 26 - (goesOn ? headingPenalty(i) : 0) : 14, i);
 }
 
+bool PlaceFinder::isArticled(const Reader &reader, std::uint32_t i) {
+    const Sense *one = reader.word(i) ? reader.sense(i, Meaning::Number) : nullptr;
+    return one && one->value == 1 && one->length == 1 && reader.token(i).upper() &&
+           reader.token(i + 1).upper() && reader.token(i).sentence == reader.token(i + 1).sentence;
+}
+
 bool PlaceFinder::isRoomNumber(std::uint32_t i) const {
     return token(i).kind == TokenKind::Number && token(i + 1).unspaced && !token(i + 1).spaceBefore;
+}
+
+void PlaceFinder::street(const Reader &reader, const Field &field, std::uint32_t i) {
+    constexpr int kStreetOfEvent = 20;
+    constexpr int kScore = 30;
+    constexpr std::uint32_t kMostNames = 3;
+    if (isStreetOfEvent(reader, field, i))
+        offer({i, i + 1}, kStreetOfEvent, i);
+    std::uint32_t begin = i;
+    while (begin > field.begin && i - begin < kMostNames && token(begin - 1).upper() &&
+           !token(begin - 1).used && token(begin - 1).sentence == token(i).sentence)
+        --begin;
+    // "Boiler service for 42 Nelson Tce", but "5 Mile Charity Walk".
+    if (begin == i || begin == field.begin || !token(i).upper() || token(begin - 1).used ||
+        !reader.number(begin - 1, 1, 9999, 4) || reader.has(i, Meaning::Event) ||
+        reader.has(begin, Meaning::Measure) || !token(begin).spaceBefore ||
+        begin < field.begin + 2 || !reader.word(begin - 2) || token(begin - 2).upper())
+        return;
+    offer({begin - 1, nameEnd(reader, begin - 1)}, kScore, i);
 }
 
 bool PlaceFinder::isStreetOfEvent(const Reader &reader, const Field &field, std::uint32_t i) const {

@@ -46,6 +46,8 @@ private:
     bool isOfOther(std::uint32_t at) const;
     /// "At yours?" in a conversation.
     bool isAsked(std::uint32_t at) const;
+    /// "yep": the turn behind the one in field `f` begins so.
+    bool isAgreed(std::uint32_t f) const;
     /// What stands behind "Place:" or the like.
     void labelled(const Field &field);
     /// A link is the place of a meeting that is held online.
@@ -124,10 +126,14 @@ private:
     std::uint32_t openedBefore(const Field &field, std::uint32_t i) const;
     /// Whether token `at` is part of the name that ends before token `i`.
     bool joinsBefore(const Reader &reader, std::uint32_t at, std::uint32_t i) const;
+    /// "A Field Guide": a capital article that stands for any one of a kind.
+    static bool isArticled(const Reader &reader, std::uint32_t i);
     /// "第412座": the number glued before the kind of place.
     bool isRoomNumber(std::uint32_t i) const;
     /// "(Town hall)", "Heathrow (London)"
     void bracketed(const Reader &reader, std::uint32_t open);
+    /// What a kind of street at `i` says of where: "42 Nelson Tce".
+    void street(const Reader &reader, const Field &field, std::uint32_t i);
     /// "Straatfeest Lijsterlaan za 30-8": a street right behind the kind of event.
     bool isStreetOfEvent(const Reader &reader, const Field &field, std::uint32_t i) const;
     /// "Same room (G.12)": a letter and a number.
@@ -154,7 +160,7 @@ private:
     /// "village hall as ever", "The Fox & Anchor yeah": where the name is over.
     std::uint32_t beforeTalk(const Reader &reader, const Field &field, TokenSpan part) const;
     /// A name of several words that is a sentence of its own.
-    static bool isAnswer(const Reader &reader, TokenSpan part);
+    bool isAnswer(const Reader &reader, TokenSpan part) const;
     /// "Open Garden — Wisteria Cottage, Leura" above the date.
     void behindDash(const Reader &reader, const Field &field);
     /// "Théâtre municipal de Sens" on a line of its own between the title and the date.
@@ -203,6 +209,8 @@ private:
     void offerPart(const Reader &reader, const Field &field, TokenSpan part, const Shape &shape);
     /// "牙科回診 4/22 下午2:15 仁愛診療": the event is named, and the last words are a name.
     bool closesNote(const Field &field, TokenSpan part) const;
+    /// "PTA", "H": letters that stand for longer words.
+    bool isAcronym(TokenSpan part) const;
     /// A name of which nothing says that it is a place's.
     bool isOnlyName(const Field &field, TokenSpan part, const Shape &shape) const;
 

@@ -354,9 +354,9 @@ bool PlaceFinder::isBehindName(const Reader &reader, std::uint32_t i) const {
 }
 
 bool PlaceFinder::isVisit(const Reader &reader, std::uint32_t i) {
-    const Token *name = reader.at(i + 2);
-    return i > 0 && reader.has(i, Meaning::RangeTo) && reader.has(i - 1, Meaning::Event) &&
-           reader.has(i + 1, Meaning::The) && name && name->capital;
+    const Token *name = reader.at(reader.skip(i + 1, Meaning::The));
+    return i > 0 && reader.has(i, Meaning::RangeTo) && reader.has(i - 1, Meaning::Event) && name &&
+           name->upper();
 }
 
 } // namespace pindle::conversion

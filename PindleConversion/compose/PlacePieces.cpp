@@ -284,6 +284,10 @@ bool PlaceFinder::pointsElsewhere(const Reader &reader, TokenSpan part) {
         return sense && part.begin + sense->length == part.end;
     };
     const Sense *other = reader.sense(part.begin, Meaning::NotAPlace);
+    // "On stage", before its time
+    const Sense *time = reader.sense(part.begin, Meaning::TimeMarker);
+    if (time && time->length > 1 && isWhole(time))
+        return true;
     return isWhole(other) ||
            (first.unspaced && (other || isWhole(reader.sense(part.begin, Meaning::RoleWord))));
 }
@@ -402,12 +406,20 @@ bool PlaceFinder::closesNote(const Field &field, TokenSpan part) const {
     return named;
 }
 
-bool PlaceFinder::isAnswer(const Reader &reader, TokenSpan part) {
+bool PlaceFinder::isAnswer(const Reader &reader, TokenSpan part) const {
     const std::uint32_t end = reader.skip(part.end, Meaning::Greeting);
     const std::uint32_t before = part.begin;
     return part.end - part.begin > 2 && reader.at(end) &&
-           (reader.symbol(end, '.') || reader.symbol(end, '!')) &&
+           (reader.symbol(end, '.') || reader.symbol(end, '!') ||
+            (reader.symbol(end, '?') && isAgreed(token(before).field))) &&
            (before == 0 || !reader.document().sameSentence(before - 1, before));
+}
+
+bool PlaceFinder::isAcronym(TokenSpan part) const {
+    constexpr std::size_t kLongest = 6;
+    const std::string_view text = m_document.slice(part);
+    return part.end == part.begin + 1 && text.size() <= kLongest &&
+           std::all_of(text.begin(), text.end(), [](char c) { return c >= 'A' && c <= 'Z'; });
 }
 
 bool PlaceFinder::isOnlyName(const Field &field, TokenSpan part, const Shape &shape) const {
@@ -427,9 +439,10 @@ bool PlaceFinder::isOnlyName(const Field &field, TokenSpan part, const Shape &sh
     if (begin > field.begin + 1 && token(begin - 1).symbol == ':' && !token(begin).unspaced &&
         token(begin - 2).kind == TokenKind::Word && !token(begin - 2).used)
         return false;
-    // "(Ausweise!)"
+    // "(Ausweise!)", "(INSET)", "(H)"
     if (begin > field.begin && token(begin - 1).symbol == '(' && shape.words == 1 &&
-        (token(end).symbol == '!' || languageInfo(token(begin).language).capitalNouns))
+        (token(end).symbol == '!' || languageInfo(token(begin).language).capitalNouns ||
+         isAcronym({begin, end})))
         return false;
     const auto numbers =
         std::count_if(m_document.tokens.begin() + begin, m_document.tokens.begin() + end,

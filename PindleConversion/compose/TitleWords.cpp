@@ -17,13 +17,18 @@ bool TitleWords::leadsOn(const Reader &reader, std::uint32_t i, Meaning meaning)
 }
 
 bool TitleWords::hasLetters(TokenSpan span) const {
-    for (std::uint32_t i = span.begin; i < span.end; ++i)
+    // "F L U  C L I N I C": a heading with spaces between its letters.
+    constexpr std::uint32_t kFewestLetters = 4;
+    std::uint32_t letters = 0;
+    for (std::uint32_t i = span.begin; i < span.end; ++i) {
+        letters += token(i).upper() ? 1U : 0U;
         // "D&D", "Q&A"
         if (token(i).kind == TokenKind::Word &&
             (token(i).end - token(i).begin > 1 ||
              (token(i + 1).symbol == '&' && !token(i + 1).spaceBefore && i + 1 < span.end)))
             return true;
-    return false;
+    }
+    return letters >= kFewestLetters;
 }
 
 bool TitleWords::hasWordWithout(TokenSpan span, std::span<const Meaning> meanings) const {
