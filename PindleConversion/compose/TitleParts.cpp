@@ -116,7 +116,9 @@ bool TitleParts::isSubtitle(const Reader &reader, std::uint32_t i) const {
 }
 
 bool TitleParts::isSoftBreak(const Reader &reader, std::uint32_t i) const {
-    return reader.symbol(i, ',') || reader.symbol(i, ':') || reader.symbol(i, '(');
+    // but "1:1"
+    return reader.symbol(i, ',') || reader.symbol(i, '(') ||
+           (reader.symbol(i, ':') && !(reader.glued(i) && reader.glued(i + 1)));
 }
 
 int TitleParts::columns(TokenSpan span) const {

@@ -121,6 +121,10 @@ int TitleScore::openingPenalties(const Reader &reader, const TitleCandidate &can
                      : 70;
     const Sense *chatter = reader.sense(begin, Meaning::Chatter);
     const Sense *lead = reader.sense(begin, Meaning::TitleLead);
+    // "Out of office"
+    const Sense *named = chatter ? reader.sense(begin, Meaning::Event) : nullptr;
+    if (named && named->length > chatter->length)
+        chatter = nullptr;
     // "Please join us for a luncheon" invites.
     const bool invites =
         chatter && lead && lead->length > chatter->length && trimmed.begin >= begin + lead->length;
@@ -136,8 +140,10 @@ int TitleScore::openingPenalties(const Reader &reader, const TitleCandidate &can
         score -= m_document.fields[token(part.begin).field].label == Label::Title ? kGeneric : 60;
     // "Early bird tickets on sale Monday" above the event
     const Sense *role = reader.sense(begin, Meaning::RoleWord);
-    if (role && role->value == static_cast<int>(Role::Deadline) && role->length > 1 &&
-        !m_document.sameSentence(begin, m_choice.anchor()))
+    if (role &&
+        (role->value == static_cast<int>(Role::Deadline) ||
+         role->value == static_cast<int>(Role::Side)) &&
+        role->length > 1 && !m_document.sameSentence(begin, m_choice.anchor()))
         score -= 40;
     if (begin < part.end && token(begin).symbol == '(')
         score -= 25;
@@ -193,8 +199,9 @@ int TitleScore::wordPenalties(const Reader &reader, const TitleCandidate &candid
     if (general && trimmed.begin + general->length == trimmed.end &&
         (isBeforeMoment(trimmed) || isBeforeMoment(candidate.part)))
         score -= kGeneralKind;
-    if (trimmed.end - trimmed.begin == 1 && !event)
-        score -= 6;
+    // "Saturdays in March"
+    if (trimmed.end - trimmed.begin == 1)
+        score -= reader.has(trimmed.begin, Meaning::Month) ? kCount : event ? 0 : 6;
     if (isCalledByNext(trimmed))
         score -= 30;
     // "Meeting: Wednesday" below the line that says what is met for.

@@ -17,6 +17,10 @@ bool TitleWords::leadsOn(const Reader &reader, std::uint32_t i, Meaning meaning)
 }
 
 bool TitleWords::hasLetters(TokenSpan span) const {
+    // "1:1"
+    if (!span.empty() && token(span.begin).kind == TokenKind::Number &&
+        Reader(m_document, span.end).has(span.begin, Meaning::Event))
+        return true;
     // "F L U  C L I N I C": a heading with spaces between its letters.
     constexpr std::uint32_t kFewestLetters = 4;
     std::uint32_t letters = 0;

@@ -119,9 +119,22 @@ bool isDatedBeside(const Reader &reader, std::uint32_t i) {
     return clock != next || reader.symbol(clock + 1, ':');
 }
 
+/// "Sat 3.21 | doors 7": behind a weekday, where no minutes are written so and no word follows.
+bool isBehindName(const Reader &reader, std::uint32_t i) {
+    static constexpr Meanings kNames{Meaning::Weekday, Meaning::WeakWeekday};
+    constexpr std::uint32_t kStep = 5;
+    const std::uint32_t name = i > 1 && reader.symbol(i - 1, '.') ? i - 2 : i - 1;
+    return i > 0 && reader.mayHave(name, kNames) && isDotted(reader, i) &&
+           reader.language(i).script == Script::Latin && !reader.word(i + 3) &&
+           (reader.token(i + 2).digits == 1 || reader.token(i + 2).number % kStep != 0) &&
+           !(reader.symbol(i + 3, '-') || reader.symbol(i + 3, '/'));
+}
+
 /// "le 18.12", "27.10, 07:40": where dates are not written so, only a word that leads to a day or a
 /// time behind them tells. "9.10 alle 12" are two times.
 bool isDatedHere(const Reader &reader, std::uint32_t i) {
+    if (isBehindName(reader, i))
+        return true;
     if (reader.language(i).dayOrder != DayOrder::DayFirst || !isDotted(reader, i) ||
         (i > 0 && reader.has(i - 1, Meaning::TimeMarker)))
         return false;

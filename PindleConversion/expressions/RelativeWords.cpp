@@ -28,7 +28,10 @@ bool isCertainWeekday(const Reader &reader, std::uint32_t i, std::uint32_t next)
         return reader.number(reader.skipSymbol(next, '.'), 1, 31);
     // "are you free sat" closes a line of a conversation.
     const Field &field = reader.document().fields[word.field];
-    if (field.spoken && word.end - word.begin > kShort && i > field.begin + 1 &&
+    // and "yup sat" may be all of it.
+    static constexpr Meanings kTalk{Meaning::Greeting, Meaning::Chatter};
+    if (field.spoken && word.end - word.begin > kShort &&
+        (i != field.begin + 1 || reader.mayHave(field.begin, kTalk)) &&
         (next >= reader.end() || reader.symbol(next, ',')))
         return true;
     // "Hotel Sol de Mar" is named so.
