@@ -171,6 +171,8 @@ Reply convert(const Request &request) {
     draft.location = spanText(document, place);
     draft.title = softened(spanText(document, title));
     draft.description = describe(document, title, place);
+    constexpr std::size_t kFacts = 6;
+    reply.evidence.reserve(kFacts);
     addEvidence(reply, document, Fact::Title, title);
     addEvidence(reply, document, Fact::Location, place);
     addEvidence(reply, document, Fact::Date, choice.dateSpan);

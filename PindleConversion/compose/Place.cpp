@@ -22,6 +22,10 @@ constexpr std::array<std::string_view, 12> kMeetingHosts{
 /// Words that lead to a date or time.
 constexpr Meanings kMomentLeads{Meaning::DateMarker, Meaning::TimeMarker, Meaning::RangeFrom};
 
+/// What tells of a place.
+constexpr Meanings kPlaceWords{Meaning::PlaceMarker, Meaning::PlaceBehind, Meaning::PlaceNoun,
+                               Meaning::StreetWord, Meaning::Online};
+
 } // namespace
 
 PlaceFinder::PlaceFinder(const Document &document, const Choice &choice)
@@ -68,6 +72,10 @@ void PlaceFinder::consider(std::uint32_t f, TokenSpan part) {
         // What stands in quotes is a name of something else.
         if (token(i).used || quoted)
             continue;
+        if (reader.symbol(i, '('))
+            bracketed(reader, i);
+        if (!reader.mayHave(i, kPlaceWords))
+            continue;
         if (const Sense *marker = reader.sense(i, Meaning::PlaceMarker))
             marked(reader, i, *marker);
         if (reader.has(i, Meaning::PlaceBehind))
@@ -76,8 +84,6 @@ void PlaceFinder::consider(std::uint32_t f, TokenSpan part) {
             compound(reader, field, i);
         if (reader.has(i, Meaning::StreetWord))
             street(reader, field, i);
-        if (reader.symbol(i, '('))
-            bracketed(reader, i);
         if (const Sense *online = reader.sense(i, Meaning::Online);
             online && !reader.has(i, Meaning::Event) && !isOnlineDeed(reader, field, i, *online))
             offer({i, i + online->length}, kLeastScore, i);

@@ -1,19 +1,32 @@
 #include "PindleConversion/compose/Compose.h"
 
 #include <algorithm>
+#include <array>
 
 #include "PindleConversion/clean/Utf8.h"
 
 namespace pindle::conversion {
+
+namespace {
+
+constexpr auto kAsciiMarks = [] {
+    std::array<bool, 128> marks{};
+    for (const char c : std::string_view(",;:-.!?|/\\<>~=*\"'@&+_^\t"))
+        marks[static_cast<unsigned char>(c)] = true;
+    return marks;
+}();
+
+} // namespace
 
 bool isEdgeMark(const Token &token) {
     if (token.kind == TokenKind::LineBreak)
         return true;
     if (token.kind != TokenKind::Symbol)
         return false;
-    constexpr std::u32string_view marks =
-        U",;:-.!?\u00BF\u00A1\u3002|/\\<>•~=*\"'@&+_^\t\U0001F4CD\U0001F4C5\U000023F0→…";
-    return marks.find(token.symbol) != std::u32string_view::npos;
+    if (token.symbol < kAsciiMarks.size())
+        return kAsciiMarks[token.symbol];
+    constexpr std::u32string_view kMarks = U"\u00BF\u00A1\u3002•\U0001F4CD\U0001F4C5\U000023F0→…";
+    return kMarks.find(token.symbol) != std::u32string_view::npos;
 }
 
 TokenSpan inReach(const Field &field, std::uint32_t anchor) {
@@ -24,7 +37,9 @@ TokenSpan inReach(const Field &field, std::uint32_t anchor) {
 }
 
 std::vector<Run> runsOf(const Document &document, TokenSpan part) {
+    constexpr std::size_t kUsual = 4;
     std::vector<Run> runs;
+    runs.reserve(kUsual);
     bool afterUsed = false;
     for (std::uint32_t i = part.begin; i < part.end;) {
         if (document.tokens[i].used) {
@@ -46,17 +61,16 @@ std::vector<Run> runsOf(const Document &document, TokenSpan part) {
 }
 
 std::string spanText(const Document &document, TokenSpan span) {
+    constexpr std::string_view kBlanks = " \n\t";
     std::string text;
-    bool space = false;
-    for (char c : document.slice(span)) {
-        if (c == ' ' || c == '\n' || c == '\t') {
-            space = !text.empty();
-            continue;
-        }
-        if (space)
+    const std::string_view slice = document.slice(span);
+    text.reserve(slice.size());
+    for (std::size_t at = slice.find_first_not_of(kBlanks); at < slice.size();) {
+        const std::size_t end = std::min(slice.find_first_of(kBlanks, at), slice.size());
+        text += slice.substr(at, end - at);
+        at = slice.find_first_not_of(kBlanks, end);
+        if (at < slice.size())
             text += ' ';
-        space = false;
-        text += c;
     }
     return text;
 }
@@ -66,15 +80,14 @@ std::string describe(const Document &document, TokenSpan title, TokenSpan place)
     const auto inside = [](TokenSpan span, std::uint32_t i) {
         return i >= span.begin && i < span.end;
     };
+    static constexpr Meanings kFillers{Meaning::TitleTail, Meaning::TitleLead,
+                                       Meaning::PlaceMarker};
     bool more = false;
     for (std::uint32_t i = 0; i < document.tokens.size() && !more; ++i) {
         const Token &token = document.tokens[i];
-        const Reader reader(document, static_cast<std::uint32_t>(document.tokens.size()));
         const bool says = token.kind != TokenKind::Symbol && token.kind != TokenKind::LineBreak;
-        const bool filler = reader.has(i, Meaning::TitleTail) ||
-                            reader.has(i, Meaning::TitleLead) ||
-                            reader.has(i, Meaning::PlaceMarker);
-        more = says && !filler && !token.used && !inside(title, i) && !inside(place, i);
+        more = says && !token.used && !token.meanings.meets(kFillers) && !inside(title, i) &&
+               !inside(place, i);
     }
     if (!more)
         return {};

@@ -27,7 +27,9 @@ std::vector<TokenSpan> TitleParts::partsOf(TokenSpan run) const {
     const bool greeting = (reader.has(run.begin, Meaning::Greeting) &&
                            !leadsOn(reader, run.begin, Meaning::Greeting)) ||
                           (reader.has(run.begin, Meaning::RangeFrom) && token(run.begin).upper());
+    constexpr std::size_t kUsual = 4;
     std::vector<TokenSpan> parts;
+    parts.reserve(kUsual);
     std::uint32_t begin = run.begin;
     for (std::uint32_t i = run.begin; i < run.end; ++i) {
         const bool hard = isHardBreak(reader, i);
@@ -61,6 +63,8 @@ std::vector<TokenSpan> TitleParts::partsOf(TokenSpan run) const {
 }
 
 bool TitleParts::isHardBreak(const Reader &reader, std::uint32_t i) const {
+    if (token(i).kind != TokenKind::Symbol)
+        return token(i).kind == TokenKind::Link || token(i).kind == TokenKind::Mail;
     if (reader.symbol(i, ';') || reader.symbol(i, '*') || isCrumb(i))
         return true;
     // "Blood donation: we look forward to seeing you"
@@ -79,10 +83,12 @@ bool TitleParts::isHardBreak(const Reader &reader, std::uint32_t i) const {
         return true;
     if (reader.symbol(i, '-'))
         return (!reader.glued(i) || !reader.glued(i + 1)) && !isSubtitle(reader, i + 1);
-    return token(i).kind == TokenKind::Link || token(i).kind == TokenKind::Mail;
+    return false;
 }
 
 char TitleParts::bookMark(std::uint32_t i) const {
+    if (token(i).symbol != '"')
+        return 0;
     const auto mark = m_document.slice(token(i));
     return mark == "\u300A" ? '<' : mark == "\u300B" ? '>' : '\0';
 }
@@ -100,8 +106,7 @@ bool TitleParts::enclosesName(TokenSpan span, std::uint32_t i) const {
 
 bool TitleParts::startsClause(const Reader &reader, std::uint32_t i) const {
     static constexpr Meanings kAside{Meaning::Chatter, Meaning::Greeting, Meaning::AsideLead};
-    const std::string_view mark = m_document.slice(token(i));
-    return reader.symbol(i, ',') && mark != "\u3001" && reader.at(i + 1) &&
+    return reader.symbol(i, ',') && m_document.slice(token(i)) != "\u3001" &&
            reader.token(i + 1).unspaced && reader.mayHave(i + 1, kAside) &&
            m_document.fields[token(i).field].label != Label::Title;
 }
@@ -125,11 +130,15 @@ int TitleParts::columns(TokenSpan span) const {
     const auto text = m_document.slice(span);
     int width = 0;
     for (std::size_t at = 0; at < text.size() && width <= 2 * kWidest;) {
+        if (static_cast<unsigned char>(text[at]) < 0x80) {
+            width += text[at] == ' ' && at > 0 && text[at - 1] == ' ' ? 0 : 1;
+            ++at;
+            continue;
+        }
         const CodePoint point = decodeAt(text, at);
-        const bool blank = point.value == ' ' && at > 0 && text[at - 1] == ' ';
         at = point.end;
         if (point.value < 0x1100) {
-            width += blank ? 0 : 1;
+            ++width;
             continue;
         }
         const int wide = u_getIntPropertyValue(point.value, UCHAR_EAST_ASIAN_WIDTH);

@@ -125,7 +125,9 @@ TokenSpan TitleParts::trimBack(TokenSpan span) const {
             return span;
     const std::uint32_t low =
         span.end > span.begin + kLongestTail ? span.end - kLongestTail : span.begin;
-    for (std::uint32_t i = low; i < span.end; ++i)
+    for (std::uint32_t i = low; i < span.end; ++i) {
+        if (!token(i).meanings.has(Meaning::TitleTail))
+            continue;
         for (std::uint32_t s = token(i).firstSense; s < token(i).firstSense + token(i).senses;
              ++s) {
             const Sense &sense = m_document.senses[s];
@@ -133,6 +135,7 @@ TokenSpan TitleParts::trimBack(TokenSpan span) const {
                 !(token(last).upper() && isName(span, last)))
                 return {span.begin, i};
         }
+    }
     return span;
 }
 

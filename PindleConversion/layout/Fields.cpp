@@ -196,8 +196,8 @@ private:
             row.firstEnd = end;
         row.allLabels = row.allLabels && own != Label::None;
         row.unknown += own == Label::None ? 1U : 0U;
-        for (std::uint32_t i = begin; i < end; ++i)
-            row.numbers = row.numbers || m_document.tokens[i].kind == TokenKind::Number;
+        for (std::uint32_t i = begin; i < end && !row.numbers; ++i)
+            row.numbers = m_document.tokens[i].kind == TokenKind::Number;
         if (row.labels.size() < kMostColumns)
             row.labels.push_back(own);
         fieldsOf(begin, end, inherited);
@@ -266,6 +266,12 @@ private:
         std::uint32_t from = begin;
         for (std::uint32_t i = begin; i < end;) {
             const bool start = i == begin;
+            // Most words stand behind another, in lower case.
+            if (!start && reader.word(i) && !reader.token(i).capital &&
+                reader.token(i - 1).kind == TokenKind::Word) {
+                ++i;
+                continue;
+            }
             const bool behindMark =
                 reader.token(i).unspaced && !start && reader.token(i - 1).kind == TokenKind::Symbol;
             const bool mayStart = start || behindMark ||

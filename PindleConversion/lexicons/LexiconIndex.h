@@ -57,7 +57,8 @@ inline constexpr std::uint32_t kLetterWord = kLetterCounter - 1; ///< all bits o
 /// Where languages are spoken.
 struct SpokenZone {
     std::string_view name;   ///< a zone's identifier or the beginning of some
-    std::uint32_t languages; ///< a bit each
+    std::uint32_t languages; ///< a bit each; also of all shorter names that begin this one
+    std::uint32_t shorter;   ///< counted from 1, the longest of those; 0 for none
 };
 
 /// All lexicons in one, made when the program is built.

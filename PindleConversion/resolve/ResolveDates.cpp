@@ -251,26 +251,33 @@ std::optional<Day> parseDay(std::string_view text) {
 namespace {
 
 /// With zeros before it, to so many characters; years before 0 have their sign first.
-std::string padded(int value, std::size_t width) {
-    std::string text = std::to_string(value);
-    if (text.size() < width)
-        text.insert(value < 0 ? 1U : 0U, width - text.size(), '0');
-    return text;
+/// Writes `value` at `to` with so many digits, zeros first.
+void putDigits(char *to, unsigned value, int digits) {
+    for (int i = digits; i-- > 0; value /= 10)
+        to[i] = static_cast<char>('0' + value % 10);
 }
 
 } // namespace
 
 std::string formatDay(Day day) {
     const year_month_day date(day);
-    return padded(static_cast<int>(date.year()), 4) + '-' +
-           padded(static_cast<int>(static_cast<unsigned>(date.month())), 2) + '-' +
-           padded(static_cast<int>(static_cast<unsigned>(date.day())), 2);
+    constexpr int kDigits = 4;
+    const int year = static_cast<int>(date.year());
+    std::string text = year > 9999 ? "00000-00-00" : "0000-00-00";
+    const int digits = year > 9999 ? kDigits + 1 : kDigits;
+    putDigits(text.data(), static_cast<unsigned>(year), digits);
+    putDigits(text.data() + digits + 1, static_cast<unsigned>(date.month()), 2);
+    putDigits(text.data() + digits + 4, static_cast<unsigned>(date.day()), 2);
+    return text;
 }
 
 std::string formatMinute(int minuteOfDay) {
     constexpr int kMinutesInDay = 24 * 60;
     const int minute = ((minuteOfDay % kMinutesInDay) + kMinutesInDay) % kMinutesInDay;
-    return padded(minute / 60, 2) + ':' + padded(minute % 60, 2);
+    std::string text = "00:00";
+    putDigits(text.data(), static_cast<unsigned>(minute / 60), 2);
+    putDigits(text.data() + 3, static_cast<unsigned>(minute % 60), 2);
+    return text;
 }
 
 std::optional<ResolvedDate> resolveDate(const DateMention &mention, const Reference &reference) {

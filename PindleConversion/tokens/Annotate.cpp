@@ -80,6 +80,9 @@ private:
 
     void cutLines() {
         const auto size = static_cast<std::uint32_t>(m_document.tokens.size());
+        constexpr std::size_t kUsual = 8;
+        m_lines.reserve(kUsual);
+        m_scores.reserve(kUsual);
         std::uint32_t begin = 0;
         Evidence line;
         for (std::uint32_t i = 0; i < size; ++i) {

@@ -32,24 +32,15 @@ constexpr auto kBits = [] {
 }();
 
 /// The languages of all names that a zone's identifier starts with, a bit each. Of the names
-/// sorted, the last one not behind `key` starts it, or shares with it what a shorter one can be.
+/// sorted, the last one not behind it starts with all of them.
 std::uint32_t languagesSpokenIn(std::string_view zone) {
     const auto names = kTables.zones;
-    std::uint32_t languages = 0;
-    for (std::string_view key = zone; !key.empty();) {
-        const auto behind = std::ranges::upper_bound(names, key, {}, &SpokenZone::name);
-        if (behind == names.begin())
-            break;
-        const SpokenZone &last = *std::prev(behind);
-        std::size_t shared = last.name.size() - 1;
-        if (key.starts_with(last.name))
-            languages |= last.languages;
-        else
-            shared =
-                static_cast<std::size_t>(std::ranges::mismatch(key, last.name).in1 - key.begin());
-        key = key.substr(0, shared);
-    }
-    return languages;
+    const auto behind = std::ranges::upper_bound(names, zone, {}, &SpokenZone::name);
+    for (auto at = static_cast<std::size_t>(behind - names.begin()); at > 0;
+         at = names[at - 1].shorter)
+        if (zone.starts_with(names[at - 1].name))
+            return names[at - 1].languages;
+    return 0;
 }
 
 /// The languages of a script, a bit each.

@@ -301,8 +301,18 @@ void TableBuilder::writeZones(std::string &out) const {
                 zones[name] |= 1U << i;
     }
     out += "constexpr SpokenZone kZones[] = {\n";
-    for (const auto &[name, languages] : zones)
-        out += "{" + quoted(name) + "," + std::to_string(languages) + "},\n";
+    std::vector<std::pair<std::string, std::uint32_t>> before; // what begins the name, and itself
+    std::map<std::string, std::size_t> places;
+    for (const auto &[name, languages] : zones) {
+        while (!before.empty() && !name.starts_with(before.back().first))
+            before.pop_back();
+        const std::uint32_t all = languages | (before.empty() ? 0U : before.back().second);
+        const std::size_t shorter = before.empty() ? 0 : places.at(before.back().first) + 1;
+        out +=
+            "{" + quoted(name) + "," + std::to_string(all) + "," + std::to_string(shorter) + "},\n";
+        places.emplace(name, places.size());
+        before.emplace_back(name, all);
+    }
     out += "};\n";
 }
 
