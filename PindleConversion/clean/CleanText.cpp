@@ -299,13 +299,13 @@ std::string_view trimmed(std::string_view text) {
 /// Takes one pair of quotes off when it holds the whole text and nothing else is quoted with it.
 bool unquote(std::string_view &text) {
     using Pair = std::array<std::string_view, 2>;
-    constexpr std::array<Pair, 7> pairs{{{"\"", "\""},
-                                         {"'", "'"},
-                                         {"\u201C", "\u201D"},
-                                         {"\u2018", "\u2019"},
-                                         {"\u00AB", "\u00BB"},
-                                         {"\u201E", "\u201C"},
-                                         {"\u300C", "\u300D"}}};
+    static constexpr std::array<Pair, 7> pairs{{{"\"", "\""},
+                                                {"'", "'"},
+                                                {"\u201C", "\u201D"},
+                                                {"\u2018", "\u2019"},
+                                                {"\u00AB", "\u00BB"},
+                                                {"\u201E", "\u201C"},
+                                                {"\u300C", "\u300D"}}};
     for (const auto &[open, close] : pairs) {
         if (text.empty() || text[0] != open[0] || text.size() < open.size() + close.size() ||
             !text.starts_with(open) || !text.ends_with(close))

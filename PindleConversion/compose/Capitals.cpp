@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <vector>
 
 #include <unicode/uchar.h>
@@ -62,6 +63,9 @@ std::string softWord(std::string_view word, bool first) {
 } // namespace
 
 std::string softened(const std::string &title) {
+    // Most titles have a small letter.
+    if (std::ranges::any_of(title, [](char c) { return c >= 'a' && c <= 'z'; }))
+        return title;
     const Counts counts = countLetters(title);
     if (counts.lower > 0 || counts.upper < kFewestLetters || counts.words < 2)
         return title;

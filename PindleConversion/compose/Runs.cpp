@@ -61,17 +61,21 @@ std::vector<Run> runsOf(const Document &document, TokenSpan part) {
 }
 
 std::string spanText(const Document &document, TokenSpan span) {
-    constexpr std::string_view kBlanks = " \n\t";
-    std::string text;
-    const std::string_view slice = document.slice(span);
-    text.reserve(slice.size());
-    for (std::size_t at = slice.find_first_not_of(kBlanks); at < slice.size();) {
-        const std::size_t end = std::min(slice.find_first_of(kBlanks, at), slice.size());
-        text += slice.substr(at, end - at);
-        at = slice.find_first_not_of(kBlanks, end);
-        if (at < slice.size())
-            text += ' ';
+    const auto isBlank = [](char c) { return c == ' ' || c == '\n' || c == '\t'; };
+    std::string text(document.slice(span));
+    char *end = text.data();
+    bool space = false;
+    for (const char c : text) {
+        if (isBlank(c)) {
+            space = end != text.data();
+            continue;
+        }
+        if (space)
+            *end++ = ' ';
+        space = false;
+        *end++ = c;
     }
+    text.resize(static_cast<std::size_t>(end - text.data()));
     return text;
 }
 

@@ -266,11 +266,11 @@ private:
         const Token &token = m_document.tokens[i];
         const LanguageInfo &info = languageInfo(language);
         const auto text = m_document.slice(token);
-        // "hochgeladen" is no shop, "Gastherme" no bath.
-        if (token.word != 0 && isOther(token))
-            return;
         if (!info.hasTails || text.size() > kLongestWord || text.size() < kShortestTail + 2 ||
             hasTailMeaning(token, info))
+            return;
+        // "hochgeladen" is no shop, "Gastherme" no bath.
+        if (token.word != 0 && isOther(token))
             return;
         foldWord(text, m_folded);
         const std::string_view whole = m_folded;
