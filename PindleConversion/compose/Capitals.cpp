@@ -39,14 +39,9 @@ bool isSmallWord(const std::string &folded) {
     const std::uint32_t word = findWord(folded);
     if (word == 0)
         return false;
-    for (const Phrase &phrase : phrasesOf(wordSlot(word))) {
-        const Meaning meaning = phrase.sense.meaning;
-        if (phrase.sense.length == 1 &&
-            (meaning == Meaning::The || meaning == Meaning::Of || meaning == Meaning::And ||
-             meaning == Meaning::PlaceMarker))
-            return true;
-    }
-    return false;
+    static constexpr Meanings kSmall{Meaning::The, Meaning::Of, Meaning::And, Meaning::PlaceMarker};
+    return std::ranges::any_of(sensesOf(lexiconWord(word)),
+                               [](const Sense &sense) { return kSmall.has(sense.meaning); });
 }
 
 /// A word in capitals as a title writes it: an abbreviation stays.

@@ -61,29 +61,33 @@ UnspacedWord longestUnspaced(std::string_view text, std::size_t at) {
 }
 
 std::uint32_t findWord(std::string_view folded, std::uint32_t hash) {
-    const auto mask = static_cast<std::uint32_t>(kTables.slots.size() - 1);
+    const auto mask = static_cast<std::uint32_t>(kTables.places.size() - 1);
     for (std::uint32_t at = hash & mask;; at = (at + 1) & mask) {
-        const WordSlot &slot = kTables.slots[at];
-        if (slot.length == 0)
+        const std::uint32_t place = kTables.places[at];
+        if (place == 0)
             return 0;
-        if (slot.hash == hash && slot.length == folded.size() &&
-            sameBytes(kTables.text + slot.text, folded.data(), folded.size()))
-            return at + 1;
+        if (WordPlace::tag(place) != WordPlace::tag(hash))
+            continue;
+        const std::uint32_t number = WordPlace::number(place);
+        const LexiconWord &word = lexiconWord(number);
+        const char *letters =
+            word.length <= kOwnLetters ? word.letters.data() : kTables.text + word.text;
+        if (word.length == folded.size() && sameBytes(letters, folded.data(), folded.size()))
+            return number;
     }
 }
 
-std::span<const Phrase> phrasesWith(const WordSlot &slot, std::uint32_t second) {
-    const auto longer =
-        kTables.phrases.subspan(slot.firstPhrase + slot.singles, slot.phrases - slot.singles);
+std::span<const Phrase> phrasesWith(const LexiconWord &word, std::uint32_t second) {
+    const auto phrases = kTables.phrases.subspan(word.firstPhrase, word.phrases);
     struct BySecond {
-        bool operator()(const Phrase &phrase, std::uint32_t word) const {
-            return phrase.second < word;
+        bool operator()(const Phrase &phrase, std::uint32_t other) const {
+            return phrase.second < other;
         }
-        bool operator()(std::uint32_t word, const Phrase &phrase) const {
-            return word < phrase.second;
+        bool operator()(std::uint32_t other, const Phrase &phrase) const {
+            return other < phrase.second;
         }
     };
-    const auto [first, last] = std::equal_range(longer.begin(), longer.end(), second, BySecond{});
+    const auto [first, last] = std::equal_range(phrases.begin(), phrases.end(), second, BySecond{});
     return {first, last};
 }
 

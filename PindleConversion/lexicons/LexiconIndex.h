@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <span>
 #include <string_view>
@@ -20,26 +21,32 @@ struct Sense {
     LanguageId language;
 };
 
-/// A phrase: the words behind its first one, and what it means.
+/// A phrase of several words: those behind its first one, and what it means.
 struct Phrase {
-    std::uint32_t second; ///< number of its second word, 0 when it has one word
+    std::uint32_t second; ///< number of its second word
     std::uint32_t rest;   ///< where the words behind the second start in `Tables::phraseWords`
     Sense sense;
 };
 
-/// A place of the hash table of words.
-struct WordSlot {
-    std::uint32_t hash;
-    std::uint32_t text; ///< where its letters start in `Tables::text`
-    std::uint32_t firstPhrase;
-    std::uint32_t languages; ///< a bit per lexicon that has the word
-    std::uint64_t followers; ///< a bit for each second word of its phrases, see `mayFollow`
-    std::uint16_t phrases;   ///< by their second word, then longest first
-    std::uint16_t singles;   ///< those of one word, which come first
-    std::uint8_t length;     ///< bytes; 0 for a free place
-    std::uint8_t flags;      ///< see `kCounter`, `kElision`
-    std::uint8_t known;      ///< how many languages have the word; each gains its share
+inline constexpr std::size_t kOwnLetters = 12; ///< bytes of a word that are kept with it
+inline constexpr std::size_t kOwnSenses = 3;
+
+/// A word of the lexicons: what most texts need of it, in one line of the processor's cache.
+struct alignas(64) LexiconWord {
+    std::uint64_t followers;   ///< a bit for each second word of its phrases, see `mayFollow`
+    std::uint32_t text;        ///< where its letters start in `Tables::text`
+    std::uint32_t firstPhrase; ///< of several words
+    std::uint32_t firstSense;  ///< where its senses start in `Tables::senses`, for many
+    std::uint16_t languages;   ///< a bit per lexicon that has the word
+    std::uint16_t phrases;     ///< by their second word, then longest first
+    std::uint8_t singles;      ///< senses that it has alone
+    std::uint8_t length;       ///< bytes
+    std::uint8_t flags;        ///< see `kCounter`, `kElision`
+    std::uint8_t known;        ///< how many languages have the word; each gains its share
+    std::array<char, kOwnLetters> letters; ///< the first ones
+    std::array<Sense, kOwnSenses> senses;  ///< all that it has alone, if they are not many
 };
+static_assert(sizeof(LexiconWord) == 64);
 
 inline constexpr std::uint8_t kCounter = 1; ///< counts the numeral before it: "日"
 inline constexpr std::uint8_t kElision = 2; ///< ends with an apostrophe: "l'"
@@ -61,10 +68,21 @@ struct SpokenZone {
     std::uint32_t shorter;   ///< counted from 1, the longest of those; 0 for none
 };
 
+/// A place of `Tables::places`: the word's number, and bits of its hash above. 0 is free. Most
+/// words that no lexicon has are told by it alone.
+struct WordPlace {
+    static constexpr int kNumberBits = 17;
+    static constexpr std::uint32_t kMostWords = (1U << kNumberBits) - 1;
+    static constexpr std::uint32_t tag(std::uint32_t hash) { return hash & ~kMostWords; }
+    static constexpr std::uint32_t number(std::uint32_t place) { return place & kMostWords; }
+};
+
 /// All lexicons in one, made when the program is built.
 struct Tables {
-    std::span<const WordSlot> slots; ///< a power of two of them
+    std::span<const std::uint32_t> places; ///< of words by hash, a power of two; see `WordPlace`
+    std::span<const LexiconWord> words;    ///< those with most phrases first
     const char *text;
+    std::span<const Sense> senses; ///< of words that have many
     std::span<const Phrase> phrases;
     std::span<const std::uint32_t> phraseWords;
     std::span<const std::string_view> notes;
@@ -116,27 +134,29 @@ inline std::uint32_t findWord(std::string_view folded) {
     return findWord(folded, hashWord(folded));
 }
 
-inline const WordSlot &wordSlot(std::uint32_t word) {
-    return kTables.slots[word - 1];
+inline const LexiconWord &lexiconWord(std::uint32_t word) {
+    return kTables.words[word - 1];
 }
-inline std::span<const Phrase> phrasesOf(const WordSlot &slot) {
-    return kTables.phrases.subspan(slot.firstPhrase, slot.phrases);
+inline std::string_view textOf(const LexiconWord &word) {
+    return {kTables.text + word.text, word.length};
 }
-/// The phrases of this word alone.
-inline std::span<const Phrase> singleWords(const WordSlot &slot) {
-    return kTables.phrases.subspan(slot.firstPhrase, slot.singles);
+/// What the word means alone.
+inline std::span<const Sense> sensesOf(const LexiconWord &word) {
+    if (word.singles <= kOwnSenses)
+        return {word.senses.data(), word.singles};
+    return kTables.senses.subspan(word.firstSense, word.singles);
 }
 /// The place of a word's bit in `WordSlot::followers`.
 inline constexpr std::uint64_t followerBit(std::uint32_t word) {
     return std::uint64_t{1} << (word % 64);
 }
 /// Some phrase of the first word may have this second one. May be wrong when it says yes.
-inline bool mayFollow(const WordSlot &slot, std::uint32_t second) {
-    return (slot.followers & followerBit(second)) != 0;
+inline bool mayFollow(const LexiconWord &word, std::uint32_t second) {
+    return (word.followers & followerBit(second)) != 0;
 }
 /// The phrases whose second word is `second`, which is not 0. Logarithmic: some words start
 /// hundreds of phrases.
-std::span<const Phrase> phrasesWith(const WordSlot &slot, std::uint32_t second);
+std::span<const Phrase> phrasesWith(const LexiconWord &word, std::uint32_t second);
 inline std::string_view noteOf(const Sense &sense) {
     return kTables.notes[sense.note];
 }

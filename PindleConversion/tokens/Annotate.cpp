@@ -27,7 +27,7 @@ class Words : public Vocabulary {
 public:
     bool elides(std::string_view folded) const override {
         const std::uint32_t word = findWord(folded);
-        return word != 0 && (wordSlot(word).flags & kElision) != 0;
+        return word != 0 && (lexiconWord(word).flags & kElision) != 0;
     }
 
     UnspacedWord longest(std::string_view text, std::size_t at) const override {
@@ -111,8 +111,8 @@ private:
             // Words without spaces were found when they were cut.
             if (!token.unspaced)
                 lookUpWord(token, text);
-            if (token.word != 0 && !isAbbreviation(text, wordSlot(token.word)))
-                line.scores.addWord(wordSlot(token.word), text.size());
+            if (token.word != 0 && !isAbbreviation(text, lexiconWord(token.word)))
+                line.scores.addWord(lexiconWord(token.word), text.size());
             if (token.unspaced)
                 tellScript(text, line);
         }
@@ -120,7 +120,7 @@ private:
 
     /// "9:00 BST", "15:00 EST": what all languages abbreviate so tells none, though a word of one
     /// may be spelled alike.
-    static bool isAbbreviation(std::string_view text, const WordSlot &word) {
+    static bool isAbbreviation(std::string_view text, const LexiconWord &word) {
         constexpr std::size_t kLongest = 5; ///< bytes
         return (word.languages >> kSharedWords & 1U) != 0 && text.size() <= kLongest &&
                std::all_of(text.begin(), text.end(), [](char c) { return c >= 'A' && c <= 'Z'; });
@@ -214,7 +214,7 @@ private:
             token.language = language;
             token.firstSense = static_cast<std::uint32_t>(m_document.senses.size());
             if (token.word != 0)
-                noteSenses(i, wordSlot(token.word), language);
+                noteSenses(i, lexiconWord(token.word), language);
             if (token.kind == TokenKind::Word && !token.unspaced)
                 noteTail(i, language);
             token.senses = static_cast<std::uint16_t>(m_document.senses.size() - token.firstSense);
@@ -223,9 +223,9 @@ private:
         }
     }
 
-    void noteSenses(std::uint32_t i, const WordSlot &slot, LanguageId language) {
+    void noteSenses(std::uint32_t i, const LexiconWord &word, LanguageId language) {
         const std::uint32_t own = 1U << language | 1U << kSharedWords;
-        const bool ownWord = (slot.languages >> language & 1U) != 0;
+        const bool ownWord = (word.languages >> language & 1U) != 0;
         const std::uint32_t read = ownWord ? own : own | m_active;
         const std::uint32_t lent = ownWord ? 0 : 1U << m_english;
         const auto isRead = [&](const Sense &sense) {
@@ -236,18 +236,18 @@ private:
         const auto &tokens = m_document.tokens;
         const std::uint32_t next = i + 1 < tokens.size() ? tokens[i + 1].word : 0;
         // The longer ones come first.
-        if (next != 0 && mayFollow(slot, next))
-            for (const Phrase &phrase : phrasesWith(slot, next))
+        if (next != 0 && mayFollow(word, next))
+            for (const Phrase &phrase : phrasesWith(word, next))
                 if (isRead(phrase.sense) && matches(i, phrase))
                     senses.push_back(phrase.sense);
         // Which languages have a word is hard to foresee, for the processor as well: each sense
         // is written down, and the next one takes its place if it is not read.
-        const auto single = singleWords(slot);
+        const auto single = sensesOf(word);
         std::size_t count = senses.size();
         senses.resize(count + single.size());
-        for (const Phrase &phrase : single) {
-            senses[count] = phrase.sense;
-            count += isRead(phrase.sense) ? 1U : 0U;
+        for (const Sense &sense : single) {
+            senses[count] = sense;
+            count += isRead(sense) ? 1U : 0U;
         }
         senses.resize(count);
     }
@@ -280,7 +280,7 @@ private:
             if ((static_cast<unsigned char>(tail.front()) & 0xC0) == 0x80)
                 continue;
             const std::uint32_t word = findWord(tail);
-            if (word != 0 && noteTailSenses(wordSlot(word), language, info, isName(i, info)))
+            if (word != 0 && noteTailSenses(lexiconWord(word), language, info, isName(i, info)))
                 return;
         }
     }
@@ -308,11 +308,10 @@ private:
     }
 
     /// `name`: the end of a name tells no kind of event.
-    bool noteTailSenses(const WordSlot &slot, LanguageId language, const LanguageInfo &info,
+    bool noteTailSenses(const LexiconWord &word, LanguageId language, const LanguageInfo &info,
                         bool name) {
         bool found = false;
-        for (const Phrase &phrase : singleWords(slot)) {
-            const Sense &sense = phrase.sense;
+        for (const Sense &sense : sensesOf(word)) {
             if (sense.language != language ||
                 !info.tails[static_cast<std::size_t>(sense.meaning)] ||
                 (name && sense.meaning == Meaning::Event))

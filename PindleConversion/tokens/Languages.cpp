@@ -56,7 +56,7 @@ std::uint32_t languagesOf(Script script) {
 
 } // namespace
 
-void LanguageScores::addWord(const WordSlot &word, std::size_t bytes) {
+void LanguageScores::addWord(const LexiconWord &word, std::size_t bytes) {
     // All at once is quicker than one after another: which they are is hard to foresee.
     const int gain = (bytes <= kShort ? kShortShares : kShares)[word.known];
     for (std::size_t i = kSharedWords + 1; i < kMostLanguages; ++i)

@@ -15,7 +15,7 @@ inline constexpr std::size_t kMostLanguages = 16;
 class LanguageScores {
 public:
     /// A word that lexicons have.
-    void addWord(const WordSlot &word, std::size_t bytes);
+    void addWord(const LexiconWord &word, std::size_t bytes);
     /// So many words in letters of a script that only this script's languages use.
     void addScript(Script script, int words);
     void add(const LanguageScores &other);

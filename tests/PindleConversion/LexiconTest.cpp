@@ -78,9 +78,10 @@ TEST(Lexicons, theCompiledTablesHoldEveryLanguage) {
 TEST(Lexicons, theTablesStayBelowEightMegabytes) {
     constexpr std::size_t kMost = 8'000'000;
     std::size_t text = 0;
-    for (const WordSlot &slot : kTables.slots)
-        text += slot.length;
-    EXPECT_LT(kTables.slots.size_bytes() + kTables.phrases.size_bytes() +
+    for (const LexiconWord &word : kTables.words)
+        text += word.length;
+    EXPECT_LT(kTables.places.size_bytes() + kTables.words.size_bytes() +
+                  kTables.senses.size_bytes() + kTables.phrases.size_bytes() +
                   kTables.phraseWords.size_bytes() + kTables.letters.size_bytes() + text,
               kMost);
 }
@@ -94,6 +95,26 @@ TEST(Lexicons, wordsAreFoundAndOthersAreNot) {
     EXPECT_EQ(findWord(""), 0U);
 }
 
+TEST(Lexicons, everyWordIsFoundWithItsSenses) {
+    std::uint32_t number = 0;
+    for (const LexiconWord &each : kTables.words) {
+        ++number;
+        const std::string_view word = textOf(each);
+        EXPECT_EQ(findWord(word), number) << word;
+        EXPECT_EQ(sensesOf(each).size(), each.singles) << word;
+        for (const Sense &sense : sensesOf(each)) {
+            EXPECT_EQ(sense.length, 1) << word;
+            EXPECT_TRUE(each.languages >> sense.language & 1U) << word;
+        }
+        for (const Phrase &phrase : kTables.phrases.subspan(each.firstPhrase, each.phrases)) {
+            EXPECT_GT(phrase.sense.length, 1) << word;
+            EXPECT_TRUE(mayFollow(each, phrase.second)) << word;
+            const auto found = phrasesWith(each, phrase.second);
+            EXPECT_TRUE(found.data() <= &phrase && &phrase < found.data() + found.size()) << word;
+        }
+    }
+}
+
 TEST(Lexicons, wordsOfOneByteAreFoundWithoutHashing) {
     for (std::size_t c = 1; c < kTables.oneByte.size(); ++c) {
         const std::string word(1, static_cast<char>(c));
@@ -103,14 +124,14 @@ TEST(Lexicons, wordsOfOneByteAreFoundWithoutHashing) {
 
 TEST(Lexicons, wordsWithoutSpacesAreFoundLetterByLetter) {
     int found = 0;
-    for (const WordSlot &slot : kTables.slots) {
-        const std::string_view word(kTables.text + slot.text, slot.length);
-        if (word.empty() || unspacedScript(decodeAt(word, 0).value) == Unspaced::None)
+    for (const LexiconWord &each : kTables.words) {
+        const std::string_view word = textOf(each);
+        if (unspacedScript(decodeAt(word, 0).value) == Unspaced::None)
             continue;
         const UnspacedWord match = longestUnspaced("a" + std::string(word) + "~", 1);
         EXPECT_EQ(match.bytes, word.size()) << word;
         EXPECT_EQ(match.word(), findWord(word)) << word;
-        EXPECT_EQ(match.counter(), (slot.flags & kCounter) != 0) << word;
+        EXPECT_EQ(match.counter(), (each.flags & kCounter) != 0) << word;
         ++found;
     }
     EXPECT_GT(found, 0);

@@ -31,20 +31,16 @@ private:
     std::size_t m_at = 0;
 };
 
-std::string_view wordAt(unsigned slot) {
-    const auto &slots = kTables.slots;
-    for (std::size_t i = 0; i < slots.size(); ++i) {
-        const WordSlot &word = slots[(slot + i) % slots.size()];
-        if (word.length > 0)
-            return {kTables.text + word.text, word.length};
-    }
-    return {};
+/// One of so many words, those with most meanings first.
+std::string_view wordOf(Choices &choices, std::size_t words) {
+    return textOf(kTables.words[choices.next(static_cast<unsigned>(words))]);
 }
 
 /// Texts of words that all mean something, with numbers and marks between them.
 std::string textFrom(Choices &choices) {
     constexpr std::string_view marks[] = {" ",  " ", " ", " ",  "\n", ", ", ": ", "-",  ".", " (",
                                           ") ", "|", "/", "～", "、", "",   "'",  "\"", "。"};
+    constexpr std::size_t kCommonWords = 1'024; ///< which most rules look for
     std::string text;
     while (choices.any()) {
         switch (choices.next(4)) {
@@ -54,8 +50,11 @@ std::string textFrom(Choices &choices) {
         case 1:
             text += std::to_string(1000 + choices.next(3000));
             break;
+        case 2:
+            text += wordOf(choices, kCommonWords);
+            break;
         default:
-            text += wordAt(choices.next(65536));
+            text += wordOf(choices, kTables.words.size());
         }
         text += marks[choices.next(static_cast<unsigned>(std::size(marks)))];
     }

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <bit>
+#include <limits>
 #include <sstream>
 #include <stdexcept>
 #include <tuple>
@@ -195,13 +196,10 @@ std::uint16_t TableBuilder::noteNumber(const std::string &note) {
 }
 
 void TableBuilder::place() {
-    // Half full at most: the table should fit the processor's cache before it is quickest to probe.
-    std::size_t size = 1024;
-    while (size < m_words.size() * 2)
-        size *= 2;
-    m_slots.assign(size, nullptr);
-    std::uint32_t phrases = 0;
     for (auto &[text, word] : m_words) {
+        if (text.size() > std::numeric_limits<std::uint8_t>::max())
+            throw std::runtime_error("a word is too long: " + text);
+        m_order.push_back(&text);
         // What a language says of a word comes before what all share.
         std::stable_sort(
             word.phrases.begin(), word.phrases.end(), [](const Built &a, const Built &b) {
@@ -209,22 +207,29 @@ void TableBuilder::place() {
                     return a.sense.length > b.sense.length;
                 return a.sense.language != kSharedWords && b.sense.language == kSharedWords;
             });
-        std::size_t at = hashWord(text) & (size - 1);
-        while (m_slots[at])
-            at = (at + 1) & (size - 1);
-        m_slots[at] = &text;
-        word.slot = static_cast<std::uint32_t>(at);
-        word.firstPhrase = phrases;
-        phrases += static_cast<std::uint32_t>(word.phrases.size());
     }
-    for (auto &[text, word] : m_words)
+    if (m_order.size() > WordPlace::kMostWords)
+        throw std::runtime_error("the lexicons have too many words");
+    // Words of many phrases are those that most texts have: together they share pages of memory.
+    std::stable_sort(m_order.begin(), m_order.end(), [&](const auto *a, const auto *b) {
+        return m_words.at(*a).phrases.size() > m_words.at(*b).phrases.size();
+    });
+    for (const std::string *text : m_order)
+        m_words.at(*text).number = ++m_numbered;
+    for (auto &[text, word] : m_words) {
         std::stable_sort(word.phrases.begin(), word.phrases.end(),
                          [&](const Built &a, const Built &b) { return second(a) < second(b); });
+        const auto several = std::find_if(word.phrases.begin(), word.phrases.end(),
+                                          [&](const Built &each) { return second(each) != 0; });
+        word.singles = static_cast<std::size_t>(several - word.phrases.begin());
+        if (word.singles > std::numeric_limits<std::uint8_t>::max())
+            throw std::runtime_error("a word has too many senses: " + text);
+    }
 }
 
 /// The number of a phrase's second word, 0 when it has none.
 std::uint32_t TableBuilder::second(const Built &phrase) const {
-    return phrase.words.size() < 2 ? 0 : m_words.at(phrase.words[1]).slot + 1;
+    return phrase.words.size() < 2 ? 0 : m_words.at(phrase.words[1]).number;
 }
 
 namespace {
@@ -239,54 +244,91 @@ std::string quoted(std::string_view text) {
     return out + '"';
 }
 
-std::string numbers(std::initializer_list<std::uint64_t> values) {
+std::string written(const Sense &sense) {
+    return "{static_cast<Meaning>(" + std::to_string(static_cast<int>(sense.meaning)) + ")," +
+           std::to_string(sense.length) + "," + std::to_string(sense.value) + "," +
+           std::to_string(sense.note) + "," + std::to_string(sense.language) + "}";
+}
+
+/// The first letters of a word, a byte each.
+std::string firstLetters(std::string_view word) {
     std::string out = "{";
-    for (std::uint64_t value : values)
-        out += std::to_string(value) + "U,";
-    out.back() = '}';
-    return out + ",\n";
+    for (const char c : word.substr(0, kOwnLetters))
+        out += std::to_string(static_cast<int>(static_cast<signed char>(c))) + ",";
+    return out + "}";
 }
 
 } // namespace
 
-void TableBuilder::writeSlots(std::string &out) const {
-    std::string text;
-    std::uint32_t offset = 0;
-    out += "constexpr WordSlot kSlots[] = {\n";
-    for (const std::string *each : m_slots) {
-        if (!each) {
-            out += "{},\n";
-            continue;
-        }
+void TableBuilder::writePlaces(std::string &out) const {
+    // Half full at most: probes are short.
+    std::size_t size = 1024;
+    while (size < m_order.size() * 2)
+        size *= 2;
+    std::vector<std::uint32_t> places(size, 0);
+    for (const auto &[text, word] : m_words) {
+        const std::uint32_t hash = hashWord(text);
+        std::size_t at = hash & (size - 1);
+        while (places[at] != 0)
+            at = (at + 1) & (size - 1);
+        places[at] = WordPlace::tag(hash) | word.number;
+    }
+    out += "constexpr std::uint32_t kPlaces[] = {\n";
+    for (const std::uint32_t place : places)
+        out += std::to_string(place) + "U,\n";
+    out += "};\n";
+}
+
+void TableBuilder::writeWords(std::string &out) const {
+    std::string text = "constexpr char kText[] =\n\"\"\n";
+    static_assert(kMostLanguages <= std::numeric_limits<std::uint16_t>::digits);
+    std::string senses = "constexpr Sense kSenses[] = {{},\n";
+    std::size_t offset = 0;
+    std::size_t phrases = 0;
+    std::size_t many = 1;
+    out += "constexpr LexiconWord kWords[] = {\n";
+    for (const std::string *each : m_order) {
         const Word &word = m_words.at(*each);
         std::uint64_t followers = 0;
-        std::uint64_t singles = 0;
-        for (const Built &phrase : word.phrases) {
-            followers |= second(phrase) != 0 ? followerBit(second(phrase)) : 0;
-            singles += second(phrase) == 0 ? 1U : 0U;
+        std::string own;
+        for (std::size_t i = 0; i < word.phrases.size(); ++i) {
+            if (i >= word.singles)
+                followers |= followerBit(second(word.phrases[i]));
+            else
+                own += written(word.phrases[i].sense) + ",";
         }
-        out += numbers({hashWord(*each), offset, word.firstPhrase, word.languages, followers,
-                        word.phrases.size(), singles, each->size(), word.flags,
-                        static_cast<std::uint64_t>(std::popcount(word.languages & ~1U))});
+        const bool fits = word.singles <= kOwnSenses;
+        const std::size_t several = word.phrases.size() - word.singles;
+        out += "{" + std::to_string(followers) + "U," + std::to_string(offset) + "," +
+               std::to_string(phrases) + "," + std::to_string(fits ? 0 : many) + "," +
+               std::to_string(word.languages) + "," + std::to_string(several) + "," +
+               std::to_string(word.singles) + "," + std::to_string(each->size()) + "," +
+               std::to_string(word.flags) + "," +
+               std::to_string(std::popcount(word.languages & ~1U)) + "," + firstLetters(*each) +
+               ",{{" + (fits ? own : "") + "}}},\n";
+        if (!fits) {
+            senses += own + "\n";
+            many += word.singles;
+        }
         text += quoted(*each) + "\n";
-        offset += static_cast<std::uint32_t>(each->size());
+        offset += each->size();
+        phrases += several;
     }
-    out += "};\nconstexpr char kText[] =\n" + text + ";\n";
+    out += "};\n" + text + ";\n" + senses + "};\n";
 }
 
 void TableBuilder::writePhrases(std::string &out) const {
     std::string rest = "constexpr std::uint32_t kPhraseWords[] = {0,\n";
     std::uint32_t count = 1;
     out += "constexpr Phrase kPhrases[] = {\n";
-    for (const auto &[text, word] : m_words) {
-        for (const Built &phrase : word.phrases) {
-            const Sense &sense = phrase.sense;
-            out += "{" + std::to_string(second(phrase)) + "," + std::to_string(count) +
-                   ",{static_cast<Meaning>(" + std::to_string(static_cast<int>(sense.meaning)) +
-                   ")," + std::to_string(sense.length) + "," + std::to_string(sense.value) + "," +
-                   std::to_string(sense.note) + "," + std::to_string(sense.language) + "}},\n";
+    for (const std::string *text : m_order) {
+        const Word &word = m_words.at(*text);
+        for (std::size_t i = word.singles; i < word.phrases.size(); ++i) {
+            const Built &phrase = word.phrases[i];
+            out += "{" + std::to_string(second(phrase)) + "," + std::to_string(count) + "," +
+                   written(phrase.sense) + "},\n";
             for (std::size_t k = 2; k < phrase.words.size(); ++k, ++count)
-                rest += std::to_string(m_words.at(phrase.words[k]).slot + 1) + ",\n";
+                rest += std::to_string(m_words.at(phrase.words[k]).number) + ",\n";
         }
     }
     out += "};\n" + rest + "};\n";
@@ -321,7 +363,7 @@ void TableBuilder::writeShortCuts(std::string &out) const {
     std::vector<std::uint32_t> letters(kAscii, 0);
     for (const auto &[text, word] : m_words)
         if (const auto c = static_cast<unsigned char>(text[0]); text.size() == 1 && c < kAscii)
-            letters[c] = word.slot + 1;
+            letters[c] = word.number;
     out += "constexpr std::uint32_t kOneByte[] = {\n";
     for (std::uint32_t letter : letters)
         out += std::to_string(letter) + ",\n";
@@ -336,8 +378,8 @@ void TableBuilder::writeLetters(std::string &out) const {
         if (isUnspacedThroughout(text)) {
             for (std::size_t at = 0; at < text.size();)
                 letters.insert(std::string_view(text).substr(0, at = decodeAt(text, at).end));
-            words.emplace_back(text, (word.slot + 1) |
-                                         ((word.flags & kCounter) != 0 ? kLetterCounter : 0U));
+            words.emplace_back(text,
+                               word.number | ((word.flags & kCounter) != 0 ? kLetterCounter : 0U));
         }
     // Half full at most: few steps look at a second place.
     const std::size_t size = std::bit_ceil(letters.size() * 2);
@@ -348,7 +390,7 @@ void TableBuilder::writeLetters(std::string &out) const {
         table.add(text, word);
     out += "constexpr LetterSlot kLetters[] = {\n";
     for (const LetterSlot &slot : table.slots())
-        out += slot.key == 0 ? "{},\n" : numbers({slot.key, slot.word});
+        out += "{" + std::to_string(slot.key) + "U," + std::to_string(slot.word) + "U},\n";
     out += "};\n";
 }
 
@@ -381,15 +423,17 @@ std::string TableBuilder::source() const {
     std::string out = "// Made from the lexicons when the program is built.\n"
                       "#include \"PindleConversion/lexicons/LexiconIndex.h\"\n"
                       "namespace pindle::conversion {\nnamespace {\n";
-    writeSlots(out);
+    writePlaces(out);
+    writeWords(out);
     writePhrases(out);
     writeLanguages(out);
     writeZones(out);
     writeShortCuts(out);
     writeLetters(out);
     out += "} // namespace\n"
-           "constinit const Tables kTables{kSlots, kText, kPhrases, kPhraseWords, kNotes, "
-           "kLanguages, kZones, kOneByte, kLetters};\n} // namespace pindle::conversion\n";
+           "constinit const Tables kTables{kPlaces, kWords, kText, kSenses, kPhrases, "
+           "kPhraseWords, kNotes, kLanguages, kZones, kOneByte, kLetters};\n} // namespace "
+           "pindle::conversion\n";
     return out;
 }
 

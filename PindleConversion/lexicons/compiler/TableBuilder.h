@@ -32,7 +32,8 @@ private:
     void addPhrase(LanguageId language, const std::string &phrase, const LexiconEntry &entry);
     void addWords(const std::vector<std::string> &words, const Sense &sense);
     std::uint16_t noteNumber(const std::string &note);
-    void writeSlots(std::string &out) const;
+    void writePlaces(std::string &out) const;
+    void writeWords(std::string &out) const;
     void writeLanguages(std::string &out) const;
     void writeZones(std::string &out) const;
     void writeShortCuts(std::string &out) const;
@@ -45,8 +46,8 @@ private:
         std::vector<Built> phrases;
         std::uint32_t languages = 0;
         std::uint8_t flags = 0;
-        std::uint32_t slot = 0;
-        std::uint32_t firstPhrase = 0;
+        std::uint32_t number = 0; ///< counted from 1
+        std::size_t singles = 0;  ///< phrases that are the word alone, which come first
     };
 
     std::vector<LexiconFile> m_lexicons;
@@ -54,7 +55,8 @@ private:
     std::set<std::string> m_spelled; ///< the phrases of the lexicon at hand
     std::map<std::string, Word> m_words;
     std::vector<std::string> m_notes{""};
-    std::vector<const std::string *> m_slots; ///< null for a free one
+    std::vector<const std::string *> m_order; ///< the words by their numbers
+    std::uint32_t m_numbered = 0;
 };
 
 } // namespace pindle::conversion
