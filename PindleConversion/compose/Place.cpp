@@ -203,6 +203,16 @@ bool PlaceFinder::isBehindEnd(TokenSpan span) const {
     return behind;
 }
 
+bool PlaceFinder::isCoveredByEnd(TokenSpan span) const {
+    constexpr std::uint32_t kReach = 3;
+    const Reader reader(m_document, m_choice.endSpan.begin);
+    for (std::uint32_t k = 1; k <= std::min(kReach, span.begin); ++k)
+        if (const Sense *role = reader.sense(span.begin - k, Meaning::RoleWord);
+            role && role->value == static_cast<int>(Role::End) && role->length >= k)
+            return true;
+    return false;
+}
+
 bool PlaceFinder::isOfEnd(TokenSpan span) const {
     const TokenSpan end = m_choice.endSpan;
     if (end.empty() || end.begin == m_choice.timeSpan.begin || end.begin == m_choice.dateSpan.begin)
@@ -212,7 +222,7 @@ bool PlaceFinder::isOfEnd(TokenSpan span) const {
                      (m_choice.timeSpan.empty() || field != token(m_choice.timeSpan.begin).field);
     // "Swartz Bay arr 11:35"
     const Sense *role = Reader(m_document, end.begin).sense(span.end, Meaning::RoleWord);
-    return isBehindEnd(span) || span.end == end.begin ||
+    return isBehindEnd(span) || span.end == end.begin || isCoveredByEnd(span) ||
            (role && span.end + role->length == end.begin) ||
            (own && token(span.begin).field == field);
 }

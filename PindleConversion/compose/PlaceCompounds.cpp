@@ -44,7 +44,7 @@ void PlaceFinder::compound(const Reader &reader, const Field &field, std::uint32
            !endsCompound(reader, begin - 1))
         --begin;
     // "A Field Guide to Lichens" is a book.
-    if (begin > field.begin && end > i + 1 && isArticled(reader, begin - 1))
+    if (isArticled(reader, begin) && end > begin + 2)
         return;
     // "14B Canal Walk"
     if (begin > field.begin && token(begin).end - token(begin).begin == 1 && reader.glued(begin) &&

@@ -40,6 +40,8 @@ private:
     bool isOfSide(const Reader &reader, std::uint32_t at) const;
     /// "Start 17 Uhr an der Kirche, Ende 18.30 Uhr auf dem Festplatz": there it ends.
     bool isBehindEnd(TokenSpan span) const;
+    /// "back at school about 3pm": the words that tell the end lead to it.
+    bool isCoveredByEnd(TokenSpan span) const;
     /// "arrival Palma 08:25": where the event ends.
     bool isOfEnd(TokenSpan span) const;
     /// On the line of another event.
@@ -161,6 +163,8 @@ private:
     std::uint32_t beforeTalk(const Reader &reader, const Field &field, TokenSpan part) const;
     /// A name of several words that is a sentence of its own.
     bool isAnswer(const Reader &reader, TokenSpan part) const;
+    /// "Hen do! Whitstable, Fri 4 - Sun 6 June": a name between the event and its days.
+    bool isTownOfStay(const Reader &reader, TokenSpan part) const;
     /// "Open Garden — Wisteria Cottage, Leura" above the date.
     void behindDash(const Reader &reader, const Field &field);
     /// "Théâtre municipal de Sens" on a line of its own between the title and the date.

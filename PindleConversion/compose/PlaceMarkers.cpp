@@ -43,6 +43,9 @@ void PlaceFinder::marked(const Reader &reader, std::uint32_t i, const Sense &mar
     // "pense au rdv véto de Minette"
     if (!shape.noun && !shape.street && reader.has(begin, Meaning::Event) && !token(begin).capital)
         return;
+    // "Frogs in your garden pond: an online talk": what is talked about.
+    if (reader.symbol(name.end, ':') && i < m_choice.anchor() && !shape.capital && heldOnline())
+        return;
     if (marker.value == 1)
         offerBehindStrong(reader, i, name, shape);
     else if (marker.value == 0)
@@ -151,6 +154,11 @@ bool PlaceFinder::isAtEvent(const Reader &reader, TokenSpan name) const {
 
 void PlaceFinder::offerBehindStrong(const Reader &reader, std::uint32_t i, TokenSpan name,
                                     const Shape &shape) {
+    // "offers of trailers to Bob at the forge": where someone is to be found.
+    if (i > 1 && token(i - 1).upper() && token(i - 1).word == 0 &&
+        reader.has(i - 2, Meaning::RangeTo) && !m_document.sameSentence(i, m_choice.anchor()) &&
+        !reader.has(i, Meaning::RangeTo))
+        return;
     const bool determined = reader.has(name.begin, Meaning::The);
     const bool named = shape.capital || token(name.begin).kind == TokenKind::Number;
     const bool known = shape.noun || shape.street;
@@ -244,7 +252,9 @@ std::uint32_t PlaceFinder::nameHead(std::uint32_t i) const {
         if (reader.has(k - 1, Meaning::PlaceNoun) && !reader.has(k - 1, Meaning::Event))
             head = k - 1;
     }
-    return isTitlePosition(field, head) ? i : head;
+    // "A Field Guide to Lichens"
+    const bool articled = head > field.begin && isArticled(reader, head - 1);
+    return articled || isTitlePosition(field, head) ? i : head;
 }
 
 std::uint32_t PlaceFinder::spokenHead(const Reader &reader, std::uint32_t i) const {

@@ -34,7 +34,7 @@ void PlaceFinder::pieces(const Reader &reader, std::uint32_t f, TokenSpan part) 
             continue;
         if (i > begin && (later || begin > moment))
             begin = piece(reader, f, begin, i);
-        else if (i > begin + 1 && reader.symbol(i, ',') && begin > field.begin)
+        else if (i > begin && reader.symbol(i, ',') && begin > field.begin)
             pieceBefore(reader, {begin, i});
         if (i < begin)
             continue;
@@ -49,13 +49,36 @@ bool PlaceFinder::isTimedHeading(std::uint32_t f) const {
 
 void PlaceFinder::pieceBefore(const Reader &reader, TokenSpan part) {
     constexpr int kScore = 30;
+    constexpr int kTown = 22;
     constexpr int kMostWords = 6;
     const Shape shape = shapeOf(part);
-    if (!reader.symbol(part.begin - 1, ',') || !reader.has(part.begin, Meaning::PlaceNoun) ||
-        reader.has(part.begin, Meaning::Event) || shape.event || !shape.capital ||
-        shape.words > kMostWords || nameEnd(reader, part.begin) != part.end)
+    // "Hen do! Whitstable, Fri 4 - Sun 6 June": a stay of some days names its town.
+    if (isTownOfStay(reader, part))
+        return offer(part, kTown, part.begin);
+    if (part.end - part.begin < 2 || !reader.symbol(part.begin - 1, ',') ||
+        !reader.has(part.begin, Meaning::PlaceNoun) || reader.has(part.begin, Meaning::Event) ||
+        shape.event || !shape.capital || shape.words > kMostWords ||
+        nameEnd(reader, part.begin) != part.end)
         return;
     offer(part, kScore, part.begin);
+}
+
+bool PlaceFinder::isTownOfStay(const Reader &reader, TokenSpan part) const {
+    constexpr std::uint32_t kMostWords = 3;
+    const std::uint32_t begin = part.begin;
+    // "Annual leave - Hemi - 21 Dec to 8 Jan": who.
+    if (!m_choice.last || m_choice.startMinute || reader.symbol(begin - 1, '-') ||
+        part.end + 1 != m_choice.dateSpan.begin || part.end - begin > kMostWords || begin < 2)
+        return false;
+    for (std::uint32_t i = begin; i < part.end; ++i)
+        if (!token(i).upper() || token(i).word != 0)
+            return false;
+    // The event is named before the town.
+    std::uint32_t before = begin - 1;
+    while (before > 0 && token(before).kind == TokenKind::Symbol)
+        --before;
+    return before + 1 < begin && (reader.has(before, Meaning::Event) ||
+                                  (before > 0 && reader.has(before - 1, Meaning::Event)));
 }
 
 void PlaceFinder::behindDash(const Reader &reader, const Field &field) {
@@ -409,7 +432,9 @@ bool PlaceFinder::closesNote(const Field &field, TokenSpan part) const {
 bool PlaceFinder::isAnswer(const Reader &reader, TokenSpan part) const {
     const std::uint32_t end = reader.skip(part.end, Meaning::Greeting);
     const std::uint32_t before = part.begin;
-    return part.end - part.begin > 2 && reader.at(end) &&
+    // "The Crown?" says more of where than "Sarah Jones?".
+    const bool article = reader.has(before, Meaning::The) && reader.token(before).upper();
+    return (part.end - part.begin > 2 || article) && reader.at(end) &&
            (reader.symbol(end, '.') || reader.symbol(end, '!') ||
             (reader.symbol(end, '?') && isAgreed(token(before).field))) &&
            (before == 0 || !reader.document().sameSentence(before - 1, before));

@@ -137,8 +137,9 @@ std::optional<End> readTicketEnd(const Reader &reader, std::uint32_t i) {
 bool isNamedHour(const Reader &reader, std::uint32_t i, const ClockSpec &clock,
                  std::uint32_t next) {
     constexpr int kLastOnDial = 12;
+    // "at 16 Elm Grove"
     if (!isHourWord(reader, i) || !reader.word(next) || reader.glued(next) ||
-        reader.has(next, Meaning::UnitWord))
+        reader.has(next, Meaning::UnitWord) || startsAddress(reader, next))
         return false;
     // "venerdì ore 9 tampone"
     const bool dated = i > 1 && reader.document().tokens[i - 2].used;
@@ -377,10 +378,11 @@ std::optional<TimeMention> readTime(const Reader &reader, std::uint32_t i, bool 
     // "10時から11時まで": the word behind the end belongs to the range.
     if (const Sense *until = mention.end ? reader.sense(zoned, Meaning::RoleBehind) : nullptr)
         zoned += until->length;
-    // "Sunday roast, mine, 1.30": only a time is written so at the end of a list.
+    // "Sunday roast, mine, 1.30", "v Hollyfield (A) 9.45": only a time is written so at the end of
+    // a list.
     const bool last = start->minuteGiven && !start->sure && start->hour <= 12 &&
-                      start->minute % 5 == 0 && i > 0 && reader.symbol(i - 1, ',') &&
-                      !reader.at(zoned);
+                      start->minute % 5 == 0 && i > 0 &&
+                      (reader.symbol(i - 1, ',') || reader.symbol(i - 1, ')')) && !reader.at(zoned);
     // "..., 19.45 verzamelen": so are hours past twelve where they are counted on.
     const bool late =
         start->minuteGiven && start->literal && start->hour > 12 && start->minute % 5 == 0 &&
