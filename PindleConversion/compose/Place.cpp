@@ -98,6 +98,11 @@ bool PlaceFinder::isOnlineDeed(const Reader &reader, const Field &field, std::ui
     if ((chatter && chatter->length > online.length) || endsPhrase(reader, i))
         return true;
     const std::uint32_t next = i + 1;
+    // "teams of 4"
+    const std::uint32_t count = reader.skip(i + online.length, Meaning::Of);
+    if (count != i + online.length && !token(i).capital &&
+        (token(count).kind == TokenKind::Number || reader.has(count, Meaning::Number)))
+        return true;
     return i == field.begin && reader.word(next) && !token(next).used && !token(next).capital &&
            !token(next).unspaced && !reader.has(next, Meaning::PlaceMarker) &&
            !reader.has(next, Meaning::Event) && !reader.has(next, Meaning::Person);

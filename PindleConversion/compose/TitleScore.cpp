@@ -193,7 +193,8 @@ int TitleScore::wordPenalties(const Reader &reader, const TitleCandidate &candid
     if (reader.has(candidate.part.begin, Meaning::RoleBehind) && !event &&
         !token(candidate.part.begin).unspaced)
         score -= kBehind;
-    if (tellsRole(trimmed))
+    // "The concert is postponed until" tells of the event itself.
+    if (tellsRole(trimmed) && !(tellsShow(trimmed) && !isBeforeMoment(trimmed)))
         score -= tellsSide(trimmed) ? 80 : 40;
     const Sense *general = reader.sense(trimmed.begin, Meaning::GeneralEvent);
     if (general && trimmed.begin + general->length == trimmed.end &&

@@ -182,6 +182,13 @@ bool TitleWords::tellsSide(TokenSpan span) const {
     return role && role->value == static_cast<int>(Role::Side);
 }
 
+bool TitleWords::tellsShow(TokenSpan span) const {
+    const Reader reader(m_document, span.end);
+    const Sense *role = reader.sense(span.begin, Meaning::RoleWord);
+    return role && role->value == static_cast<int>(Role::Show) &&
+           reader.has(span.begin, Meaning::Event) && !token(span.begin).unspaced;
+}
+
 bool TitleWords::isInChatter(const Reader &reader, TokenSpan before, std::uint32_t end) {
     for (std::uint32_t i = before.begin + 1; i < before.end; ++i)
         if (const Sense *chatter = reader.sense(i, Meaning::Chatter);

@@ -52,6 +52,8 @@ public:
     bool tellsRole(TokenSpan span) const;
     /// "Doors open" before the event itself.
     bool tellsSide(TokenSpan span) const;
+    /// "concert", "kick-off": what begins, or the event's kind.
+    bool tellsShow(TokenSpan span) const;
     /// "Chess club The Tower" says who, not what.
     bool namesHost(TokenSpan trimmed) const;
     /// "Re: pls read!": a phrase that begins in `before` and ends at `end` says nothing.

@@ -44,8 +44,9 @@ bool isCertainWeekday(const Reader &reader, std::uint32_t i, std::uint32_t next)
     if (opens && word.end - word.begin <= kShort && reader.has(next, Meaning::TimeMarker) &&
         reader.word(reader.skip(next, Meaning::TimeMarker)))
         return false;
-    // "ferry 9:20 sat, lunch in Cowes"
-    if (i > 0 && reader.document().tokens[i - 1].used && !reader.glued(i) && !reader.word(next))
+    // "ferry 9:20 sat, lunch in Cowes", "9:30 sat Hillside bakery"
+    if (i > 0 && reader.document().tokens[i - 1].used && !reader.glued(i) &&
+        (!reader.word(next) || (reader.token(next).upper() && !reader.language(i).capitalNouns)))
         return true;
     // "8am Sat from Dawson's"
     if (i > 0 && word.end - word.begin > kShort && reader.has(i - 1, Meaning::Meridiem) &&
