@@ -140,6 +140,9 @@ TokenSpan titleWithPlace(const Document &document, TokenSpan title, TokenSpan pl
                          document.sameSentence(title.begin, place.begin);
     if (!general || title.begin + general->length != title.end)
         return title;
+    // "【予約確認】さくら歯科"
+    if (follows && reader.document().token(title.end).symbol == ']')
+        return place;
     if (follows)
         return {title.begin, place.end};
     // "施設予約完了のお知らせ ... テニスコート": without spaces the words beside it are no name.

@@ -136,6 +136,11 @@ void PlaceFinder::offer(TokenSpan span, int score, std::uint32_t at) {
         score -= kAsked;
     if (isOfEnd(span) || isOfOther(at))
         score -= kAside;
+    // "文化会館 小ホール": a house and its room.
+    if (score == m_score && span.begin == m_best.end && token(span.begin).unspaced) {
+        m_best.end = span.end;
+        return;
+    }
     const bool wider = score == m_score && span.end - span.begin > m_best.end - m_best.begin;
     if (score > m_score || wider) {
         m_score = score;

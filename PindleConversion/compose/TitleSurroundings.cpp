@@ -102,8 +102,19 @@ bool TitleScore::isCalledByNext(TokenSpan trimmed) const {
     return kind && (mark == '|' || mark == kBullet) && event;
 }
 
+bool TitleScore::isWideBracket(std::uint32_t i) const {
+    const Token &mark = token(i);
+    return (mark.symbol == '[' || mark.symbol == ']') && mark.end - mark.begin > 1;
+}
+
 bool TitleScore::namesSender(TokenSpan part, TokenSpan trimmed) const {
     const std::uint32_t mark = trimmed.end + 1;
+    // "【市一医院】": whose message it is.
+    const Reader reader(m_document, trimmed.end);
+    if (token(trimmed.begin).unspaced && trimmed.begin > 0 && isWideBracket(trimmed.begin - 1) &&
+        isWideBracket(trimmed.end) && reader.has(trimmed.end - 1, Meaning::PlaceNoun) &&
+        !reader.has(trimmed.end - 1, Meaning::Event))
+        return true;
     return token(trimmed.begin).unspaced && mark < part.end && token(mark).symbol == ':' &&
            Reader(m_document, part.end).has(trimmed.end, Meaning::TitleTail) &&
            !contains(trimmed, Meaning::Event);

@@ -266,6 +266,13 @@ std::optional<DateMention> readHoliday(const Reader &reader, std::uint32_t i) {
     if (holiday->note != 0) {
         result.first.base = DateSpec::Base::Easter;
         result.first.days = holiday->value;
+    } else if (holiday->value <= 0) {
+        // The Sunday before Christmas Day, and days before that one.
+        constexpr int kSundayBefore = -7;
+        result.first.month = 12;
+        result.first.day = 25;
+        result.first.beside = kSundayBefore;
+        result.first.days = holiday->value;
     } else if (holiday->value >= kNthHoliday) {
         const int week = holiday->value / kNthHoliday;
         result.first.base = DateSpec::Base::NthWeekday;

@@ -59,8 +59,10 @@ bool endsDayOnly(const Reader &reader, std::uint32_t next) {
     const Token *token = reader.at(next);
     if (!token || token->kind == TokenKind::Symbol || token->kind == TokenKind::Number)
         return !reader.symbol(next, '-');
-    return reader.has(next, Meaning::Connector) || reader.has(next, Meaning::PartOfDay) ||
-           reader.has(next, Meaning::TimeMarker);
+    // "auf den 19. verschoben"
+    static constexpr Meanings kGoesOn{Meaning::Connector, Meaning::PartOfDay, Meaning::TimeMarker,
+                                      Meaning::Moving};
+    return reader.mayHave(next, kGoesOn);
 }
 
 /// What stands behind the number that "le" or "am" leads to, and tells that it is no day.

@@ -58,7 +58,7 @@ std::optional<DateMention> readHolidayBehind(const Reader &reader, std::uint32_t
         return std::nullopt;
     const std::uint32_t name = reader.skip(i + from->length, Meaning::The);
     auto date = reader.has(name, Meaning::Holiday) ? readHoliday(reader, name) : std::nullopt;
-    if (!date)
+    if (!date || date->first.beside != 0)
         return std::nullopt;
     sign = from->value == 1 ? -1 : 1;
     date->weak = date->holiday = false;

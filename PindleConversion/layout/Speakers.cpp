@@ -52,7 +52,11 @@ std::uint32_t speaker(const Reader &reader, std::uint32_t i) {
             (reader.token(j).unspaced ? reader.glued(j) : j < i + 2 && reader.token(j).capital))) {
         // "りな": a sign of a name may be a particle elsewhere.
         const bool sign = reader.token(j).isOneSign() && (j > i || reader.word(j + 1));
-        if (reader.has(j, Meaning::Event) || reader.has(j, Meaning::LabelWord) ||
+        // "Ale" is a beer elsewhere.
+        const Sense *event = reader.sense(j, Meaning::Event);
+        const bool kind = event && (event->language == reader.token(j).language ||
+                                    event->language == kSharedWords);
+        if (kind || reader.has(j, Meaning::LabelWord) ||
             (!sign && (reader.has(j, Meaning::TitleLead) || reader.has(j, Meaning::TitleTail))))
             return kNoSpeaker;
         ++j;

@@ -9,40 +9,41 @@ namespace pindle::conversion {
 /// What a word or phrase can mean to the engine. A phrase may have several meanings. Lexicons
 /// spell these in lower case with hyphens: `[month]`, `[part-of-day]`.
 enum class Meaning : std::uint8_t {
-    Common,        ///< only tells the language, and keeps unspaced words whole
-    Month,         ///< value 1 to 12
-    Weekday,       ///< value 1 (Monday) to 7
-    WeakWeekday,   ///< a weekday that is also an everyday word
-    Repeated,      ///< a weekday in the plural: the event repeats
-    Number,        ///< value of the number word
-    Ordinal,       ///< value of the ordinal word, -1 for "last"
-    OrdinalMark,   ///< what follows the digits of an ordinal
-    RelativeDay,   ///< value: days from today
-    UnitWord,      ///< value: a `Unit`
-    This,          ///< "this" before a weekday or unit
-    Next,          ///< "next"
-    Last,          ///< "last", in the past
-    AfterNext,     ///< "after next", before or behind a weekday or week
-    Behind,        ///< "next" and the like behind its weekday or unit; value: a `Which`
-    Period,        ///< "next week" in one phrase; value: `Which` * 16 + `Unit`
-    In,            ///< "in" before an amount of time
-    FromNow,       ///< behind an amount of time, counting from today
-    From,          ///< behind an amount of time or a weekday, counting from the date that follows;
-                   ///< value 1: back from a holiday: "before"
-    Ago,           ///< behind an amount of time, counting back
-    Of,            ///< between ordinal and month
-    The,           ///< an article
-    DateMarker,    ///< a word that a date may follow: "on", "by"
-    DayLead,       ///< a word that a bare day of the month may follow: "le 14"
-    MonthEnd,      ///< "end of", before a month; value 1: the end of this month
-    DayWord,       ///< "day", in "last day of June"
-    YearMark,      ///< behind the digits of a year; value 1: alone, for this year
-    YearWord,      ///< a year in words; value
-    MonthMark,     ///< behind the digits of a month
-    DayMark,       ///< behind the digits of a day
-    Era,           ///< before the year of an era; value: the year before its first
-    Holiday,       ///< value: month * 100 + day; with a note: days from Easter Sunday; from
-                   ///< `kNthHoliday` on: that times the week + month * 100 + weekday
+    Common,      ///< only tells the language, and keeps unspaced words whole
+    Month,       ///< value 1 to 12
+    Weekday,     ///< value 1 (Monday) to 7
+    WeakWeekday, ///< a weekday that is also an everyday word
+    Repeated,    ///< a weekday in the plural: the event repeats
+    Number,      ///< value of the number word
+    Ordinal,     ///< value of the ordinal word, -1 for "last"
+    OrdinalMark, ///< what follows the digits of an ordinal
+    RelativeDay, ///< value: days from today
+    UnitWord,    ///< value: a `Unit`
+    This,        ///< "this" before a weekday or unit
+    Next,        ///< "next"
+    Last,        ///< "last", in the past
+    AfterNext,   ///< "after next", before or behind a weekday or week
+    Behind,      ///< "next" and the like behind its weekday or unit; value: a `Which`
+    Period,      ///< "next week" in one phrase; value: `Which` * 16 + `Unit`
+    In,          ///< "in" before an amount of time
+    FromNow,     ///< behind an amount of time, counting from today
+    From,        ///< behind an amount of time or a weekday, counting from the date that follows;
+                 ///< value 1: back from a holiday: "before"
+    Ago,         ///< behind an amount of time, counting back
+    Of,          ///< between ordinal and month
+    The,         ///< an article
+    DateMarker,  ///< a word that a date may follow: "on", "by"
+    DayLead,     ///< a word that a bare day of the month may follow: "le 14"
+    MonthEnd,    ///< "end of", before a month; value 1: the end of this month
+    DayWord,     ///< "day", in "last day of June"
+    YearMark,    ///< behind the digits of a year; value 1: alone, for this year
+    YearWord,    ///< a year in words; value
+    MonthMark,   ///< behind the digits of a month
+    DayMark,     ///< behind the digits of a day
+    Era,         ///< before the year of an era; value: the year before its first
+    Holiday,     ///< value: month * 100 + day; with a note: days from Easter Sunday; 0 and
+             ///< less: days from the last Sunday of Advent; from `kNthHoliday` on: that times the
+             ///< week + month * 100 + weekday
     HalfPast,      ///< minutes past, value
     HalfBare,      ///< "half" directly before the hour it follows
     TowardsHour,   ///< minutes of the hour before the one named: "halb acht"; value

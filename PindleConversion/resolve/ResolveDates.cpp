@@ -219,7 +219,7 @@ std::optional<Day> settle(const DateSpec &spec, const Reference &reference, Day 
                           bool &orderAssumed) {
     auto day = base(spec, reference, from, orderAssumed);
     if (day && spec.beside != 0)
-        return besideDay(*day, spec.beside);
+        return besideDay(*day, spec.beside) + days(spec.base == Base::Easter ? 0 : spec.days);
     if (!day || spec.base == Base::Easter || spec.base == Base::Week)
         return day;
     const bool monthsMeant =

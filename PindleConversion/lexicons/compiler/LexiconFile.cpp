@@ -190,6 +190,15 @@ private:
             if (value.starts_with('+'))
                 value.remove_prefix(1);
         }
+        constexpr std::string_view advent = "advent";
+        if (values == Values::Holiday && value.starts_with(advent)) {
+            value.remove_prefix(advent.size());
+            const auto days = value.empty() ? std::optional(0) : number(value);
+            if (!days || *days > 0)
+                fail("no days before the last Sunday of Advent before '='");
+            entry.value = *days;
+            return;
+        }
         if (values == Values::Holiday && value.find('/') != std::string_view::npos) {
             entry.value = nthHoliday(value);
             return;
