@@ -33,7 +33,9 @@ Role Surroundings::saidRole(std::uint32_t token) const {
         // "雨天の場合は4日に順延" tells of another day than the event's.
         if (mention.behind && standsBehind(mention.token, token))
             return role == Role::Posted ? role : mention.role;
-        if (mention.token >= token || mention.behind)
+        // "auf den 21.": the day's own lead tells that something moves there.
+        const bool own = mention.token == token && mention.role == Role::MovedTo;
+        if ((mention.token >= token && !own) || mention.behind)
             continue;
         if (m_document.sameSentence(mention.token, token) && !cutOff(mention, token))
             role = mention.role == Role::MovedFrom && isSecondDate(mention.token, token)
