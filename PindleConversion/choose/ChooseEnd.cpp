@@ -155,8 +155,11 @@ bool Chooser::endFromTime() {
             until.meridiem = time.part == DayPart::Morning ? 0 : 1;
         // "flight 18:05, check-in until 17:05" does not end the day after.
         constexpr int kLongest = 18 * 60;
+        // "6:30 PM (students arrive 6:00)"
+        constexpr int kLongestAssumed = 11 * 60;
         const int end = endAfter(until, start);
-        if (end > *m_choice.startMinute + kLongest)
+        const bool assumed = until.meridiem < 0 && !until.literal && !m_twentyFour;
+        if (end > *m_choice.startMinute + (assumed ? kLongestAssumed : kLongest))
             continue;
         m_choice.endMinute = end;
         m_choice.endSpan = time.span;

@@ -19,9 +19,12 @@ void PlaceFinder::pieces(const Reader &reader, std::uint32_t f, TokenSpan part) 
     }
     const std::uint32_t moment = timed ? m_choice.timeSpan.begin : m_choice.anchor();
     std::uint32_t begin = part.begin;
-    // "WO#44821 | HVAC maintenance | 03/10": behind the number the event is named.
-    const bool named =
-        f == 1 && f < m_anchorField && token(1).symbol == '#' && !token(1).spaceBefore;
+    // "WO#44821 | HVAC maintenance | 03/10", "Webinar | Reading a Balance Sheet | 3 June": behind
+    // the number or the kind the event is named.
+    const Reader head(m_document, field.begin);
+    const bool named = f == 1 && f < m_anchorField &&
+                       ((token(1).symbol == '#' && !token(1).spaceBefore) ||
+                        head.has(m_document.fields[0].begin, Meaning::OnlineEvent));
     const bool later = f > m_anchorField || (field.cell && f != 0 && !named);
     for (std::uint32_t i = part.begin; i <= part.end; ++i) {
         const bool space = i < part.end && i > begin && startsUnspaced(reader, i);
