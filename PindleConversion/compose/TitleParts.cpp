@@ -21,8 +21,8 @@ constexpr std::uint32_t kLongestRun = 64; ///< tokens of a run that are looked a
 std::vector<TokenSpan> TitleParts::partsOf(TokenSpan run) const {
     run.end = std::min(run.end, run.begin + kLongestRun);
     const Reader reader(m_document, run.end);
-    const TokenSpan trimmed = trim(run);
-    const bool wide = columns(trimmed) > kRoomy;
+    const int width = mayExceed(run, kRoomy) ? columns(trim(run)) : 0;
+    const bool wide = width > kRoomy;
     // "From Room 12: our trip is ..." says who writes first. "You're registered for" leads on.
     const bool greeting = (reader.has(run.begin, Meaning::Greeting) &&
                            !leadsOn(reader, run.begin, Meaning::Greeting)) ||
@@ -34,7 +34,7 @@ std::vector<TokenSpan> TitleParts::partsOf(TokenSpan run) const {
     for (std::uint32_t i = run.begin; i < run.end; ++i) {
         const bool hard = isHardBreak(reader, i);
         const bool soft = (wide || greeting) && isSoftBreak(reader, i) &&
-                          !(reader.symbol(i, ':') && !greeting && columns(trimmed) <= kWidest);
+                          !(reader.symbol(i, ':') && !greeting && width <= kWidest);
         if (i > begin && announces(reader, i)) {
             parts.push_back({begin, i});
             begin = i;
@@ -126,6 +126,10 @@ bool TitleParts::isSoftBreak(const Reader &reader, std::uint32_t i) const {
            (reader.symbol(i, ':') && !(reader.glued(i) && reader.glued(i + 1)));
 }
 
+bool TitleParts::mayExceed(TokenSpan span, int width) const {
+    return m_document.slice(span).size() > static_cast<std::size_t>(width);
+}
+
 int TitleParts::columns(TokenSpan span) const {
     const auto text = m_document.slice(span);
     int width = 0;
@@ -148,7 +152,7 @@ int TitleParts::columns(TokenSpan span) const {
 }
 
 TokenSpan TitleParts::shorten(TokenSpan span) const {
-    if (columns(span) <= kWidest)
+    if (!mayExceed(span, kWidest) || columns(span) <= kWidest)
         return span;
     const Reader reader(m_document, span.end);
     TokenSpan shorter = span;

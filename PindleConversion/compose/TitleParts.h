@@ -37,6 +37,8 @@ private:
     bool isSoftBreak(const Reader &reader, std::uint32_t i) const;
     /// Columns that the span takes, with two for a wide sign.
     int columns(TokenSpan span) const;
+    /// Quicker: no character takes more columns than it has bytes.
+    bool mayExceed(TokenSpan span, int width) const;
 
     // TitleTrim.cpp
     /// Drops one mark or filler from the front.
