@@ -66,7 +66,8 @@ struct TimeMention {
     std::string_view zone; ///< identifiers of the lexicon, '|' between them
     int offsetMinutes = 0; ///< with `hasOffset`: the zone by its offset from UTC
     bool hasOffset = false;
-    bool marked = false; ///< a word before it says that it is a time
+    bool zoneWritten = false; ///< `zone` is an identifier as the text has it, known or not
+    bool marked = false;      ///< a word before it says that it is a time
     TokenSpan zoneSpan;
     DayPart part = DayPart::None; ///< said directly behind or before it
 };

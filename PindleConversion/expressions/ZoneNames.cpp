@@ -209,6 +209,7 @@ std::uint32_t readIdentifier(const Reader &reader, std::uint32_t i, TimeMention 
            reader.word(end + 1))
         end += 2;
     mention.zone = reader.document().slice(TokenSpan{i, end});
+    mention.zoneWritten = true;
     return end;
 }
 

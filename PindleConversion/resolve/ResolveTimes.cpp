@@ -207,8 +207,7 @@ std::string resolveZone(const TimeMention &mention, std::string_view userZone) {
     if (listed(mention.zone, userZone))
         return std::string(userZone);
     const std::string first(mention.zone.substr(0, mention.zone.find('|')));
-    const bool written = first.find('/') != std::string::npos && !mention.zoneSpan.empty();
-    return !written || isKnownZone(first) ? first : std::string();
+    return !mention.zoneWritten || isKnownZone(first) ? first : std::string();
 }
 
 } // namespace pindle::conversion

@@ -1,11 +1,13 @@
 #include <algorithm>
 #include <filesystem>
 #include <fstream>
+#include <memory>
 #include <set>
 #include <sstream>
 #include <stdexcept>
 
 #include <gtest/gtest.h>
+#include <unicode/timezone.h>
 
 #include "PindleConversion/clean/Utf8.h"
 #include "PindleConversion/lexicons/LexiconIndex.h"
@@ -156,6 +158,22 @@ TEST(Lexicons, aZoneTellsTheLanguagesOfAllNamesItStartsWith) {
             expected |= zone.starts_with(each.name) ? each.languages : 0;
         for (std::size_t i = 0; i < kTables.languages.size(); ++i)
             EXPECT_EQ(scores.of(static_cast<LanguageId>(i)) > 0, (expected >> i & 1U) != 0) << zone;
+    }
+}
+
+TEST(Lexicons, everyZoneIsOneOfTheTzDatabase) {
+    std::set<std::string> zones;
+    for (const std::string_view note : kTables.notes) {
+        std::istringstream names{std::string(note)};
+        for (std::string name; std::getline(names, name, '|');)
+            if (name.find('/') != std::string::npos)
+                zones.insert(name);
+    }
+    EXPECT_GT(zones.size(), 50U);
+    for (const std::string &zone : zones) {
+        const std::unique_ptr<icu::TimeZone> known(
+            icu::TimeZone::createTimeZone(icu::UnicodeString::fromUTF8(zone)));
+        EXPECT_TRUE(*known != icu::TimeZone::getUnknown()) << zone;
     }
 }
 
