@@ -74,6 +74,8 @@ void PlaceFinder::consider(std::uint32_t f, TokenSpan part) {
             continue;
         if (reader.symbol(i, '('))
             bracketed(reader, i);
+        if (reader.symbol(i, '[') && i == field.begin)
+            sender(reader, i);
         if (!reader.mayHave(i, kPlaceWords))
             continue;
         if (const Sense *marker = reader.sense(i, Meaning::PlaceMarker))

@@ -8,6 +8,7 @@ namespace {
 
 constexpr int kNamedStay = 30; ///< for a name that one stays at
 constexpr int kRoomCode = 48;  ///< for "G.12" behind a kind of place
+constexpr int kSender = 22;    ///< for who sends a message
 constexpr int kBracketed = 34; ///< for a place in brackets
 constexpr int kNamedKind = 36; ///< for one in brackets that starts with its kind
 constexpr int kMostWords = 5;
@@ -237,6 +238,15 @@ void PlaceFinder::bracketed(const Reader &reader, std::uint32_t open) {
     if (((shape.noun || shape.street) && (shape.capital || kind) && !shape.event && !moment) ||
         inCity)
         offer({open + 1, close}, kind ? kNamedKind : kBracketed, open);
+}
+
+void PlaceFinder::sender(const Reader &reader, std::uint32_t open) {
+    std::uint32_t close = open + 1;
+    while (reader.word(close) && close - open < kLongestName)
+        ++close;
+    if (reader.symbol(close, ']') && token(open + 1).unspaced && isPlaceNoun(reader, close - 1) &&
+        !token(open + 1).used)
+        offer({open + 1, close}, kSender, open);
 }
 
 bool PlaceFinder::isCounted(const Reader &reader, std::uint32_t i) {

@@ -136,6 +136,8 @@ private:
     void bracketed(const Reader &reader, std::uint32_t open);
     /// What a kind of street at `i` says of where: "42 Nelson Tce".
     void street(const Reader &reader, const Field &field, std::uint32_t i);
+    /// "【ひまわり動物病院】": the house that sends the message.
+    void sender(const Reader &reader, std::uint32_t open);
     /// "Straatfeest Lijsterlaan za 30-8": a street right behind the kind of event.
     bool isStreetOfEvent(const Reader &reader, const Field &field, std::uint32_t i) const;
     /// "Same room (G.12)": a letter and a number.

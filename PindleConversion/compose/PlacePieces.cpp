@@ -337,7 +337,8 @@ bool PlaceFinder::refusesPart(const Reader &reader, TokenSpan part) const {
             !token(begin).upper()) ||
            (reader.has(begin, Meaning::PlaceStop) && !token(begin).upper()) ||
            reader.has(begin + 2, Meaning::Counter) || token(begin).kind == TokenKind::Link ||
-           namesSeat(reader, part) || isCounted(reader, begin) || isArrival(reader, begin) ||
+           namesSeat(reader, part) || isCounted(reader, begin) || isCounted(reader, begin + 1) ||
+           isArrival(reader, begin) ||
            (reader.symbol(part.end, ':') &&
             !(part.end + 1 == reader.end() && isTimedHeading(token(begin).field))) ||
            isAnnounced(reader, begin) || tellsSeat(reader, begin, part.end);

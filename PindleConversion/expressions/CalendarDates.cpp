@@ -250,8 +250,14 @@ namespace {
 bool namesKind(const Reader &reader, std::uint32_t i) {
     static constexpr Meanings kDays{Meaning::DayWord,  Meaning::Weekday, Meaning::UnitWord,
                                     Meaning::MonthEnd, Meaning::Ordinal, Meaning::Number};
-    return i > 1 && reader.has(i - 1, Meaning::Of) && reader.word(i - 2) &&
-           reader.has(i - 2, Meaning::Event) && !reader.mayHave(i - 2, kDays);
+    constexpr std::uint32_t kLongestOf = 3; ///< "de l'"
+    for (std::uint32_t back = 1; back <= kLongestOf && back < i; ++back) {
+        const Sense *of = reader.sense(i - back, Meaning::Of);
+        const std::uint32_t kind = i - back - 1;
+        if (of && of->length == back && reader.word(kind))
+            return reader.has(kind, Meaning::Event) && !reader.mayHave(kind, kDays);
+    }
+    return false;
 }
 
 } // namespace
