@@ -34,44 +34,6 @@ void Chooser::resolveDates() {
     joinRanges();
 }
 
-std::optional<ResolvedDate> Chooser::inNamedWeek(std::size_t i) const {
-    constexpr std::uint32_t kReach = 5;
-    if (i == 0)
-        return std::nullopt;
-    const DateMention &week = m_found.dates[i - 1];
-    DateMention day = m_found.dates[i];
-    const bool named = week.first.base == DateSpec::Base::Week && week.first.months == 0 &&
-                       (week.first.which == Which::Next || week.first.which == Which::AfterNext);
-    if (!named || !isBareWeekday(day) || day.span.begin - week.span.end > kReach ||
-        !m_document.sameSentence(week.span.begin, day.span.begin) ||
-        roleOf(week.span.begin) == Role::MovedFrom)
-        return std::nullopt;
-    for (std::uint32_t k = week.span.end; k < day.span.begin; ++k)
-        if (m_document.tokens[k].kind == TokenKind::Symbol && m_document.tokens[k].symbol != '\'')
-            return std::nullopt;
-    day.first.which = week.first.which;
-    return resolveDate(day, m_reference);
-}
-
-std::optional<ResolvedDate> Chooser::inNamedMonth(std::size_t i) const {
-    DateMention day = m_found.dates[i];
-    const bool bare = day.first.base == DateSpec::Base::DayOnly && !day.first.monthGiven &&
-                      day.first.month == 0 && !day.last;
-    // "from 11 October, moved to the 25th"
-    if (!bare || m_dates.empty() || !(day.weak || roleOf(day.span.begin) == Role::MovedTo))
-        return std::nullopt;
-    const Dated &before = m_dates.back();
-    const std::chrono::year_month_day named(before.date.last.value_or(before.date.first));
-    if (before.mention->first.base != DateSpec::Base::Calendar ||
-        !m_document.sameSentence(before.mention->span.begin, day.span.begin) ||
-        day.first.day <= static_cast<int>(static_cast<unsigned>(named.day())))
-        return std::nullopt;
-    day.first.base = DateSpec::Base::Calendar;
-    day.first.year = static_cast<int>(named.year());
-    day.first.month = static_cast<int>(static_cast<unsigned>(named.month()));
-    return resolveDate(day, m_reference);
-}
-
 bool Chooser::explainsDays(const Dated &dated) const {
     constexpr std::uint32_t kReach = 3;
     const TokenSpan span = dated.mention->span;
@@ -124,6 +86,10 @@ int Chooser::scoreDate(const Dated &dated, int index) {
         score += 4;
     if (dated.mention->weak)
         score -= 30;
+    // "the period 03/26 is due by 7 May": where the day stands first, a month and its year.
+    if (dated.mention->first.monthThenDay && !m_reference.monthFirst &&
+        dated.mention->first.order != DayOrder::MonthFirst)
+        score -= 100;
     if (isDue(token))
         score -= 18;
     const Role role = roleOf(token);

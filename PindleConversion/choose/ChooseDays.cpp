@@ -4,6 +4,70 @@
 
 namespace pindle::conversion {
 
+std::optional<ResolvedDate> Chooser::inNamedWeek(std::size_t i) const {
+    constexpr std::uint32_t kReach = 5;
+    if (i == 0)
+        return std::nullopt;
+    const DateMention &week = m_found.dates[i - 1];
+    DateMention day = m_found.dates[i];
+    if (week.first.base == DateSpec::Base::Calendar && isBareWeekday(day))
+        return inWeekOf(week, day);
+    const bool named = week.first.base == DateSpec::Base::Week && week.first.months == 0 &&
+                       (week.first.which == Which::Next || week.first.which == Which::AfterNext);
+    if (!named || !isBareWeekday(day) || day.span.begin - week.span.end > kReach ||
+        !m_document.sameSentence(week.span.begin, day.span.begin) ||
+        roleOf(week.span.begin) == Role::MovedFrom)
+        return std::nullopt;
+    for (std::uint32_t k = week.span.end; k < day.span.begin; ++k)
+        if (m_document.tokens[k].kind == TokenKind::Symbol && m_document.tokens[k].symbol != '\'')
+            return std::nullopt;
+    day.first.which = week.first.which;
+    return resolveDate(day, m_reference);
+}
+
+bool Chooser::isFirstOfWeek(const DateMention &mention) const {
+    constexpr std::uint32_t kLongest = 5; ///< with "the" or a weekday's name
+    const std::uint32_t at = mention.span.begin;
+    const Reader reader(m_document, at);
+    for (std::uint32_t k = 1; k <= std::min(kLongest, at); ++k)
+        if (const Sense *of = reader.sense(at - k, Meaning::WeekOf))
+            return at - k + of->length + 1 >= at;
+    return false;
+}
+
+std::optional<ResolvedDate> Chooser::inWeekOf(const DateMention &week,
+                                              const DateMention &day) const {
+    constexpr std::uint32_t kReach = 6;
+    if (day.span.begin - week.span.end > kReach || !isFirstOfWeek(week))
+        return std::nullopt;
+    auto date = resolveDate(week, m_reference);
+    if (!date)
+        return std::nullopt;
+    const auto first = static_cast<int>(std::chrono::weekday(date->first).iso_encoding());
+    date->first += std::chrono::days(day.first.weekday - first);
+    date->last.reset();
+    return date;
+}
+
+std::optional<ResolvedDate> Chooser::inNamedMonth(std::size_t i) const {
+    DateMention day = m_found.dates[i];
+    const bool bare = day.first.base == DateSpec::Base::DayOnly && !day.first.monthGiven &&
+                      day.first.month == 0 && !day.last;
+    // "from 11 October, moved to the 25th"
+    if (!bare || m_dates.empty() || !(day.weak || roleOf(day.span.begin) == Role::MovedTo))
+        return std::nullopt;
+    const Dated &before = m_dates.back();
+    const std::chrono::year_month_day named(before.date.last.value_or(before.date.first));
+    if (before.mention->first.base != DateSpec::Base::Calendar ||
+        !m_document.sameSentence(before.mention->span.begin, day.span.begin) ||
+        day.first.day <= static_cast<int>(static_cast<unsigned>(named.day())))
+        return std::nullopt;
+    day.first.base = DateSpec::Base::Calendar;
+    day.first.year = static_cast<int>(named.year());
+    day.first.month = static_cast<int>(static_cast<unsigned>(named.month()));
+    return resolveDate(day, m_reference);
+}
+
 bool Chooser::isBareWeekday(const DateMention &mention) {
     return mention.first.base == DateSpec::Base::Weekday && mention.first.which == Which::Nearest &&
            mention.first.days == 0 && !mention.last && !mention.repeated;

@@ -68,10 +68,6 @@ private:
 
     // ChooseDate.cpp
     void resolveDates();
-    /// "next week's meeting is on Thursday": the weekday of that week.
-    std::optional<ResolvedDate> inNamedWeek(std::size_t i) const;
-    /// "6月19号出发，21号回": the day is one of the month named before it.
-    std::optional<ResolvedDate> inNamedMonth(std::size_t i) const;
     /// "6/3, 6/10, 6/17 (all Wednesdays)": the weekday of the days before it.
     bool explainsDays(const Dated &dated) const;
     bool hasTimeNear(std::uint32_t token) const;
@@ -140,6 +136,14 @@ private:
     bool fewWordsBetween(std::uint32_t begin, std::uint32_t end) const;
 
     // ChooseDays.cpp
+    /// "next week's meeting is on Thursday": the weekday of that week.
+    std::optional<ResolvedDate> inNamedWeek(std::size_t i) const;
+    /// "w/c 18 May, likely the Weds": the weekday of that week.
+    std::optional<ResolvedDate> inWeekOf(const DateMention &week, const DateMention &day) const;
+    /// "w/c 18 May"
+    bool isFirstOfWeek(const DateMention &mention) const;
+    /// "6月19号出发，21号回": the day is one of the month named before it.
+    std::optional<ResolvedDate> inNamedMonth(std::size_t i) const;
     /// "Friday", and nothing that says which.
     static bool isBareWeekday(const DateMention &mention);
     /// The label of a token's field starts with a word of that meaning.

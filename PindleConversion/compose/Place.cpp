@@ -11,6 +11,7 @@ namespace {
 constexpr int kLeastScore = 20;
 constexpr int kAside = 45;                  ///< less for a place that something else happens at
 constexpr int kOfSide = 20;                 ///< less for where one meets or departs, told apart
+constexpr int kInBrackets = 8;              ///< less for what only explains a place
 constexpr int kAsked = 12;                  ///< less for a place that a speaker only asks about
 constexpr std::uint32_t kOnlineReach = 400; ///< tokens that are asked whether the event is online
 
@@ -134,6 +135,11 @@ void PlaceFinder::offer(TokenSpan span, int score, std::uint32_t at) {
         score -= kAside;
     if (isOfSide(reader, at))
         score -= kOfSide;
+    // "Methodist Church (back entrance on Fore St)"
+    if (span.begin > 1 && token(span.begin - 1).symbol == '(' && token(span.begin - 2).upper() &&
+        !token(span.begin - 2).used && reader.has(span.begin - 2, Meaning::PlaceNoun) &&
+        span.end > span.begin + 2)
+        score -= kInBrackets;
     if (isAsked(at))
         score -= kAsked;
     if (isOfEnd(span) || isOfOther(at))

@@ -96,6 +96,8 @@ private:
     bool refusesPlace(const Reader &reader, std::uint32_t begin) const;
     /// The kind of place that starts the name before token `i`, or `i`.
     std::uint32_t nameHead(std::uint32_t i) const;
+    /// "the Fleece at Addingham": a name and its article alone, before the marker at `i`.
+    bool isInn(const Reader &reader, std::uint32_t i) const;
     /// "20:15, Capitol am Markt" answers where in a conversation; the name's begin, or `i`.
     std::uint32_t spokenHead(const Reader &reader, std::uint32_t i) const;
     /// "Pfarrkirche Sankt Veit im Moos" on a line below the date is one name.

@@ -35,6 +35,8 @@ void PlaceFinder::marked(const Reader &reader, std::uint32_t i, const Sense &mar
             return offer({head, name.end}, 58, head);
         if (const std::uint32_t head = nameHead(i); head < i)
             return offer({head, name.end}, 58, head);
+        if (isInn(reader, i))
+            return offer({i - 2, name.end}, 58, i);
     }
     const bool behindTime = i > 0 && token(i - 1).used && shape.title;
     if (marker.value == 1 && i > 0 && token(i).word != 0 && isFrom(reader, i) && !shape.noun &&
@@ -255,6 +257,17 @@ std::uint32_t PlaceFinder::nameHead(std::uint32_t i) const {
     // "A Field Guide to Lichens"
     const bool articled = head > field.begin && isArticled(reader, head - 1);
     return articled || isTitlePosition(field, head) ? i : head;
+}
+
+bool PlaceFinder::isInn(const Reader &reader, std::uint32_t i) const {
+    constexpr std::uint32_t kName = 2; ///< with its article
+    const std::uint32_t field = m_document.fields[token(i).field].begin;
+    if (i < field + kName + 1 || !token(i - 1).upper() || token(i - 1).used ||
+        !reader.has(i - kName, Meaning::The) || token(i - kName).used ||
+        reader.has(i - 1, Meaning::Event) || reader.language(i).capitalNouns)
+        return false;
+    const std::uint32_t before = i - kName - 1;
+    return isBreak(reader, before) || token(before).used;
 }
 
 std::uint32_t PlaceFinder::spokenHead(const Reader &reader, std::uint32_t i) const {

@@ -468,6 +468,9 @@ bool PlaceFinder::isOnlyName(const Field &field, TokenSpan part, const Shape &sh
     if (begin > field.begin + 1 && token(begin - 1).symbol == ':' && !token(begin).unspaced &&
         token(begin - 2).kind == TokenKind::Word && !token(begin - 2).used)
         return false;
+    // "A Field Guide to Lichens; The Wrong Boat": one of several things.
+    if (begin > field.begin && token(begin - 1).symbol == ';')
+        return false;
     // "(Ausweise!)", "(INSET)", "(H)"
     if (begin > field.begin && token(begin - 1).symbol == '(' && shape.words == 1 &&
         (token(end).symbol == '!' || languageInfo(token(begin).language).capitalNouns ||

@@ -204,8 +204,11 @@ std::optional<DurationMention> readDuration(const Reader &reader, std::uint32_t 
         part->minutes >= kShortest && (!announced || ofEvent) && !isHour(reader, i, *part) &&
         (ofEvent || reader.has(part->next, Meaning::Event) ||
          reader.has(part->next, Meaning::Person) || reader.has(part->next, Meaning::DurationTail));
-    const bool listed = part->minutes >= kShortest && !reader.has(i + 1, Meaning::HourMark) &&
-                        isListed(reader, i, part->next);
+    const bool listed =
+        part->minutes >= kShortest &&
+        (!reader.has(i + 1, Meaning::HourMark) ||
+         (part->minutes <= kLongestTold && !reader.language(i).clock24 && reader.glued(i + 1))) &&
+        isListed(reader, i, part->next);
     if (!marked && !listed && !bracket && !part->hyphen && !told)
         return std::nullopt;
     if ((reader.has(part->next, Meaning::NoDuration) && !part->nights) ||

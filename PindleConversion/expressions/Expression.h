@@ -32,6 +32,7 @@ struct DateSpec {
     int months = 0; ///< added after all else; with DayOnly and NthWeekday: from the current month
     bool monthGiven = false;           ///< `months` is meant: "this month", "next month"
     bool shortYear = false;            ///< two digits of a year were given
+    bool monthThenDay = false;         ///< numeric: the month stands first
     bool eitherOrder = false;          ///< numeric: `month` and `day` may be swapped
     DayOrder order = DayOrder::ByZone; ///< with `eitherOrder`: how the text's language reads it
 };

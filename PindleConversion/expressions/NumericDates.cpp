@@ -259,6 +259,7 @@ std::optional<DateMention> readNumeric(const Reader &reader, std::uint32_t i) {
     const int year = three ? fullYear(reader.token(i + 4)) : 0;
     DateMention result = second > 12 ? mentionOf(i, form->next, first, second, year)
                                      : mentionOf(i, form->next, second, first, year);
+    result.first.monthThenDay = second > 12 && !three && form->mark == '/';
     const bool habit = form->mark == '.' && (language.dottedDates || form->bare);
     const bool settled = form->dotted || (habit && dayFirst);
     result.first.eitherOrder = first <= 12 && second <= 12 && !settled;

@@ -48,9 +48,10 @@ bool isCertainWeekday(const Reader &reader, std::uint32_t i, std::uint32_t next)
     if (i > 0 && reader.document().tokens[i - 1].used && !reader.glued(i) &&
         (!reader.word(next) || (reader.token(next).upper() && !reader.language(i).capitalNouns)))
         return true;
-    // "8am Sat from Dawson's"
+    // "8am Sat from Dawson's", "3pm Sat v Rovers"
+    static constexpr Meanings kGoOn{Meaning::PlaceMarker, Meaning::Person, Meaning::Connector};
     if (i > 0 && word.end - word.begin > kShort && reader.has(i - 1, Meaning::Meridiem) &&
-        reader.document().tokens[i - 1].used && reader.has(next, Meaning::PlaceMarker))
+        reader.document().tokens[i - 1].used && reader.mayHave(next, kGoOn))
         return true;
     const bool announced = i > 0 && reader.has(i - 1, Meaning::DateMarker);
     // "quinta que vem"

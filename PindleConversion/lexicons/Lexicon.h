@@ -66,6 +66,7 @@ enum class Meaning : std::uint8_t {
     RangeTo,       ///< between start and end; value 1: of times only
     RangeFrom,     ///< before start and end
     And,           ///< joins two things
+    WeekOf,        ///< before the first day of a week: "w/c", "week of"
     Or,            ///< between two things of which one is chosen
     Connector,     ///< may follow a bare hour
     Zone,          ///< note: identifiers; the user's own if listed, else the first

@@ -193,6 +193,10 @@ ResolvedTime resolveTime(const TimeMention &mention, const TimeContext &context)
         result.end = minutes(end);
         return result;
     }
+    // "birthday party 10-12", "11-1": hardly late at night.
+    if (open && own.kind == EventKind::Evening && own.part == DayPart::None &&
+        start.hour >= kNoEveningHour && start.hour < 12 && !literalEnd)
+        own.part = DayPart::Morning;
     result.start = settleStart(start, own, result.assumed);
     const bool twelveHour = start.meridiem >= 0 || !start.literal;
     result.end = settleEnd(end, result.start, twelveHour);

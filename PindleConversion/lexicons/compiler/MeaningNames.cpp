@@ -102,6 +102,7 @@ constexpr TableKind kTableKinds[] = {
     {"habit", Meaning::Habit, Values::Number},
     {"incident", Meaning::Incident, Values::Number},
     {"measure", Meaning::Measure, Values::Number},
+    {"week-of", Meaning::WeekOf, Values::None},
     {"or", Meaning::Or, Values::None},
     {"counter", Meaning::Counter, Values::Number},
     {"zone-abbreviation", Meaning::ZoneAfterTime, Values::Note},
