@@ -11,7 +11,11 @@ Shape PlaceNames::shapeOf(TokenSpan span) const {
     Shape shape;
     const Reader reader(m_document, span.end);
     for (std::uint32_t i = span.begin; i < span.end; ++i) {
-        shape.event = shape.event || (reader.has(i, Meaning::Event) && !namesRoom(reader, i));
+        if (const Sense *event = shape.event ? nullptr : reader.sense(i, Meaning::Event)) {
+            // "bus loop", "dance studio"
+            const Sense *kind = reader.sense(i, Meaning::PlaceNoun);
+            shape.event = !(kind && kind->length > event->length) && !namesRoom(reader, i);
+        }
         if (!reader.word(i))
             continue;
         const bool noun = isPlaceNoun(reader, i);
