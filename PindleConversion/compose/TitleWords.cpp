@@ -85,9 +85,10 @@ bool TitleWords::isReference(const Reader &reader, TokenSpan span) {
     bool digits = false;
     const std::uint32_t code = span.begin + label->length;
     for (std::uint32_t i = code; i < span.end; ++i) {
-        if (i > code && reader.token(i).spaceBefore)
+        const bool number = reader.token(i).kind == TokenKind::Number;
+        if (i > code && reader.token(i).spaceBefore && !number)
             return false;
-        digits = digits || reader.token(i).kind == TokenKind::Number;
+        digits = digits || number;
     }
     return digits;
 }
