@@ -128,8 +128,16 @@ void freeHoliday(Document &document, const Expressions &expressions, const Choic
 }
 
 /// A booking or visit is called by its place as well: "stay at The Gull Inn".
-TokenSpan titleWithPlace(const Document &document, TokenSpan title, TokenSpan place) {
+TokenSpan titleWithPlace(const Document &document, const Choice &choice, TokenSpan title,
+                         TokenSpan place) {
     constexpr std::uint32_t kLongestJoint = 3;
+    // "NYE at Tasha's! 9pm"
+    const std::uint32_t day = choice.dateSpan.begin;
+    if (const Sense *holiday =
+            title.empty() && !choice.dateSpan.empty()
+                ? Reader(document, choice.dateSpan.end).sense(day, Meaning::Holiday)
+                : nullptr)
+        return {day, day + holiday->length};
     if (place.empty() || isLink(document, place))
         return title;
     if (title.empty() || isLabel(document, title))
@@ -168,7 +176,7 @@ Reply convert(const Request &request) {
     Reply reply;
     const TokenSpan place = findPlace(document, choice);
     const TokenSpan named = findTitle(document, choice);
-    const TokenSpan title = titleWithPlace(document, named, place);
+    const TokenSpan title = titleWithPlace(document, choice, named, place);
     Draft draft;
     fillMoments(draft, choice, request.referenceTimezone);
     draft.location = spanText(document, place);

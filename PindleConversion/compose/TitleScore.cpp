@@ -129,7 +129,10 @@ int TitleScore::openingPenalties(const Reader &reader, const TitleCandidate &can
     const bool invites =
         chatter && lead && lead->length > chatter->length && trimmed.begin >= begin + lead->length;
     // "Für die Besichtigung ..." names the event behind its lead.
-    const bool led = lead && trimmed.begin > begin && reader.has(trimmed.begin, Meaning::Event);
+    // "Free outdoor movie" names it as well.
+    const bool led = (lead && trimmed.begin > begin && reader.has(trimmed.begin, Meaning::Event)) ||
+                     (chatter && chatter->length == 1 && trimmed.begin == begin &&
+                      token(begin).upper() && contains({begin + 1, trimmed.end}, Meaning::Event));
     if ((chatter && !invites) || isInChatter(reader, {begin, trimmed.begin}, trimmed.end) ||
         reader.has(begin, Meaning::AsideLead))
         score -= led ? 20 : 40;

@@ -45,7 +45,9 @@ bool isCertainWeekday(const Reader &reader, std::uint32_t i, std::uint32_t next)
         reader.word(reader.skip(next, Meaning::TimeMarker)))
         return false;
     // "ferry 9:20 sat, lunch in Cowes", "9:30 sat Hillside bakery"
-    if (i > 0 && reader.document().tokens[i - 1].used && !reader.glued(i) &&
+    // and "4:10 (check in 3:55) mon"
+    const std::uint32_t before = i > 1 && reader.symbol(i - 1, ')') ? i - 2 : i - 1;
+    if (i > 0 && reader.document().tokens[before].used && !reader.glued(i) &&
         (!reader.word(next) || (reader.token(next).upper() && !reader.language(i).capitalNouns)))
         return true;
     // "8am Sat from Dawson's", "3pm Sat v Rovers"
