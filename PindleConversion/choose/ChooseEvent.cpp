@@ -27,6 +27,14 @@ Choice Chooser::refuse(Notice why) {
     return std::move(m_choice);
 }
 
+bool Chooser::isLineOfOther(const Dated &other) const {
+    const std::uint32_t at = other.mention->span.begin;
+    const Field &own = fieldOf(m_choice.dateSpan.begin);
+    return other.mention->first.base == DateSpec::Base::Calendar && fieldOf(at).line > own.line &&
+           fieldOf(at).label == Label::None && own.label == Label::None && !own.spoken &&
+           roleOf(at) == Role::None && other.date.first > m_choice.start;
+}
+
 void Chooser::noteOtherFields() {
     if (m_dates.size() < 2 || m_choice.dateSpan.empty())
         return;
@@ -42,7 +50,8 @@ void Chooser::noteOtherFields() {
         if (!mine && !same && !other.mention->weak && !other.mention->repeated &&
             other.date.first >= m_reference.today &&
             (hasTimeNear(other.mention->span.begin) ||
-             (opensField(other.mention->span.begin) && opensField(m_choice.dateSpan.begin))))
+             (opensField(other.mention->span.begin) && opensField(m_choice.dateSpan.begin)) ||
+             isLineOfOther(other)))
             m_choice.otherFields.push_back(own);
     }
 }

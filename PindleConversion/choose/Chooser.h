@@ -240,6 +240,8 @@ private:
     void pickZone();
     /// Notes the lines of other events, whose places are theirs.
     void noteOtherFields();
+    /// "Chem P1 Mon 18 May AM" below "Bio P1 Tue 12 May AM".
+    bool isLineOfOther(const Dated &other) const;
     void notice();
     /// How many further days of the text have an event of their own.
     int otherEvents() const;

@@ -47,6 +47,10 @@ void PlaceFinder::compound(const Reader &reader, const Field &field, std::uint32
     // "A Field Guide to Lichens" is a book.
     if (isArticled(reader, begin) && end > begin + 2)
         return;
+    // "Mr Hall"
+    if (i == begin + 1 && reader.has(begin, Meaning::Person) && token(begin).upper() &&
+        token(i).upper())
+        return;
     // "14B Canal Walk"
     if (begin > field.begin && token(begin).end - token(begin).begin == 1 && reader.glued(begin) &&
         token(begin - 1).kind == TokenKind::Number && !token(begin - 1).used)

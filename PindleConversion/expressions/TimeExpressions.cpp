@@ -164,11 +164,13 @@ std::optional<End> readEnd(const Reader &reader, std::uint32_t i, bool between) 
     const auto clock = readClock(reader, at, end.next);
     if (!clock)
         return std::nullopt;
-    // "dalle 15.00 alle 18.00 nelle aule"
+    // "dalle 15.00 alle 18.00 nelle aule", "Tues 7-8 astro"
     const bool written =
         (clock->minuteGiven && reader.language(at).clock24 && reader.word(end.next) &&
          !reader.glued(end.next) && !reader.has(end.next, Meaning::UnitWord)) ||
-        isNamedHour(reader, at, *clock, end.next);
+        isNamedHour(reader, at, *clock, end.next) ||
+        (reader.has(end.next, Meaning::PlaceNoun) && !reader.glued(end.next) &&
+         !reader.token(end.next).unspaced);
     // "19h au 14, rue Basse", but "dalle 20 alle 21, campo 2"
     const bool comma = reader.word(i) && !reader.has(i, Meaning::TimeMarker);
     if (!clock->sure && clock->meridiem < 0 && !written &&
@@ -270,9 +272,10 @@ bool isAccepted(const Reader &reader, const TimeMention &mention, std::uint32_t 
         return true;
     if (mention.end && mayBeScore(start, *mention.end))
         return false;
-    // "volunteers needed 9-12 Saturday"
+    // "volunteers needed 9-12 Saturday", "happy hour 5 til 7 every Friday"
     if (mention.end &&
-        (reader.has(next, Meaning::Weekday) || reader.has(next, Meaning::RelativeDay)))
+        (reader.has(next, Meaning::Weekday) || reader.has(next, Meaning::RelativeDay) ||
+         reader.has(next, Meaning::Repeated)))
         return true;
     if (mention.end)
         return marked || afterDate || (start.minuteGiven && mention.end->minuteGiven);
