@@ -364,7 +364,8 @@ bool Chooser::hasFutureSense(std::uint32_t token) const {
     if (chosen.date.yearGiven && chosen.date.first > m_reference.today)
         return true;
     // "The collision occurred around 5 p.m. Wednesday"
-    if (roleOf(token) == Role::None && isReport(token) && sentenceHas(token, Meaning::Incident))
+    if (roleOf(token) == Role::None && isReport(token) && sentenceHas(token, Meaning::Incident) &&
+        !sentenceHas(token, Meaning::Event))
         return false;
     if (isNarrated(chosen) || isLongPast(chosen) || isThisMorningsReport(chosen))
         return false;
