@@ -102,6 +102,16 @@ std::optional<Part> readPart(const Reader &reader, std::uint32_t i) {
     return part;
 }
 
+/// "1 hr 15": minutes without their unit, which nothing goes on with.
+bool endsLength(const Reader &reader, std::uint32_t i) {
+    constexpr std::uint32_t kStep = 5;
+    const Token *next = reader.at(i + 1);
+    return reader.token(i).number % kStep == 0 &&
+           (!next || next->kind == TokenKind::LineBreak || next->symbol == ')' ||
+            next->symbol == '|' || next->symbol == ';' ||
+            ((next->symbol == '.' || next->symbol == ',') && !reader.glued(i + 2)));
+}
+
 /// "and a half", "30 min", "30" behind hours.
 void readRest(const Reader &reader, Part &part) {
     if (const Sense *half = reader.sense(part.next, Meaning::MinutesBehind);
@@ -130,7 +140,8 @@ void readRest(const Reader &reader, Part &part) {
     if (unit && unit->value == static_cast<int>(Unit::Minute)) {
         part.minutes += static_cast<int>(reader.token(j).number);
         part.next = j + 1 + unit->length;
-    } else if (reader.glued(j) && reader.token(j).digits == 2) {
+    } else if (reader.token(j).digits == 2 &&
+               (reader.glued(j) || (j == part.next && endsLength(reader, j)))) {
         part.minutes += static_cast<int>(reader.token(j).number);
         part.next = j + 1;
     }

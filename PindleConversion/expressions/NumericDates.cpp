@@ -195,6 +195,9 @@ std::optional<NumericForm> readNumericForm(const Reader &reader, std::uint32_t i
     NumericForm form;
     form.mark = c;
     const bool goesOn = reader.symbol(i + 3, c);
+    // "attempt 4/5"
+    if (c == '/' && !goesOn && i > 0 && reader.has(i - 1, Meaning::Numbered))
+        return std::nullopt;
     const Token *year = reader.at(i + 4);
     form.three = goesOn && year && year->kind == TokenKind::Number && reader.glued(i + 4) &&
                  (year->digits == 2 || isYear(reader, i + 4) || endsBriefDate(reader, i));

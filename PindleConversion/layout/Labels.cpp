@@ -16,29 +16,43 @@ bool looksLikeMoment(const Reader &reader, std::uint32_t i) {
            reader.has(i, Meaning::ClockWord) || reader.has(i, Meaning::RelativeDay);
 }
 
+/// "At: 3 pm" tells when, "At: 12 Mill Lane" where.
+bool isHour(const Reader &reader, std::uint32_t i) {
+    constexpr std::uint32_t kLastHour = 24;
+    if (!reader.number(i, 0, kLastHour))
+        return reader.has(i, Meaning::ClockWord);
+    return !reader.word(i + 1) || reader.has(i + 1, Meaning::Meridiem) ||
+           reader.has(i + 1, Meaning::HourMark) || reader.has(i + 1, Meaning::OClock);
+}
+
 /// "From:" and "À :" head a mail unless a date or time follows.
 Label settle(const Reader &reader, Label label, std::uint32_t content, std::uint32_t word) {
-    if (label != Label::Mail && label != Label::Start && label != Label::Time)
+    if (label != Label::Mail && label != Label::Start && label != Label::Time &&
+        label != Label::Place)
         return label;
     const Token &token = reader.document().tokens[word];
     bool isMail = false;
+    bool isPlace = false;
     Label moment = Label::None;
     for (std::uint32_t s = token.firstSense; s < token.firstSense + token.senses; ++s) {
         const Sense &sense = reader.document().senses[s];
         if (sense.meaning != Meaning::LabelWord)
             continue;
         isMail = isMail || sense.value == static_cast<int>(Label::Mail);
+        isPlace = isPlace || sense.value == static_cast<int>(Label::Place);
         if (sense.value == static_cast<int>(Label::Start) ||
             (moment == Label::None && sense.value == static_cast<int>(Label::Time)))
             moment = static_cast<Label>(sense.value);
     }
     if (isMail && moment != Label::None)
         return looksLikeMoment(reader, content) ? moment : Label::Mail;
+    if (isPlace && moment == Label::Time)
+        return isHour(reader, content) ? moment : Label::Place;
     return label;
 }
 
-/// "Event - Ceilidh" among other lines with a label and a dash.
-bool isDashedList(const Document &document, std::uint32_t dash) {
+/// "Event - Ceilidh" among other lines with a label and a dash, or the mark it has instead.
+bool isMarkedList(const Document &document, std::uint32_t dash) {
     const auto &fields = document.fields;
     if (!fields.empty() && !fields.back().labelWords.empty() && fields.back().label != Label::None)
         return true;
@@ -49,7 +63,7 @@ bool isDashedList(const Document &document, std::uint32_t dash) {
         if (document.tokens[i].kind != TokenKind::LineBreak)
             continue;
         const Sense *label = reader.sense(i + 1, Meaning::LabelWord);
-        return label && reader.symbol(i + 1 + label->length, '-');
+        return label && reader.symbol(i + 1 + label->length, document.tokens[dash].symbol);
     }
     return false;
 }
@@ -61,6 +75,13 @@ bool isPlainList(const Document &document) {
     const Field &last = document.fields.back();
     return !last.labelWords.empty() && last.begin == last.labelWords.end &&
            (last.label == Label::When || last.label == Label::Place);
+}
+
+/// "WHERE ▸ The Old Mill", "When » 3 May", where the mark counts as a quotation mark.
+bool isPointer(char32_t symbol) {
+    constexpr char32_t kLastArrow = 0x2BFF;
+    return symbol == '>' || symbol == '"' || symbol == 0x203A || symbol == 0x2192 ||
+           (isShape(symbol) && symbol <= kLastArrow);
 }
 
 /// A label that a mark ends: a colon, dots, a dash. `label` is said by the tokens `i` to `end`.
@@ -77,9 +98,11 @@ LabelMatch markedLabel(const Reader &reader, std::uint32_t i, std::uint32_t end,
         j = reader.skipSymbol(j, ':');
         return {settle(reader, label, j, i), j, end};
     }
-    if (lineStart && reader.symbol(j, '-') && !reader.glued(j) && !reader.glued(j + 1) &&
+    if (lineStart && reader.token(j).kind == TokenKind::Symbol &&
+        (reader.symbol(j, '-') || isPointer(reader.token(j).symbol)) && !reader.glued(j) &&
+        !reader.glued(j + 1) &&
         (isMoment(label) || label == Label::Place ||
-         (label == Label::Title && isDashedList(reader.document(), j))))
+         (label == Label::Title && isMarkedList(reader.document(), j))))
         return {label, j + 1, end};
     return {};
 }

@@ -112,6 +112,7 @@ enum class Meaning : std::uint8_t {
     Measure,       ///< a unit behind a number that is no time: "GB", "km"
     Counter,       ///< behind digits that are no time; value 0: they count something ("2名"), 1:
                    ///< they are its number ("0633次")
+    Numbered,      ///< before digits that tell which one of how many: "attempt 4/5", "page 2/3"
 };
 
 /// Parts the week of a holiday such as "the fourth Thursday of November" from month and weekday;
@@ -119,7 +120,7 @@ enum class Meaning : std::uint8_t {
 inline constexpr int kNthHoliday = 2000;
 inline constexpr int kLastWeek = 6;
 
-inline constexpr std::size_t kMeanings = static_cast<std::size_t>(Meaning::Counter) + 1;
+inline constexpr std::size_t kMeanings = static_cast<std::size_t>(Meaning::Numbered) + 1;
 
 enum class Unit : std::uint8_t { Minute, Hour, Day, Week, Fortnight, Month, Year, Weekend, Night };
 enum class DayPart : std::uint8_t { None, Morning, Noon, Afternoon, Evening, Night };

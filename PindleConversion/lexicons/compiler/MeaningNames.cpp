@@ -105,6 +105,7 @@ constexpr TableKind kTableKinds[] = {
     {"week-of", Meaning::WeekOf, Values::None},
     {"or", Meaning::Or, Values::None},
     {"counter", Meaning::Counter, Values::Number},
+    {"numbered", Meaning::Numbered, Values::Number},
     {"zone-abbreviation", Meaning::ZoneAfterTime, Values::Note},
     {"zone-in-capitals", Meaning::ZoneAfterTime, Values::Note, 1},
     {"zone-city", Meaning::ZoneWord, Values::Note},
