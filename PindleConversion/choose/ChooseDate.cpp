@@ -185,8 +185,9 @@ bool Chooser::hasFirstDay(const Dated &dated) const {
         return false;
     return std::any_of(m_dates.begin(), m_dates.end(), [&](const Dated &other) {
         const auto weekday = std::chrono::weekday(other.date.first).iso_encoding();
-        return other.mention->first.base == DateSpec::Base::Calendar && !isPast(other) &&
-               static_cast<int>(weekday) == dated.mention->first.weekday &&
+        return (other.mention->first.base == DateSpec::Base::Calendar ||
+                other.mention->first.base == DateSpec::Base::DayOnly) &&
+               !isPast(other) && static_cast<int>(weekday) == dated.mention->first.weekday &&
                roleOf(other.mention->span.begin) != Role::Deadline &&
                roleOf(other.mention->span.begin) != Role::End;
     });

@@ -114,6 +114,21 @@ std::uint32_t readListedDays(const Reader &reader, std::uint32_t i, int &last, b
     return i;
 }
 
+/// Days that follow each other, behind slashes: "24/25", "21st/22nd/23rd".
+std::uint32_t readSlashedDays(const Reader &reader, std::uint32_t i, int &last) {
+    const std::uint32_t begin = i;
+    int day = last;
+    while (reader.symbol(i, '/') && reader.glued(i) && reader.glued(i + 1)) {
+        const auto next = readDay(reader, i + 1);
+        if (!next || next->day != day + 1)
+            return begin;
+        day = next->day;
+        i = next->next;
+    }
+    last = day;
+    return i;
+}
+
 /// The days that stand before their month.
 struct LeadingDays {
     int first = 0;
@@ -136,16 +151,9 @@ std::optional<LeadingDays> readLeadingDays(const Reader &reader, std::uint32_t i
     const bool pair = days.last > day->day + 1 && days.next == day->next + 2;
     if (pair && readDayJoin(reader, days.next) == days.next)
         return std::nullopt;
-    // "the night of 24/25 December"
-    if (const std::uint32_t second = days.next + 1;
-        reader.symbol(days.next, '/') && reader.glued(days.next) && reader.glued(second) &&
-        reader.number(second, static_cast<std::uint32_t>(listed) + 1,
-                      static_cast<std::uint32_t>(listed) + 1) &&
-        !reader.symbol(second + 1, '/')) {
-        days.last = listed + 1;
-        days.next = second + 1;
-        return days;
-    }
+    // "the night of 24/25 December", "21st/22nd/23rd May"
+    if (const std::uint32_t next = readSlashedDays(reader, days.next, listed); next != days.next)
+        return LeadingDays{days.first, listed, next};
     // "11-Sep-2027" is one day.
     if (const std::uint32_t join = readDayJoin(reader, days.next);
         join != days.next && !(reader.glued(days.next) && reader.has(join, Meaning::Month))) {
