@@ -27,8 +27,9 @@ bool isEdgeMark(const Token &token);
 /// Seventh step: where the event is. Marks the place's tokens as used. Empty when not said.
 TokenSpan findPlace(Document &document, const Choice &choice);
 
-/// Eighth step: what the event is called, one line. Empty when the text offers no words for it.
-TokenSpan findTitle(const Document &document, const Choice &choice);
+/// Eighth step: what the event is called, one line. Empty when the text offers no words for it,
+/// or only poor ones where the place can name it: `placed`.
+TokenSpan findTitle(const Document &document, const Choice &choice, bool placed);
 
 /// The text of a span on one line, without emphasis at its ends.
 std::string spanText(const Document &document, TokenSpan span);

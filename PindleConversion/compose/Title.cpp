@@ -8,6 +8,7 @@ namespace {
 
 constexpr int kNone = -1000;
 constexpr int kLoneKind = 14;     ///< less for "let's meet", of which only "meet" is left
+constexpr int kPoor = 10;         ///< below it the place says more
 constexpr int kOnlyFillers = 120; ///< "Let's meet" is a title when there is no better one
 
 /// Offers what the text says between its dates, times and places, and keeps the best.
@@ -24,6 +25,17 @@ public:
             if (const TokenSpan part = inReach(field, m_choice.anchor()); !part.empty())
                 consider(field, part);
         return m_best;
+    }
+
+    /// "请携带身份证", "portate i documenti": talk that names nothing.
+    bool isPoor() const {
+        if (m_score >= kPoor || contains(m_best, Meaning::Event))
+            return false;
+        for (std::uint32_t i = m_best.begin; i < m_best.end; ++i)
+            if (token(i).upper() && i > m_best.begin)
+                return false;
+        return !hasContent(m_best) ||
+               Reader(m_document, m_best.end).has(m_best.begin, Meaning::Chatter);
     }
 
 private:
@@ -104,8 +116,10 @@ private:
 
 } // namespace
 
-TokenSpan findTitle(const Document &document, const Choice &choice) {
-    return TitleFinder(document, choice).run();
+TokenSpan findTitle(const Document &document, const Choice &choice, bool placed) {
+    TitleFinder finder(document, choice);
+    const TokenSpan title = finder.run();
+    return placed && finder.isPoor() ? TokenSpan{} : title;
 }
 
 } // namespace pindle::conversion
