@@ -10,7 +10,7 @@ constexpr int kNamedStay = 30; ///< for a name that one stays at
 constexpr int kRoomCode = 48;  ///< for "G.12" behind a kind of place
 constexpr int kSender = 22;    ///< for who sends a message
 constexpr int kBracketed = 34; ///< for a place in brackets
-constexpr int kNamedKind = 36; ///< for one in brackets that starts with its kind
+constexpr int kNamedKind = 46; ///< for one in brackets that starts with its kind
 constexpr int kMostWords = 5;
 
 } // namespace
