@@ -101,8 +101,6 @@ int Chooser::scoreDate(const Dated &dated, int index) {
         score -= 45;
     switch (role) {
     case Role::Deadline:
-        score -= 60;
-        break;
     case Role::Posted:
         score -= 60;
         break;
@@ -121,11 +119,10 @@ int Chooser::scoreDate(const Dated &dated, int index) {
     case Role::Collect:
         break;
     }
-    if (dated.date.first < m_reference.today &&
-        !(dated.date.last && *dated.date.last >= m_reference.today))
-        score -= 200;
+    const bool over = dated.date.first < m_reference.today &&
+                      !(dated.date.last && *dated.date.last >= m_reference.today);
     // "We met on 3 March, and it is done on the 24th": no day of the next year.
-    else if (isLongPast(dated))
+    if (over || isLongPast(dated))
         score -= 200;
     else if (speaksOfPast(token))
         score -= 15;
