@@ -127,6 +127,16 @@ void freeHoliday(Document &document, const Expressions &expressions, const Choic
     }
 }
 
+/// Only words of one sentence stand between a title and its place with its marker, "in the".
+bool leadsTo(const Document &document, std::uint32_t from, std::uint32_t to) {
+    constexpr std::uint32_t kReach = 12;
+    constexpr std::uint32_t kMarker = 2;
+    if (to <= from + kMarker || to > from + kReach || !document.sameSentence(from, to))
+        return false;
+    return std::all_of(document.tokens.begin() + from, document.tokens.begin() + to - kMarker,
+                       [](const Token &token) { return !token.used; });
+}
+
 /// A booking or visit is called by its place as well: "stay at The Gull Inn".
 TokenSpan titleWithPlace(const Document &document, const Choice &choice, TokenSpan title,
                          TokenSpan place) {
@@ -153,6 +163,9 @@ TokenSpan titleWithPlace(const Document &document, const Choice &choice, TokenSp
         return place;
     if (follows)
         return {title.begin, place.end};
+    // "An appointment has been made for you in the Eye Clinic"
+    if (leadsTo(document, title.end, place.begin))
+        return place;
     // "施設予約完了のお知らせ ... テニスコート": without spaces the words beside it are no name.
     return document.tokens[place.begin].unspaced ? place : title;
 }

@@ -100,6 +100,11 @@ bool PlaceFinder::isOnlineDeed(const Reader &reader, const Field &field, std::ui
     const Sense *chatter = reader.sense(i, Meaning::Chatter);
     if ((chatter && chatter->length > online.length) || endsPhrase(reader, i))
         return true;
+    // "the online form has to be in by 31 January"
+    const std::uint32_t day = m_choice.dateSpan.begin;
+    if (!m_choice.startMinute && day > 0 &&
+        Reader(m_document, m_choice.dateSpan.end).has(day - 1, Meaning::DueMarker))
+        return true;
     const std::uint32_t next = i + 1;
     // "teams of 4"
     const std::uint32_t count = reader.skip(i + online.length, Meaning::Of);

@@ -25,6 +25,10 @@ void PlaceFinder::compound(const Reader &reader, const Field &field, std::uint32
     std::uint32_t begin = i;
     // "Kroger parking lot"
     std::uint32_t end = reader.skip(i, Meaning::PlaceNoun);
+    // "Dept. 9"
+    const bool stopped = reader.symbol(end, '.') && reader.has(i, Meaning::Abbreviation) &&
+                         reader.number(end + 1, 0, 9999, 4) && !token(end + 1).used;
+    end += stopped ? 2U : 0U;
     constexpr std::uint32_t kMost = 9;
     while (end < field.end && end < i + kMost) {
         const std::uint32_t next = reader.skip(reader.skip(end, Meaning::Of), Meaning::The);
@@ -65,7 +69,8 @@ void PlaceFinder::compound(const Reader &reader, const Field &field, std::uint32
         token(begin).spaceBefore && isStreet(reader, i, begin) && token(begin).capital)
         --begin;
     const bool numbered =
-        end > i + 1 && (token(i + 1).kind == TokenKind::Number || token(i + 1).capital);
+        stopped ||
+        (end > i + 1 && (token(i + 1).kind == TokenKind::Number || token(i + 1).capital));
     // "Handmade-Markt" is an event.
     const bool hyphened =
         i > begin && reader.symbol(i - 1, '-') && end == i + 1 && reader.has(i, Meaning::Event);
