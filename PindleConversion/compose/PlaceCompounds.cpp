@@ -89,7 +89,10 @@ void PlaceFinder::compound(const Reader &reader, const Field &field, std::uint32
     if (before > field.begin && reader.has(before - 1, Meaning::Person) && !token(begin).unspaced)
         return;
     const bool booked = isStay() && token(begin).unspaced && field.begin < m_choice.anchor();
-    if (isTitlePosition(field, begin) || booked) {
+    // "Court 2 is ours from 10 until noon"
+    const Sense *chatter = numbered ? reader.sense(end, Meaning::Chatter) : nullptr;
+    const bool told = chatter && chatter->length > 1;
+    if ((isTitlePosition(field, begin) && !told) || booked) {
         if (isStay() && shapeOf({begin, end}).title)
             offer({begin, end}, kNamedStay, i);
         return;
