@@ -188,7 +188,8 @@ bool isOfOther(const Reader &reader, std::uint32_t i) {
     constexpr std::uint32_t kReach = 4;
     for (std::uint32_t k = i; k > 0 && i - k < kReach; --k) {
         const Sense *verb = reader.sense(k - 1, Meaning::NoDuration);
-        if (verb && verb->value == 1)
+        // "Running time 2 hrs"
+        if (verb && verb->value == 1 && !reader.has(k - 1, Meaning::DurationMark))
             return reader.document().sameSentence(k - 1, i);
     }
     return false;

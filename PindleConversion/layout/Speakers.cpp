@@ -72,8 +72,15 @@ std::uint32_t speaker(const Reader &reader, std::uint32_t i) {
 
 std::uint32_t afterStamp(const Reader &reader, std::uint32_t i) {
     constexpr std::uint32_t kLongestStamp = 16;
-    if (!reader.symbol(i, '['))
-        return afterMachineStamp(reader, i);
+    if (!reader.symbol(i, '[')) {
+        // "ERROR 2026-03-04 02:17:55"
+        constexpr std::uint32_t kFirstYear = 1970;
+        const bool level = reader.number(i + 1, kFirstYear, 9999, 4) && reader.word(i) &&
+                           reader.symbol(i + 2, '-');
+        const std::uint32_t stamp = level ? i + 1 : i;
+        const std::uint32_t end = afterMachineStamp(reader, stamp);
+        return end != stamp ? end : i;
+    }
     for (std::uint32_t j = i + 1; j < i + kLongestStamp && reader.at(j); ++j)
         if (reader.symbol(j, ']'))
             return reader.number(i + 1, 0, 9999, 4) ? j + 1 : i;
