@@ -216,7 +216,9 @@ private:
         // "Event | Wine night" above the rule is a row like those below.
         const bool pair =
             table && row.column == 2 && !row.allLabels && row.labels[0] != Label::None;
-        if (pair && m_document.fields[firstField].end <= row.firstEnd)
+        // There is no field at all in "Where | When:".
+        if (pair && firstField < m_document.fields.size() &&
+            m_document.fields[firstField].end <= row.firstEnd)
             m_document.fields[firstField].ignored = true;
         if (rule && !m_pairAbove)
             ignoreHeaderAbove();

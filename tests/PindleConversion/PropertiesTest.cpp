@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <array>
 #include <chrono>
 #include <ctime>
 #include <sstream>
@@ -29,7 +30,7 @@ std::vector<Given> givenTexts() {
     return all;
 }
 
-Draft withoutDescription(Reply reply) {
+Draft withoutDescription(const Reply &reply) {
     Draft draft = reply.draft.value_or(Draft{});
     draft.description.clear();
     return draft;
@@ -143,17 +144,45 @@ std::vector<std::size_t> cutsOf(const std::string &text) {
     return cuts;
 }
 
+void expectAnswer(std::string_view text, const Given &given) {
+    const Reply reply = convert({text, given.date, given.zone});
+    ASSERT_EQ(reply.draft.has_value(), reply.error.empty()) << text;
+    const std::size_t day = reply.draft ? given.date.size() : 0;
+    ASSERT_EQ(reply.draft.value_or(Draft{}).startDate.size(), day) << text;
+}
+
 TEST(Conversion, aTextCutAnywhereIsAnswered) {
     for (const Given &given : givenTexts()) {
         const std::string_view text = given.text;
-        for (const std::size_t cut : cutsOf(given.text))
-            for (const auto part : {text.substr(0, cut), text.substr(cut)}) {
-                const Reply reply = convert({part, given.date, given.zone});
-                ASSERT_EQ(reply.draft.has_value(), reply.error.empty()) << part;
-                const std::size_t day = reply.draft ? given.date.size() : 0;
-                ASSERT_EQ(reply.draft.value_or(Draft{}).startDate.size(), day) << part;
-            }
+        for (const std::size_t cut : cutsOf(given.text)) {
+            expectAnswer(text.substr(0, cut), given);
+            expectAnswer(text.substr(cut), given);
+        }
     }
+}
+
+TEST(Conversion, aTextJoinedByAnyMarkIsAnswered) {
+    constexpr std::array<std::string_view, 6> joints{" | ", "\n", ": ", " - ", "\t", "; "};
+    std::size_t next = 0;
+    for (const Given &given : givenTexts())
+        for (const std::size_t cut : cutsOf(given.text)) {
+            std::string text = given.text;
+            text.insert(cut, joints[next++ % joints.size()]);
+            expectAnswer(text, given);
+        }
+}
+
+TEST(Conversion, labelsWithoutValuesAreAnswered) {
+    const Given given{"", "2026-03-11", "Europe/Berlin"};
+    constexpr std::array<std::string_view, 10> words{
+        "Where", "When", "Date:", "Title", "Start:", "Ort", "Wann:", "\u65E5\u6642", ":", "-"};
+    for (const std::string_view a : words)
+        for (const std::string_view b : words)
+            for (const std::string_view c : words)
+                for (const std::string_view joint : {" | ", "\t", "\n"})
+                    expectAnswer(std::string(a) + std::string(joint) + std::string(b) + ' ' +
+                                     std::string(c),
+                                 given);
 }
 
 TEST(Conversion, relativeDatesMoveWithTheReferenceDate) {
