@@ -28,8 +28,9 @@ LANGUAGES = {"de": "German", "en": "English", "es": "Spanish", "fr": "French", "
 CHECKS = [("start", "start", 97), ("end", "end", 95), ("zone", "zone", 97),
           ("location", "place", 90), ("tidy", "tidy title", 90), ("noevent", "no event", 97),
           ("missed", "missed", 1), ("all", "all fields", 85)]
-ROUNDS = 40
-PEER_ROUNDS = 10
+TURNS = 6
+ROUNDS = 20
+PEER_ROUNDS = 4
 STARTS = 20
 LONG = 1_000_000  # bytes
 DEADLINE = 300  # seconds one program of the bench may take
@@ -169,10 +170,20 @@ def figure(name, value, goal=None, peer=None, least=False):
     return cells
 
 
+def fastest(runs):
+    """What else the machine does only ever slows a run down."""
+    return max(runs, key=lambda each: each["perSecond"]) if all(runs) else None
+
+
 def speed_table(bench, peer, files, long_texts, few):
-    cases = json.loads(run(bench, "cases", max(3, ROUNDS // few), *files))
+    # In turns, so that both meet the same machine.
+    runs = [
+        (json.loads(run(bench, "cases", max(3, ROUNDS // few), *files)),
+         peer.ask("cases", max(2, PEER_ROUNDS // few), *files))
+        for _ in range(TURNS)
+    ]
+    cases, other = fastest([each[0] for each in runs]), fastest([each[1] for each in runs])
     starts = [json.loads(run(bench, "first")) for _ in range(max(3, STARTS // few))]
-    other = peer.ask("cases", max(2, PEER_ROUNDS // few), *files)
     other_starts = [peer.ask("first") for _ in range(max(3, STARTS // few))] if other else []
     def late(samples):
         return percentile([sample["first"] - sample["warm"] for sample in samples], 0.5) / 1e3
@@ -181,7 +192,7 @@ def speed_table(bench, peer, files, long_texts, few):
     tables = table_bytes(bench)
     heap = max(start["heap"] for start in starts)
     rows = [
-        figure("texts per second", cases["perSecond"], 50_000, other and other["perSecond"], True),
+        figure(f"texts per second, fastest of {TURNS} runs", cases["perSecond"], 50_000, other and other["perSecond"], True),
         figure("a text, median, µs", percentile(cases["samples"], 0.5), 20, of_peer(0.5)),
         figure("a text, p95, µs", percentile(cases["samples"], 0.95), None, of_peer(0.95)),
         figure("1 MB of prose, MB/s", LONG / long_texts[0]["times"][str(LONG)], 20,
