@@ -40,16 +40,16 @@ public:
     int port() const { return port_; }
     int otherPort() const { return otherPort_; }
     QList<QSslCertificate> authorities() const { return authorities_; }
-    /// The requests since the last call, each as its bytes.
+    /// The requests since the last call, each as its bytes. The server goes on writing meanwhile:
+    /// what it has not finished is left for the next call.
     QList<QByteArray> takeRequests() {
-        const QString path = folder_.filePath(QStringLiteral("requests"));
+        constexpr QByteArrayView end("\n====\n");
+        const QByteArray all = contents(folder_.filePath(QStringLiteral("requests")));
         QList<QByteArray> result;
-        for (QByteArray all = contents(path); !all.isEmpty();) {
-            const auto end = all.indexOf("\n====\n");
-            result.append(all.left(end));
-            all = all.mid(end + 6);
+        for (qsizetype to = all.indexOf(end, taken_); to >= 0; to = all.indexOf(end, taken_)) {
+            result.append(all.mid(taken_, to - taken_));
+            taken_ = to + end.size();
         }
-        QFile::remove(path);
         return result;
     }
 
@@ -57,6 +57,7 @@ private:
     QTemporaryDir folder_;
     QProcess process_;
     QList<QSslCertificate> authorities_;
+    qsizetype taken_ = 0; ///< bytes of the requests
     int port_ = 0;
     int otherPort_ = 0;
 };
