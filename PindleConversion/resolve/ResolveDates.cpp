@@ -1,6 +1,8 @@
 #include "PindleConversion/resolve/Resolve.h"
 
+#include <algorithm>
 #include <cstdlib>
+#include <string>
 
 namespace pindle::conversion {
 
@@ -250,33 +252,35 @@ std::optional<Day> parseDay(std::string_view text) {
 
 namespace {
 
-/// With zeros before it, to so many characters; years before 0 have their sign first.
-/// Writes `value` at `to` with so many digits, zeros first.
-void putDigits(char *to, unsigned value, int digits) {
-    for (int i = digits; i-- > 0; value /= 10)
-        to[i] = static_cast<char>('0' + value % 10);
+/// Appends `value` with at least so many digits; what is below 0 has its sign first.
+void append(std::string &text, int value, std::size_t digits) {
+    const std::string number = std::to_string(std::abs(value));
+    if (value < 0)
+        text += '-';
+    text.append(digits - std::min(digits, number.size()), '0');
+    text += number;
 }
 
 } // namespace
 
 std::string formatDay(Day day) {
     const year_month_day date(day);
-    constexpr int kDigits = 4;
-    const int year = static_cast<int>(date.year());
-    std::string text = year > 9999 ? "00000-00-00" : "0000-00-00";
-    const int digits = year > 9999 ? kDigits + 1 : kDigits;
-    putDigits(text.data(), static_cast<unsigned>(year), digits);
-    putDigits(text.data() + digits + 1, static_cast<unsigned>(date.month()), 2);
-    putDigits(text.data() + digits + 4, static_cast<unsigned>(date.day()), 2);
+    std::string text;
+    append(text, static_cast<int>(date.year()), 4);
+    text += '-';
+    append(text, static_cast<int>(static_cast<unsigned>(date.month())), 2);
+    text += '-';
+    append(text, static_cast<int>(static_cast<unsigned>(date.day())), 2);
     return text;
 }
 
 std::string formatMinute(int minuteOfDay) {
     constexpr int kMinutesInDay = 24 * 60;
     const int minute = ((minuteOfDay % kMinutesInDay) + kMinutesInDay) % kMinutesInDay;
-    std::string text = "00:00";
-    putDigits(text.data(), static_cast<unsigned>(minute / 60), 2);
-    putDigits(text.data() + 3, static_cast<unsigned>(minute % 60), 2);
+    std::string text;
+    append(text, minute / 60, 2);
+    text += ':';
+    append(text, minute % 60, 2);
     return text;
 }
 

@@ -301,6 +301,14 @@ TEST(Conversion, theWorkGrowsNoFasterThanTheText) {
     }
 }
 
+TEST(Conversion, everyYearIsWrittenWithFourDigitsOrMore) {
+    const Day first = parseDay("0001-01-01").value();
+    EXPECT_EQ(formatDay(first - std::chrono::days(1)), "0000-12-31");
+    EXPECT_EQ(formatDay(first - std::chrono::days(367)), "-0001-12-31");
+    EXPECT_EQ(formatDay(parseDay("0987-06-05").value()), "0987-06-05");
+    EXPECT_EQ(formatDay(parseDay("9999-12-31").value() + std::chrono::days(1)), "10000-01-01");
+}
+
 } // namespace
 
 } // namespace pindle::conversion::test
