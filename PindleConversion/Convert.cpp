@@ -159,7 +159,7 @@ TokenSpan titleWithPlace(const Document &document, const Choice &choice, TokenSp
     if (!general || title.begin + general->length != title.end)
         return title;
     // "【予約確認】さくら歯科"
-    if (follows && reader.document().token(title.end).symbol == ']')
+    if (follows && document.token(title.end).symbol == ']')
         return place;
     if (follows)
         return {title.begin, place.end};

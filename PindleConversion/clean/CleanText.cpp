@@ -307,7 +307,7 @@ bool unquote(std::string_view &text) {
                                                 {"\u201E", "\u201C"},
                                                 {"\u300C", "\u300D"}}};
     for (const auto &[open, close] : pairs) {
-        if (text.empty() || text[0] != open[0] || text.size() < open.size() + close.size() ||
+        if (text.size() < open.size() + close.size() || text[0] != open[0] ||
             !text.starts_with(open) || !text.ends_with(close))
             continue;
         const auto inner = text.substr(open.size(), text.size() - open.size() - close.size());

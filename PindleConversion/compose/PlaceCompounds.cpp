@@ -108,7 +108,7 @@ void PlaceFinder::compound(const Reader &reader, const Field &field, std::uint32
 bool PlaceFinder::isArticled(const Reader &reader, std::uint32_t i) {
     const Sense *one = reader.word(i) ? reader.sense(i, Meaning::Number) : nullptr;
     return one && one->value == 1 && one->length == 1 && reader.token(i).upper() &&
-           reader.token(i + 1).upper() && reader.token(i).sentence == reader.token(i + 1).sentence;
+           reader.token(i + 1).upper() && reader.document().sameSentence(i, i + 1);
 }
 
 bool PlaceFinder::isRoomNumber(std::uint32_t i) const {
@@ -123,7 +123,7 @@ void PlaceFinder::street(const Reader &reader, const Field &field, std::uint32_t
         offer({i, i + 1}, kStreetOfEvent, i);
     std::uint32_t begin = i;
     while (begin > field.begin && i - begin < kMostNames && token(begin - 1).upper() &&
-           !token(begin - 1).used && token(begin - 1).sentence == token(i).sentence)
+           !token(begin - 1).used && m_document.sameSentence(begin - 1, i))
         --begin;
     // "Boiler service for 42 Nelson Tce", but "5 Mile Charity Walk".
     if (begin == i || begin == field.begin || !token(i).upper() || token(begin - 1).used ||

@@ -447,8 +447,7 @@ bool PlaceFinder::isAnswer(const Reader &reader, TokenSpan part) const {
 bool PlaceFinder::isAcronym(TokenSpan part) const {
     constexpr std::size_t kLongest = 6;
     const std::string_view text = m_document.slice(part);
-    return part.end == part.begin + 1 && text.size() <= kLongest &&
-           std::all_of(text.begin(), text.end(), [](char c) { return c >= 'A' && c <= 'Z'; });
+    return part.end == part.begin + 1 && text.size() <= kLongest && allCapitals(text);
 }
 
 bool PlaceFinder::isOnlyName(const Field &field, TokenSpan part, const Shape &shape) const {

@@ -75,8 +75,8 @@ bool TitleParts::isHardBreak(const Reader &reader, std::uint32_t i) const {
     if (reader.symbol(i, '"'))
         return bookMark(i) == 0;
     // "【通知】": the brackets that enclose a heading.
-    if (reader.symbol(i, '[') || reader.symbol(i, ']'))
-        return token(i).end - token(i).begin > 1;
+    if (isWideBracket(i))
+        return true;
     // "9PM / DJ MOSS / BASEMENT"
     if (reader.symbol(i, '/') && !reader.glued(i) && !reader.glued(i + 1) &&
         token(m_document.fields[token(i).field].begin).used)

@@ -43,9 +43,9 @@ private:
     // TitleTrim.cpp
     /// Drops one mark or filler from the front.
     TokenSpan trimFront(TokenSpan span) const;
-    /// "Appointment" that nothing follows names the event itself.
     /// "re fwd: ...": one prefix of a mail's subject follows another.
     static bool isPrefix(const Reader &reader, std::uint32_t i);
+    /// "Appointment" that nothing follows names the event itself.
     bool isKindAlone(TokenSpan span) const;
     /// A sign before letters that no lexicon knows is the first of a longer word.
     bool startsLongerWord(TokenSpan span, std::uint32_t next) const;

@@ -102,11 +102,6 @@ bool TitleScore::isCalledByNext(TokenSpan trimmed) const {
     return kind && (mark == '|' || mark == kBullet) && event;
 }
 
-bool TitleScore::isWideBracket(std::uint32_t i) const {
-    const Token &mark = token(i);
-    return (mark.symbol == '[' || mark.symbol == ']') && mark.end - mark.begin > 1;
-}
-
 bool TitleScore::namesSender(TokenSpan part, TokenSpan trimmed) const {
     const std::uint32_t mark = trimmed.end + 1;
     // "【市一医院】": whose message it is.

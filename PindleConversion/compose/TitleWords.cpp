@@ -67,6 +67,11 @@ TokenSpan TitleWords::eventIn(TokenSpan span) const {
     return {};
 }
 
+bool TitleWords::isWideBracket(std::uint32_t i) const {
+    const Token &mark = token(i);
+    return (mark.symbol == '[' || mark.symbol == ']') && mark.end - mark.begin > 1;
+}
+
 bool TitleWords::isCode(TokenSpan span) const {
     int numbers = 0;
     for (std::uint32_t i = span.begin; i < span.end; ++i) {

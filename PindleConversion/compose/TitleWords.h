@@ -34,6 +34,8 @@ public:
     static bool leadsOn(const Reader &reader, std::uint32_t i, Meaning meaning);
     /// "Home › Music" leads to what follows.
     bool isCrumb(std::uint32_t i) const;
+    /// "【" or "】".
+    bool isWideBracket(std::uint32_t i) const;
     /// "VL8K2P": letters and numbers without a space.
     bool isCode(TokenSpan span) const;
     /// "Localizador QX7T2M": the number of a booking, or a seat's.

@@ -162,10 +162,6 @@ void addMinutes(ClockSpec &clock, int minutes) {
         clock.hour = clock.hour <= 1 ? 12 : clock.hour - 1;
 }
 
-} // namespace
-
-namespace {
-
 /// "10a Sat", but "room 10a Sat"; `i` is the letter.
 bool isBesideDay(const Reader &reader, std::uint32_t i) {
     static constexpr Meanings kDays{Meaning::Weekday, Meaning::WeakWeekday, Meaning::RelativeDay};

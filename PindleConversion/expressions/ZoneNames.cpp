@@ -44,13 +44,6 @@ bool isDayMark(const Reader &reader, std::uint32_t i) {
            !reader.symbol(i + 2, ':') && !reader.symbol(i + 2, '.');
 }
 
-bool allCapitals(std::string_view word) {
-    for (char c : word)
-        if (c < 'A' || c > 'Z')
-            return false;
-    return true;
-}
-
 /// "Central" before "Library" is no zone.
 bool namesSomethingElse(const Reader &reader, std::uint32_t i, const Sense &sense) {
     const bool capitals = allCapitals(reader.document().slice(reader.token(i)));

@@ -25,29 +25,28 @@ bool isHour(const Reader &reader, std::uint32_t i) {
            reader.has(i + 1, Meaning::HourMark) || reader.has(i + 1, Meaning::OClock);
 }
 
+/// The word at `i` is that label, perhaps among others.
+bool saysLabel(const Reader &reader, std::uint32_t i, Label label) {
+    const Token &token = reader.token(i);
+    const auto first = reader.document().senses.begin() + token.firstSense;
+    return std::any_of(first, first + token.senses, [label](const Sense &sense) {
+        return sense.meaning == Meaning::LabelWord && sense.value == static_cast<int>(label);
+    });
+}
+
 /// "From:" and "À :" head a mail unless a date or time follows.
 Label settle(const Reader &reader, Label label, std::uint32_t content, std::uint32_t word) {
     if (label != Label::Mail && label != Label::Start && label != Label::Time &&
         label != Label::Place)
         return label;
-    const Token &token = reader.document().tokens[word];
-    bool isMail = false;
-    bool isPlace = false;
-    Label moment = Label::None;
-    for (std::uint32_t s = token.firstSense; s < token.firstSense + token.senses; ++s) {
-        const Sense &sense = reader.document().senses[s];
-        if (sense.meaning != Meaning::LabelWord)
-            continue;
-        isMail = isMail || sense.value == static_cast<int>(Label::Mail);
-        isPlace = isPlace || sense.value == static_cast<int>(Label::Place);
-        if (sense.value == static_cast<int>(Label::Start) ||
-            (moment == Label::None && sense.value == static_cast<int>(Label::Time)))
-            moment = static_cast<Label>(sense.value);
-    }
-    if (isMail && moment != Label::None)
+    const bool start = saysLabel(reader, word, Label::Start);
+    const bool time = saysLabel(reader, word, Label::Time);
+    if ((start || time) && saysLabel(reader, word, Label::Mail)) {
+        const Label moment = start ? Label::Start : Label::Time;
         return looksLikeMoment(reader, content) ? moment : Label::Mail;
-    if (isPlace && moment == Label::Time)
-        return isHour(reader, content) ? moment : Label::Place;
+    }
+    if (time && !start && saysLabel(reader, word, Label::Place))
+        return isHour(reader, content) ? Label::Time : Label::Place;
     return label;
 }
 
@@ -123,16 +122,7 @@ LabelMatch bracketLabel(const Reader &reader, std::uint32_t open) {
 
 /// "aankomst", "vertrek": each may be the start or the end.
 bool opensStay(const Reader &reader, std::uint32_t i) {
-    bool start = false;
-    bool end = false;
-    const Token &token = reader.token(i);
-    for (std::uint32_t s = token.firstSense; s < token.firstSense + token.senses; ++s) {
-        const Sense &sense = reader.document().senses[s];
-        const bool label = sense.meaning == Meaning::LabelWord;
-        start = start || (label && sense.value == static_cast<int>(Label::Start));
-        end = end || (label && sense.value == static_cast<int>(Label::End));
-    }
-    return start && end;
+    return saysLabel(reader, i, Label::Start) && saysLabel(reader, i, Label::End);
 }
 
 /// A label that nothing but a space ends.

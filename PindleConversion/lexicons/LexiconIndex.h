@@ -29,7 +29,7 @@ struct Phrase {
 };
 
 inline constexpr std::size_t kOwnLetters = 12; ///< bytes of a word that are kept with it
-inline constexpr std::size_t kOwnSenses = 3;
+inline constexpr std::size_t kOwnSenses = 3;   ///< that fit in beside them
 
 /// A word of the lexicons: what most texts need of it, in one line of the processor's cache.
 struct alignas(64) LexiconWord {
@@ -146,7 +146,7 @@ inline std::span<const Sense> sensesOf(const LexiconWord &word) {
         return {word.senses.data(), word.singles};
     return kTables.senses.subspan(word.firstSense, word.singles);
 }
-/// The place of a word's bit in `WordSlot::followers`.
+/// The place of a word's bit in `LexiconWord::followers`.
 inline constexpr std::uint64_t followerBit(std::uint32_t word) {
     return std::uint64_t{1} << (word % 64);
 }

@@ -123,7 +123,7 @@ private:
     static bool isAbbreviation(std::string_view text, const LexiconWord &word) {
         constexpr std::size_t kLongest = 5; ///< bytes
         return (word.languages >> kSharedWords & 1U) != 0 && text.size() <= kLongest &&
-               std::all_of(text.begin(), text.end(), [](char c) { return c >= 'A' && c <= 'Z'; });
+               allCapitals(text);
     }
 
     void lookUpSymbol(Token &token) {

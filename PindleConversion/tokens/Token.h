@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <array>
 #include <cstdint>
 #include <initializer_list>
@@ -71,6 +72,11 @@ struct Token {
 };
 
 inline constexpr char32_t kIdeographicStop = 0x3002; ///< the full stop of Chinese and Japanese
+
+/// "EST", "MIT": nothing but A to Z.
+inline bool allCapitals(std::string_view text) {
+    return std::all_of(text.begin(), text.end(), [](char c) { return c >= 'A' && c <= 'Z'; });
+}
 
 /// A box, circle or picture, as notices set between their parts.
 inline bool isShape(char32_t symbol) {

@@ -214,8 +214,9 @@ void TableBuilder::place() {
     std::stable_sort(m_order.begin(), m_order.end(), [&](const auto *a, const auto *b) {
         return m_words.at(*a).phrases.size() > m_words.at(*b).phrases.size();
     });
+    std::uint32_t numbered = 0;
     for (const std::string *text : m_order)
-        m_words.at(*text).number = ++m_numbered;
+        m_words.at(*text).number = ++numbered;
     for (auto &[text, word] : m_words) {
         std::stable_sort(word.phrases.begin(), word.phrases.end(),
                          [&](const Built &a, const Built &b) { return second(a) < second(b); });
@@ -343,17 +344,20 @@ void TableBuilder::writeZones(std::string &out) const {
                 zones[name] |= 1U << i;
     }
     out += "constexpr SpokenZone kZones[] = {\n";
-    std::vector<std::pair<std::string, std::uint32_t>> before; // what begins the name, and itself
-    std::map<std::string, std::size_t> places;
+    struct Shorter {
+        std::string name;
+        std::uint32_t languages = 0;
+        std::size_t line = 0; ///< counted from 1
+    };
+    std::vector<Shorter> before{{}}; // what begins the name, and what begins that
+    std::size_t line = 0;
     for (const auto &[name, languages] : zones) {
-        while (!before.empty() && !name.starts_with(before.back().first))
+        while (!name.starts_with(before.back().name))
             before.pop_back();
-        const std::uint32_t all = languages | (before.empty() ? 0U : before.back().second);
-        const std::size_t shorter = before.empty() ? 0 : places.at(before.back().first) + 1;
-        out +=
-            "{" + quoted(name) + "," + std::to_string(all) + "," + std::to_string(shorter) + "},\n";
-        places.emplace(name, places.size());
-        before.emplace_back(name, all);
+        const std::uint32_t all = languages | before.back().languages;
+        out += "{" + quoted(name) + "," + std::to_string(all) + "," +
+               std::to_string(before.back().line) + "},\n";
+        before.push_back({name, all, ++line});
     }
     out += "};\n";
 }

@@ -56,7 +56,6 @@ private:
     std::map<std::string, Word> m_words;
     std::vector<std::string> m_notes{""};
     std::vector<const std::string *> m_order; ///< the words by their numbers
-    std::uint32_t m_numbered = 0;
 };
 
 } // namespace pindle::conversion

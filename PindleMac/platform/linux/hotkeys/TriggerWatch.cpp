@@ -71,8 +71,8 @@ void TriggerWatch::begin(xcb_keycode_t key) {
     key_ = key;
     keyboard_.setTrigger(key);
     linger_.stop();
-    setWatching(true);
     pressedByUser_ = devices_.physicallyDown().test(key);
+    setWatching(true);
     // The key may have been up again before the server began to watch.
     if (!devices_.down().test(key))
         end();

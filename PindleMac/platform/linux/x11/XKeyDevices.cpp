@@ -97,8 +97,6 @@ KeySet XKeyDevices::down() {
 void XKeyDevices::watchReleases(bool on) {
     if (opcode_ == 0)
         return;
-    if (on)
-        findKeyboards();
     struct {
         xcb_input_event_mask_t head;
         uint32_t mask;

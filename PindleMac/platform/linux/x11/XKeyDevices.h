@@ -24,7 +24,8 @@ public:
     bool canWatch() const { return opcode_ != 0; }
     /// Asks for the releases of all keys, whoever has the keyboard; off unless asked for.
     void watchReleases(bool on);
-    /// A key let go, and whether a real keyboard told it.
+    /// A key let go, and whether a real keyboard told it: one of those the last `physicallyDown()`
+    /// found.
     struct Release {
         xcb_keycode_t key = 0;
         bool real = false;
