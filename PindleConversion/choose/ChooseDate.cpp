@@ -21,6 +21,7 @@ void Chooser::resolveDates() {
         if (date)
             m_dates.push_back({&m_found.dates[i], *date});
     }
+    settleLaterWeeks();
     settleNamedDays();
     settleWeekdaysInRanges();
     constexpr auto kSoon = std::chrono::days(60);
@@ -114,9 +115,12 @@ int Chooser::scoreDate(const Dated &dated, int index) {
         score += 45;
         break;
     case Role::None:
+        score -= isTurnedDown(dated) ? 50 : 0;
+        break;
     case Role::Side:
     case Role::Show:
     case Role::Collect:
+    case Role::Later:
         break;
     }
     const bool over = dated.date.first < m_reference.today &&

@@ -73,6 +73,35 @@ bool Chooser::isBareWeekday(const DateMention &mention) {
            mention.first.days == 0 && !mention.last && !mention.repeated;
 }
 
+bool Chooser::isTurnedDown(const Dated &dated) const {
+    const std::uint32_t at = dated.mention->span.begin;
+    return std::any_of(m_found.roles.begin(), m_found.roles.end(), [&](const RoleMention &role) {
+        return role.role == Role::MovedFrom && role.token > at &&
+               std::any_of(m_dates.begin(), m_dates.end(), [&](const Dated &other) {
+                   return other.mention->span.begin > at && other.date.first == dated.date.first &&
+                          roleOf(other.mention->span.begin) == Role::MovedFrom;
+               });
+    });
+}
+
+void Chooser::settleLaterWeeks() {
+    constexpr std::uint32_t kReach = 12;
+    constexpr auto kWeek = std::chrono::days(7);
+    for (const RoleMention &role : m_found.roles) {
+        if (role.role != Role::Later)
+            continue;
+        const auto day = std::find_if(m_dates.rbegin(), m_dates.rend(), [&](const Dated &dated) {
+            return dated.mention->span.end <= role.token;
+        });
+        if (day == m_dates.rend() || role.token - day->mention->span.end > kReach)
+            continue;
+        const DateSpec &spec = day->mention->first;
+        if (spec.base == DateSpec::Base::Weekday && !day->mention->repeated && !day->date.last &&
+            (spec.which == Which::Nearest || spec.which == Which::This))
+            day->date.first += kWeek;
+    }
+}
+
 void Chooser::settleNamedDays() {
     for (std::size_t i = 1; i < m_dates.size(); ++i) {
         Dated &day = m_dates[i];

@@ -170,6 +170,7 @@ int Chooser::roleScore(std::uint32_t at) const {
     case Role::Show:
         return 6;
     case Role::Collect:
+    case Role::Later:
     case Role::None:
         break;
     }

@@ -85,6 +85,8 @@ private:
     bool isHabit(const Dated &dated) const;
     /// "Arrival 3 April, departure 10 April": who stays arrives first.
     bool opensStay(const Dated &dated) const;
+    /// "Run Sunday?", "can't do Sunday": a day that is turned down further on.
+    bool isTurnedDown(const Dated &dated) const;
     /// "Delivered on 16 October", said some days later.
     bool isLongPast(const Dated &dated) const;
     void pickDate();
@@ -123,6 +125,8 @@ private:
     void joinRanges();
     /// "24 Dec 19:00 – 25 Dec 7:00", "Friday (drop-off 6pm) to Sunday (collect 2pm)".
     bool isRangeOver(const Dated &first, const Dated &second) const;
+    /// "my Saturday shift? Not this one, the one after": the weekday of the week after.
+    void settleLaterWeeks();
     /// On a ticket the line below the departure tells that one arrives on the next day.
     bool isArrivalBelow(const Dated &first, const Dated &second) const;
     /// Where the moment begins that has this day: with its day, or with a time right before it.

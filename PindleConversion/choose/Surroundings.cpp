@@ -46,6 +46,9 @@ Role Surroundings::saidRole(std::uint32_t token) const {
 }
 
 bool Surroundings::isSecondDate(std::uint32_t from, std::uint32_t token) const {
+    // "can't do Mon or Tues"
+    if (token > 0 && Reader(m_document, token).has(token - 1, Meaning::Or))
+        return false;
     bool first = false;
     bool second = false;
     for (const DateMention &date : m_found.dates) {

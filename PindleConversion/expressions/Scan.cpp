@@ -272,7 +272,10 @@ private:
         const std::uint32_t last = to ? i + 1 + to->length : i;
         const std::uint32_t next = last + 1;
         const Sense *place = reader.sense(next, Meaning::PlaceMarker);
-        return (place && place->value == 1) ||
+        // "8?" is the first hour of a conversation.
+        const bool asked = field.spoken && m_found.times.empty() && last == i &&
+                           (reader.symbol(next, '?') || !reader.at(next));
+        return asked || (place && place->value == 1) ||
                (last > i && reader.number(last, 1, 12) &&
                 (place || !reader.at(next) || reader.symbol(next, ',') ||
                  reader.symbol(next, '.')));

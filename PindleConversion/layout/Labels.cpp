@@ -34,15 +34,16 @@ bool saysLabel(const Reader &reader, std::uint32_t i, Label label) {
     });
 }
 
-/// "From:" and "À :" head a mail unless a date or time follows.
+/// "From:", "To:" and "À :" head a mail unless a date or time follows.
 Label settle(const Reader &reader, Label label, std::uint32_t content, std::uint32_t word) {
     if (label != Label::Mail && label != Label::Start && label != Label::Time &&
         label != Label::Place)
         return label;
     const bool start = saysLabel(reader, word, Label::Start);
     const bool time = saysLabel(reader, word, Label::Time);
-    if ((start || time) && saysLabel(reader, word, Label::Mail)) {
-        const Label moment = start ? Label::Start : Label::Time;
+    const bool end = saysLabel(reader, word, Label::End);
+    if ((start || time || end) && saysLabel(reader, word, Label::Mail)) {
+        const Label moment = start ? Label::Start : time ? Label::Time : Label::End;
         return looksLikeMoment(reader, content) ? moment : Label::Mail;
     }
     if (time && !start && saysLabel(reader, word, Label::Place))

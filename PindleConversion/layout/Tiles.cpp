@@ -55,6 +55,26 @@ std::uint32_t tileEnd(const Reader &reader, std::uint32_t begin) {
     return date ? end : begin;
 }
 
+/// "... the measure-up on Tue" above "20 Jan, at 1pm", "on 20" above "January": the end of a line
+/// cuts a date in two.
+bool cutsDate(const Reader &reader, std::uint32_t lineBreak) {
+    static constexpr Meanings kDay{Meaning::Weekday, Meaning::WeakWeekday};
+    static constexpr Meanings kLead{Meaning::DateMarker, Meaning::This, Meaning::Next,
+                                    Meaning::The};
+    const std::uint32_t next = lineBreak + 1;
+    if (lineBreak < 3)
+        return false;
+    std::uint32_t last = lineBreak - 1;
+    const bool mark = reader.symbol(last, ',') || reader.symbol(last, '.');
+    last -= mark ? 1U : 0U;
+    if (reader.mayHave(last, kDay))
+        return reader.number(next, 1, 31) && reader.mayHave(last - 1, kLead) &&
+               (reader.has(next + 1, Meaning::Month) ||
+                (reader.has(next + 1, Meaning::OrdinalMark) && reader.glued(next + 1)));
+    return !mark && reader.has(next, Meaning::Month) && reader.number(last, 1, 31) &&
+           (reader.mayHave(last - 1, kLead) || reader.mayHave(last - 1, kDay));
+}
+
 } // namespace
 
 void joinDateTiles(Document &document) {
@@ -69,6 +89,10 @@ void joinDateTiles(Document &document) {
             if (tokens[i].kind == TokenKind::LineBreak)
                 breaks.push_back(i);
         lineStart = i < size && tokens[i].kind == TokenKind::LineBreak;
+        if (lineStart && cutsDate(reader, i)) {
+            breaks.push_back(i);
+            lineStart = false;
+        }
     }
     if (breaks.empty())
         return;

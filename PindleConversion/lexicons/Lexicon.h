@@ -126,6 +126,7 @@ enum class Unit : std::uint8_t { Minute, Hour, Day, Week, Fortnight, Month, Year
 enum class DayPart : std::uint8_t { None, Morning, Noon, Afternoon, Evening, Night };
 enum class EventKind : std::uint8_t { None, Neutral, Work, Morning, Midday, Evening, Travel };
 /// `Collect`: an `End` where a moment follows directly, and one went before: "collect Sunday 2pm".
+/// `Later`: the weekday before it is the one a week later: "not this one, the one after".
 enum class Role : std::uint8_t {
     None,
     Deadline,
@@ -135,7 +136,8 @@ enum class Role : std::uint8_t {
     End,
     Side,
     Show,
-    Collect
+    Collect,
+    Later
 };
 /// Which of several like days is meant.
 enum class Which : std::uint8_t { Nearest, This, Next, Last, AfterNext };
