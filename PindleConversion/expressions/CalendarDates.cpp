@@ -13,8 +13,9 @@ struct Day {
 
 std::optional<Day> readDay(const Reader &reader, std::uint32_t i) {
     if (reader.number(i, 1, 31)) {
-        const bool ordinal = reader.has(i + 1, Meaning::OrdinalMark) && reader.glued(i + 1);
-        const std::uint32_t next = i + (ordinal ? 2 : 1);
+        const std::uint32_t next =
+            reader.glued(i + 1) ? reader.skip(i + 1, Meaning::OrdinalMark) : i + 1;
+        const bool ordinal = next != i + 1;
         if (spoilsDay(reader, next))
             return std::nullopt;
         return Day{static_cast<int>(reader.token(i).number), ordinal, next};
@@ -114,17 +115,22 @@ std::uint32_t readListedDays(const Reader &reader, std::uint32_t i, int &last, b
     return i;
 }
 
-/// Days that follow each other, behind slashes: "24/25", "21st/22nd/23rd".
+/// Days that follow each other, behind slashes or, where they are three and more, behind hyphens:
+/// "24/25", "21st/22nd/23rd", "16-17-18".
 std::uint32_t readSlashedDays(const Reader &reader, std::uint32_t i, int &last) {
     const std::uint32_t begin = i;
+    const bool hyphens = reader.symbol(i, '-');
     int day = last;
-    while (reader.symbol(i, '/') && reader.glued(i) && reader.glued(i + 1)) {
+    while (hyphens ? reader.symbol(i, '-')
+                   : reader.symbol(i, '/') && reader.glued(i) && reader.glued(i + 1)) {
         const auto next = readDay(reader, i + 1);
         if (!next || next->day != day + 1)
             return begin;
         day = next->day;
         i = next->next;
     }
+    if (hyphens && day < last + 2)
+        return begin;
     last = day;
     return i;
 }

@@ -36,10 +36,13 @@ DateMention mentionOf(std::uint32_t begin, std::uint32_t end, int month, int day
     return result;
 }
 
-bool endsOrdinal(const Reader &reader, std::uint32_t i) {
-    const Token *next = reader.at(i + 1);
-    return reader.has(i, Meaning::OrdinalMark) && reader.glued(i) &&
-           !(next && next->kind == TokenKind::Number && reader.glued(i + 1));
+std::uint32_t skipOrdinalMark(const Reader &reader, std::uint32_t i) {
+    const Sense *mark = reader.glued(i) ? reader.sense(i, Meaning::OrdinalMark) : nullptr;
+    if (!mark)
+        return i;
+    const std::uint32_t behind = i + mark->length;
+    const Token *next = reader.at(behind);
+    return next && next->kind == TokenKind::Number && reader.glued(behind) ? i : behind;
 }
 
 bool spoilsDay(const Reader &reader, std::uint32_t next) {

@@ -11,8 +11,9 @@ inline constexpr std::uint32_t kLastYear = 2199;
 /// A day by the calendar over the tokens from `begin` to `end`. Year 0: not given.
 DateMention mentionOf(std::uint32_t begin, std::uint32_t end, int month, int day, int year);
 
-/// The mark at token `i` makes an ordinal of the digits before it; that of "17.30" does not.
-bool endsOrdinal(const Reader &reader, std::uint32_t i);
+/// Behind the mark at token `i` that makes an ordinal of the digits before it, or `i` itself; that
+/// of "17.30" makes none.
+std::uint32_t skipOrdinalMark(const Reader &reader, std::uint32_t i);
 /// What follows digits that are no day: "5:30", "5 %", "5pm".
 bool spoilsDay(const Reader &reader, std::uint32_t next);
 /// A year of four digits at token `i`.

@@ -93,11 +93,12 @@ std::optional<DateMention> readDayBehindName(const Reader &reader, std::uint32_t
     const std::uint32_t day = reader.skip(i, Meaning::The);
     if (auto words = readDayInWords(reader, day, day != i))
         return words;
-    const bool ordinal = endsOrdinal(reader, day + 1);
+    const std::uint32_t end = skipOrdinalMark(reader, day + 1);
+    const bool ordinal = end != day + 1;
     if (!reader.number(day, 1, 31) || !(ordinal || isDayNumber(reader, day)))
         return std::nullopt;
     const std::uint32_t number = reader.token(day).number;
-    return dayOnly(i, day + (ordinal ? 2 : 1), static_cast<int>(number));
+    return dayOnly(i, end, static_cast<int>(number));
 }
 
 /// A weekday, then the date it belongs to: "Friday, 5 June", "next Friday the 13th".

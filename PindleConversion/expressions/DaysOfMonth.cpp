@@ -20,8 +20,9 @@ Rank readRank(const Reader &reader, std::uint32_t i) {
     // "na última sexta do mês": the word for a day that is past is the last of a month, too.
     if (const Sense *last = reader.sense(i, Meaning::Last))
         return {-1, i + last->length};
-    if (reader.number(i, 1, 31) && endsOrdinal(reader, i + 1))
-        return {static_cast<int>(reader.token(i).number), i + 2};
+    if (const std::uint32_t next = reader.number(i, 1, 31) ? skipOrdinalMark(reader, i + 1) : i + 1;
+        next != i + 1)
+        return {static_cast<int>(reader.token(i).number), next};
     return {};
 }
 
@@ -121,11 +122,11 @@ std::optional<DateMention> readLedDay(const Reader &reader, std::uint32_t i) {
         date->weak = false;
         return date;
     }
-    std::uint32_t next = number + 1;
-    const bool ordinal = reader.has(next, Meaning::OrdinalMark) && reader.glued(next);
+    const std::uint32_t next =
+        reader.glued(number + 1) ? reader.skip(number + 1, Meaning::OrdinalMark) : number + 1;
+    const bool ordinal = next != number + 1;
     if (lead->value == 1 && !ordinal)
         return std::nullopt;
-    next += ordinal ? 1 : 0;
     if (isOtherNumber(reader, number, next, ordinal))
         return std::nullopt;
     DateMention result = mentionOf(i, next, Base::DayOnly);

@@ -63,6 +63,16 @@ int readWrittenFraction(const Reader &reader, std::uint32_t &i) {
     return kHour * static_cast<int>(share) / static_cast<int>(whole);
 }
 
+/// "drei Viertelstunden", "trois quarts d'heure", behind their number.
+std::optional<Part> readQuarters(const Reader &reader, std::uint32_t i, int count) {
+    constexpr int kMostQuarters = 3;
+    const Sense *quarter = reader.sense(i, Meaning::QuarterWord);
+    static constexpr Meanings kClock{Meaning::PastWord, Meaning::ToWord, Meaning::Number};
+    if (!quarter || count > kMostQuarters || reader.mayHave(i + quarter->length, kClock))
+        return std::nullopt;
+    return Part{count * quarter->value, 0, i + quarter->length};
+}
+
 std::optional<Part> readPart(const Reader &reader, std::uint32_t i) {
     std::uint32_t j = i;
     const auto count = readCount(reader, i, j);
@@ -84,7 +94,7 @@ std::optional<Part> readPart(const Reader &reader, std::uint32_t i) {
     part.hyphen = reader.symbol(j, '-') && reader.glued(j) && reader.glued(j + 1);
     const Sense *unit = reader.sense(part.hyphen ? j + 1 : j, Meaning::UnitWord);
     if (!unit)
-        return std::nullopt;
+        return readQuarters(reader, j, *count);
     part.next = (part.hyphen ? j + 1 : j) + unit->length;
     const auto which = static_cast<Unit>(unit->value);
     if (const int minutes = unitMinutes(which); minutes > 0)

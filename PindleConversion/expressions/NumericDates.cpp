@@ -174,12 +174,20 @@ bool isHouseNumber(const Reader &reader, std::uint32_t i) {
     return false;
 }
 
+/// "10-11-12 October": days of the month behind them.
+bool isRowOfDays(const Reader &reader, std::uint32_t i) {
+    return reader.has(reader.skip(i + 5, Meaning::Of), Meaning::Month) &&
+           reader.token(i + 2).number == reader.token(i).number + 1 &&
+           reader.number(i + 4, reader.token(i).number + 2, reader.token(i).number + 2);
+}
+
 /// How day, month and perhaps year are written between equal marks.
 struct NumericForm {
     char32_t mark = 0;
     bool three = false;  ///< with a third number, the year
     bool dotted = false; ///< "14.03." with its second full stop is a date, "14.03" may be anything
     bool bare = false;   ///< "14.03", but what stands beside it tells a date
+    std::uint32_t year = 0; ///< the third number
     std::uint32_t next = 0;
 };
 
@@ -198,9 +206,12 @@ std::optional<NumericForm> readNumericForm(const Reader &reader, std::uint32_t i
     // "attempt 4/5"
     if (c == '/' && !goesOn && i > 0 && reader.has(i - 1, Meaning::Numbered))
         return std::nullopt;
-    const Token *year = reader.at(i + 4);
-    form.three = goesOn && year && year->kind == TokenKind::Number && reader.glued(i + 4) &&
-                 (year->digits == 2 || isYear(reader, i + 4) || endsBriefDate(reader, i));
+    // "12-11-'27"
+    form.year = goesOn && reader.symbol(i + 4, '\'') && reader.glued(i + 4) ? i + 5 : i + 4;
+    const Token *year = reader.at(form.year);
+    form.three = goesOn && year && year->kind == TokenKind::Number && reader.glued(form.year) &&
+                 (year->digits == 2 || isYear(reader, form.year) || endsBriefDate(reader, i)) &&
+                 !isRowOfDays(reader, i);
     const bool stops = c == '.' && goesOn && reader.glued(i + 3);
     // "4.11.x" is a version.
     if (stops && reader.word(i + 4) && reader.glued(i + 4) && !reader.token(i + 4).unspaced)
@@ -217,7 +228,7 @@ std::optional<NumericForm> readNumericForm(const Reader &reader, std::uint32_t i
     form.bare =
         !form.three && !form.dotted && c == '.' && !stops &&
         (reader.language(i).dottedDates ? isDatedBeside(reader, i) : isDatedHere(reader, i));
-    form.next = i + (form.three ? 5U : form.dotted ? 4U : 3U);
+    form.next = form.three ? form.year + 1 : i + (form.dotted ? 4U : 3U);
     const bool slashed = c == '/' && !goesOn;
     if (!form.three && !form.dotted && !form.bare && !slashed && !isHyphenDay(reader, i))
         return std::nullopt;
@@ -251,7 +262,9 @@ std::optional<DateMention> readNumeric(const Reader &reader, std::uint32_t i) {
     if (!form)
         return std::nullopt;
     const bool three = form->three;
-    if (auto date = three ? readBriefYearFirst(reader, i, form->next) : std::nullopt)
+    const std::uint32_t last = form->year;
+    if (auto date =
+            three && last == i + 4 ? readBriefYearFirst(reader, i, form->next) : std::nullopt)
         return date;
     const LanguageInfo &language = reader.language(i);
     const bool dayFirst = language.dayOrder == DayOrder::DayFirst;
@@ -259,7 +272,7 @@ std::optional<DateMention> readNumeric(const Reader &reader, std::uint32_t i) {
     const int second = static_cast<int>(reader.token(i + 2).number);
     if ((first > 12 || form->dotted || (form->bare && dayFirst)) && second > 12)
         return std::nullopt;
-    const int year = three ? fullYear(reader.token(i + 4)) : 0;
+    const int year = three ? fullYear(reader.token(last)) : 0;
     DateMention result = second > 12 ? mentionOf(i, form->next, first, second, year)
                                      : mentionOf(i, form->next, second, first, year);
     result.first.monthThenDay = second > 12 && !three && form->mark == '/';
@@ -269,7 +282,7 @@ std::optional<DateMention> readNumeric(const Reader &reader, std::uint32_t i) {
     // Where the year comes first, a date that ends with it was written in another habit.
     const bool foreign = three && language.script != Script::Latin;
     result.first.order = foreign ? DayOrder::ByZone : language.dayOrder;
-    result.first.shortYear = three && reader.token(i + 4).digits == 2;
+    result.first.shortYear = three && reader.token(last).digits == 2;
     // "20.05." can hardly be anything else.
     const bool full =
         form->dotted && reader.token(i).digits == 2 && reader.token(i + 2).digits == 2;
