@@ -225,6 +225,9 @@ private:
         m_pairAbove = pair;
         for (auto f = firstField; f < m_document.fields.size(); ++f)
             m_document.fields[f].cell = table;
+        // The rule below the heads of columns ends no table.
+        if (rule)
+            return;
         m_header.clear();
         // "Fixture | Date | Push back | Venue"
         const bool mostLabels = row.column >= kFewestHeads && row.unknown == 1 && !row.numbers;

@@ -186,13 +186,23 @@ bool mayBe(const Document &document, const Field &field, Label label) {
     });
 }
 
+/// "Depart Thu 26 Mar 06:30": the word that opens a line would label its moment.
+bool opensWithStart(const Document &document, const Field &field) {
+    const Reader reader(document, field.end);
+    return field.label == Label::None && reader.has(field.begin, Meaning::LabelWord) &&
+           (saysLabel(reader, field.begin, Label::When) ||
+            saysLabel(reader, field.begin, Label::Start)) &&
+           looksLikeMoment(reader, field.begin + 1);
+}
+
 /// Arrival and departure: who stays arrives first, who travels departs first.
 void settleStays(Document &document) {
     bool started = false;
     for (Field &field : document.fields) {
         if (mayBe(document, field, Label::Start) && mayBe(document, field, Label::End))
             field.label = started ? Label::End : Label::Start;
-        started = started || field.label == Label::Start || field.label == Label::When;
+        started = started || field.label == Label::Start || field.label == Label::When ||
+                  opensWithStart(document, field);
     }
 }
 

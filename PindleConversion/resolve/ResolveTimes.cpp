@@ -55,7 +55,8 @@ Guess byKind(EventKind kind, const ClockSpec &clock) {
     case EventKind::Midday:
         return {hour >= 10 && hour < 12 ? 0 : 1, false};
     case EventKind::Work:
-        return {hour >= 7 && hour < 12 ? 0 : 1, false};
+        // "at half seven", as people talk, is hardly before breakfast.
+        return {hour >= (clock.spoken ? 8 : 7) && hour < 12 ? 0 : 1, false};
     case EventKind::Travel:
         return {hour >= 5 && hour < 12 ? 0 : 1, !clock.minuteGiven};
     case EventKind::Neutral:
