@@ -38,8 +38,9 @@ const TimeMention *Chooser::timeBeside(const Dated &dated) const {
     for (const TimeMention &time : m_found.times) {
         const int away = gap(dated.mention->span, time.span);
         const bool together = m_document.sameSentence(time.span.begin, dated.mention->span.begin) ||
-                              m_document.tokens[time.span.begin].field ==
-                                  m_document.tokens[dated.mention->span.begin].field;
+                              (m_document.tokens[time.span.begin].field ==
+                                   m_document.tokens[dated.mention->span.begin].field &&
+                               fieldOf(time.span.begin).label == Label::End);
         const bool start = m_time >= 0 && &time == &m_found.times[static_cast<std::size_t>(m_time)];
         if (together && !start && away < nearest) {
             nearest = away;

@@ -157,6 +157,15 @@ void readRest(const Reader &reader, Part &part) {
     }
 }
 
+/// "Sixty minutes on grant writing", "Ninety minutes of jazz": a length that opens a sentence and
+/// goes on with what fills it. "6h15 na entrada" is an hour.
+bool opensSentence(const Reader &reader, std::uint32_t i, const Part &part) {
+    static constexpr Meanings kGoOn{Meaning::Of, Meaning::DateMarker, Meaning::Person};
+    return reader.mayHave(part.next, kGoOn) && reader.word(part.next) && i > 0 &&
+           part.minutes > 0 && !reader.glued(i + 1) && !reader.document().sameSentence(i - 1, i) &&
+           reader.document().fields[reader.token(i).field].label == Label::None;
+}
+
 constexpr int kLongestTold = 6 * 60; ///< minutes; more of them are an hour of the day
 
 /// "Réunion de 2h": so long is the event before it. "Missa das 9h30" begins then.
@@ -222,9 +231,10 @@ std::optional<DurationMention> readDuration(const Reader &reader, std::uint32_t 
     // "om twaalf uur lunch" tells the hour.
     const bool announced = i > 0 && reader.has(i - 1, Meaning::TimeMarker);
     const bool ofEvent = belongsToEvent(reader, i, *part);
+    const bool opens = part->minutes >= kShortest && opensSentence(reader, i, *part);
     const bool told =
         part->minutes >= kShortest && (!announced || ofEvent) && !isHour(reader, i, *part) &&
-        (ofEvent || reader.has(part->next, Meaning::Event) ||
+        (ofEvent || opens || reader.has(part->next, Meaning::Event) ||
          reader.has(part->next, Meaning::Person) || reader.has(part->next, Meaning::DurationTail));
     const bool listed =
         part->minutes >= kShortest &&
@@ -233,7 +243,7 @@ std::optional<DurationMention> readDuration(const Reader &reader, std::uint32_t 
         isListed(reader, i, part->next);
     if (!marked && !listed && !bracket && !part->hyphen && !told)
         return std::nullopt;
-    if ((reader.has(part->next, Meaning::NoDuration) && !part->nights) ||
+    if ((reader.has(part->next, Meaning::NoDuration) && !part->nights && !opens) ||
         (part->days > 0 && !marked && !part->nights))
         return std::nullopt;
     if (isOfOther(reader, i))

@@ -1,5 +1,7 @@
 #include "PindleConversion/expressions/RelativeWords.h"
 
+#include "PindleConversion/expressions/Starts.h"
+
 namespace pindle::conversion {
 
 namespace {
@@ -17,6 +19,15 @@ bool isDayAmongSmall(const Reader &reader, std::uint32_t i, std::uint32_t next) 
            !reader.has(i - 1, Meaning::Person) && !reader.has(i - 1, Meaning::The) &&
            !reader.has(i - 1, Meaning::Of) && behind && behind->kind == TokenKind::Word &&
            (!behind->capital || behind->word != 0);
+}
+
+/// "choir Wed quarter to eight": a clock time in words starts at `time`.
+bool isBeforeSpokenClock(const Reader &reader, std::uint32_t time) {
+    std::uint32_t end = time;
+    if (!reader.word(time) || !mayStartSpokenClock(reader, time))
+        return false;
+    const auto clock = readSpokenClock(reader, time, end);
+    return clock && clock->sure;
 }
 
 /// A weekday word that is also an everyday word needs company.
@@ -68,7 +79,7 @@ bool isCertainWeekday(const Reader &reader, std::uint32_t i, std::uint32_t next)
     const bool timed = reader.number(time, 0, 31) || reader.has(time, Meaning::ClockWord) ||
                        (time != next && reader.has(time, Meaning::Number));
     if (announced || timed || reader.has(next, Meaning::PartOfDay) ||
-        reader.has(next, Meaning::Month))
+        reader.has(next, Meaning::Month) || isBeforeSpokenClock(reader, time))
         return true;
     return (reader.token(i).capital && !reader.word(next)) || reader.symbol(next, '?');
 }

@@ -219,7 +219,7 @@ private:
 
     std::uint32_t duration(const Reader &reader, std::uint32_t i) {
         auto found = readDuration(reader, i, m_length == i);
-        if (!found)
+        if (!found || isSecondStart(i, *found))
             return i;
         if (take(m_found.durations, *found)) {
             use(found->span);
@@ -228,6 +228,17 @@ private:
                 use(m_lengthMark);
         }
         return found->span.end;
+    }
+
+    /// "15h00 for 15h30": one comes at the first to begin at the second.
+    bool isSecondStart(std::uint32_t i, const DurationMention &length) const {
+        constexpr int kLongestWait = 90;
+        constexpr int kHour = 60;
+        if (m_afterTime + 1 != i || m_length != i || m_found.times.empty())
+            return false;
+        const ClockSpec &start = m_found.times.back().start;
+        const int wait = length.minutes - start.hour * kHour - start.minute;
+        return start.literal && wait > 0 && wait <= kLongestWait;
     }
 
     /// The kind of event right before a number can announce a time: "dinner 7".
