@@ -130,7 +130,7 @@ bool Chooser::isLaterItem(const Dated &dated) const {
         const std::uint32_t begin = item.mention->span.begin;
         const Field &field = fieldOf(begin);
         return field.begin == begin && field.label == Label::None && !field.spoken &&
-               hasTimeNear(begin);
+               (item.mention->first.base == DateSpec::Base::Calendar || hasTimeNear(begin));
     };
     return opens(dated) && std::any_of(m_dates.begin(), m_dates.end(), [&](const Dated &other) {
                return other.mention->span.begin < dated.mention->span.begin && !isPast(other) &&

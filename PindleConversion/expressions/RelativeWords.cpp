@@ -1,5 +1,7 @@
 #include "PindleConversion/expressions/RelativeWords.h"
 
+#include <algorithm>
+
 #include "PindleConversion/expressions/Starts.h"
 
 namespace pindle::conversion {
@@ -30,6 +32,19 @@ bool isBeforeSpokenClock(const Reader &reader, std::uint32_t time) {
     return clock && clock->sure;
 }
 
+/// "can't do sun. sat?", "sat works": in a conversation a day is turned down or agreed on.
+bool isWeighedDay(const Reader &reader, std::uint32_t i, std::uint32_t next) {
+    constexpr std::uint32_t kLongestRole = 3;
+    if (reader.has(next, Meaning::RoleBehind))
+        return true;
+    if (!reader.symbol(next, '.') && !reader.has(next, Meaning::Or))
+        return false;
+    for (std::uint32_t k = 1; k <= std::min(kLongestRole, i); ++k)
+        if (const Sense *role = reader.sense(i - k, Meaning::RoleWord); role && role->length == k)
+            return true;
+    return false;
+}
+
 /// A weekday word that is also an everyday word needs company.
 bool isCertainWeekday(const Reader &reader, std::uint32_t i, std::uint32_t next) {
     // "so" is a Sunday in "So 14.6.", but hardly in "so gegen sechs".
@@ -42,8 +57,9 @@ bool isCertainWeekday(const Reader &reader, std::uint32_t i, std::uint32_t next)
     // and "yup sat" may be all of it.
     static constexpr Meanings kTalk{Meaning::Greeting, Meaning::Chatter};
     if (field.spoken && word.end - word.begin > kShort &&
-        (i != field.begin + 1 || reader.mayHave(field.begin, kTalk)) &&
-        (next >= reader.end() || reader.symbol(next, ',')))
+        (((i != field.begin + 1 || reader.mayHave(field.begin, kTalk)) &&
+          (next >= reader.end() || reader.symbol(next, ','))) ||
+         isWeighedDay(reader, i, next)))
         return true;
     // "Hotel Sol de Mar" is named so.
     if (i > 0 && word.capital && reader.has(i - 1, Meaning::Of) && !reader.number(next, 1, 31))
