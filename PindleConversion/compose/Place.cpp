@@ -9,7 +9,7 @@ namespace pindle::conversion {
 namespace {
 
 constexpr int kLeastScore = 20;
-constexpr int kAside = 45;                  ///< less for a place that something else happens at
+constexpr int kAside = 45;                  ///< less for where the event itself is not
 constexpr int kOfSide = 20;                 ///< less for where one meets or departs, told apart
 constexpr int kInBrackets = 8;              ///< less for what only explains a place
 constexpr int kAsked = 12;                  ///< less for a place that a speaker only asks about
@@ -145,7 +145,9 @@ void PlaceFinder::offer(TokenSpan span, int score, std::uint32_t at) {
         !token(span.begin - 2).used && reader.has(span.begin - 2, Meaning::PlaceNoun) &&
         span.end > span.begin + 2)
         score -= kInBrackets;
-    if (isAsked(at))
+    if (isDenied(at))
+        score -= kAside;
+    else if (isAsked(at))
         score -= kAsked;
     if (isOfEnd(span) || isOfOther(at))
         score -= kAside;
@@ -266,13 +268,24 @@ bool PlaceFinder::isAsked(std::uint32_t at) const {
     return false;
 }
 
-bool PlaceFinder::isAgreed(std::uint32_t f) const {
+const Sense *PlaceFinder::answerTo(std::uint32_t f) const {
     // The field between two turns names the next speaker.
     const std::uint32_t next = f + 2;
     if (next >= m_document.fields.size() || !m_document.fields[next].spoken)
-        return false;
+        return nullptr;
     const Field &answer = m_document.fields[next];
-    return Reader(m_document, answer.end).has(answer.begin, Meaning::Greeting);
+    return Reader(m_document, answer.end).sense(answer.begin, Meaning::Greeting);
+}
+
+bool PlaceFinder::isAgreed(std::uint32_t f) const {
+    const Sense *answer = answerTo(f);
+    return answer && answer->value == 0;
+}
+
+bool PlaceFinder::isDenied(std::uint32_t at) const {
+    const std::uint32_t f = token(at).field;
+    const Sense *answer = m_document.fields[f].spoken ? answerTo(f) : nullptr;
+    return answer && answer->value == 1;
 }
 
 void PlaceFinder::labelled(const Field &field) {

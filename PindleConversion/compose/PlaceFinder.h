@@ -48,8 +48,12 @@ private:
     bool isOfOther(std::uint32_t at) const;
     /// "At yours?" in a conversation.
     bool isAsked(std::uint32_t at) const;
+    /// "yep", "nope": what the turn behind the one in field `f` begins with; null for anything else.
+    const Sense *answerTo(std::uint32_t f) const;
     /// "yep": the turn behind the one in field `f` begins so.
     bool isAgreed(std::uint32_t f) const;
+    /// "at the oval yeah", "nope, ...": a place that the next speaker denies.
+    bool isDenied(std::uint32_t at) const;
     /// What stands behind "Place:" or the like.
     void labelled(const Field &field);
     /// A link is the place of a meeting that is held online.

@@ -260,6 +260,10 @@ bool PlaceFinder::isSentence(const Reader &reader, TokenSpan part) const {
         if (reader.mayHave(i, kTells) && !token(i).capital && !token(i).unspaced)
             return true;
     const std::uint32_t noun = part.begin + 1;
+    // "flat's a tip"
+    if (token(part.begin).possessive && !token(part.begin).capital && reader.word(noun) &&
+        reader.has(noun, Meaning::Number))
+        return true;
     // "School closes at 12:15": who does it.
     const std::uint32_t verb = part.end - 1;
     if (verb == noun && reader.has(part.begin, Meaning::PlaceNoun) && !token(verb).capital &&

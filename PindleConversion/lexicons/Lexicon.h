@@ -84,7 +84,7 @@ enum class Meaning : std::uint8_t {
     Event,         ///< value: an `EventKind`
     RoleWord,      ///< value: a `Role`
     RoleBehind,    ///< a role said behind its date or time: "23時まで"; value: a `Role`
-    Greeting,      ///< a piece that greets or thanks
+    Greeting,      ///< a piece that greets or thanks; value 1: says no to what was asked
     Chatter,       ///< a piece that is no title: requests, prices, conditions
     TitleLead,     ///< dropped from the front of a title
     TitleTail,     ///< dropped from the end of a title
