@@ -68,8 +68,9 @@ bool isPicture(UChar32 c) {
     constexpr UChar32 kWhiteStar = 0x2606; // the black one is a picture to Unicode as well
     if (c < 0x2190)
         return false;
-    return c == kWhiteStar || (c >= 0x1F000 && c <= 0x1FAFF) || (c >= 0xE0020 && c <= 0xE007F) ||
-           u_hasBinaryProperty(c, UCHAR_EXTENDED_PICTOGRAPHIC);
+    const bool block = c >= 0x2580 && c <= 0x259F; // what copies of bar codes are made of
+    return block || c == kWhiteStar || (c >= 0x1F000 && c <= 0x1FAFF) ||
+           (c >= 0xE0020 && c <= 0xE007F) || u_hasBinaryProperty(c, UCHAR_EXTENDED_PICTOGRAPHIC);
 }
 
 /// One character of the text in its plain form; `kNothing` when it is dropped.

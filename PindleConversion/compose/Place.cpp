@@ -193,9 +193,11 @@ bool PlaceFinder::saysTooLittle(TokenSpan span) const {
 
 bool PlaceFinder::isAside(std::uint32_t at) const {
     constexpr std::uint32_t kReach = 5;
-    const std::uint32_t begin = m_document.fields[token(at).field].begin;
+    const Field &field = m_document.fields[token(at).field];
+    const std::uint32_t begin = field.begin;
     const Reader reader(m_document, at + 1);
-    if (reader.has(at, Meaning::AsideLead) && !reader.has(at, Meaning::PlaceMarker))
+    if (token(at).meanings.has(Meaning::AsideLead) && !reader.has(at, Meaning::PlaceMarker) &&
+        Reader(m_document, field.end).has(at, Meaning::AsideLead))
         return true;
     for (std::uint32_t i = at; i > begin && at - i < kReach; --i)
         if (m_document.sameSentence(i - 1, at) && reader.has(i - 1, Meaning::AsideLead))

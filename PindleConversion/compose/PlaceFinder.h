@@ -48,7 +48,8 @@ private:
     bool isOfOther(std::uint32_t at) const;
     /// "At yours?" in a conversation.
     bool isAsked(std::uint32_t at) const;
-    /// "yep", "nope": what the turn behind the one in field `f` begins with; null for anything else.
+    /// "yep", "nope": what the turn behind the one in field `f` begins with; null for anything
+    /// else.
     const Sense *answerTo(std::uint32_t f) const;
     /// "yep": the turn behind the one in field `f` begins so.
     bool isAgreed(std::uint32_t f) const;
@@ -187,6 +188,8 @@ private:
     bool isArrivalLine(const Field &field) const;
     /// The line below the one that tells the end.
     bool isBelowEnd(const Field &field) const;
+    /// Below a heading with its day, and above the hours of the day.
+    bool isBetweenDayAndTime(const Field &field) const;
     /// "14 Uhr: Gesundheitstag": what is announced is the event.
     bool isAnnounced(const Reader &reader, std::uint32_t begin) const;
     /// "parade square", "Lecture Theatre 1": what it is said last.
@@ -207,6 +210,8 @@ private:
     std::uint32_t behindBranch(const Reader &reader, std::uint32_t begin, std::uint32_t end) const;
     /// "に駅の改札前": a particle belongs to what stands before it.
     std::uint32_t behindParticles(const Reader &reader, const Field &field, TokenSpan part) const;
+    /// "yep cannery lot", "let's do the Lamb & Flag": where the place that answers begins.
+    std::uint32_t behindAnswer(const Reader &reader, const Field &field, TokenSpan part) const;
     /// "with Hannah, RDH": a single word that tells what a person is.
     bool isBehindPerson(const Reader &reader, TokenSpan part) const;
     /// "(Advance Single)" is no place, "那場" and "哪个馆" ask or point elsewhere.

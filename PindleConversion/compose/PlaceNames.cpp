@@ -135,9 +135,10 @@ bool PlaceNames::stops(const Reader &reader, std::uint32_t i, std::uint32_t begi
                  ((current.symbol == '/' || current.symbol == '+') && reader.glued(i)));
     if (i == begin)
         return false;
-    // "at the bay 20 min prior"
-    if (current.kind == TokenKind::Number && reader.has(i + 1, Meaning::UnitWord) &&
-        !token(i + 1).capital && !current.unspaced && !token(i + 1).unspaced)
+    // "at the bay 20 min prior", "in the tower ten minutes ahead"
+    if (reader.has(i + 1, Meaning::UnitWord) && !token(i + 1).capital && !current.unspaced &&
+        !token(i + 1).unspaced && !current.capital &&
+        (current.kind == TokenKind::Number || reader.has(i, Meaning::Number)))
         return true;
     if (goesOnWithoutName(reader, i))
         return true;
@@ -198,6 +199,9 @@ std::uint32_t PlaceNames::addressGoesOn(const Reader &reader, std::uint32_t i,
     // "..., 5 à 7" tells hours.
     static constexpr Meanings kCounted{Meaning::UnitWord, Meaning::RangeTo, Meaning::HourMark};
     if (token(i).kind == TokenKind::Number && reader.word(i + 1) && reader.mayHave(i + 1, kCounted))
+        return i;
+    // "Ferndale Reserve, oval's being reseeded"
+    if (token(i).possessive && !token(i).capital)
         return i;
     const bool name = token(i).upper() && reader.at(i + 1) && reader.token(i + 1).upper();
     std::uint32_t end = name ? i + 1 : i;

@@ -170,6 +170,11 @@ bool PlaceFinder::isBelowEnd(const Field &field) const {
            token(field.begin).kind == TokenKind::Word;
 }
 
+bool PlaceFinder::isBetweenDayAndTime(const Field &field) const {
+    const std::uint32_t day = lineOf(m_choice.anchor());
+    return m_anchorField > 0 && field.line == day + 1 && field.line < m_momentLine;
+}
+
 bool PlaceFinder::isAnnounced(const Reader &reader, std::uint32_t begin) const {
     return begin > 1 && reader.symbol(begin - 1, ':') && token(begin - 2).used &&
            !reader.has(begin, Meaning::PlaceNoun);
@@ -211,6 +216,7 @@ std::uint32_t PlaceFinder::piece(const Reader &reader, std::uint32_t f, std::uin
     constexpr int kMostWords = 7;
     const Field &field = m_document.fields[f];
     begin = behindParticles(reader, field, {begin, end});
+    begin = behindAnswer(reader, field, {begin, end});
     // "8, rue des Tanneurs"
     if (begin > field.begin + 1 && reader.has(begin, Meaning::StreetWord) &&
         reader.symbol(begin - 1, ',') && reader.number(begin - 2, 1, 9999, 4) &&
@@ -260,9 +266,11 @@ bool PlaceFinder::isSentence(const Reader &reader, TokenSpan part) const {
         if (reader.mayHave(i, kTells) && !token(i).capital && !token(i).unspaced)
             return true;
     const std::uint32_t noun = part.begin + 1;
-    // "flat's a tip"
+    // "flat's a tip", "pitch's waterlogged"
     if (token(part.begin).possessive && !token(part.begin).capital && reader.word(noun) &&
-        reader.has(noun, Meaning::Number))
+        !token(noun).capital &&
+        (reader.has(noun, Meaning::Number) || (reader.has(part.begin, Meaning::PlaceNoun) &&
+                                               !reader.has(part.end - 1, Meaning::PlaceNoun))))
         return true;
     // "School closes at 12:15": who does it.
     const std::uint32_t verb = part.end - 1;
@@ -295,6 +303,20 @@ std::uint32_t PlaceFinder::behindParticles(const Reader &reader, const Field &fi
            reader.has(begin, Meaning::PlaceStop) && reader.has(begin, Meaning::TitleLead))
         ++begin;
     return begin;
+}
+
+std::uint32_t PlaceFinder::behindAnswer(const Reader &reader, const Field &field,
+                                        TokenSpan part) const {
+    if (!field.spoken)
+        return part.begin;
+    if (const Sense *yes = reader.sense(part.begin, Meaning::Greeting);
+        yes && part.begin == field.begin && part.begin + yes->length < part.end)
+        return part.begin + yes->length;
+    const Sense *role = reader.sense(part.begin, Meaning::RoleWord);
+    const std::uint32_t the = role ? part.begin + role->length : part.end;
+    const bool names = the + 1 < part.end && role->value == static_cast<int>(Role::MovedTo) &&
+                       reader.has(the, Meaning::The) && token(the + 1).upper();
+    return names ? the : part.begin;
 }
 
 bool PlaceFinder::isBehindPerson(const Reader &reader, TokenSpan part) const {
@@ -400,6 +422,7 @@ void PlaceFinder::offerPart(const Reader &reader, const Field &field, TokenSpan 
         (field.cell || m_document.sameSentence(begin, m_choice.anchor()) ||
          (!m_choice.timeSpan.empty() && m_document.sameSentence(begin, m_choice.timeSpan.begin)));
     const bool nextLine = field.line == m_momentLine + 1 || isBelowEnd(field) ||
+                          isBetweenDayAndTime(field) ||
                           (isSecondBeforeTime(field) && end == field.end);
     const std::uint32_t whole = token(begin).unspaced ? end : std::max(end, nameEnd(reader, begin));
     const Shape all = shapeOf({begin, whole});
@@ -415,7 +438,7 @@ void PlaceFinder::offerPart(const Reader &reader, const Field &field, TokenSpan 
     // "Maison communale de Rixentaert" right below the date.
     if (known && nextLine && begin == field.begin && whole == field.end && token(begin).upper())
         score += kOwnLine;
-    if (!sameLine && !nextLine && !(field.spoken && (end == field.end || isAnswer(reader, part))))
+    if (!sameLine && !nextLine && !(field.spoken && (whole == field.end || isAnswer(reader, part))))
         score -= 8;
     offer({begin, whole}, score, begin);
 }

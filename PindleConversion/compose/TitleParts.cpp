@@ -31,9 +31,12 @@ std::vector<TokenSpan> TitleParts::partsOf(TokenSpan run) const {
     std::vector<TokenSpan> parts;
     parts.reserve(kUsual);
     std::uint32_t begin = run.begin;
+    std::uint32_t quoted = 0; ///< where a name in quotes ends
     for (std::uint32_t i = run.begin; i < run.end; ++i) {
+        if (i >= quoted)
+            quoted = quoteEnd(reader, i);
         const bool hard = isHardBreak(reader, i);
-        const bool soft = (wide || greeting) && isSoftBreak(reader, i) &&
+        const bool soft = (wide || greeting) && i >= quoted && isSoftBreak(reader, i) &&
                           !(reader.symbol(i, ':') && !greeting && width <= kWidest);
         if (i > begin && announces(reader, i)) {
             parts.push_back({begin, i});
@@ -60,6 +63,16 @@ std::vector<TokenSpan> TitleParts::partsOf(TokenSpan run) const {
     }
     parts.push_back({begin, run.end});
     return parts;
+}
+
+std::uint32_t TitleParts::quoteEnd(const Reader &reader, std::uint32_t open) const {
+    constexpr std::uint32_t kLongest = 16;
+    if (token(open).symbol != '"')
+        return 0;
+    for (std::uint32_t i = open + 1; i < open + kLongest && reader.at(i); ++i)
+        if (token(i).symbol == '"')
+            return mayExceed({open, i}, kWidest) ? 0 : i;
+    return 0;
 }
 
 bool TitleParts::isHardBreak(const Reader &reader, std::uint32_t i) const {

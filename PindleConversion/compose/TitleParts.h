@@ -23,6 +23,8 @@ public:
 
 private:
     // TitleParts.cpp
+    /// The mark that closes the short name in quotes that opens at `open`, or 0.
+    std::uint32_t quoteEnd(const Reader &reader, std::uint32_t open) const;
     /// A mark that no title goes beyond.
     bool isHardBreak(const Reader &reader, std::uint32_t i) const;
     /// '<' or '>' for the marks around the name of a work ("话剧《茶馆》"), else 0.

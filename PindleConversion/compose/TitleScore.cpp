@@ -19,6 +19,8 @@ constexpr int kMarkersOnly = 40;    ///< less for "leaving", which only announce
 constexpr int kBehind = 40;         ///< less for what is only said of a day: "is no good"
 constexpr int kHosts = 20;          ///< less for who invites on a line of their own
 constexpr int kInvited = 24;        ///< for what a text invites to
+constexpr int kOtherMoment = 30;    ///< less for what only tells when
+constexpr int kPredicate = 40;      ///< less for what is said of something named before
 constexpr int kReference = 60;      ///< less for "Booking reference QX7T2M"
 constexpr int kNoContent = 30;      ///< less for words that say nothing of what happens
 
@@ -148,8 +150,19 @@ int TitleScore::openingPenalties(const Reader &reader, const TitleCandidate &can
          role->value == static_cast<int>(Role::Side)) &&
         role->length > 1 && !m_document.sameSentence(begin, m_choice.anchor()))
         score -= 40;
-    if (begin < part.end && token(begin).symbol == '(')
+    if (begin < part.end && (token(begin).symbol == '(' ||
+                             (part.begin > field.begin && token(part.begin - 1).symbol == '(')))
         score -= 25;
+    // "before evensong", "end of 6th period": when it is, told by something else.
+    static constexpr Meanings kWhen{Meaning::From, Meaning::MonthEnd};
+    if (run.afterUsed && reader.mayHave(trimmed.begin, kWhen) && !token(trimmed.begin).unspaced &&
+        (reader.has(trimmed.begin, Meaning::From) || !contains(trimmed, Meaning::Event)))
+        score -= kOtherMoment;
+    // "Abstracts (max 300 words) must reach the committee": what the sentence says of its subject.
+    if (part.begin > field.begin && token(part.begin - 1).symbol == ')' &&
+        reader.has(part.begin, Meaning::PresentVerb) &&
+        m_document.sameSentence(part.begin - 1, part.begin))
+        score -= kPredicate;
     // "保護者の皆様": whom the text speaks to.
     if (token(part.end - 1).unspaced && reader.has(part.end - 1, Meaning::Person))
         score -= 60;
@@ -213,7 +226,13 @@ int TitleScore::wordPenalties(const Reader &reader, const TitleCandidate &candid
         trimmed.end <= trimmed.begin + kLongestKind && token(trimmed.end).symbol == ':' &&
         token(trimmed.end + 1).used)
         score -= kKindBeforeDate;
-    if (isOneOfSeveral(reader, trimmed))
+    // "EN | FR" above a page
+    if (candidate.field.cell && trimmed.end == trimmed.begin + 1 && !event &&
+        token(trimmed.begin).end - token(trimmed.begin).begin <= kLongestKind &&
+        candidate.field.line != m_document.fields[token(m_choice.anchor()).field].line)
+        score -= kCount;
+    if (isOneOfSeveral(reader, trimmed) || isNumberedPlace(trimmed) ||
+        isNextOne(candidate.part, trimmed))
         score -= kNumbered;
     if (isReference(reader, trimmed))
         score -= kReference;

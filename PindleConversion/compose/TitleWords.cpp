@@ -89,6 +89,9 @@ bool TitleWords::isReference(const Reader &reader, TokenSpan span) {
         return false;
     bool digits = false;
     const std::uint32_t code = span.begin + label->length;
+    // "ORDER #QX-20418-77 NON-REFUNDABLE"
+    if (reader.symbol(code, '#') && reader.at(code + 1))
+        return true;
     for (std::uint32_t i = code; i < span.end; ++i) {
         const bool number = reader.token(i).kind == TokenKind::Number;
         if (i > code && reader.token(i).spaceBefore && !number)
@@ -206,14 +209,20 @@ bool TitleWords::isInChatter(const Reader &reader, TokenSpan before, std::uint32
 bool TitleWords::isDetail(const Reader &reader, TokenSpan trimmed) const {
     const Sense *label = reader.sense(trimmed.begin, Meaning::LabelWord);
     const std::uint32_t next = label ? trimmed.begin + label->length : trimmed.end;
-    return next < trimmed.end && label->value == static_cast<int>(Label::Sender) &&
-           (token(next).symbol == ':' ||
-            (next + 1 == trimmed.end && token(next).kind == TokenKind::Number));
+    if (next >= trimmed.end || label->value != static_cast<int>(Label::Sender))
+        return false;
+    const bool number = token(next).kind == TokenKind::Number;
+    // "Ticket 1 of 2"
+    const bool counted = number && next + 3 == trimmed.end && reader.has(next + 1, Meaning::Of) &&
+                         token(next + 2).kind == TokenKind::Number;
+    return token(next).symbol == ':' || (number && next + 1 == trimmed.end) || counted;
 }
 
 bool TitleWords::isOneOfSeveral(const Reader &reader, TokenSpan trimmed) const {
-    // "First session"; a second interview is one of its own.
-    const Sense *ordinal = reader.sense(trimmed.begin, Meaning::Ordinal);
+    // "First session"; a second interview is one of its own, and so is "First communion".
+    const Sense *ordinal = reader.has(trimmed.begin, Meaning::Event)
+                               ? nullptr
+                               : reader.sense(trimmed.begin, Meaning::Ordinal);
     const std::uint32_t kind = ordinal ? trimmed.begin + ordinal->length : trimmed.begin;
     const Sense *event = reader.sense(kind, Meaning::Event);
     if (ordinal && ordinal->value == 1 && event && kind + event->length == trimmed.end)
@@ -221,6 +230,26 @@ bool TitleWords::isOneOfSeveral(const Reader &reader, TokenSpan trimmed) const {
     const std::uint32_t number = event ? trimmed.begin + event->length : trimmed.end;
     return number + 1 == trimmed.end && token(number).kind == TokenKind::Number &&
            token(number).digits <= 2 && !token(trimmed.begin).unspaced;
+}
+
+bool TitleWords::isNextOne(TokenSpan part, TokenSpan trimmed) const {
+    const Reader reader(m_document, part.end);
+    const Sense *event = reader.sense(trimmed.begin, Meaning::Event);
+    return event && trimmed.begin + event->length == trimmed.end &&
+           trimmed.begin == part.begin + 1 && part.begin > 0 && token(part.begin).upper() &&
+           (reader.has(part.begin, Meaning::Next) || reader.has(part.begin, Meaning::Number));
+}
+
+bool TitleWords::isNumberedPlace(TokenSpan trimmed) const {
+    const std::uint32_t last = trimmed.end - 1;
+    if (token(last).kind != TokenKind::Number || last == trimmed.begin)
+        return false;
+    const Reader reader(m_document, trimmed.end);
+    const Sense *place = reader.sense(trimmed.begin, Meaning::PlaceNoun);
+    const Sense *label = reader.sense(last - 1, Meaning::LabelWord);
+    return (place && trimmed.begin + place->length == last) ||
+           (label && label->value == static_cast<int>(Label::Sender) &&
+            !reader.has(last - 1, Meaning::Event));
 }
 
 bool TitleWords::isOnlyOnline(TokenSpan trimmed) const {

@@ -64,6 +64,10 @@ public:
     bool isOneOfSeveral(const Reader &reader, TokenSpan trimmed) const;
     /// "Party of 6", "Tech: Ray": what a label says beside the event.
     bool isDetail(const Reader &reader, TokenSpan trimmed) const;
+    /// "Next session", "One screening only" below a heading: what there is one of.
+    bool isNextOne(TokenSpan part, TokenSpan trimmed) const;
+    /// "Gate 6", "Row K / Seat 22"
+    bool isNumberedPlace(TokenSpan trimmed) const;
     /// "Microsoft Teams meeting", "Zoom call": how one meets, not what for.
     bool isOnlyOnline(TokenSpan trimmed) const;
 

@@ -288,8 +288,11 @@ private:
             const bool goesOn =
                 !start && reader.has(i - 1, Meaning::Of) && !reader.token(i).unspaced;
             const LabelMatch match = mayStart && !goesOn ? labelAt(reader, i, start) : LabelMatch{};
-            // "Under 13 A: ..." heads no mail.
-            if (match.label == Label::None || (match.label == Label::Mail && !start)) {
+            // "Under 13 A: ..." heads no mail, "talks in the Reading Room:" above a list names one.
+            const bool name = match.label == Label::Place && !start && match.content == end &&
+                              reader.word(i - 1) && reader.token(i - 1).upper() &&
+                              !reader.has(i - 1, Meaning::Month);
+            if (match.label == Label::None || (match.label == Label::Mail && !start) || name) {
                 ++i;
                 continue;
             }

@@ -217,10 +217,11 @@ LabelMatch labelAt(const Reader &reader, std::uint32_t i, bool lineStart) {
     if (reader.symbol(i, '['))
         return bracketLabel(reader, i);
     const Sense *sense = reader.sense(i, Meaning::LabelWord);
-    // "Clinic: Brunnen 4" is labelled by its kind of place, "Town Hall: our bridge" is a heading.
+    // "Clinic: Brunnen 4" is labelled by its kind of place, "Town Hall: our bridge" is a heading,
+    // and of "Library: "Emma" is due" the place speaks.
     const bool named = !lineStart && i > 0 && reader.word(i - 1) && reader.token(i - 1).upper();
     if (!sense && !named && reader.has(i, Meaning::PlaceNoun) && reader.symbol(i + 1, ':') &&
-        !looksLikeMoment(reader, i + 2) && reader.at(i + 2) &&
+        !looksLikeMoment(reader, i + 2) && reader.at(i + 2) && !reader.symbol(i + 2, '"') &&
         (reader.token(i + 2).capital || reader.token(i + 2).unspaced || !reader.word(i + 2)))
         return {Label::Place, i + 2, i + 1};
     if (!sense)
