@@ -259,37 +259,6 @@ bool PlaceFinder::isOfOther(std::uint32_t at) const {
     return std::find(others.begin(), others.end(), token(at).field) != others.end();
 }
 
-bool PlaceFinder::isAsked(std::uint32_t at) const {
-    constexpr std::uint32_t kReach = 12;
-    const Field &field = m_document.fields[token(at).field];
-    if (!field.spoken)
-        return false;
-    for (std::uint32_t i = at; i < std::min(field.end, at + kReach); ++i)
-        if (token(i).symbol == '?')
-            return m_document.sameSentence(i, at) && !isAgreed(token(at).field);
-    return false;
-}
-
-const Sense *PlaceFinder::answerTo(std::uint32_t f) const {
-    // The field between two turns names the next speaker.
-    const std::uint32_t next = f + 2;
-    if (next >= m_document.fields.size() || !m_document.fields[next].spoken)
-        return nullptr;
-    const Field &answer = m_document.fields[next];
-    return Reader(m_document, answer.end).sense(answer.begin, Meaning::Greeting);
-}
-
-bool PlaceFinder::isAgreed(std::uint32_t f) const {
-    const Sense *answer = answerTo(f);
-    return answer && answer->value == 0;
-}
-
-bool PlaceFinder::isDenied(std::uint32_t at) const {
-    const std::uint32_t f = token(at).field;
-    const Sense *answer = m_document.fields[f].spoken ? answerTo(f) : nullptr;
-    return answer && answer->value == 1;
-}
-
 void PlaceFinder::labelled(const Field &field) {
     std::uint32_t end = field.begin;
     const Reader reader(m_document, field.end);

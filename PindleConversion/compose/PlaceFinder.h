@@ -46,15 +46,6 @@ private:
     bool isOfEnd(TokenSpan span) const;
     /// On the line of another event.
     bool isOfOther(std::uint32_t at) const;
-    /// "At yours?" in a conversation.
-    bool isAsked(std::uint32_t at) const;
-    /// "yep", "nope": what the turn behind the one in field `f` begins with; null for anything
-    /// else.
-    const Sense *answerTo(std::uint32_t f) const;
-    /// "yep": the turn behind the one in field `f` begins so.
-    bool isAgreed(std::uint32_t f) const;
-    /// "at the oval yeah", "nope, ...": a place that the next speaker denies.
-    bool isDenied(std::uint32_t at) const;
     /// What stands behind "Place:" or the like.
     void labelled(const Field &field);
     /// A link is the place of a meeting that is held online.
@@ -160,6 +151,23 @@ private:
     /// "2-persoonskamer": a kind of room, not a room.
     static bool isCounted(const Reader &reader, std::uint32_t i);
 
+    // PlaceAnswers.cpp
+    /// "At yours?" in a conversation.
+    bool isAsked(std::uint32_t at) const;
+    /// "yep", "nope": what the turn behind the one in field `f` begins with; null for anything
+    /// else.
+    const Sense *answerTo(std::uint32_t f) const;
+    /// "yep": the turn behind the one in field `f` begins so.
+    bool isAgreed(std::uint32_t f) const;
+    /// "at the oval yeah", "nope, ...": a place that the next speaker denies.
+    bool isDenied(std::uint32_t at) const;
+    /// "yep cannery lot", "let's do the Lamb & Flag": where the place that answers begins.
+    std::uint32_t behindAnswer(const Reader &reader, const Field &field, TokenSpan part) const;
+    /// "village hall as ever", "The Fox & Anchor yeah": where the name is over.
+    std::uint32_t beforeTalk(const Reader &reader, const Field &field, TokenSpan part) const;
+    /// A name of several words that is a sentence of its own.
+    bool isAnswer(const Reader &reader, TokenSpan part) const;
+
     // PlacePieces.cpp
     /// The parts between commas, dashes and values behind the date: one may be the place.
     void pieces(const Reader &reader, std::uint32_t f, TokenSpan part);
@@ -168,10 +176,6 @@ private:
     bool isTimedHeading(std::uint32_t f) const;
     /// ", salle des fêtes de Sens," before the date.
     void pieceBefore(const Reader &reader, TokenSpan part);
-    /// "village hall as ever", "The Fox & Anchor yeah": where the name is over.
-    std::uint32_t beforeTalk(const Reader &reader, const Field &field, TokenSpan part) const;
-    /// A name of several words that is a sentence of its own.
-    bool isAnswer(const Reader &reader, TokenSpan part) const;
     /// "Hen do! Whitstable, Fri 4 - Sun 6 June": a name between the event and its days.
     bool isTownOfStay(const Reader &reader, TokenSpan part) const;
     /// "Open Garden — Wisteria Cottage, Leura" above the date.
@@ -210,8 +214,6 @@ private:
     std::uint32_t behindBranch(const Reader &reader, std::uint32_t begin, std::uint32_t end) const;
     /// "に駅の改札前": a particle belongs to what stands before it.
     std::uint32_t behindParticles(const Reader &reader, const Field &field, TokenSpan part) const;
-    /// "yep cannery lot", "let's do the Lamb & Flag": where the place that answers begins.
-    std::uint32_t behindAnswer(const Reader &reader, const Field &field, TokenSpan part) const;
     /// "with Hannah, RDH": a single word that tells what a person is.
     bool isBehindPerson(const Reader &reader, TokenSpan part) const;
     /// "(Advance Single)" is no place, "那場" and "哪个馆" ask or point elsewhere.

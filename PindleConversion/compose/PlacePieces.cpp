@@ -246,18 +246,6 @@ std::uint32_t PlaceFinder::piece(const Reader &reader, std::uint32_t f, std::uin
     return next;
 }
 
-std::uint32_t PlaceFinder::beforeTalk(const Reader &reader, const Field &field,
-                                      TokenSpan part) const {
-    for (std::uint32_t i = part.begin + 1; i < part.end; ++i) {
-        const Sense *talk = reader.sense(i, Meaning::Chatter);
-        const bool ends = i + 1 == part.end && field.spoken && !token(i).capital &&
-                          reader.has(i, Meaning::Greeting);
-        if ((talk && talk->length > 1 && !token(i).capital) || ends)
-            return i;
-    }
-    return part.end;
-}
-
 bool PlaceFinder::isSentence(const Reader &reader, TokenSpan part) const {
     static constexpr Meanings kVerbs{Meaning::PlaceStop, Meaning::PresentVerb};
     // "pool's open", "bar opens"
@@ -303,20 +291,6 @@ std::uint32_t PlaceFinder::behindParticles(const Reader &reader, const Field &fi
            reader.has(begin, Meaning::PlaceStop) && reader.has(begin, Meaning::TitleLead))
         ++begin;
     return begin;
-}
-
-std::uint32_t PlaceFinder::behindAnswer(const Reader &reader, const Field &field,
-                                        TokenSpan part) const {
-    if (!field.spoken)
-        return part.begin;
-    if (const Sense *yes = reader.sense(part.begin, Meaning::Greeting);
-        yes && part.begin == field.begin && part.begin + yes->length < part.end)
-        return part.begin + yes->length;
-    const Sense *role = reader.sense(part.begin, Meaning::RoleWord);
-    const std::uint32_t the = role ? part.begin + role->length : part.end;
-    const bool names = the + 1 < part.end && role->value == static_cast<int>(Role::MovedTo) &&
-                       reader.has(the, Meaning::The) && token(the + 1).upper();
-    return names ? the : part.begin;
 }
 
 bool PlaceFinder::isBehindPerson(const Reader &reader, TokenSpan part) const {
@@ -458,17 +432,6 @@ bool PlaceFinder::closesNote(const Field &field, TokenSpan part) const {
             reader.has(i, Meaning::Chatter) || token(i).spaceBefore != (i == part.begin))
             return false;
     return named;
-}
-
-bool PlaceFinder::isAnswer(const Reader &reader, TokenSpan part) const {
-    const std::uint32_t end = reader.skip(part.end, Meaning::Greeting);
-    const std::uint32_t before = part.begin;
-    // "The Crown?" says more of where than "Sarah Jones?".
-    const bool article = reader.has(before, Meaning::The) && reader.token(before).upper();
-    return (part.end - part.begin > 2 || article) && reader.at(end) &&
-           (reader.symbol(end, '.') || reader.symbol(end, '!') ||
-            (reader.symbol(end, '?') && isAgreed(token(before).field))) &&
-           (before == 0 || !reader.document().sameSentence(before - 1, before));
 }
 
 bool PlaceFinder::isAcronym(TokenSpan part) const {

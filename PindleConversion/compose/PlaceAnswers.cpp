@@ -1,0 +1,75 @@
+#include <algorithm>
+
+#include "PindleConversion/compose/PlaceFinder.h"
+
+namespace pindle::conversion {
+
+bool PlaceFinder::isAsked(std::uint32_t at) const {
+    constexpr std::uint32_t kReach = 12;
+    const Field &field = m_document.fields[token(at).field];
+    if (!field.spoken)
+        return false;
+    for (std::uint32_t i = at; i < std::min(field.end, at + kReach); ++i)
+        if (token(i).symbol == '?')
+            return m_document.sameSentence(i, at) && !isAgreed(token(at).field);
+    return false;
+}
+
+const Sense *PlaceFinder::answerTo(std::uint32_t f) const {
+    // The field between two turns names the next speaker.
+    const std::uint32_t next = f + 2;
+    if (next >= m_document.fields.size() || !m_document.fields[next].spoken)
+        return nullptr;
+    const Field &answer = m_document.fields[next];
+    return Reader(m_document, answer.end).sense(answer.begin, Meaning::Greeting);
+}
+
+bool PlaceFinder::isAgreed(std::uint32_t f) const {
+    const Sense *answer = answerTo(f);
+    return answer && answer->value == 0;
+}
+
+bool PlaceFinder::isDenied(std::uint32_t at) const {
+    const std::uint32_t f = token(at).field;
+    const Sense *answer = m_document.fields[f].spoken ? answerTo(f) : nullptr;
+    return answer && answer->value == 1;
+}
+
+std::uint32_t PlaceFinder::behindAnswer(const Reader &reader, const Field &field,
+                                        TokenSpan part) const {
+    if (!field.spoken)
+        return part.begin;
+    if (const Sense *yes = reader.sense(part.begin, Meaning::Greeting);
+        yes && part.begin == field.begin && part.begin + yes->length < part.end)
+        return part.begin + yes->length;
+    const Sense *role = reader.sense(part.begin, Meaning::RoleWord);
+    const std::uint32_t the = role ? part.begin + role->length : part.end;
+    const bool names = the + 1 < part.end && role->value == static_cast<int>(Role::MovedTo) &&
+                       reader.has(the, Meaning::The) && token(the + 1).upper();
+    return names ? the : part.begin;
+}
+
+std::uint32_t PlaceFinder::beforeTalk(const Reader &reader, const Field &field,
+                                      TokenSpan part) const {
+    for (std::uint32_t i = part.begin + 1; i < part.end; ++i) {
+        const Sense *talk = reader.sense(i, Meaning::Chatter);
+        const bool ends = i + 1 == part.end && field.spoken && !token(i).capital &&
+                          reader.has(i, Meaning::Greeting);
+        if ((talk && talk->length > 1 && !token(i).capital) || ends)
+            return i;
+    }
+    return part.end;
+}
+
+bool PlaceFinder::isAnswer(const Reader &reader, TokenSpan part) const {
+    const std::uint32_t end = reader.skip(part.end, Meaning::Greeting);
+    const std::uint32_t before = part.begin;
+    // "The Crown?" says more of where than "Sarah Jones?".
+    const bool article = reader.has(before, Meaning::The) && reader.token(before).upper();
+    return (part.end - part.begin > 2 || article) && reader.at(end) &&
+           (reader.symbol(end, '.') || reader.symbol(end, '!') ||
+            (reader.symbol(end, '?') && isAgreed(token(before).field))) &&
+           (before == 0 || !reader.document().sameSentence(before - 1, before));
+}
+
+} // namespace pindle::conversion
