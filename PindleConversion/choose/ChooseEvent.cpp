@@ -16,6 +16,7 @@ Choice Chooser::run() {
     pickEnd();
     pickZone();
     noteOtherFields();
+    noteLaterFields();
     m_choice.found = true;
     notice();
     return std::move(m_choice);
@@ -53,6 +54,24 @@ void Chooser::noteOtherFields() {
              (opensField(other.mention->span.begin) && opensField(m_choice.dateSpan.begin)) ||
              isLineOfOther(other)))
             m_choice.otherFields.push_back(own);
+    }
+}
+
+void Chooser::noteLaterFields() {
+    if (m_time < 0 || m_found.times.size() < 2 || m_choice.kind == EventKind::Travel)
+        return;
+    const std::uint32_t own = m_choice.timeSpan.begin;
+    const ClockSpec &start = m_found.times[static_cast<std::size_t>(m_time)].start;
+    const auto sameClock = [&](const TimeMention &time) {
+        return time.start.hour == start.hour && time.start.minute == start.minute;
+    };
+    for (std::size_t i = static_cast<std::size_t>(m_time) + 1; i < m_found.times.size(); ++i) {
+        const std::uint32_t at = m_found.times[i].span.begin;
+        const Field &field = fieldOf(at);
+        if (field.line <= fieldOf(own).line || field.label != Label::None || field.spoken ||
+            sameClock(m_found.times[i]) || at == m_choice.endSpan.begin || roleOf(at) != Role::None)
+            continue;
+        m_choice.laterFields.push_back(m_document.tokens[at].field);
     }
 }
 

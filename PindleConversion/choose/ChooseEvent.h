@@ -23,6 +23,7 @@ struct Choice {
     TokenSpan zoneSpan;
     EventKind kind = EventKind::None;
     std::vector<std::uint32_t> otherFields; ///< those that tell of other days only
+    std::vector<std::uint32_t> laterFields; ///< lines below with a later hour of their own
 
     /// The token that the event's place and title are looked for around.
     std::uint32_t anchor() const { return dateSpan.empty() ? timeSpan.begin : dateSpan.begin; }

@@ -244,6 +244,8 @@ private:
     void pickZone();
     /// Notes the lines of other events, whose places are theirs.
     void noteOtherFields();
+    /// Notes the lines below the event's hour that have another: "Vin d'honneur à 17 h 30".
+    void noteLaterFields();
     /// "Chem P1 Mon 18 May AM" below "Bio P1 Tue 12 May AM".
     bool isLineOfOther(const Dated &other) const;
     void notice();

@@ -11,6 +11,7 @@ namespace {
 constexpr int kLeastScore = 20;
 constexpr int kAside = 45;                  ///< less for where the event itself is not
 constexpr int kOfSide = 20;                 ///< less for where one meets or departs, told apart
+constexpr int kLater = 30;                  ///< less for one on the line of a later hour
 constexpr int kInBrackets = 8;              ///< less for what only explains a place
 constexpr int kAsked = 12;                  ///< less for a place that a speaker only asks about
 constexpr std::uint32_t kOnlineReach = 400; ///< tokens that are asked whether the event is online
@@ -134,7 +135,7 @@ void PlaceFinder::offer(TokenSpan span, int score, std::uint32_t at) {
         return;
     if (m_document.sameSentence(at, m_choice.anchor()))
         score += 12;
-    else if (token(at).field == m_anchorField)
+    else if (token(at).field == m_anchorField || isBesideTime(at))
         score += 6;
     if (isAside(at))
         score -= kAside;
@@ -151,6 +152,8 @@ void PlaceFinder::offer(TokenSpan span, int score, std::uint32_t at) {
         score -= kAsked;
     if (isOfEnd(span) || isOfOther(at))
         score -= kAside;
+    if (isOfLater(at))
+        score -= kLater;
     // "文化会館 小ホール": a house and its room.
     if (score == m_score && span.begin == m_best.end && token(span.begin).unspaced) {
         m_best.end = span.end;
@@ -257,6 +260,15 @@ bool PlaceFinder::isOfEnd(TokenSpan span) const {
 bool PlaceFinder::isOfOther(std::uint32_t at) const {
     const auto &others = m_choice.otherFields;
     return std::find(others.begin(), others.end(), token(at).field) != others.end();
+}
+
+bool PlaceFinder::isOfLater(std::uint32_t at) const {
+    const auto &later = m_choice.laterFields;
+    return std::find(later.begin(), later.end(), token(at).field) != later.end();
+}
+
+bool PlaceFinder::isBesideTime(std::uint32_t at) const {
+    return !m_choice.laterFields.empty() && token(at).field == token(m_choice.timeSpan.begin).field;
 }
 
 void PlaceFinder::labelled(const Field &field) {

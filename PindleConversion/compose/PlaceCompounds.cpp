@@ -261,6 +261,15 @@ void PlaceFinder::sender(const Reader &reader, std::uint32_t open) {
         offer({open + 1, close}, kSender, open);
 }
 
+bool PlaceFinder::isHouse(const Reader &reader, TokenSpan part) {
+    const std::uint32_t slash = part.end - 2;
+    return part.end > part.begin + 3 && reader.symbol(slash, '/') && reader.glued(slash) &&
+           reader.glued(slash + 1) && reader.number(slash - 1, 1, 999, 3) &&
+           reader.number(slash + 1, 1, 999, 3) && reader.token(slash - 1).spaceBefore &&
+           reader.word(slash - 2) && reader.token(slash - 2).capital &&
+           reader.token(slash - 2).word == 0 && !reader.has(slash - 2, Meaning::Numbered);
+}
+
 bool PlaceFinder::isCounted(const Reader &reader, std::uint32_t i) {
     return reader.number(i, 0, 99) && reader.symbol(i + 1, '-') && reader.glued(i + 1) &&
            reader.glued(i + 2) && reader.word(i + 2);

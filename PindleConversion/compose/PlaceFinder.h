@@ -46,6 +46,10 @@ private:
     bool isOfEnd(TokenSpan span) const;
     /// On the line of another event.
     bool isOfOther(std::uint32_t at) const;
+    /// On a line with a later hour.
+    bool isOfLater(std::uint32_t at) const;
+    /// On the line of the event's hour, in a text that tells what follows it.
+    bool isBesideTime(std::uint32_t at) const;
     /// What stands behind "Place:" or the like.
     void labelled(const Field &field);
     /// A link is the place of a meeting that is held online.
@@ -100,6 +104,8 @@ private:
     bool offerWholeLine(const Reader &reader, std::uint32_t marker, std::uint32_t end);
     /// The kind of place that a marker goes on from ("kaplica na Wzgórzu"), else `begin`.
     std::uint32_t nounBefore(const Reader &reader, std::uint32_t marker, std::uint32_t begin) const;
+    /// "class with the school in Cape Town, 11:00 SAST": where the others are is no place.
+    bool isOfPerson(const Reader &reader, std::uint32_t marker, std::uint32_t begin) const;
     /// "Astronomy in the Park" above the date is a name.
     int headingPenalty(std::uint32_t i) const;
     /// "Jazz on the Lawn, Sunday 12 July": a name in capitals with a mark behind it.
@@ -148,6 +154,8 @@ private:
     static bool isSeat(const Reader &reader, std::uint32_t i);
     /// "Row F Seat 9"
     static bool namesSeat(const Reader &reader, TokenSpan part);
+    /// "Kwiatowa 8/14": a name with house and flat.
+    static bool isHouse(const Reader &reader, TokenSpan part);
     /// "2-persoonskamer": a kind of room, not a room.
     static bool isCounted(const Reader &reader, std::uint32_t i);
 

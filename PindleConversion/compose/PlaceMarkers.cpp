@@ -24,6 +24,8 @@ void PlaceFinder::marked(const Reader &reader, std::uint32_t i, const Sense &mar
     // "answers in April"
     if (reader.has(begin, Meaning::Month) && name.end == begin + 1)
         return;
+    if (isOfPerson(reader, i, begin))
+        return;
     if (name.empty() || leadsToOther(reader, i, name) || offerWholeLine(reader, i, name.end) ||
         isAtEvent(reader, name) ||
         (reader.has(begin, Meaning::ZoneWord) && isWhereOthersAre(reader, i)))
@@ -325,6 +327,16 @@ std::uint32_t PlaceFinder::nounBefore(const Reader &reader, std::uint32_t marker
         return longer && longer->length == 2 && !token(i - 2).used ? i - 2 : i - 1;
     }
     return begin;
+}
+
+bool PlaceFinder::isOfPerson(const Reader &reader, std::uint32_t marker,
+                             std::uint32_t begin) const {
+    const std::uint32_t noun = marker - 1;
+    if (marker < 3 || m_choice.zoneSpan.empty() || !reader.has(noun, Meaning::PlaceNoun) ||
+        nounBefore(reader, marker, begin) != noun)
+        return false;
+    const std::uint32_t with = reader.has(noun - 1, Meaning::The) ? noun - 2 : noun - 1;
+    return reader.has(with, Meaning::Person) && !token(with).upper();
 }
 
 int PlaceFinder::headingPenalty(std::uint32_t i) const {

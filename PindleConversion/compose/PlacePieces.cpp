@@ -107,7 +107,8 @@ void PlaceFinder::venueAbove(const Reader &reader, std::uint32_t f) {
     constexpr int kMostWords = 7;
     const Field &field = m_document.fields[f];
     const bool heading = f == 0 || m_document.fields[f - 1].ignored;
-    const bool capital = token(field.begin).upper() && token(field.end - 1).upper();
+    const bool numbered = reader.number(field.end - 1, 1, 9999, 4) && !token(field.end - 1).used;
+    const bool capital = token(field.begin).upper() && (token(field.end - 1).upper() || numbered);
     // "2209 Juniper Way, Boise, ID"
     if (f > 0 && !field.spoken && token(field.begin).kind == TokenKind::Number &&
         field.label == Label::None && nameEnd(reader, field.begin) == field.end &&
@@ -119,6 +120,8 @@ void PlaceFinder::venueAbove(const Reader &reader, std::uint32_t f) {
         m_document.fields[f - 1].line + 1 != field.line)
         return;
     const Shape shape = shapeOf({field.begin, field.end});
+    if (numbered && !shape.street)
+        return;
     if (shape.words > 1 && shape.words <= kMostWords)
         offer({field.begin, field.end}, kScore, field.begin);
 }
@@ -400,7 +403,8 @@ void PlaceFinder::offerPart(const Reader &reader, const Field &field, TokenSpan 
                           (isSecondBeforeTime(field) && end == field.end);
     const std::uint32_t whole = token(begin).unspaced ? end : std::max(end, nameEnd(reader, begin));
     const Shape all = shapeOf({begin, whole});
-    const bool known = address || kind || (shape.title && (all.noun || all.street));
+    const bool known =
+        address || kind || (shape.title && (all.noun || all.street)) || isHouse(reader, part);
     if (!known && !(isOnlyName(field, part, shape) && (sameLine || nextLine || field.spoken)))
         return;
     // "Club Sin Rumbo – Av. Constituyentes 6120"
@@ -412,7 +416,8 @@ void PlaceFinder::offerPart(const Reader &reader, const Field &field, TokenSpan 
     // "Maison communale de Rixentaert" right below the date.
     if (known && nextLine && begin == field.begin && whole == field.end && token(begin).upper())
         score += kOwnLine;
-    if (!sameLine && !nextLine && !(field.spoken && (whole == field.end || isAnswer(reader, part))))
+    if (!sameLine && !nextLine && !isBesideTime(begin) &&
+        !(field.spoken && (whole == field.end || isAnswer(reader, part))))
         score -= 8;
     offer({begin, whole}, score, begin);
 }

@@ -83,22 +83,31 @@ bool TitleWords::isCode(TokenSpan span) const {
 }
 
 bool TitleWords::isReference(const Reader &reader, TokenSpan span) {
+    constexpr int kShortest = 3; ///< digits and letters behind "booking", which "table 4" lacks
     const Sense *label = reader.sense(span.begin, Meaning::LabelWord);
-    if (!label || label->value != static_cast<int>(Label::Sender) ||
-        reader.has(span.begin, Meaning::Event))
+    const bool sender = label && label->value == static_cast<int>(Label::Sender) &&
+                        !reader.has(span.begin, Meaning::Event);
+    label = sender ? label : reader.sense(span.begin, Meaning::GeneralEvent);
+    if (!label)
         return false;
     bool digits = false;
-    const std::uint32_t code = span.begin + label->length;
+    int size = 0;
+    std::uint32_t code = span.begin + label->length;
+    // "Ticket no. 7719-02"
+    if (!sender && code < span.end && reader.has(code, Meaning::Abbreviation))
+        code = reader.skipSymbol(code + 1, '.');
     // "ORDER #QX-20418-77 NON-REFUNDABLE"
     if (reader.symbol(code, '#') && reader.at(code + 1))
         return true;
     for (std::uint32_t i = code; i < span.end; ++i) {
-        const bool number = reader.token(i).kind == TokenKind::Number;
-        if (i > code && reader.token(i).spaceBefore && !number)
+        const Token &part = reader.token(i);
+        const bool number = part.kind == TokenKind::Number;
+        if (i > code && part.spaceBefore && !(number && sender))
             return false;
         digits = digits || number;
+        size += static_cast<int>(part.end - part.begin);
     }
-    return digits;
+    return digits && (sender || size >= kShortest);
 }
 
 bool TitleWords::hasFlightNumber(TokenSpan span) const {

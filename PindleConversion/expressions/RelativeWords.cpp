@@ -64,6 +64,11 @@ bool isCertainWeekday(const Reader &reader, std::uint32_t i, std::uint32_t next)
     // "Hotel Sol de Mar" is named so.
     if (i > 0 && word.capital && reader.has(i - 1, Meaning::Of) && !reader.number(next, 1, 31))
         return false;
+    // "na Quinta das Flores", but "na Sexta do Mês"
+    if (i > 0 && word.capital && reader.has(next, Meaning::Of) && reader.word(next + 1) &&
+        reader.token(next + 1).capital && !reader.has(next + 1, Meaning::Month) &&
+        !reader.has(next + 1, Meaning::UnitWord))
+        return false;
     if (isDayAmongSmall(reader, i, next))
         return true;
     // "Hast du Mo Zeit? So gegen drei?"
