@@ -359,6 +359,17 @@ bool Chooser::isNarrated(const Dated &dated) const {
     return beside && verbs > 1;
 }
 
+bool Chooser::isFeat(const Dated &dated) const {
+    const std::uint32_t token = dated.mention->span.begin;
+    return dated.mention->first.base == DateSpec::Base::Today && dated.mention->first.days > 1 &&
+           Reader(m_document, dated.mention->span.end).has(token, Meaning::In) &&
+           !sentenceHas(token, Meaning::Event) && !sentenceHas(token, Meaning::PresentVerb) &&
+           std::any_of(m_dates.begin(), m_dates.end(), [&](const Dated &other) {
+               return other.date.yearGiven && isPast(other) &&
+                      speaksOfPast(other.mention->span.begin);
+           });
+}
+
 bool Chooser::hasFutureSense(std::uint32_t token) const {
     const Field &field = fieldOf(token);
     const Dated &chosen = m_dates[static_cast<std::size_t>(m_date)];
@@ -387,6 +398,8 @@ bool Chooser::hasFutureSense(std::uint32_t token) const {
         return true;
     if (toldInPast(field, token) && roleOf(token) != Role::MovedTo &&
         roleOf(token) != Role::Deadline)
+        return false;
+    if (isFeat(chosen))
         return false;
     const bool explicitFuture =
         chosen.date.yearGiven || chosen.mention->first.base == DateSpec::Base::Today;

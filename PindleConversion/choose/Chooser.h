@@ -107,6 +107,8 @@ private:
     bool isToldWithTimes(const Field &field, std::uint32_t token) const;
     /// Some time is not one of a report: "They had us over at six".
     bool hasTimeAhead() const;
+    /// "Engineers put up a bridge in nine days", in a story of long ago: how long it took.
+    bool isFeat(const Dated &dated) const;
     /// "was", "released" before a date that has no time: a report, unless an event is named.
     bool hasFutureSense(std::uint32_t token) const;
     /// "from 1 to 10", "page 3 of 12"

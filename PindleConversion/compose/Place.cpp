@@ -198,7 +198,9 @@ bool PlaceFinder::isAside(std::uint32_t at) const {
     constexpr std::uint32_t kReach = 5;
     const Field &field = m_document.fields[token(at).field];
     const std::uint32_t begin = field.begin;
-    const Reader reader(m_document, at + 1);
+    // "be at the station" tells it with the marker.
+    constexpr std::uint32_t kBehind = 3;
+    const Reader reader(m_document, std::min(field.end, at + kBehind));
     if (token(at).meanings.has(Meaning::AsideLead) && !reader.has(at, Meaning::PlaceMarker) &&
         Reader(m_document, field.end).has(at, Meaning::AsideLead))
         return true;

@@ -165,6 +165,7 @@ bool PlaceNames::stops(const Reader &reader, std::uint32_t i, std::uint32_t begi
 }
 
 std::uint32_t PlaceNames::nameEnd(const Reader &reader, std::uint32_t begin) const {
+    constexpr int kLongestAside = 8; ///< words
     std::uint32_t i = begin;
     const std::uint32_t limit = std::min(reader.end(), begin + kLongestName);
     while (i < limit && !stops(reader, i, begin))
@@ -176,7 +177,8 @@ std::uint32_t PlaceNames::nameEnd(const Reader &reader, std::uint32_t begin) con
     if (reader.symbol(i, '(') && i < limit) {
         const std::uint32_t close = closing(reader, i);
         const Shape inner = shapeOf({i + 1, close});
-        if (close != i && inner.words > 0 && (inner.noun || inner.street))
+        if (close != i && inner.words > 0 && inner.words <= kLongestAside &&
+            (inner.noun || inner.street))
             i = close + 1;
     }
     while (i < limit && reader.symbol(i, ',')) {

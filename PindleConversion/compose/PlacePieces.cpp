@@ -329,7 +329,9 @@ bool PlaceFinder::refusesPart(const Reader &reader, TokenSpan part) const {
         reader.at(part.end) && token(part.end).used)
         return true;
     // "1 queen room": so many of a kind.
+    // but "4th-floor kitchen"
     if (reader.number(begin, 1, 9) && part.end > begin + 1 &&
+        !reader.has(begin + 1, Meaning::OrdinalMark) &&
         reader.has(part.end - 1, Meaning::PlaceNoun) && !shapeOf(part).capital)
         return true;
     return pointsElsewhere(reader, part) || isBehindPerson(reader, part) ||

@@ -22,6 +22,7 @@ constexpr int kInvited = 24;        ///< for what a text invites to
 constexpr int kOtherMoment = 30;    ///< less for what only tells when
 constexpr int kPredicate = 40;      ///< less for what is said of something named before
 constexpr int kReference = 60;      ///< less for "Booking reference QX7T2M"
+constexpr int kCouple = 440;        ///< less for a label's value that names two people
 constexpr int kNoContent = 30;      ///< less for words that say nothing of what happens
 
 /// What a label says of the words behind it.
@@ -216,6 +217,10 @@ int TitleScore::wordPenalties(const Reader &reader, const TitleCandidate &candid
     if (general && trimmed.begin + general->length == trimmed.end &&
         (isBeforeMoment(trimmed) || isBeforeMoment(candidate.part)))
         score -= kGeneralKind;
+    // "DOJ 03-Mar-2027": a label that nothing ends.
+    const Sense *label = reader.sense(trimmed.begin, Meaning::LabelWord);
+    if (label && trimmed.begin + label->length == trimmed.end && !event && isBeforeMoment(trimmed))
+        score -= kMarkersOnly;
     // "Saturdays in March"
     if (trimmed.end - trimmed.begin == 1)
         score -= reader.has(trimmed.begin, Meaning::Month) ? kCount : event ? 0 : 6;
@@ -266,6 +271,9 @@ int TitleScore::linePenalties(const Reader &reader, const TitleCandidate &candid
     // "水務署通知：" tells who writes.
     if (namesSender(part, trimmed))
         score -= 40;
+    // "Subject: Invitation – Ann & Bo" tells who invites.
+    if (field.label == Label::Title && isCouple(trimmed))
+        score -= kCouple;
     // The subject of a mail may say no more than that something was booked, or greet.
     const Sense *greeting = reader.sense(part.begin, Meaning::Greeting);
     const bool greets = greeting && part.begin + greeting->length >= trimmed.end;

@@ -189,6 +189,15 @@ bool TitleWords::isOneSign(TokenSpan span) const {
     return span.end == span.begin + 1 && token(span.begin).isOneSign();
 }
 
+bool TitleWords::isCouple(TokenSpan span) const {
+    constexpr std::uint32_t kTokens = 3;
+    const std::uint32_t last = span.end - 1;
+    return span.end == span.begin + kTokens && token(span.begin).upper() && token(last).upper() &&
+           (token(span.begin).word == 0 || token(last).word == 0) &&
+           Reader(m_document, span.end).has(span.begin + 1, Meaning::And) &&
+           !contains(span, Meaning::Event) && !contains(span, Meaning::PlaceNoun);
+}
+
 bool TitleWords::tellsRole(TokenSpan span) const {
     const Reader reader(m_document, span.end);
     const Sense *role = reader.sense(span.begin, Meaning::RoleWord);

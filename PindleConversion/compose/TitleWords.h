@@ -50,6 +50,8 @@ public:
     bool hasMoney(TokenSpan span) const;
     /// A capitalised word for a person.
     bool isPerson(const Reader &reader, std::uint32_t i) const;
+    /// "Ann & Bo": two names and nothing else.
+    bool isCouple(TokenSpan span) const;
     /// "Posted on", "by": what is left of a date's role.
     bool tellsRole(TokenSpan span) const;
     /// "Doors open" before the event itself.

@@ -261,6 +261,16 @@ private:
         }
     }
 
+    /// "Preparer: Ynez. Mon, Feb 10 at 6 PM": behind the full stop the text goes on.
+    static bool endsName(const Reader &reader, std::uint32_t i) {
+        constexpr std::uint32_t kShortest = 3; ///< letters; "J." goes on
+        if (!reader.symbol(i, '.') || reader.glued(i + 1) || i == 0 || !reader.glued(i))
+            return false;
+        const Token &name = reader.document().tokens[i - 1];
+        return name.kind == TokenKind::Word && name.end - name.begin >= kShortest &&
+               !reader.has(i - 1, Meaning::Abbreviation) && !reader.has(i - 1, Meaning::Person);
+    }
+
     /// One cell, cut where labels start.
     void fieldsOf(std::uint32_t begin, std::uint32_t end, Label label) {
         const Reader reader(m_document, end);
@@ -271,6 +281,13 @@ private:
         std::uint32_t from = begin;
         for (std::uint32_t i = begin; i < end;) {
             const bool start = i == begin;
+            if (label == Label::Sender && endsName(reader, i) && i + 1 < end) {
+                addField(from, i + 1, label, words);
+                label = Label::None;
+                words = {};
+                from = ++i;
+                continue;
+            }
             // Most words stand behind another, in lower case.
             if (!start && reader.word(i) && !reader.token(i).capital &&
                 reader.token(i - 1).kind == TokenKind::Word) {
