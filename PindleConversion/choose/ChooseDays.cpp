@@ -97,8 +97,10 @@ void Chooser::settleLaterWeeks() {
             continue;
         const DateSpec &spec = day->mention->first;
         if (spec.base == DateSpec::Base::Weekday && !day->mention->repeated && !day->date.last &&
-            (spec.which == Which::Nearest || spec.which == Which::This))
+            (spec.which == Which::Nearest || spec.which == Which::This)) {
             day->date.first += kWeek;
+            return;
+        }
     }
 }
 

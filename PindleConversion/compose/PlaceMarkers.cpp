@@ -123,8 +123,9 @@ bool PlaceFinder::leadsToOther(const Reader &reader, std::uint32_t i, TokenSpan 
     for (std::uint32_t k = i; isFrom(reader, i) && k > 0 && i - k < kReach; --k)
         if (isCurrencySign(token(k - 1).symbol))
             return true;
-    // "From the office: ..." tells who writes.
-    return isFrom(reader, i) && reader.symbol(name.end, ':');
+    // "From the office: ..." tells who writes, "10am from the car park:" where a list begins.
+    return isFrom(reader, i) && reader.symbol(name.end, ':') &&
+           (m_choice.timeSpan.empty() || !m_document.sameSentence(i, m_choice.timeSpan.begin));
 }
 
 bool PlaceFinder::isWhereOthersAre(const Reader &reader, std::uint32_t i) const {
