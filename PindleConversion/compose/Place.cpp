@@ -135,6 +135,8 @@ void PlaceFinder::offer(TokenSpan span, int score, std::uint32_t at) {
         return;
     if (m_document.sameSentence(at, m_choice.anchor()))
         score += 12;
+    else if (!token(span.end - 1).capital && isWhereThingsWere(at))
+        score -= kAside;
     else if (token(at).field == m_anchorField || isBesideTime(at))
         score += 6;
     if (isAside(at))
@@ -222,6 +224,19 @@ bool PlaceFinder::isOfSide(const Reader &reader, std::uint32_t at) const {
         if (role && role->value == static_cast<int>(Role::Side))
             return true;
     }
+    return false;
+}
+
+bool PlaceFinder::isWhereThingsWere(std::uint32_t at) const {
+    constexpr std::uint32_t kReach = 8;
+    if (!m_choice.timeSpan.empty() && m_document.sameSentence(at, m_choice.timeSpan.begin))
+        return false;
+    const Reader reader(m_document, at);
+    const std::uint32_t low = m_document.fields[token(at).field].begin;
+    for (std::uint32_t k = at; k > low && at - k < kReach && m_document.sameSentence(k - 1, at);
+         --k)
+        if (reader.has(k - 1, Meaning::PastVerb) && !token(k - 1).capital)
+            return true;
     return false;
 }
 

@@ -44,6 +44,8 @@ private:
     bool isCoveredByEnd(TokenSpan span) const;
     /// "arrival Palma 08:25": where the event ends.
     bool isOfEnd(TokenSpan span) const;
+    /// "Someone left a dish in the fridge", told in another sentence than the event.
+    bool isWhereThingsWere(std::uint32_t at) const;
     /// On the line of another event.
     bool isOfOther(std::uint32_t at) const;
     /// On a line with a later hour.
@@ -234,6 +236,8 @@ private:
     bool opensWithPlace(const Reader &reader, TokenSpan part) const;
     /// Offers a part that has words of its own kind, or the form of a name where one belongs.
     void offerPart(const Reader &reader, const Field &field, TokenSpan part, const Shape &shape);
+    /// "The Front Office" above its telephone number, some lines below the date: who writes.
+    bool isSignedBy(const Reader &reader, const Field &field, TokenSpan part) const;
     /// "牙科回診 4/22 下午2:15 仁愛診療": the event is named, and the last words are a name.
     bool closesNote(const Field &field, TokenSpan part) const;
     /// "PTA", "H": letters that stand for longer words.

@@ -414,6 +414,8 @@ void PlaceFinder::offerPart(const Reader &reader, const Field &field, TokenSpan 
         m_best.end = whole;
         return;
     }
+    if (isSignedBy(reader, field, part))
+        return;
     int score = known ? 34 : 22;
     // "Maison communale de Rixentaert" right below the date.
     if (known && nextLine && begin == field.begin && whole == field.end && token(begin).upper())
@@ -422,6 +424,19 @@ void PlaceFinder::offerPart(const Reader &reader, const Field &field, TokenSpan 
         !(field.spoken && (whole == field.end || isAnswer(reader, part))))
         score -= 8;
     offer({begin, whole}, score, begin);
+}
+
+bool PlaceFinder::isSignedBy(const Reader &reader, const Field &field, TokenSpan part) const {
+    const Field *next = &field + 1;
+    if (part.begin != field.begin || part.end != field.end ||
+        !reader.has(part.begin, Meaning::The) || field.line <= m_momentLine + 1 ||
+        next > &m_document.fields.back())
+        return false;
+    const auto isWord = [](const Token &each) { return each.kind == TokenKind::Word; };
+    const auto begin = m_document.tokens.begin();
+    return std::all_of(begin + part.begin, begin + part.end,
+                       [&](const Token &each) { return isWord(each) && each.word != 0; }) &&
+           std::none_of(begin + next->begin, begin + next->end, isWord);
 }
 
 bool PlaceFinder::closesNote(const Field &field, TokenSpan part) const {

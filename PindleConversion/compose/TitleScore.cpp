@@ -23,6 +23,7 @@ constexpr int kOtherMoment = 30;    ///< less for what only tells when
 constexpr int kPredicate = 40;      ///< less for what is said of something named before
 constexpr int kReference = 60;      ///< less for "Booking reference QX7T2M"
 constexpr int kCouple = 440;        ///< less for a label's value that names two people
+constexpr int kTold = 40;           ///< less for what happened, told apart from the event
 constexpr int kNoContent = 30;      ///< less for words that say nothing of what happens
 
 /// What a label says of the words behind it.
@@ -204,8 +205,12 @@ int TitleScore::wordPenalties(const Reader &reader, const TitleCandidate &candid
     else if (!candidate.first && !event &&
              (contains(trimmed, Meaning::PlaceNoun) || contains(trimmed, Meaning::StreetWord)))
         score -= kPlaceName;
+    // "We found a set of keys." above the event's own sentence
     if (contains(trimmed, Meaning::PastVerb))
-        score -= 8;
+        score -= event || contains(candidate.part, Meaning::PresentVerb) ||
+                         m_document.sameSentence(trimmed.begin, m_choice.anchor())
+                     ? 8
+                     : kTold;
     // "Donnerstag kann ich doch nicht"
     if (reader.has(candidate.part.begin, Meaning::RoleBehind) && !event &&
         !token(candidate.part.begin).unspaced)
