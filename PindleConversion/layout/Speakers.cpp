@@ -54,8 +54,8 @@ std::uint32_t speaker(const Reader &reader, std::uint32_t i) {
         const bool sign = reader.token(j).isOneSign() && (j > i || reader.word(j + 1));
         // "Ale" is a beer elsewhere.
         const Sense *event = reader.sense(j, Meaning::Event);
-        const bool kind = event && (event->language == reader.token(j).language ||
-                                    event->language == kSharedWords);
+        const bool kind =
+            event && (event->isOf(reader.token(j).language) || event->isOf(kSharedWords));
         if (kind || reader.has(j, Meaning::LabelWord) ||
             (!sign && (reader.has(j, Meaning::TitleLead) || reader.has(j, Meaning::TitleTail))))
             return kNoSpeaker;

@@ -17,8 +17,10 @@ struct Sense {
     Meaning meaning;
     std::uint8_t length; ///< tokens
     std::int16_t value;
-    std::uint16_t note; ///< number of a text, see `noteOf`; 0 for none
-    LanguageId language;
+    std::uint16_t note;      ///< number of a text, see `noteOf`; 0 for none
+    std::uint16_t languages; ///< a bit each
+
+    bool isOf(LanguageId language) const { return (languages >> language & 1U) != 0; }
 };
 
 /// A phrase of several words: those behind its first one, and what it means.

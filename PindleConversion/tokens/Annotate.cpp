@@ -230,7 +230,7 @@ private:
         const std::uint32_t lent = ownWord ? 0 : 1U << m_english;
         const auto isRead = [&](const Sense &sense) {
             const std::uint32_t from = read | (kContent.has(sense.meaning) ? lent : 0);
-            return (from >> sense.language & 1U) != 0;
+            return (from & sense.languages) != 0;
         };
         auto &senses = m_document.senses;
         const auto &tokens = m_document.tokens;
@@ -312,7 +312,7 @@ private:
                         bool name) {
         bool found = false;
         for (const Sense &sense : sensesOf(word)) {
-            if (sense.language != language ||
+            if (!sense.isOf(language) ||
                 !info.tails[static_cast<std::size_t>(sense.meaning)] ||
                 (name && sense.meaning == Meaning::Event))
                 continue;

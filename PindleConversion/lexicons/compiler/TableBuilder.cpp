@@ -59,6 +59,10 @@ bool isUnspacedThroughout(std::string_view word) {
     return true;
 }
 
+bool isShared(const Sense &sense) {
+    return sense.isOf(kSharedWords);
+}
+
 /// Puts the letters of words into places where `longestUnspaced` finds them.
 class LetterTable {
 public:
@@ -144,19 +148,33 @@ void TableBuilder::addPhrase(LanguageId language, const std::string &phrase,
         m_words[words[0]].flags |= kCounter;
     if (entry.meaning == Meaning::Common)
         return;
-    addWords(words,
-             Sense{entry.meaning, static_cast<std::uint8_t>(words.size()),
-                   static_cast<std::int16_t>(entry.value), noteNumber(entry.note), language});
+    addWords(words, Sense{entry.meaning, static_cast<std::uint8_t>(words.size()),
+                          static_cast<std::int16_t>(entry.value), noteNumber(entry.note),
+                          static_cast<std::uint16_t>(1U << language)});
 }
 
 void TableBuilder::addWords(const std::vector<std::string> &words, const Sense &sense) {
     auto &phrases = m_words[words[0]].phrases;
-    const bool known = std::any_of(phrases.begin(), phrases.end(), [&](const Built &each) {
-        return each.words == words && each.sense.meaning == sense.meaning &&
-               each.sense.value == sense.value && each.sense.note == sense.note &&
-               each.sense.language == sense.language;
+    const auto isAlike = [&](const Built &each) {
+        return each.words == words && each.sense.meaning == sense.meaning;
+    };
+    const auto isSame = [&](const Built &each) {
+        return isAlike(each) && each.sense.value == sense.value && each.sense.note == sense.note;
+    };
+    const auto hasLanguage = [&](const Built &each) {
+        return (each.sense.languages & sense.languages) != 0;
+    };
+    if (std::any_of(phrases.begin(), phrases.end(),
+                    [&](const Built &each) { return isSame(each) && hasLanguage(each); }))
+        return;
+    // Languages share what they have in common, unless it would come before what this one has said
+    // first.
+    const auto last = std::find_if(phrases.rbegin(), phrases.rend(), [&](const Built &each) {
+        return isAlike(each) && (isSame(each) || hasLanguage(each));
     });
-    if (!known)
+    if (last != phrases.rend() && isSame(*last) && !isShared(last->sense))
+        last->sense.languages |= sense.languages;
+    else
         phrases.push_back({words, sense});
 }
 
@@ -201,12 +219,12 @@ void TableBuilder::place() {
             throw std::runtime_error("a word is too long: " + text);
         m_order.push_back(&text);
         // What a language says of a word comes before what all share.
-        std::stable_sort(
-            word.phrases.begin(), word.phrases.end(), [](const Built &a, const Built &b) {
-                if (a.sense.length != b.sense.length)
-                    return a.sense.length > b.sense.length;
-                return a.sense.language != kSharedWords && b.sense.language == kSharedWords;
-            });
+        std::stable_sort(word.phrases.begin(), word.phrases.end(),
+                         [](const Built &a, const Built &b) {
+                             if (a.sense.length != b.sense.length)
+                                 return a.sense.length > b.sense.length;
+                             return !isShared(a.sense) && isShared(b.sense);
+                         });
     }
     if (m_order.size() > WordPlace::kMostWords)
         throw std::runtime_error("the lexicons have too many words");
@@ -248,7 +266,7 @@ std::string quoted(std::string_view text) {
 std::string written(const Sense &sense) {
     return "{static_cast<Meaning>(" + std::to_string(static_cast<int>(sense.meaning)) + ")," +
            std::to_string(sense.length) + "," + std::to_string(sense.value) + "," +
-           std::to_string(sense.note) + "," + std::to_string(sense.language) + "}";
+           std::to_string(sense.note) + "," + std::to_string(sense.languages) + "}";
 }
 
 /// The first letters of a word, a byte each.
