@@ -112,6 +112,8 @@ bool Surroundings::joins(std::uint32_t i) const {
 }
 
 bool Surroundings::sentenceHas(std::uint32_t token, Meaning meaning) const {
+    if (!m_document.meanings.has(meaning))
+        return false;
     const Field &field = fieldOf(token);
     const Reader reader(m_document, field.end);
     constexpr std::uint32_t kReach = 40;
@@ -135,6 +137,8 @@ bool Surroundings::isPastVerb(const Reader &reader, std::uint32_t i) {
 }
 
 bool Surroundings::toldInPast(const Field &field, std::uint32_t token) const {
+    if (!m_document.meanings.has(Meaning::PastVerb))
+        return false;
     constexpr std::uint32_t kReach = 30;
     const Reader reader(m_document, field.end);
     const std::uint32_t low = token > field.begin + kReach ? token - kReach : field.begin;
@@ -162,6 +166,8 @@ int Surroundings::gap(TokenSpan a, TokenSpan b) {
 }
 
 bool Surroundings::speaksOfPast(std::uint32_t token) const {
+    if (!m_document.meanings.has(Meaning::PastVerb))
+        return false;
     const Field &field = fieldOf(token);
     const Reader reader(m_document, field.end);
     constexpr std::uint32_t kReach = 40;

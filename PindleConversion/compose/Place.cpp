@@ -341,9 +341,11 @@ bool PlaceFinder::heldOnline() {
     if (!m_online) {
         const auto size = static_cast<std::uint32_t>(m_document.tokens.size());
         const Reader reader(m_document, size);
+        static constexpr Meanings kOnline{Meaning::Online, Meaning::OnlineEvent};
         m_online = false;
-        for (std::uint32_t i = 0; i < std::min(size, kOnlineReach) && !*m_online; ++i)
-            m_online = reader.has(i, Meaning::Online) || reader.has(i, Meaning::OnlineEvent);
+        if (m_document.meanings.meets(kOnline))
+            for (std::uint32_t i = 0; i < std::min(size, kOnlineReach) && !*m_online; ++i)
+                m_online = reader.mayHave(i, kOnline);
     }
     return *m_online;
 }

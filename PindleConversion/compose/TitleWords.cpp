@@ -52,6 +52,8 @@ bool TitleWords::says(TokenSpan span) const {
 }
 
 bool TitleWords::contains(TokenSpan span, Meaning meaning) const {
+    if (!m_document.meanings.has(meaning))
+        return false;
     const Reader reader(m_document, span.end);
     for (std::uint32_t i = span.begin; i < span.end; ++i)
         if (reader.has(i, meaning))

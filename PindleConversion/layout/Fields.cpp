@@ -66,7 +66,7 @@ private:
         m_spoken = false;
         if (introducesQuote(reader, begin))
             ignoreLine();
-        for (std::uint32_t i = begin; i < end; ++i)
+        for (std::uint32_t i = m_document.meanings.has(Meaning::Wrote) ? begin : end; i < end; ++i)
             if (reader.has(i, Meaning::Wrote) && ignoresLine(reader, i)) {
                 ignoreLine();
                 break;

@@ -88,9 +88,12 @@ std::uint32_t afterStamp(const Reader &reader, std::uint32_t i) {
 }
 
 bool isConversation(const Document &document) {
+    constexpr std::uint32_t kFewestLines = 2;
+    if (document.lines < kFewestLines)
+        return false;
     const auto &tokens = document.tokens;
     const auto size = static_cast<std::uint32_t>(tokens.size());
-    int lines = 0;
+    std::uint32_t lines = 0;
     bool lineStart = true;
     for (std::uint32_t i = 0; i < size; ++i) {
         const Reader reader(document, size);
@@ -98,7 +101,7 @@ bool isConversation(const Document &document) {
             ++lines;
         lineStart = tokens[i].kind == TokenKind::LineBreak;
     }
-    return lines >= 2;
+    return lines >= kFewestLines;
 }
 
 } // namespace pindle::conversion

@@ -78,6 +78,8 @@ bool cutsDate(const Reader &reader, std::uint32_t lineBreak) {
 } // namespace
 
 void joinDateTiles(Document &document) {
+    if (document.lines < 2)
+        return;
     auto &tokens = document.tokens;
     const auto size = static_cast<std::uint32_t>(tokens.size());
     const Reader reader(document, size);

@@ -1,6 +1,8 @@
 #include "PindleConversion/resolve/Resolve.h"
 
 #include <algorithm>
+#include <array>
+#include <charconv>
 #include <cstdlib>
 #include <string>
 
@@ -254,11 +256,15 @@ namespace {
 
 /// Appends `value` with at least so many digits; what is below 0 has its sign first.
 void append(std::string &text, int value, std::size_t digits) {
-    const std::string number = std::to_string(std::abs(value));
+    constexpr std::size_t kMostDigits = 10;
+    std::array<char, kMostDigits> number;
+    const char *end = std::to_chars(number.data(), number.data() + number.size(),
+                                    static_cast<unsigned>(std::abs(value)))
+                          .ptr;
+    const auto size = static_cast<std::size_t>(end - number.data());
     if (value < 0)
         text += '-';
-    text.append(digits - std::min(digits, number.size()), '0');
-    text += number;
+    text.append(digits - std::min(digits, size), '0').append(number.data(), size);
 }
 
 } // namespace

@@ -68,6 +68,7 @@ public:
         m_document.senses.reserve(m_document.tokens.size());
         for (std::size_t i = 0; i < m_lines.size(); ++i)
             annotate(m_lines[i], languageOf(i));
+        m_document.lines = static_cast<std::uint32_t>(m_lines.size());
     }
 
 private:
@@ -218,8 +219,7 @@ private:
             if (token.kind == TokenKind::Word && !token.unspaced)
                 noteTail(i, language);
             token.senses = static_cast<std::uint16_t>(m_document.senses.size() - token.firstSense);
-            for (std::size_t s = token.firstSense; s < m_document.senses.size(); ++s)
-                token.meanings.add(m_document.senses[s].meaning);
+            m_document.meanings.add(token.meanings);
         }
     }
 
@@ -233,13 +233,16 @@ private:
             return (from & sense.languages) != 0;
         };
         auto &senses = m_document.senses;
-        const auto &tokens = m_document.tokens;
+        auto &tokens = m_document.tokens;
+        Meanings &meanings = tokens[i].meanings;
         const std::uint32_t next = i + 1 < tokens.size() ? tokens[i + 1].word : 0;
         // The longer ones come first.
         if (next != 0 && mayFollow(word, next))
             for (const Phrase &phrase : phrasesWith(word, next))
-                if (isRead(phrase.sense) && matches(i, phrase))
+                if (isRead(phrase.sense) && matches(i, phrase)) {
                     senses.push_back(phrase.sense);
+                    meanings.add(phrase.sense.meaning);
+                }
         // Which languages have a word is hard to foresee, for the processor as well: each sense
         // is written down, and the next one takes its place if it is not read.
         const auto single = sensesOf(word);
@@ -248,6 +251,7 @@ private:
         for (const Sense &sense : single) {
             senses[count] = sense;
             count += isRead(sense) ? 1U : 0U;
+            meanings.addIf(isRead(sense), sense.meaning);
         }
         senses.resize(count);
     }
@@ -280,7 +284,7 @@ private:
             if ((static_cast<unsigned char>(tail.front()) & 0xC0) == 0x80)
                 continue;
             const std::uint32_t word = findWord(tail);
-            if (word != 0 && noteTailSenses(lexiconWord(word), language, info, isName(i, info)))
+            if (word != 0 && noteTailSenses(i, lexiconWord(word), language, isName(i, info)))
                 return;
         }
     }
@@ -308,15 +312,15 @@ private:
     }
 
     /// `name`: the end of a name tells no kind of event.
-    bool noteTailSenses(const LexiconWord &word, LanguageId language, const LanguageInfo &info,
-                        bool name) {
+    bool noteTailSenses(std::uint32_t i, const LexiconWord &word, LanguageId language, bool name) {
+        const LanguageInfo &info = languageInfo(language);
         bool found = false;
         for (const Sense &sense : sensesOf(word)) {
-            if (!sense.isOf(language) ||
-                !info.tails[static_cast<std::size_t>(sense.meaning)] ||
+            if (!sense.isOf(language) || !info.tails[static_cast<std::size_t>(sense.meaning)] ||
                 (name && sense.meaning == Meaning::Event))
                 continue;
             m_document.senses.push_back(sense);
+            m_document.tokens[i].meanings.add(sense.meaning);
             found = true;
         }
         return found;

@@ -23,6 +23,14 @@ public:
             add(meaning);
     }
     constexpr void add(Meaning meaning) { m_bits[place(meaning)] |= bit(meaning); }
+    /// Without a branch: what is read is hard to foresee for a processor.
+    constexpr void addIf(bool read, Meaning meaning) {
+        m_bits[place(meaning)] |= read ? bit(meaning) : 0;
+    }
+    constexpr void add(const Meanings &other) {
+        for (std::size_t i = 0; i < m_bits.size(); ++i)
+            m_bits[i] |= other.m_bits[i];
+    }
     constexpr bool has(Meaning meaning) const {
         return (m_bits[place(meaning)] & bit(meaning)) != 0;
     }
@@ -117,6 +125,8 @@ struct Document {
     std::vector<Token> tokens;
     std::vector<Sense> senses;
     std::vector<Field> fields;
+    Meanings meanings;       ///< of all tokens
+    std::uint32_t lines = 0; ///< as the text was written
     bool conversation = false;
 
     std::string_view slice(const Token &token) const {
