@@ -4,6 +4,12 @@
 
 namespace pindle::conversion {
 
+namespace {
+
+constexpr std::uint32_t kLongestExpression = 16; ///< tokens
+
+} // namespace
+
 const Field &Surroundings::fieldOf(std::uint32_t token) const {
     return m_document.fields[m_document.tokens[token].field];
 }
@@ -29,7 +35,14 @@ Role Surroundings::saidRole(std::uint32_t token) const {
     if (field.label == Label::End)
         return Role::End;
     Role role = Role::None;
-    for (const RoleMention &mention : m_found.roles) {
+    // In order of appearance, as their sentences are.
+    const std::uint32_t sentence = m_document.tokens[token].sentence;
+    auto next = std::partition_point(
+        m_found.roles.begin(), m_found.roles.end(), [&](const RoleMention &mention) {
+            return m_document.tokens[mention.token].sentence < sentence;
+        });
+    for (; next != m_found.roles.end() && next->token <= token + kLongestExpression; ++next) {
+        const RoleMention &mention = *next;
         // "雨天の場合は4日に順延" tells of another day than the event's.
         if (mention.behind && standsBehind(mention.token, token))
             return role == Role::Posted ? role : mention.role;
@@ -66,7 +79,6 @@ bool Surroundings::isSecondDate(std::uint32_t from, std::uint32_t token) const {
 }
 
 bool Surroundings::standsBehind(std::uint32_t role, std::uint32_t token) const {
-    constexpr std::uint32_t kLongestExpression = 16;
     if (role <= token || role - token > kLongestExpression)
         return false;
     for (std::uint32_t i = token; i < role; ++i)

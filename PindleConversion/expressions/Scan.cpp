@@ -1,3 +1,5 @@
+#include <algorithm>
+
 #include "PindleConversion/expressions/Expression.h"
 #include "PindleConversion/expressions/Starts.h"
 
@@ -15,13 +17,20 @@ public:
             if (!field.ignored)
                 scan(field);
         if (m_found.dates.empty() && m_found.times.empty())
-            for (const Field &field : m_document.fields)
-                if (field.label == Label::Sender)
-                    scan(field);
+            scanSenders();
         return std::move(m_found);
     }
 
 private:
+    void scanSenders() {
+        for (const Field &field : m_document.fields)
+            if (field.label == Label::Sender)
+                scan(field);
+        std::stable_sort(
+            m_found.roles.begin(), m_found.roles.end(),
+            [](const RoleMention &a, const RoleMention &b) { return a.token < b.token; });
+    }
+
     void scan(const Field &field) {
         const Reader reader(m_document, field.end);
         const bool timeField = field.label == Label::Time || field.label == Label::When ||

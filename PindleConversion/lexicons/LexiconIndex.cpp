@@ -3,8 +3,6 @@
 #include <algorithm>
 #include <cstring>
 
-#include "PindleConversion/clean/Utf8.h"
-
 namespace pindle::conversion {
 
 namespace {
@@ -28,6 +26,19 @@ bool sameBytes(const char *a, const char *b, std::size_t size) {
     return word(a) == word(b) && word(a + last) == word(b + last);
 }
 
+bool isTableLetter(std::int32_t letter) {
+    return letter >= kFirstTableLetter && letter <= kLastTableLetter;
+}
+
+/// Where words that begin with the letter start, if some do.
+const LetterSlot *firstLetter(std::int32_t letter) {
+    if (!isTableLetter(letter))
+        return nullptr;
+    const auto place = static_cast<std::size_t>(letter - kFirstTableLetter);
+    const std::uint16_t slot = kTables.firstLetters[place];
+    return slot == 0 ? nullptr : &kTables.letters[slot - 1U];
+}
+
 const LetterSlot *findLetter(std::uint32_t key) {
     const auto letters = kTables.letters;
     for (std::size_t at = letterPlace(key, letters.size());; at = (at + 1) & (letters.size() - 1)) {
@@ -40,22 +51,20 @@ const LetterSlot *findLetter(std::uint32_t key) {
 
 } // namespace
 
-UnspacedWord longestUnspaced(std::string_view text, std::size_t at) {
+UnspacedWord longestUnspaced(std::string_view text, std::size_t at, CodePoint letter) {
     UnspacedWord longest;
-    std::uint32_t before = kWordBegin;
-    for (std::size_t end = at; end < text.size();) {
-        const CodePoint letter = decodeAt(text, end);
-        if (letter.value < 0 || letter.value > kLastTableLetter)
-            break;
-        const LetterSlot *slot = findLetter(letterKey(before, letter.value));
-        if (!slot)
-            break;
-        end = letter.end;
+    const LetterSlot *slot = firstLetter(letter.value);
+    while (slot) {
         if ((slot->word & kLetterWord) != 0)
-            longest = {static_cast<std::uint32_t>(end - at), slot->word};
-        if ((slot->word & kLetterGoesOn) == 0)
+            longest = {static_cast<std::uint32_t>(letter.end - at), slot->word};
+        if (slot->followers == 0 || letter.end >= text.size())
             break;
-        before = static_cast<std::uint32_t>(slot - kTables.letters.data());
+        letter = decodeAt(text, letter.end);
+        if (!isTableLetter(letter.value) ||
+            (slot->followers & followerBit(static_cast<std::uint32_t>(letter.value))) == 0)
+            break;
+        const auto before = static_cast<std::uint32_t>(slot - kTables.letters.data());
+        slot = findLetter(letterKey(before, letter.value));
     }
     return longest;
 }

@@ -5,6 +5,7 @@
 #include <span>
 #include <string_view>
 
+#include "PindleConversion/clean/Utf8.h"
 #include "PindleConversion/lexicons/Lexicon.h"
 
 namespace pindle::conversion {
@@ -56,11 +57,11 @@ inline constexpr std::uint8_t kElision = 2; ///< ends with an apostrophe: "l'"
 /// A letter of the words in scripts without spaces, behind the letters before it: such words are
 /// looked for at every letter of a text, so one step has to be short.
 struct LetterSlot {
-    std::uint32_t key;  ///< see `letterKey`; 0 for a free place
-    std::uint32_t word; ///< the word that ends here, 0 for none, with the flags below
+    std::uint64_t followers; ///< a bit for each letter behind it, see `followerBit`
+    std::uint32_t key;       ///< see `letterKey`; 0 for a free place
+    std::uint32_t word;      ///< the word that ends here, 0 for none, with the flag below
 };
-inline constexpr std::uint32_t kLetterGoesOn = 1U << 31U;        ///< a longer word starts so
-inline constexpr std::uint32_t kLetterCounter = 1U << 30U;       ///< the word has `kCounter`
+inline constexpr std::uint32_t kLetterCounter = 1U << 31U;       ///< the word has `kCounter`
 inline constexpr std::uint32_t kLetterWord = kLetterCounter - 1; ///< all bits of the word's number
 
 /// Where languages are spoken.
@@ -92,8 +93,15 @@ struct Tables {
     std::span<const SpokenZone> zones;       ///< by name
     std::span<const std::uint32_t> oneByte;  ///< the words of one ASCII letter, digit or mark
     std::span<const LetterSlot> letters;     ///< a power of two of them, at most 32,768
+    std::span<const std::uint16_t>
+        firstLetters; ///< of words: place in `letters`, see `firstLetter`
 };
 extern const Tables kTables;
+
+/// The bit of a word in `LexiconWord::followers`, or of a letter in `LetterSlot::followers`.
+inline constexpr std::uint64_t followerBit(std::uint32_t follower) {
+    return std::uint64_t{1} << (follower % 64);
+}
 
 /// Hashes a word letter by letter (FNV-1a, 32 bits).
 inline constexpr std::uint32_t kHashStart = 2166136261U;
@@ -112,8 +120,9 @@ inline constexpr std::size_t letterPlace(std::uint32_t key, std::size_t letters)
     constexpr std::uint64_t kGolden = 0x9E3779B97F4A7C15U;
     return static_cast<std::size_t>((key * kGolden) >> 40U) & (letters - 1);
 }
-inline constexpr std::uint32_t kWordBegin = 0xFFFF;      ///< stands for the place before a word
-inline constexpr std::int32_t kLastTableLetter = 0xFFFF; ///< no lexicon has a letter beyond
+inline constexpr std::uint32_t kWordBegin = 0xFFFF;       ///< stands for the place before a word
+inline constexpr std::int32_t kFirstTableLetter = 0x2E80; ///< no script without spaces is before
+inline constexpr std::int32_t kLastTableLetter = 0xFFFF;  ///< no lexicon has a letter beyond
 /// The key of `letter`, of these, behind the letters that end at place `before`.
 inline constexpr std::uint32_t letterKey(std::uint32_t before, std::int32_t letter) {
     return before << 16U | static_cast<std::uint32_t>(letter);
@@ -127,8 +136,8 @@ struct UnspacedWord {
     std::uint32_t word() const { return letter & kLetterWord; }
     bool counter() const { return (letter & kLetterCounter) != 0; }
 };
-/// Looks for it at byte `at` of a text. Steps through its letters once.
-UnspacedWord longestUnspaced(std::string_view text, std::size_t at);
+/// Looks for it at byte `at` of a text, where `letter` is. Steps through its letters once.
+UnspacedWord longestUnspaced(std::string_view text, std::size_t at, CodePoint letter);
 
 /// The number of a folded word, 0 when no lexicon has it. Constant time.
 std::uint32_t findWord(std::string_view folded, std::uint32_t hash);
@@ -147,10 +156,6 @@ inline std::span<const Sense> sensesOf(const LexiconWord &word) {
     if (word.singles <= kOwnSenses)
         return {word.senses.data(), word.singles};
     return kTables.senses.subspan(word.firstSense, word.singles);
-}
-/// The place of a word's bit in `LexiconWord::followers`.
-inline constexpr std::uint64_t followerBit(std::uint32_t word) {
-    return std::uint64_t{1} << (word % 64);
 }
 /// Some phrase of the first word may have this second one. May be wrong when it says yes.
 inline bool mayFollow(const LexiconWord &word, std::uint32_t second) {

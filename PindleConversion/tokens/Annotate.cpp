@@ -30,8 +30,8 @@ public:
         return word != 0 && (lexiconWord(word).flags & kElision) != 0;
     }
 
-    UnspacedWord longest(std::string_view text, std::size_t at) const override {
-        return longestUnspaced(text, at);
+    UnspacedWord longest(std::string_view text, std::size_t at, CodePoint letter) const override {
+        return longestUnspaced(text, at, letter);
     }
 };
 
@@ -246,6 +246,8 @@ private:
         // Which languages have a word is hard to foresee, for the processor as well: each sense
         // is written down, and the next one takes its place if it is not read.
         const auto single = sensesOf(word);
+        if (single.empty())
+            return;
         std::size_t count = senses.size();
         senses.resize(count + single.size());
         for (const Sense &sense : single) {

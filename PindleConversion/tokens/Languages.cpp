@@ -25,9 +25,9 @@ constexpr auto kShortShares = sharesOf(kShortWord);
 
 /// The bit of each language.
 constexpr auto kBits = [] {
-    std::array<std::uint32_t, kMostLanguages> bits{};
+    std::array<int, kMostLanguages> bits{};
     for (std::size_t i = 0; i < bits.size(); ++i)
-        bits[i] = 1U << i;
+        bits[i] = 1 << i;
     return bits;
 }();
 
@@ -59,8 +59,9 @@ std::uint32_t languagesOf(Script script) {
 void LanguageScores::addWord(const LexiconWord &word, std::size_t bytes) {
     // All at once is quicker than one after another: which they are is hard to foresee.
     const int gain = (bytes <= kShort ? kShortShares : kShares)[word.known];
-    for (std::size_t i = kSharedWords + 1; i < kMostLanguages; ++i)
-        m_scores[i] += (word.languages & kBits[i]) != 0 ? gain : 0;
+    const int languages = word.languages;
+    for (std::size_t i = 0; i < kMostLanguages; ++i)
+        m_scores[i] += (languages & kBits[i]) != 0 ? gain : 0;
 }
 
 void LanguageScores::addScript(Script script, int words) {

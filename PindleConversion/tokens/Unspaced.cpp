@@ -111,17 +111,18 @@ bool UnspacedCutter::isNumeral(const Numeral &numeral, const UnspacedWord &word,
     if (numeral.letters == 0 || word.bytes > numeral.end - at)
         return false;
     const bool counted =
-        numeral.end < m_text.size() && m_vocabulary.longest(m_text, numeral.end).counter();
+        numeral.end < m_text.size() &&
+        m_vocabulary.longest(m_text, numeral.end, decodeAt(m_text, numeral.end)).counter();
     return counted || (numeral.letters >= 4 && numeral.positional);
 }
 
-const UnspacedCutter::Start &UnspacedCutter::startAt(std::uint32_t at, std::int32_t letter) {
+const UnspacedCutter::Start &UnspacedCutter::startAt(std::uint32_t at, CodePoint letter) {
     if (m_start.at == at)
         return m_start;
     m_start.at = at;
-    m_start.word = m_vocabulary.longest(m_text, at);
+    m_start.word = m_vocabulary.longest(m_text, at, letter);
     m_start.counted = false;
-    if (mayBeDigit(letter)) {
+    if (mayBeDigit(letter.value)) {
         m_start.numeral = readNumeral(m_text, at);
         m_start.counted = isNumeral(m_start.numeral, m_start.word, at);
     }
@@ -130,7 +131,7 @@ const UnspacedCutter::Start &UnspacedCutter::startAt(std::uint32_t at, std::int3
 
 UnspacedPiece UnspacedCutter::cut(std::uint32_t at, CodePoint letter, Before before) {
     const Unspaced script = unspacedScript(letter.value);
-    const Start &first = startAt(at, letter.value);
+    const Start &first = startAt(at, letter);
     if (first.counted)
         return {first.numeral.end, true, 0, true, first.numeral.value, digitsOf(first.numeral)};
     const auto isSingle = [&](const Start &start) {
@@ -147,7 +148,7 @@ UnspacedPiece UnspacedCutter::cut(std::uint32_t at, CodePoint letter, Before bef
         letter = decodeAt(m_text, piece.end);
         if (unspacedScript(letter.value) != script)
             break;
-        const Start &next = startAt(piece.end, letter.value);
+        const Start &next = startAt(piece.end, letter);
         if (next.counted ||
             (next.word.bytes > 0 && mayBeWord(isSingle(next), next.word, script, Before::Unknown)))
             break;

@@ -69,7 +69,7 @@ private:
     };
     /// What starts at `at` with `letter`. Where one piece ends since the next one starts, this is
     /// asked twice.
-    const Start &startAt(std::uint32_t at, std::int32_t letter);
+    const Start &startAt(std::uint32_t at, CodePoint letter);
     bool isNumeral(const Numeral &numeral, const UnspacedWord &word, std::uint32_t at) const;
 
     std::string_view m_text;

@@ -16,8 +16,8 @@ public:
 
     /// Whether a folded word with its apostrophe ("l'") stands apart from what follows it.
     virtual bool elides(std::string_view folded) const = 0;
-    /// For scripts without spaces.
-    virtual UnspacedWord longest(std::string_view text, std::size_t at) const = 0;
+    /// For scripts without spaces, see `longestUnspaced`.
+    virtual UnspacedWord longest(std::string_view text, std::size_t at, CodePoint letter) const = 0;
 };
 
 /// The words of all lexicons.

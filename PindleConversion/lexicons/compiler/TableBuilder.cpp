@@ -25,7 +25,7 @@ public:
     bool elides(std::string_view folded) const override {
         return m_words.count(std::string(folded)) > 0;
     }
-    UnspacedWord longest(std::string_view, std::size_t) const override { return {}; }
+    UnspacedWord longest(std::string_view, std::size_t, CodePoint) const override { return {}; }
 
 private:
     const std::set<std::string> &m_words;
@@ -73,16 +73,23 @@ public:
         std::uint32_t before = kWordBegin;
         for (std::size_t at = 0; at < text.size();) {
             const CodePoint letter = decodeAt(text, at);
-            if (letter.value > kLastTableLetter)
+            if (letter.value < kFirstTableLetter || letter.value > kLastTableLetter)
                 throw std::runtime_error("a word without spaces has too rare a letter: " +
                                          std::string(text));
+            if (before != kWordBegin)
+                m_slots[before].followers |= followerBit(static_cast<std::uint32_t>(letter.value));
             before = take(letterKey(before, letter.value));
+            if (at == 0)
+                m_first[static_cast<std::size_t>(letter.value - kFirstTableLetter)] =
+                    static_cast<std::uint16_t>(before + 1);
             at = letter.end;
-            m_slots[before].word |= at < text.size() ? kLetterGoesOn : word;
+            m_slots[before].word |= at < text.size() ? 0 : word;
         }
     }
 
     const std::vector<LetterSlot> &slots() const { return m_slots; }
+    /// Of words: for each letter its place, counted from 1.
+    const std::vector<std::uint16_t> &first() const { return m_first; }
 
 private:
     std::uint32_t take(std::uint32_t key) {
@@ -94,6 +101,8 @@ private:
     }
 
     std::vector<LetterSlot> m_slots;
+    std::vector<std::uint16_t> m_first =
+        std::vector<std::uint16_t>(kLastTableLetter - kFirstTableLetter + 1, 0);
 };
 
 } // namespace
@@ -412,7 +421,11 @@ void TableBuilder::writeLetters(std::string &out) const {
         table.add(text, word);
     out += "constexpr LetterSlot kLetters[] = {\n";
     for (const LetterSlot &slot : table.slots())
-        out += "{" + std::to_string(slot.key) + "U," + std::to_string(slot.word) + "U},\n";
+        out += "{" + std::to_string(slot.followers) + "U," + std::to_string(slot.key) + "U," +
+               std::to_string(slot.word) + "U},\n";
+    out += "};\nconstexpr std::uint16_t kFirstLetters[] = {\n";
+    for (const std::uint16_t place : table.first())
+        out += std::to_string(place) + ",\n";
     out += "};\n";
 }
 
@@ -454,7 +467,8 @@ std::string TableBuilder::source() const {
     writeLetters(out);
     out += "} // namespace\n"
            "constinit const Tables kTables{kPlaces, kWords, kText, kSenses, kPhrases, "
-           "kPhraseWords, kNotes, kLanguages, kZones, kOneByte, kLetters};\n} // namespace "
+           "kPhraseWords, kNotes, kLanguages, kZones, kOneByte, kLetters, "
+           "kFirstLetters};\n} // namespace "
            "pindle::conversion\n";
     return out;
 }
