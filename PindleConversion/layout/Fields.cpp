@@ -128,8 +128,6 @@ private:
     }
 
     bool isCellBreak(const Reader &reader, std::uint32_t i) const {
-        if (reader.token(i).kind != TokenKind::Symbol)
-            return false;
         return reader.symbol(i, '|') || reader.symbol(i, '\t') || reader.symbol(i, 0x2022) ||
                isDoubleSlash(reader, i) || (m_separator != 0 && reader.symbol(i, m_separator));
     }
@@ -173,7 +171,8 @@ private:
         bool quoted = false;
         for (std::uint32_t i = begin; i <= end;) {
             quoted = quoted != (m_separator != 0 && reader.symbol(i, '"'));
-            if (i < end && (quoted || !isCellBreak(reader, i))) {
+            if (i < end && (m_document.tokens[i].kind != TokenKind::Symbol || quoted ||
+                            !isCellBreak(reader, i))) {
                 ++i;
                 continue;
             }
@@ -271,6 +270,16 @@ private:
                !reader.has(i - 1, Meaning::Abbreviation) && !reader.has(i - 1, Meaning::Person);
     }
 
+    /// Whether a label may start at `token`, behind `before`. Most words are none.
+    static bool mayStartLabel(const Token &before, const Token &token) {
+        const bool mark =
+            token.kind == TokenKind::Symbol || (token.unspaced && before.kind == TokenKind::Symbol);
+        const bool name =
+            token.spaceBefore && (token.capital || before.symbol == ';' || before.symbol == ',');
+        // "OUT OF OFFICE: ..." names no place.
+        return (mark || name) && (token.unspaced || !before.meanings.has(Meaning::Of));
+    }
+
     /// One cell, cut where labels start.
     void fieldsOf(std::uint32_t begin, std::uint32_t end, Label label) {
         const Reader reader(m_document, end);
@@ -288,23 +297,11 @@ private:
                 from = ++i;
                 continue;
             }
-            // Most words stand behind another, in lower case.
-            if (!start && reader.word(i) && !reader.token(i).capital &&
-                reader.token(i - 1).kind == TokenKind::Word) {
+            if (!start && !mayStartLabel(m_document.tokens[i - 1], m_document.tokens[i])) {
                 ++i;
                 continue;
             }
-            const bool behindMark =
-                reader.token(i).unspaced && !start && reader.token(i - 1).kind == TokenKind::Symbol;
-            const bool mayStart = start || behindMark ||
-                                  (reader.token(i).spaceBefore &&
-                                   (reader.token(i).capital || reader.symbol(i - 1, ';') ||
-                                    reader.symbol(i - 1, ','))) ||
-                                  reader.token(i).kind == TokenKind::Symbol;
-            // "OUT OF OFFICE: ..." names no place.
-            const bool goesOn =
-                !start && reader.has(i - 1, Meaning::Of) && !reader.token(i).unspaced;
-            const LabelMatch match = mayStart && !goesOn ? labelAt(reader, i, start) : LabelMatch{};
+            const LabelMatch match = labelAt(reader, i, start);
             // "Under 13 A: ..." heads no mail, "talks in the Reading Room:" above a list names one.
             const bool name = match.label == Label::Place && !start && match.content == end &&
                               reader.word(i - 1) && reader.token(i - 1).upper() &&

@@ -48,8 +48,6 @@ bool isStreetEnd(const Reader &reader, std::uint32_t begin, std::uint32_t i) {
 }
 
 bool endsSentence(const Reader &reader, std::uint32_t begin, std::uint32_t i) {
-    if (reader.token(i).kind != TokenKind::Symbol)
-        return false;
     if (reader.symbol(i, '!') || reader.symbol(i, '?') || reader.symbol(i, kIdeographicStop))
         return true;
     if (!reader.symbol(i, '.') || reader.glued(i + 1) || i == begin)
@@ -100,7 +98,8 @@ void numberSentences(Document &document) {
         for (std::uint32_t i = field.begin; i < field.end; ++i) {
             document.tokens[i].sentence = sentence;
             document.tokens[i].field = f;
-            if (endsSentence(reader, field.begin, i))
+            if (document.tokens[i].kind == TokenKind::Symbol &&
+                endsSentence(reader, field.begin, i))
                 ++sentence;
         }
     }

@@ -226,8 +226,9 @@ private:
     void noteSenses(std::uint32_t i, const LexiconWord &word, LanguageId language) {
         const std::uint32_t own = 1U << language | 1U << kSharedWords;
         const bool ownWord = (word.languages >> language & 1U) != 0;
-        const std::uint32_t read = ownWord ? own : own | m_active;
-        const std::uint32_t lent = ownWord ? 0 : 1U << m_english;
+        const std::uint32_t foreign = 0U - static_cast<std::uint32_t>(!ownWord); // no branch
+        const std::uint32_t read = own | (m_active & foreign);
+        const std::uint32_t lent = 1U << m_english & foreign;
         const auto isRead = [&](const Sense &sense) {
             const std::uint32_t from = read | (kContent.has(sense.meaning) ? lent : 0);
             return (from & sense.languages) != 0;

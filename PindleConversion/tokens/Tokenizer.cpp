@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cstring>
 
 #include <unicode/uchar.h>
 
@@ -80,7 +81,7 @@ char32_t plainSymbol(UChar32 c) {
 }
 
 /// What every byte of a text is asked, answered by a table: the loops that ask are the busiest.
-enum Trait : std::uint8_t { kBlank = 1, kOfAddress = 2, kAsciiLetter = 4 };
+enum Trait : std::uint8_t { kBlank = 1, kOfAddress = 2, kAsciiLetter = 4, kForeign = 8 };
 constexpr auto kTraits = [] {
     std::array<std::uint8_t, 256> traits{};
     for (const char c : {' ', '\t', '\n'})
@@ -90,6 +91,8 @@ constexpr auto kTraits = [] {
     for (char c = 'a'; c <= 'z'; ++c)
         traits[static_cast<unsigned char>(c)] = traits[static_cast<unsigned char>(c - 'a' + 'A')] =
             kAsciiLetter;
+    for (std::size_t byte = 0x80; byte < traits.size(); ++byte)
+        traits[byte] = kForeign;
     return traits;
 }();
 std::uint8_t traitsOf(char c) {
@@ -196,6 +199,17 @@ void foldInto(std::string &out, std::string_view word) {
     }
 }
 
+/// Behind the byte at `at`, and maybe more; none of them is of ASCII. Scripts without spaces make
+/// long runs of such bytes.
+std::uint32_t behindForeign(std::string_view text, std::uint32_t at) {
+    constexpr std::uint64_t kHighBits = 0x8080808080808080U;
+    std::uint64_t bytes = 0;
+    if (at + sizeof bytes > text.size())
+        return at + 1;
+    std::memcpy(&bytes, text.data() + at, sizeof bytes);
+    return at + ((bytes & kHighBits) == kHighBits ? std::uint32_t{sizeof bytes} : 1U);
+}
+
 class Cutter {
 public:
     Cutter(std::string_view text, const Vocabulary &vocabulary)
@@ -251,11 +265,12 @@ private:
     /// At the first byte after a blank: looks once for an address in what follows.
     void enterRun() {
         unsigned seen = 0;
-        for (m_runEnd = m_at; m_runEnd < m_text.size(); ++m_runEnd) {
+        for (m_runEnd = m_at; m_runEnd < m_text.size();) {
             const unsigned traits = traitsOf(m_text[m_runEnd]);
             if (traits == kBlank)
                 break;
             seen |= traits;
+            m_runEnd = traits == kForeign ? behindForeign(m_text, m_runEnd) : m_runEnd + 1;
         }
         const bool special = (seen & kOfAddress) != 0 ||
                              m_text.substr(behindBrackets(m_text, m_at)).starts_with("www.");
