@@ -116,9 +116,7 @@ bool UnspacedCutter::isNumeral(const Numeral &numeral, const UnspacedWord &word,
     return counted || (numeral.letters >= 4 && numeral.positional);
 }
 
-const UnspacedCutter::Start &UnspacedCutter::startAt(std::uint32_t at, CodePoint letter) {
-    if (m_start.at == at)
-        return m_start;
+void UnspacedCutter::readStart(std::uint32_t at, CodePoint letter) {
     m_start.at = at;
     m_start.word = m_vocabulary.longest(m_text, at, letter);
     m_start.counted = false;
@@ -126,7 +124,6 @@ const UnspacedCutter::Start &UnspacedCutter::startAt(std::uint32_t at, CodePoint
         m_start.numeral = readNumeral(m_text, at);
         m_start.counted = isNumeral(m_start.numeral, m_start.word, at);
     }
-    return m_start;
 }
 
 UnspacedPiece UnspacedCutter::cut(std::uint32_t at, CodePoint letter, Before before) {

@@ -69,7 +69,12 @@ private:
     };
     /// What starts at `at` with `letter`. Where one piece ends since the next one starts, this is
     /// asked twice.
-    const Start &startAt(std::uint32_t at, CodePoint letter);
+    const Start &startAt(std::uint32_t at, CodePoint letter) {
+        if (m_start.at != at)
+            readStart(at, letter);
+        return m_start;
+    }
+    void readStart(std::uint32_t at, CodePoint letter);
     bool isNumeral(const Numeral &numeral, const UnspacedWord &word, std::uint32_t at) const;
 
     std::string_view m_text;
