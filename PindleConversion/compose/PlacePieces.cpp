@@ -155,7 +155,7 @@ bool PlaceFinder::isBreak(const Reader &reader, std::uint32_t i) const {
     return reader.symbol(i, ',') || reader.symbol(i, ';') || reader.symbol(i, '(') ||
            reader.symbol(i, ')') || reader.symbol(i, ':') || reader.symbol(i, '!') ||
            reader.symbol(i, '?') || reader.symbol(i, kIdeographicStop) ||
-           (reader.symbol(i, '-') && !reader.glued(i)) ||
+           (reader.symbol(i, '-') && !reader.glued(i)) || reader.symbol(i, '*') ||
            (reader.symbol(i, '/') && !reader.glued(i) && !reader.glued(i + 1)) ||
            (reader.symbol(i, '.') && i + 1 < m_document.tokens.size() &&
             token(i + 1).sentence != token(i).sentence);

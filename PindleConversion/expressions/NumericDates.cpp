@@ -164,6 +164,13 @@ bool isHouseNumber(const Reader &reader, std::uint32_t i) {
     if (i > 1 && reader.symbol(i - 1, '.') && reader.document().tokens[i - 2].capital &&
         reader.document().tokens[i - 2].word == 0)
         return true;
+    // "Kwiatowa 8/14": no day where the month stands second.
+    constexpr std::uint32_t kMonths = 12;
+    if (i > 0 && reader.number(i + 2, kMonths + 1, 999) && reader.number(i, 1, kMonths) &&
+        reader.language(i).dayOrder == DayOrder::DayFirst &&
+        reader.document().tokens[i - 1].word == 0 && reader.document().tokens[i - 1].upper() &&
+        !reader.symbol(i + 3, '/'))
+        return true;
     for (std::uint32_t k = 1; k <= std::min(kLongestStreet, i); ++k) {
         const Token &before = reader.document().tokens[i - k];
         if (reader.has(i - k, Meaning::StreetWord))

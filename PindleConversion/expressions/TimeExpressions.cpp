@@ -34,6 +34,11 @@ bool isShouted(const Reader &reader, std::uint32_t i) {
            !reader.has(i, Meaning::PlaceNoun) && !reader.has(i, Meaning::StreetWord);
 }
 
+/// "20.00 *** community centre": a row of stars parts what stands beside it.
+bool isStarred(const Reader &reader, std::uint32_t i) {
+    return !reader.glued(i) && reader.symbol(i + 1, '*') && reader.glued(i + 1);
+}
+
 /// What may follow a number that only its place makes a time.
 bool mayFollowBare(const Reader &reader, std::uint32_t i, bool marked) {
     const Token *token = reader.at(i);
@@ -51,7 +56,7 @@ bool mayFollowBare(const Reader &reader, std::uint32_t i, bool marked) {
                  (token->symbol == '-' || token->symbol == '/' || token->symbol == '%' ||
                   token->symbol == '+' || token->symbol == '\'' || token->symbol == '"' ||
                   token->symbol == '=' || token->symbol == '_')) &&
-               token->symbol != '*' && token->symbol != '=';
+               (token->symbol != '*' || isStarred(reader, i)) && token->symbol != '=';
     if (token->kind == TokenKind::Link)
         return true;
     // "3/6 17-22 3/7 10-15"
@@ -265,6 +270,26 @@ bool isHourBehindDay(const Reader &reader, std::uint32_t next, const ClockSpec &
            reader.has(next, Meaning::HourMark) && reader.language(next).clock24;
 }
 
+/// "venerdì 9 aprile alle 17 tramite il portale": behind a day and a word that announces a time, so
+/// late an hour is one wherever hours are counted on.
+bool isLateHour(const Reader &reader, std::uint32_t next, const ClockSpec &start) {
+    constexpr int kNoon = 12;
+    constexpr std::uint32_t kLongest = 3; ///< the announcing words
+    if (start.hour <= kNoon || !start.clock24 || !reader.word(next) || reader.glued(next) ||
+        reader.token(next).capital)
+        return false;
+    static constexpr Meanings kCounted{Meaning::UnitWord, Meaning::Measure, Meaning::Month,
+                                       Meaning::Counter, Meaning::Number};
+    const std::uint32_t number = next - 1;
+    if (reader.mayHave(next, kCounted) || number <= kLongest)
+        return false;
+    for (std::uint32_t length = 1; length < kLongest; ++length)
+        if (const Sense *marker = reader.sense(number - length, Meaning::TimeMarker);
+            marker && marker->length == length)
+            return reader.document().tokens[number - length - 1].used;
+    return false;
+}
+
 bool isAccepted(const Reader &reader, const TimeMention &mention, std::uint32_t next, bool marked,
                 bool afterDate) {
     const ClockSpec &start = mention.start;
@@ -314,7 +339,8 @@ bool isAccepted(const Reader &reader, const TimeMention &mention, std::uint32_t 
     }
     const bool written = marked && start.minuteGiven && reader.word(next) && !reader.glued(next) &&
                          !reader.has(next, Meaning::UnitWord) && reader.language(next).clock24;
-    return written || ((marked || afterDate) && mayFollowBare(reader, next, marked));
+    return written || ((marked || afterDate) && mayFollowBare(reader, next, marked)) ||
+           (marked && isLateHour(reader, next, start));
 }
 
 } // namespace
