@@ -199,6 +199,16 @@ void PlaceFinder::offerBehindWeak(const Reader &reader, std::uint32_t i, const S
               (known ? (unnamed ? 32 : 38) : 24) - headingPenalty(i) + addressBonus(name), i);
 }
 
+namespace {
+
+/// "Pensez à votre carte": a verb and its particle call for something.
+bool opensSentence(const Reader &reader, std::uint32_t i) {
+    return i > 0 && reader.token(i).upper() && !reader.word(i - 1) &&
+           !reader.document().sameSentence(i - 1, i);
+}
+
+} // namespace
+
 bool PlaceFinder::endsPhrase(const Reader &reader, std::uint32_t i) {
     constexpr std::uint32_t kPhraseReach = 8;
     const auto ends = [&](Meaning meaning, std::uint32_t back) {
@@ -213,7 +223,8 @@ bool PlaceFinder::endsPhrase(const Reader &reader, std::uint32_t i) {
         // "mestrado em Geografia"
         // and "pot de départ de Gérard".
         if (ends(Meaning::Chatter, back) || ends(Meaning::AsideLead, back) ||
-            covers(Meaning::Event, back) || (back > 2 && ends(Meaning::TitleLead, back)))
+            covers(Meaning::Event, back) || (back > 2 && ends(Meaning::TitleLead, back)) ||
+            (back == 1 && ends(Meaning::TitleLead, back) && opensSentence(reader, i - back)))
             return true;
     return false;
 }

@@ -384,6 +384,15 @@ bool PlaceFinder::opensWithPlace(const Reader &reader, TokenSpan part) const {
            !reader.has(last, Meaning::Event) && event->length == 1;
 }
 
+bool PlaceFinder::isKindAlone(TokenSpan place) const {
+    const Reader reader(m_document, place.end);
+    return !place.empty() && isPlaceNoun(reader, place.end - 1) &&
+           std::all_of(m_document.tokens.begin() + place.begin,
+                       m_document.tokens.begin() + place.end, [](const Token &each) {
+                           return each.kind == TokenKind::Word && each.word != 0 && !each.unspaced;
+                       });
+}
+
 void PlaceFinder::offerPart(const Reader &reader, const Field &field, TokenSpan part,
                             const Shape &shape) {
     const auto [begin, end] = part;
@@ -417,6 +426,13 @@ void PlaceFinder::offerPart(const Reader &reader, const Field &field, TokenSpan 
     if (isSignedBy(reader, field, part))
         return;
     int score = known ? 34 : 22;
+    // "in our gallery – Saturday 15 May, 22 Long St": the street says more than a kind of place.
+    constexpr int kExact = 30;
+    const bool behindMoment = begin > 1 && (token(begin - 1).used || token(begin - 2).used);
+    if (address && behindMoment && isKindAlone(m_best) && shapeOf({begin, whole}).street &&
+        std::any_of(m_document.tokens.begin() + begin, m_document.tokens.begin() + whole,
+                    [](const Token &each) { return each.kind == TokenKind::Number; }))
+        score += kExact;
     // "Maison communale de Rixentaert" right below the date.
     if (known && nextLine && begin == field.begin && whole == field.end && token(begin).upper())
         score += kOwnLine;

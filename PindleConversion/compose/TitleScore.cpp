@@ -130,8 +130,11 @@ int TitleScore::openingPenalties(const Reader &reader, const TitleCandidate &can
     if (named && named->length > chatter->length)
         chatter = nullptr;
     // "Please join us for a luncheon" invites.
-    const bool invites =
-        chatter && lead && lead->length > chatter->length && trimmed.begin >= begin + lead->length;
+    // and "Don't forget: essay due on Friday" names the event behind the colon.
+    const bool calls = chatter && reader.symbol(begin + chatter->length, ':') &&
+                       trimmed.begin > begin + chatter->length;
+    const bool invites = calls || (chatter && lead && lead->length > chatter->length &&
+                                   trimmed.begin >= begin + lead->length);
     // "Für die Besichtigung ..." names the event behind its lead.
     // "Free outdoor movie" names it as well.
     const bool led = (lead && trimmed.begin > begin && reader.has(trimmed.begin, Meaning::Event)) ||
