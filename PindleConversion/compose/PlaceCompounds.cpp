@@ -165,6 +165,13 @@ bool PlaceFinder::isSeat(const Reader &reader, std::uint32_t i) {
             (next.upper() && next.end - next.begin == 1));
 }
 
+bool PlaceFinder::namesSeat(const Reader &reader, TokenSpan part) {
+    for (std::uint32_t i = part.begin; i < part.end; ++i)
+        if (isSeat(reader, i))
+            return true;
+    return false;
+}
+
 void PlaceFinder::before(const Reader &reader, const Field &field, std::uint32_t i) {
     std::uint32_t begin = openedBefore(field, i);
     while (begin > field.begin && i - begin < kLongestName && joinsBefore(reader, begin - 1, i))
@@ -259,6 +266,15 @@ void PlaceFinder::sender(const Reader &reader, std::uint32_t open) {
     if (reader.symbol(close, ']') && token(open + 1).unspaced && isPlaceNoun(reader, close - 1) &&
         !token(open + 1).used)
         offer({open + 1, close}, kSender, open);
+}
+
+bool PlaceFinder::isKindAlone(TokenSpan place) const {
+    const Reader reader(m_document, place.end);
+    return !place.empty() && isPlaceNoun(reader, place.end - 1) &&
+           std::all_of(m_document.tokens.begin() + place.begin,
+                       m_document.tokens.begin() + place.end, [](const Token &each) {
+                           return each.kind == TokenKind::Word && each.word != 0 && !each.unspaced;
+                       });
 }
 
 bool PlaceFinder::isHouse(const Reader &reader, TokenSpan part) {

@@ -156,6 +156,8 @@ private:
     static bool isSeat(const Reader &reader, std::uint32_t i);
     /// "Row F Seat 9"
     static bool namesSeat(const Reader &reader, TokenSpan part);
+    /// "our gallery": a kind of place without a name.
+    bool isKindAlone(TokenSpan place) const;
     /// "Kwiatowa 8/14": a name with house and flat.
     static bool isHouse(const Reader &reader, TokenSpan part);
     /// "2-persoonskamer": a kind of room, not a room.
@@ -234,8 +236,6 @@ private:
     static bool isTradeOfPlace(const Reader &reader, TokenSpan part);
     /// "place du Marché" is no market.
     bool opensWithPlace(const Reader &reader, TokenSpan part) const;
-    /// "our gallery": a kind of place without a name.
-    bool isKindAlone(TokenSpan place) const;
     /// Offers a part that has words of its own kind, or the form of a name where one belongs.
     void offerPart(const Reader &reader, const Field &field, TokenSpan part, const Shape &shape);
     /// "The Front Office" above its telephone number, some lines below the date: who writes.

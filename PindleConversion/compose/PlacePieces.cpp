@@ -361,13 +361,6 @@ bool PlaceFinder::isTradeOfPlace(const Reader &reader, TokenSpan part) {
     return true;
 }
 
-bool PlaceFinder::namesSeat(const Reader &reader, TokenSpan part) {
-    for (std::uint32_t i = part.begin; i < part.end; ++i)
-        if (isSeat(reader, i))
-            return true;
-    return false;
-}
-
 bool PlaceFinder::opensWithPlace(const Reader &reader, TokenSpan part) const {
     const std::uint32_t begin = part.begin;
     if (isKindOfPlace(reader, part) || isNamedKind(reader, part))
@@ -382,15 +375,6 @@ bool PlaceFinder::opensWithPlace(const Reader &reader, TokenSpan part) const {
     const std::uint32_t last = part.end - (reader.symbol(part.end - 1, '.') ? 2 : 1);
     return token(begin).upper() && begin < last && token(last).upper() &&
            !reader.has(last, Meaning::Event) && event->length == 1;
-}
-
-bool PlaceFinder::isKindAlone(TokenSpan place) const {
-    const Reader reader(m_document, place.end);
-    return !place.empty() && isPlaceNoun(reader, place.end - 1) &&
-           std::all_of(m_document.tokens.begin() + place.begin,
-                       m_document.tokens.begin() + place.end, [](const Token &each) {
-                           return each.kind == TokenKind::Word && each.word != 0 && !each.unspaced;
-                       });
 }
 
 void PlaceFinder::offerPart(const Reader &reader, const Field &field, TokenSpan part,
