@@ -74,6 +74,8 @@ bool Chooser::isBareWeekday(const DateMention &mention) {
 }
 
 bool Chooser::isTurnedDown(const Dated &dated) const {
+    if (m_dates.size() < 2)
+        return false;
     const std::uint32_t at = dated.mention->span.begin;
     return std::any_of(m_found.roles.begin(), m_found.roles.end(), [&](const RoleMention &role) {
         return role.role == Role::MovedFrom && role.token > at &&

@@ -33,7 +33,7 @@ std::vector<TokenSpan> TitleParts::partsOf(TokenSpan run) const {
     std::uint32_t begin = run.begin;
     std::uint32_t quoted = 0; ///< where a name in quotes ends
     for (std::uint32_t i = run.begin; i < run.end; ++i) {
-        if (i >= quoted)
+        if (token(i).symbol == '"' && i >= quoted && (wide || greeting))
             quoted = quoteEnd(reader, i);
         const bool hard = isHardBreak(reader, i);
         const bool soft = (wide || greeting) && i >= quoted && isSoftBreak(reader, i) &&
@@ -67,8 +67,6 @@ std::vector<TokenSpan> TitleParts::partsOf(TokenSpan run) const {
 
 std::uint32_t TitleParts::quoteEnd(const Reader &reader, std::uint32_t open) const {
     constexpr std::uint32_t kLongest = 16;
-    if (token(open).symbol != '"')
-        return 0;
     for (std::uint32_t i = open + 1; i < open + kLongest && reader.at(i); ++i)
         if (token(i).symbol == '"')
             return mayExceed({open, i}, kWidest) ? 0 : i;

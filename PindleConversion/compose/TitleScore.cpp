@@ -244,7 +244,8 @@ int TitleScore::wordPenalties(const Reader &reader, const TitleCandidate &candid
         token(trimmed.begin).end - token(trimmed.begin).begin <= kLongestKind &&
         candidate.field.line != m_document.fields[token(m_choice.anchor()).field].line)
         score -= kCount;
-    if (isOneOfSeveral(reader, trimmed) || isNumberedPlace(trimmed) ||
+    if (isOneOfSeveral(reader, trimmed) ||
+        (token(trimmed.end - 1).kind == TokenKind::Number && isNumberedPlace(trimmed)) ||
         isNextOne(candidate.part, trimmed))
         score -= kNumbered;
     if (isReference(reader, trimmed))

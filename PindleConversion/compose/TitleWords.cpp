@@ -253,16 +253,17 @@ bool TitleWords::isOneOfSeveral(const Reader &reader, TokenSpan trimmed) const {
 }
 
 bool TitleWords::isNextOne(TokenSpan part, TokenSpan trimmed) const {
-    const Reader reader(m_document, part.end);
-    const Sense *event = reader.sense(trimmed.begin, Meaning::Event);
-    return event && trimmed.begin + event->length == trimmed.end &&
-           trimmed.begin == part.begin + 1 && part.begin > 0 && token(part.begin).upper() &&
-           (reader.has(part.begin, Meaning::Next) || reader.has(part.begin, Meaning::Number));
+    static constexpr Meanings kOne{Meaning::Next, Meaning::Number};
+    if (trimmed.begin != part.begin + 1 || part.begin == 0 || !token(part.begin).upper() ||
+        !token(part.begin).meanings.meets(kOne))
+        return false;
+    const Sense *event = Reader(m_document, part.end).sense(trimmed.begin, Meaning::Event);
+    return event && trimmed.begin + event->length == trimmed.end;
 }
 
 bool TitleWords::isNumberedPlace(TokenSpan trimmed) const {
     const std::uint32_t last = trimmed.end - 1;
-    if (token(last).kind != TokenKind::Number || last == trimmed.begin)
+    if (last == trimmed.begin)
         return false;
     const Reader reader(m_document, trimmed.end);
     const Sense *place = reader.sense(trimmed.begin, Meaning::PlaceNoun);

@@ -68,7 +68,7 @@ public:
     bool isDetail(const Reader &reader, TokenSpan trimmed) const;
     /// "Next session", "One screening only" below a heading: what there is one of.
     bool isNextOne(TokenSpan part, TokenSpan trimmed) const;
-    /// "Gate 6", "Row K / Seat 22"
+    /// "Gate 6", "Row K / Seat 22": `trimmed` ends with a number.
     bool isNumberedPlace(TokenSpan trimmed) const;
     /// "Microsoft Teams meeting", "Zoom call": how one meets, not what for.
     bool isOnlyOnline(TokenSpan trimmed) const;

@@ -62,16 +62,17 @@ bool cutsDate(const Reader &reader, std::uint32_t lineBreak) {
     static constexpr Meanings kLead{Meaning::DateMarker, Meaning::This, Meaning::Next,
                                     Meaning::The};
     const std::uint32_t next = lineBreak + 1;
-    if (lineBreak < 3)
+    const bool month = reader.has(next, Meaning::Month);
+    if (lineBreak < 3 || !(month || reader.number(next, 1, 31)))
         return false;
     std::uint32_t last = lineBreak - 1;
     const bool mark = reader.symbol(last, ',') || reader.symbol(last, '.');
     last -= mark ? 1U : 0U;
     if (reader.mayHave(last, kDay))
-        return reader.number(next, 1, 31) && reader.mayHave(last - 1, kLead) &&
+        return !month && reader.mayHave(last - 1, kLead) &&
                (reader.has(next + 1, Meaning::Month) ||
                 (reader.has(next + 1, Meaning::OrdinalMark) && reader.glued(next + 1)));
-    return !mark && reader.has(next, Meaning::Month) && reader.number(last, 1, 31) &&
+    return month && !mark && reader.number(last, 1, 31) &&
            (reader.mayHave(last - 1, kLead) || reader.mayHave(last - 1, kDay));
 }
 
