@@ -153,6 +153,11 @@ TokenSpan titleWithPlace(const Document &document, const Choice &choice, TokenSp
     if (title.empty() || isLabel(document, title))
         return place;
     const Reader reader(document, title.end);
+    // "Check in Friday 3pm, check out Sunday. The Old Mill"
+    if (const Sense *role = reader.sense(title.begin, Meaning::RoleWord);
+        role && role->value == static_cast<int>(Role::Collect) &&
+        title.begin + role->length == title.end)
+        return place;
     const Sense *general = reader.sense(title.begin, Meaning::GeneralEvent);
     const bool follows = place.begin >= title.end && place.begin <= title.end + kLongestJoint &&
                          document.sameSentence(title.begin, place.begin);
