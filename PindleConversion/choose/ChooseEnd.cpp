@@ -50,6 +50,14 @@ const TimeMention *Chooser::timeBeside(const Dated &dated) const {
     return best;
 }
 
+Day Chooser::behindStart(const Dated &dated) const {
+    if (dated.date.first > m_choice.start || !isBareWeekday(*dated.mention))
+        return dated.date.first;
+    Reference from = m_reference;
+    from.today = m_choice.start;
+    return resolveDate(*dated.mention, from).value_or(dated.date).first;
+}
+
 bool Chooser::endOnLaterDay() {
     constexpr auto kLongest = std::chrono::days(100);
     if (m_date < 0 || m_choice.last || m_choice.endMinute)
@@ -63,14 +71,16 @@ bool Chooser::endOnLaterDay() {
             m_choice.endSpan = dated.mention->span;
             return true;
         }
-        if (at < m_choice.dateSpan.end || dated.date.first <= m_choice.start ||
-            dated.date.first > m_choice.start + kLongest ||
+        if (at < m_choice.dateSpan.end)
+            continue;
+        const Day day = behindStart(dated);
+        if (day <= m_choice.start || day > m_choice.start + kLongest ||
             !(stay || tellsEnd(at) || isDayOfEnd(dated)))
             continue;
         const TimeMention *time = timeBeside(dated);
         if (!time && isOpenUntil(dated))
             continue;
-        m_choice.last = dated.date.first;
+        m_choice.last = day;
         m_choice.endSpan = dated.mention->span;
         if (time && m_choice.startMinute) {
             m_choice.endMinute = resolveTime(*time, contextOf(*time)).start;
@@ -284,7 +294,7 @@ void Chooser::endFromLength() {
 }
 
 void Chooser::lengthInDays() {
-    if (m_choice.startMinute || m_choice.last || m_date < 0)
+    if (m_choice.last || m_date < 0)
         return;
     for (const DurationMention &length : m_found.durations) {
         if (length.days < 2 || !m_document.sameSentence(length.span.begin, m_choice.anchor()))

@@ -212,6 +212,8 @@ private:
     bool endOnLaterDay();
     /// "Regatta 9-10 May. Racing starts 10am Sat": the range's last day ends it.
     bool endOfNamedRange();
+    /// "to Leeds Tuesday, back Thursday", said on a Wednesday: the Thursday behind that Tuesday.
+    Day behindStart(const Dated &dated) const;
     /// "arrival 05:50 (Saturday)": the day in brackets is the end's.
     bool isDayOfEnd(const Dated &dated) const;
     /// The next line, or the next cell of the same one.

@@ -123,6 +123,12 @@ TokenSpan TitleParts::trimBack(TokenSpan span) const {
         if (const Sense *kind = reader.sense(last - (last > span.begin ? 1U : 0U), meaning);
             kind && kind->length == 2)
             return span;
+    // and so is "Drop-in".
+    const Sense *joined = last > span.begin + 1 && reader.symbol(last - 1, '-')
+                              ? reader.sense(last - 2, Meaning::Event)
+                              : nullptr;
+    if (joined && joined->length == 3)
+        return span;
     const std::uint32_t low =
         span.end > span.begin + kLongestTail ? span.end - kLongestTail : span.begin;
     for (std::uint32_t i = low; i < span.end; ++i) {

@@ -244,7 +244,8 @@ std::optional<DurationMention> readDuration(const Reader &reader, std::uint32_t 
     if (!marked && !listed && !bracket && !part->hyphen && !told)
         return std::nullopt;
     if ((reader.has(part->next, Meaning::NoDuration) && !part->nights && !opens) ||
-        (part->days > 0 && !marked && !part->nights))
+        (part->days > 0 && !marked && !part->nights &&
+         !(part->hyphen && reader.has(part->next, Meaning::Event))))
         return std::nullopt;
     if (isOfOther(reader, i))
         return std::nullopt;
