@@ -2,7 +2,8 @@
 
 usage: conversion.py FOLDER PEER [--brief] [--cases FILE...]
        FOLDER holds the built programs, PEER the installed module or nothing; --brief tries it out
-       with a tenth of the samples; with --cases only how right the answers on these files are
+       with a tenth of the samples; with --cases only how right the answers on these files are, and
+       how fast they come
 """
 
 import argparse
@@ -175,7 +176,8 @@ def fastest(runs):
     return max(runs, key=lambda each: each["perSecond"]) if all(runs) else None
 
 
-def speed_table(bench, peer, files, long_texts, few):
+def pace(bench, peer, files, few):
+    """Pindle's fastest run over the cases of the files, the peer's, and rows that tell both."""
     # In turns, so that both meet the same machine.
     runs = [
         (json.loads(run(bench, "cases", max(3, ROUNDS // few), *files)),
@@ -183,18 +185,31 @@ def speed_table(bench, peer, files, long_texts, few):
         for _ in range(TURNS)
     ]
     cases, other = fastest([each[0] for each in runs]), fastest([each[1] for each in runs])
+    def of_peer(share_of_samples):
+        return percentile(other["samples"], share_of_samples) if other else None
+    rows = [
+        figure(f"texts per second, fastest of {TURNS} runs", cases["perSecond"], 50_000,
+               other and other["perSecond"], True),
+        figure("a text, median, µs", percentile(cases["samples"], 0.5), 20, of_peer(0.5)),
+        figure("a text, p95, µs", percentile(cases["samples"], 0.95), None, of_peer(0.95)),
+    ]
+    return cases, other, rows
+
+
+def speed_markdown(rows, other):
+    note = "" if other else "\n\nchrono-node: " + NOT_MEASURED[0].lower() + NOT_MEASURED[1:]
+    return markdown(["speed, one core", "Pindle", "goal", "", "chrono-node"], rows) + note
+
+
+def speed_table(bench, peer, files, long_texts, few):
+    cases, other, rows = pace(bench, peer, files, few)
     starts = [json.loads(run(bench, "first")) for _ in range(max(3, STARTS // few))]
     other_starts = [peer.ask("first") for _ in range(max(3, STARTS // few))] if other else []
     def late(samples):
         return percentile([sample["first"] - sample["warm"] for sample in samples], 0.5) / 1e3
-    def of_peer(share_of_samples):
-        return percentile(other["samples"], share_of_samples) if other else None
     tables = table_bytes(bench)
     heap = max(start["heap"] for start in starts)
-    rows = [
-        figure(f"texts per second, fastest of {TURNS} runs", cases["perSecond"], 50_000, other and other["perSecond"], True),
-        figure("a text, median, µs", percentile(cases["samples"], 0.5), 20, of_peer(0.5)),
-        figure("a text, p95, µs", percentile(cases["samples"], 0.95), None, of_peer(0.95)),
+    rows += [
         figure("1 MB of prose, MB/s", LONG / long_texts[0]["times"][str(LONG)], 20,
                peer_prose(bench, peer), True),
         figure("20,000 characters of prose, ms", long_texts[0]["highlight"] / 1e3),
@@ -206,8 +221,7 @@ def speed_table(bench, peer, files, long_texts, few):
         figure("memory of the process after all texts, RSS, MB", cases["memory"] * 1024 / 1e6, None,
                other and other["memory"] * 1024 / 1e6),
     ]
-    note = "" if other else "\n\nchrono-node: " + NOT_MEASURED[0].lower() + NOT_MEASURED[1:]
-    return markdown(["speed, one core", "Pindle", "goal", "", "chrono-node"], rows) + note
+    return speed_markdown(rows, other)
 
 
 def peer_prose(bench, peer):
@@ -275,16 +289,21 @@ def main():
     say("how right the conversion is")
     verdicts = [json.loads(line) for line in run(bench, "judge", *files).splitlines()]
     accuracy = accuracy_tables(verdicts) + "\n\n" + peer_accuracy(peer, files, verdicts)
-    if options.cases:
-        print(accuracy)
-        return
     # Everything that takes times runs on one core, the peer too.
     os.sched_setaffinity(0, {max(os.sched_getaffinity(0))})
+    few = 10 if options.brief else 1
+    if options.cases:
+        say("texts one by one")
+        _, other, rows = pace(bench, peer, files, few)
+        machine.look()
+        print("\n\n".join(filter(None, [machine.description(), machine.note(), accuracy,
+                                        speed_markdown(rows, other)])))
+        return
     say("long texts")
     long_texts = [json.loads(line) for line in run(bench, "long").splitlines()]
     machine.look()
     say("texts one by one")
-    speed = speed_table(bench, peer, files, long_texts, 10 if options.brief else 1)
+    speed = speed_table(bench, peer, files, long_texts, few)
     machine.look()
     print("\n\n".join(filter(None, [machine.description(), machine.note(), accuracy, speed,
                                     slope_table(long_texts)])))
