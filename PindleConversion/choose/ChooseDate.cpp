@@ -28,7 +28,8 @@ void Chooser::resolveDates() {
     for (const Dated &dated : m_dates) {
         const bool soon =
             dated.date.first > m_reference.today && dated.date.first < m_reference.today + kSoon;
-        if (soon && dated.mention->first.weekday != 0 && hasTimeBeside(dated.mention->span) &&
+        if (soon && (dated.mention->first.weekday != 0 || hasRangeBeside(dated.mention->span)) &&
+            hasTimeBeside(dated.mention->span) &&
             fieldOf(dated.mention->span.begin).label == Label::None)
             m_ahead.push_back(dated.mention->span);
     }
@@ -70,6 +71,14 @@ bool Chooser::hasTimeBeside(TokenSpan span) const {
     return std::any_of(m_found.times.begin(), m_found.times.end(), [&](const auto &time) {
         return m_document.sameSentence(time.span.begin, span.begin) &&
                (gap(span, time.span) < kBeside || time.span.begin == next);
+    });
+}
+
+bool Chooser::hasRangeBeside(TokenSpan span) const {
+    constexpr int kBeside = 3;
+    return std::any_of(m_found.times.begin(), m_found.times.end(), [&](const auto &time) {
+        return time.end && m_document.sameSentence(time.span.begin, span.begin) &&
+               gap(span, time.span) < kBeside;
     });
 }
 

@@ -285,7 +285,12 @@ bool Chooser::nearStart(std::uint32_t token) const {
 
 void Chooser::endFromLength() {
     for (const DurationMention &length : m_found.durations) {
-        if (length.minutes <= 0)
+        // "You will give a short presentation (10 minutes)." is a part of it.
+        constexpr int kPart = 15;
+        if (length.minutes <= 0 ||
+            (length.minutes < kPart &&
+             !m_document.sameSentence(length.span.begin, m_choice.timeSpan.begin) &&
+             m_document.token(length.span.begin - 1).symbol == '('))
             continue;
         m_choice.endMinute = *m_choice.startMinute + length.minutes;
         m_choice.endSpan = length.span;

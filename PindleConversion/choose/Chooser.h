@@ -72,6 +72,8 @@ private:
     bool explainsDays(const Dated &dated) const;
     bool hasTimeNear(std::uint32_t token) const;
     bool hasTimeBeside(TokenSpan span) const;
+    /// "Booked on the 23rd, 13.30 to 15.00": nobody writes something so long.
+    bool hasRangeBeside(TokenSpan span) const;
     int scoreDate(const Dated &dated, int index);
     /// "on 5th" is a day where no other is named; else it may be a street.
     bool isOnlyDay(const Dated &dated) const;

@@ -185,6 +185,16 @@ bool isHour(const Reader &reader, std::uint32_t i, const Part &part) {
     return mark && ((mark->value == 1 && part.minutes > kLongestTold) || late);
 }
 
+/// "(90 min)", "(approx. 90 min)": nothing else stands before it in the brackets.
+bool opensBracket(const Reader &reader, std::uint32_t i) {
+    std::uint32_t open = i > 1 && reader.symbol(i - 1, '.') ? i - 1 : i;
+    if (open > 1 && reader.has(open - 1, Meaning::Approximate))
+        --open;
+    else
+        open = i;
+    return open > 0 && reader.document().tokens[open - 1].symbol == '(';
+}
+
 /// "in my office, 45 minutes.", ", about 2 hours,": a length between marks.
 bool isListed(const Reader &reader, std::uint32_t i, std::uint32_t next) {
     if (i > 1 && reader.word(i - 1) && reader.has(i - 1, Meaning::Approximate))
@@ -224,9 +234,8 @@ std::optional<DurationMention> readDuration(const Reader &reader, std::uint32_t 
         return std::nullopt;
     if (part->minutes >= 60 && part->minutes % 60 == 0)
         readRest(reader, *part);
-    const bool bracket = !isHour(reader, i, *part) && i > 0 &&
-                         reader.document().tokens[i - 1].symbol == '(' &&
-                         reader.symbol(part->next, ')');
+    const bool bracket =
+        !isHour(reader, i, *part) && reader.symbol(part->next, ')') && opensBracket(reader, i);
     constexpr int kShortest = 15;
     // "om twaalf uur lunch" tells the hour.
     const bool announced = i > 0 && reader.has(i - 1, Meaning::TimeMarker);

@@ -259,8 +259,12 @@ private:
         if (i > field.begin + 1 && reader.token(i - 1).capital && reader.word(i - 2) &&
             reader.has(i - 1, Meaning::PlaceNoun))
             return false;
-        return event && event->value != static_cast<int>(EventKind::Work) &&
-               event->value != static_cast<int>(EventKind::Neutral) && !isLine(reader, i, *event);
+        if (!event || isLine(reader, i, *event))
+            return false;
+        // "race 9.30, medals 11"
+        const bool plain = event->value == static_cast<int>(EventKind::Work) ||
+                           event->value == static_cast<int>(EventKind::Neutral);
+        return !plain || (isDottedTime(reader, i) && reader.symbol(i + 3, ','));
     }
 
     /// "RB 14 ab Nauen": the number of a train.
@@ -270,13 +274,16 @@ private:
                reader.token(i).kind == TokenKind::Number;
     }
 
+    /// "7.45"
+    static bool isDottedTime(const Reader &reader, std::uint32_t i) {
+        return reader.number(i, 1, 12) && reader.symbol(i + 1, '.') && reader.glued(i + 1) &&
+               reader.glued(i + 2) && reader.number(i + 2, 0, 59) &&
+               reader.token(i + 2).digits == 2 && reader.token(i + 2).number % 5 == 0;
+    }
+
     /// "Saturday, Jasmine House 7.45": minutes behind a name end what is said of a day.
     bool endsWithTime(const Reader &reader, std::uint32_t i) const {
-        const bool minutes = reader.number(i, 1, 12) && reader.symbol(i + 1, '.') &&
-                             reader.glued(i + 1) && reader.glued(i + 2) &&
-                             reader.number(i + 2, 0, 59) && reader.token(i + 2).digits == 2 &&
-                             reader.token(i + 2).number % 5 == 0;
-        if (!minutes || m_found.dates.empty() || i == 0 || !reader.word(i - 1) ||
+        if (!isDottedTime(reader, i) || m_found.dates.empty() || i == 0 || !reader.word(i - 1) ||
             !reader.token(i - 1).capital || reader.word(i + 3) || !reader.token(i).spaceBefore)
             return false;
         return m_document.sameSentence(m_found.dates.back().span.begin, i);
