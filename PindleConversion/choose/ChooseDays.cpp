@@ -12,9 +12,10 @@ std::optional<ResolvedDate> Chooser::inNamedWeek(std::size_t i) const {
     DateMention day = m_found.dates[i];
     if (week.first.base == DateSpec::Base::Calendar && isBareWeekday(day))
         return inWeekOf(week, day);
-    const bool named = week.first.base == DateSpec::Base::Week && week.first.months == 0 &&
-                       (week.first.which == Which::Next || week.first.which == Which::AfterNext);
-    if (!named || !isBareWeekday(day) || day.span.begin - week.span.end > kReach ||
+    if (m_document.conversation && isBareWeekday(day))
+        if (const auto date = inAskedWeek(i))
+            return date;
+    if (!isLaterWeek(week) || !isBareWeekday(day) || day.span.begin - week.span.end > kReach ||
         !m_document.sameSentence(week.span.begin, day.span.begin) ||
         roleOf(week.span.begin) == Role::MovedFrom)
         return std::nullopt;
@@ -23,6 +24,28 @@ std::optional<ResolvedDate> Chooser::inNamedWeek(std::size_t i) const {
             return std::nullopt;
     day.first.which = week.first.which;
     return resolveDate(day, m_reference);
+}
+
+bool Chooser::isLaterWeek(const DateMention &mention) {
+    return mention.first.base == DateSpec::Base::Week && mention.first.months == 0 &&
+           (mention.first.which == Which::Next || mention.first.which == Which::AfterNext);
+}
+
+std::optional<ResolvedDate> Chooser::inAskedWeek(std::size_t i) const {
+    constexpr std::size_t kReach = 5;
+    DateMention day = m_found.dates[i];
+    if (!fieldOf(day.span.begin).spoken)
+        return std::nullopt;
+    for (std::size_t k = i; k > 0 && i - k < kReach; --k) {
+        const DateMention &before = m_found.dates[k - 1];
+        if (isLaterWeek(before) && roleOf(before.span.begin) == Role::None) {
+            day.first.which = before.first.which;
+            return resolveDate(day, m_reference);
+        }
+        if (!isBareWeekday(before))
+            return std::nullopt;
+    }
+    return std::nullopt;
 }
 
 bool Chooser::isFirstOfWeek(const DateMention &mention) const {

@@ -146,6 +146,10 @@ private:
     // ChooseDays.cpp
     /// "next week's meeting is on Thursday": the weekday of that week.
     std::optional<ResolvedDate> inNamedWeek(std::size_t i) const;
+    /// "Lunch next week?", "Thursday?" in a later turn of a conversation: the weekday of that week.
+    std::optional<ResolvedDate> inAskedWeek(std::size_t i) const;
+    /// "next week" or the one after it.
+    static bool isLaterWeek(const DateMention &mention);
     /// "w/c 18 May, likely the Weds": the weekday of that week.
     std::optional<ResolvedDate> inWeekOf(const DateMention &week, const DateMention &day) const;
     /// "w/c 18 May"
