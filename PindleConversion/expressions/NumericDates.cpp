@@ -88,6 +88,13 @@ bool isDotted(const Reader &reader, std::uint32_t i) {
            reader.number(i + 2, 1, 31) && reader.glued(i + 2);
 }
 
+/// "20.06", "8.3": hardly a time, since such minutes are rounded.
+bool isUnlikeTime(const Reader &reader, std::uint32_t i) {
+    constexpr std::uint32_t kStep = 5;
+    const Token &month = reader.token(i + 2);
+    return month.digits == 1 || month.number % kStep != 0;
+}
+
 /// "6.3" may be anything, but a weekday or a time beside it, or another such number behind
 /// "to", tells a date.
 bool isDatedBeside(const Reader &reader, std::uint32_t i) {
@@ -97,12 +104,20 @@ bool isDatedBeside(const Reader &reader, std::uint32_t i) {
         return true;
     if (i > 0 && day && reader.has(i - 1, Meaning::Weekday))
         return true;
+    // "sobota 20.06", "czw. 11.06 | 12:00"
+    static constexpr Meanings kNames{Meaning::Weekday, Meaning::WeakWeekday};
+    static constexpr Meanings kTimes{Meaning::HourMark, Meaning::Meridiem, Meaning::RangeTo};
+    const std::uint32_t before = i > 1 && reader.symbol(i - 1, '.') ? i - 2 : i - 1;
+    if (i > 0 && reader.mayHave(before, kNames) && isUnlikeTime(reader, i) &&
+        !reader.mayHave(i + 3, kTimes))
+        return true;
     // "26.12 obiad rodzinny"
     if (day && reader.token(i + 2).digits == 2 && reader.has(i + 3, Meaning::Event))
         return true;
     constexpr std::uint32_t kFirstOfRange = 4;
-    if (i >= kFirstOfRange && day && reader.has(i - 1, Meaning::RangeTo) &&
-        isDotted(reader, i - kFirstOfRange))
+    if (i >= kFirstOfRange && reader.has(i - 1, Meaning::RangeTo) &&
+        isDotted(reader, i - kFirstOfRange) &&
+        (day || reader.number(i - kFirstOfRange, kLastHour + 1, 31)))
         return true;
     const std::uint32_t next = reader.skipSymbol(i + 3, ',');
     const std::uint32_t name = reader.skipSymbol(next, '(');
@@ -122,12 +137,10 @@ bool isDatedBeside(const Reader &reader, std::uint32_t i) {
 /// "Sat 3.21 | doors 7": behind a weekday, where no minutes are written so and no word follows.
 bool isBehindName(const Reader &reader, std::uint32_t i) {
     static constexpr Meanings kNames{Meaning::Weekday, Meaning::WeakWeekday};
-    constexpr std::uint32_t kStep = 5;
     const std::uint32_t name = i > 1 && reader.symbol(i - 1, '.') ? i - 2 : i - 1;
     return i > 0 && reader.mayHave(name, kNames) && isDotted(reader, i) &&
            reader.language(i).script == Script::Latin && !reader.word(i + 3) &&
-           (reader.token(i + 2).digits == 1 || reader.token(i + 2).number % kStep != 0) &&
-           !(reader.symbol(i + 3, '-') || reader.symbol(i + 3, '/'));
+           isUnlikeTime(reader, i) && !(reader.symbol(i + 3, '-') || reader.symbol(i + 3, '/'));
 }
 
 /// "le 18.12", "27.10, 07:40": where dates are not written so, only a word that leads to a day or a
@@ -297,12 +310,54 @@ std::optional<DateMention> readNumeric(const Reader &reader, std::uint32_t i) {
     return result;
 }
 
+/// "26/6" behind "22-", or what only its place makes a date: "26.06".
+std::optional<DateMention> readRangeEnd(const Reader &reader, std::uint32_t i) {
+    constexpr std::uint32_t kLastHour = 24;
+    if (auto date = readNumeric(reader, i))
+        return date;
+    if (!isDotted(reader, i) || !reader.number(i + 2, 1, 12) ||
+        !(reader.number(i, kLastHour + 1, 31) || isUnlikeTime(reader, i)))
+        return std::nullopt;
+    return mentionOf(i, i + 3, static_cast<int>(reader.token(i + 2).number),
+                     static_cast<int>(reader.token(i).number), 0);
+}
+
+/// "22.-26.6.", "22-26/06/2026", "22 t/m 26-06-2026": the month is said once, for the last day.
+std::optional<DateMention> readDaysOfMonth(const Reader &reader, std::uint32_t i) {
+    constexpr std::uint32_t kMonths = 12;
+    const bool dot = reader.symbol(i + 1, '.') && reader.glued(i + 1);
+    const std::uint32_t join = i + (dot ? 2 : 1);
+    const Sense *to = reader.has(join, Meaning::RangeTo) ? readDayRange(reader, join) : nullptr;
+    if (!to || !reader.number(i, 1, 30))
+        return std::nullopt;
+    const std::uint32_t end = join + to->length;
+    const std::uint32_t first = reader.token(i).number;
+    const bool dayFirst = reader.language(i).dayOrder == DayOrder::DayFirst;
+    const bool marked =
+        reader.symbol(end + 1, '/') || reader.symbol(end + 1, '.') || reader.symbol(end + 1, '-');
+    if (!marked || !reader.glued(end + 1) || isMovedFrom(reader, i) ||
+        !reader.number(end, std::max(first, dayFirst ? 0 : kMonths) + 1, 31))
+        return std::nullopt;
+    auto date = readRangeEnd(reader, end);
+    if (!date || date->last || date->first.day != static_cast<int>(reader.token(end).number))
+        return std::nullopt;
+    date->span.begin = i;
+    // "10-12/6" may be a measure.
+    date->weak = date->weak && !dot && reader.number(end, 1, kMonths) && !reader.word(join);
+    date->first.eitherOrder = false;
+    date->last = date->first;
+    date->first.day = static_cast<int>(first);
+    return date;
+}
+
 } // namespace
 
 std::optional<DateMention> readNumericDate(const Reader &reader, std::uint32_t i) {
     if (auto date = readYearFirst(reader, i))
         return date;
     if (auto date = readCompactDate(reader, i))
+        return date;
+    if (auto date = readDaysOfMonth(reader, i))
         return date;
     return readNumeric(reader, i);
 }

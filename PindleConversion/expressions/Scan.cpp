@@ -137,6 +137,9 @@ private:
         bool day = false;
         for (std::uint32_t k = i; k < next; ++k)
             day = day || reader.has(k, Meaning::RelativeDay) || reader.has(k, Meaning::Weekday);
+        // "tot zo 14 juni"
+        if (reader.has(next - 1, Meaning::WeakWeekday) && reader.number(next, 1, 31))
+            return false;
         const bool starts = i == 0 || reader.document().tokens[i - 1].kind != TokenKind::Word;
         return !day || (ends && starts);
     }

@@ -205,6 +205,12 @@ bool lacksEnd(const Reader &reader, std::uint32_t i, const TimeMention &mention)
 
 /// ", 10 to 2" beside a date: the comma stands for "from".
 bool isListedRange(const Reader &reader, std::uint32_t i, std::uint32_t next) {
+    // "ogni giorno 9.30-15"
+    constexpr std::uint32_t kLongestDaily = 4;
+    for (std::uint32_t length = 1; length < std::min(kLongestDaily, i + 1); ++length)
+        if (const Sense *daily = reader.sense(i - length, Meaning::Daily);
+            daily && daily->length == length)
+            return true;
     if (i == 0 || !reader.symbol(i - 1, ',') || reader.word(next))
         return false;
     // "6-4, 3-6, 7-5" are results of games.
