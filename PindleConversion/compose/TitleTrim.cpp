@@ -124,7 +124,7 @@ TokenSpan TitleParts::trimBack(TokenSpan span) const {
             kind && kind->length == 2)
             return span;
     // and so is "Drop-in".
-    const Sense *joined = last > span.begin + 1 && reader.symbol(last - 1, '-')
+    const Sense *joined = last == span.begin + 2 && reader.symbol(last - 1, '-')
                               ? reader.sense(last - 2, Meaning::Event)
                               : nullptr;
     if (joined && joined->length == 3)
