@@ -55,6 +55,13 @@ bool isHyphenDayBesideTime(const Reader &reader, std::uint32_t i) {
     if (i > 0 && reader.number(i, kLastHour + 1, 31) &&
         (reader.has(i - 1, Meaning::Weekday) || reader.has(i - 1, Meaning::WeakWeekday)))
         return true;
+    // "vrijdag 12-06": a range of hours goes up.
+    constexpr std::uint32_t kTwoDigits = 10;
+    static constexpr Meanings kNames{Meaning::Weekday, Meaning::WeakWeekday};
+    if (i > 0 && reader.number(i + 2, 1, kTwoDigits - 1) && reader.token(i + 2).digits == 2 &&
+        reader.token(i).number > reader.token(i + 2).number && reader.mayHave(i - 1, kNames) &&
+        !reader.has(next, Meaning::HourMark))
+        return true;
     // "apk 3-6 8u"
     const bool hour = reader.number(next, 0, kLastHour) && reader.glued(next + 1) &&
                       reader.has(next + 1, Meaning::HourMark);
@@ -106,10 +113,11 @@ bool isDatedBeside(const Reader &reader, std::uint32_t i) {
         return true;
     // "sobota 20.06", "czw. 11.06 | 12:00"
     static constexpr Meanings kNames{Meaning::Weekday, Meaning::WeakWeekday};
-    static constexpr Meanings kTimes{Meaning::HourMark, Meaning::Meridiem, Meaning::RangeTo};
+    static constexpr Meanings kTimes{Meaning::HourMark, Meaning::Meridiem};
     const std::uint32_t before = i > 1 && reader.symbol(i - 1, '.') ? i - 2 : i - 1;
     if (i > 0 && reader.mayHave(before, kNames) && isUnlikeTime(reader, i) &&
-        !reader.mayHave(i + 3, kTimes))
+        !reader.mayHave(i + 3, kTimes) &&
+        !(reader.has(i + 3, Meaning::RangeTo) && reader.number(i + 4, 0, kLastHour)))
         return true;
     // "26.12 obiad rodzinny"
     if (day && reader.token(i + 2).digits == 2 && reader.has(i + 3, Meaning::Event))
@@ -315,8 +323,11 @@ std::optional<DateMention> readRangeEnd(const Reader &reader, std::uint32_t i) {
     constexpr std::uint32_t kLastHour = 24;
     if (auto date = readNumeric(reader, i))
         return date;
-    if (!isDotted(reader, i) || !reader.number(i + 2, 1, 12) ||
-        !(reader.number(i, kLastHour + 1, 31) || isUnlikeTime(reader, i)))
+    // "13 t/m 15-6"
+    const bool hyphen = reader.symbol(i + 1, '-') && reader.glued(i + 2) &&
+                        !reader.symbol(i - 1, '-') && !reader.symbol(i + 3, '-');
+    if (!(hyphen || isDotted(reader, i)) || !reader.number(i + 2, 1, 12) ||
+        !(hyphen || reader.number(i, kLastHour + 1, 31) || isUnlikeTime(reader, i)))
         return std::nullopt;
     return mentionOf(i, i + 3, static_cast<int>(reader.token(i + 2).number),
                      static_cast<int>(reader.token(i).number), 0);

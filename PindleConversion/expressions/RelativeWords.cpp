@@ -51,7 +51,9 @@ bool isCertainWeekday(const Reader &reader, std::uint32_t i, std::uint32_t next)
     constexpr std::uint32_t kShort = 2;
     const Token &word = reader.token(i);
     if (word.end - word.begin <= kShort && !word.capital && !word.unspaced)
-        return reader.number(reader.skipSymbol(next, '.'), 1, 31);
+        return reader.number(reader.skipSymbol(next, '.'), 1, 31) ||
+               (!reader.has(i, Meaning::Common) &&
+                reader.number(reader.skip(next, Meaning::TimeMarker), 0, 24));
     // "are you free sat" closes a line of a conversation.
     const Field &field = reader.document().fields[word.field];
     // and "yup sat" may be all of it.

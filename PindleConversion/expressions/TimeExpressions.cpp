@@ -276,12 +276,12 @@ bool isHourBehindDay(const Reader &reader, std::uint32_t next, const ClockSpec &
            reader.has(next, Meaning::HourMark) && reader.language(next).clock24;
 }
 
-/// "venerdì 9 aprile alle 17 tramite il portale": behind a day and a word that announces a time, so
-/// late an hour is one wherever hours are counted on.
+/// "venerdì 9 aprile alle 17 tramite il portale": behind a day and a word that announces a time, no
+/// other number stands where hours are counted on.
 bool isLateHour(const Reader &reader, std::uint32_t next, const ClockSpec &start) {
-    constexpr int kNoon = 12;
+    constexpr int kEarly = 6;
     constexpr std::uint32_t kLongest = 3; ///< the announcing words
-    if (start.hour <= kNoon || !start.clock24 || !reader.word(next) || reader.glued(next) ||
+    if (start.hour <= kEarly || !start.clock24 || !reader.word(next) || reader.glued(next) ||
         reader.token(next).capital)
         return false;
     static constexpr Meanings kCounted{Meaning::UnitWord, Meaning::Measure, Meaning::Month,
@@ -423,7 +423,9 @@ std::optional<TimeMention> readTime(const Reader &reader, std::uint32_t i, bool 
         start->minuteGiven && start->literal && start->hour > 12 && start->minute % 5 == 0 &&
         (mention.start.clock24 || reader.language(i).dayOrder == DayOrder::DayFirst) && i > 0 &&
         reader.symbol(i - 1, ',') &&
-        (reader.has(zoned, Meaning::Connector) || reader.has(zoned, Meaning::PlaceMarker));
+        (reader.has(zoned, Meaning::Connector) || reader.has(zoned, Meaning::PlaceMarker) ||
+         (reader.token(i).digits == 2 && // "Rua Augusta, 1500, São Paulo"
+          (reader.symbol(zoned, ',') || (reader.word(zoned) && reader.token(zoned).upper()))));
     mention.start.sure =
         mention.start.sure || last || late || isBeforeDay(reader, i, zoned, *start);
     const bool listed = mention.end && isListedRange(reader, i, zoned);
