@@ -329,10 +329,13 @@ TimeContext Chooser::contextOf(const TimeMention &time) const {
         }
     }
     // "training's off tonite", "thurs half 7": the new hour is of the same half of the day.
-    const Reader reader(m_document, static_cast<std::uint32_t>(m_document.tokens.size()));
-    if (context.part == DayPart::None && m_document.conversation && m_found.parts.size() == 1 &&
-        reader.has(m_found.parts[0].span.begin, Meaning::RelativeDay))
-        context.part = m_found.parts[0].part;
+    // And so is the one that answers "evening?".
+    if (context.part == DayPart::None && m_document.conversation && m_found.parts.size() == 1) {
+        const std::uint32_t at = m_found.parts[0].span.begin;
+        if (all.has(at, Meaning::RelativeDay) ||
+            (fieldOf(at).begin == at && all.symbol(m_found.parts[0].span.end, '?')))
+            context.part = m_found.parts[0].part;
+    }
     return context;
 }
 

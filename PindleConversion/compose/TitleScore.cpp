@@ -193,7 +193,10 @@ int TitleScore::wordPenalties(const Reader &reader, const TitleCandidate &candid
         score -= 60;
     const Sense *count = reader.sense(trimmed.begin, Meaning::Number);
     // "5th Annual Turkey Trot"
-    const bool ranked = reader.has(trimmed.begin + 1, Meaning::OrdinalMark) &&
+    // and "2-for-1 pizzas", "3-legged race"
+    const bool ranked = (reader.has(trimmed.begin + 1, Meaning::OrdinalMark) ||
+                         (reader.symbol(trimmed.begin + 1, '-') && reader.word(trimmed.begin + 2) &&
+                          reader.glued(trimmed.begin + 2))) &&
                         reader.glued(trimmed.begin + 1) && !token(trimmed.begin).unspaced;
     const bool counts = count && count->value > 1 && !token(trimmed.begin).capital &&
                         !token(trimmed.begin).unspaced;

@@ -50,6 +50,12 @@ std::uint32_t readMonthBehind(const Reader &reader, std::uint32_t i, DateSpec &s
     // "of the month", "do mês", "del mese", but no bare "month".
     if (!month || (word == j && j == i) || qualifier.which == Which::Last)
         return i;
+    // "du mois de mai"
+    const std::uint32_t name = reader.skip(word + month->length, Meaning::Of);
+    if (const Sense *named = reader.sense(name, Meaning::Month)) {
+        spec.month = named->value;
+        return name + named->length;
+    }
     spec.monthGiven = true;
     spec.months = qualifier.which == Which::Next ? 1 : 0;
     return word + month->length;
@@ -161,13 +167,13 @@ std::uint32_t readNthDay(const Reader &reader, std::uint32_t i, DateSpec &spec) 
     if (rank.nth == 0 || rank.nth > 5)
         return i;
     const DayName day = readDayName(reader, rank.next, true);
-    const std::uint32_t next =
-        day.weekday > 0 ? day.next : reader.skip(rank.next, Meaning::DayWord);
-    if (next == rank.next)
+    const Sense *word = day.weekday > 0 ? nullptr : reader.sense(rank.next, Meaning::DayWord);
+    const std::uint32_t next = word ? rank.next + word->length : day.next;
+    if (!word && day.weekday == 0)
         return i;
     spec.base = Base::NthWeekday;
     spec.nth = rank.nth;
-    spec.weekday = day.weekday;
+    spec.weekday = word && word->value == 1 ? kWorkingDay : day.weekday;
     return next;
 }
 

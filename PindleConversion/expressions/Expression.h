@@ -8,6 +8,9 @@
 
 namespace pindle::conversion {
 
+/// Monday to Friday, in "the last working day of the month".
+inline constexpr int kWorkingDay = 8;
+
 /// A day as the text gives it, before a reference date settles it.
 struct DateSpec {
     enum class Base : std::uint8_t {
@@ -24,7 +27,8 @@ struct DateSpec {
     int year = 0; ///< 0: not given
     int month = 0;
     int day = 0;
-    int weekday = 0; ///< 1 (Monday) to 7; with Calendar the day that the text claims
+    int weekday = 0; ///< 1 (Monday) to 7; with Calendar the day that the text claims; with
+                     ///< NthWeekday also `kWorkingDay`
     int nth = 0;
     Which which = Which::Nearest;
     int beside = 0; ///< 1 to 7: the next such weekday after the day; negative: the last before it

@@ -369,7 +369,8 @@ private:
         std::uint32_t next = i + 1;
         if (const Sense *time = reader.sense(i, Meaning::TimeMarker)) {
             m_marked = next = i + time->length;
-        } else if ((reader.symbol(i, ',') &&
+        } else if ((m_marked == i && reader.has(i, Meaning::Greeting)) ||
+                   (reader.symbol(i, ',') &&
                     m_document.fields[m_document.tokens[i].field].spoken) ||
                    (m_marked == i && isPassage(reader, i))) {
             m_marked = i + 1;

@@ -35,7 +35,7 @@ enum class Meaning : std::uint8_t {
     DateMarker,  ///< a word that a date may follow: "on", "by"
     DayLead,     ///< a word that a bare day of the month may follow: "le 14"
     MonthEnd,    ///< "end of", before a month; value 1: the end of this month
-    DayWord,     ///< "day", in "last day of June"
+    DayWord,     ///< "day", in "last day of June"; value 1: "working day"
     YearMark,    ///< behind the digits of a year; value 1: alone, for this year
     YearWord,    ///< a year in words; value
     MonthMark,   ///< behind the digits of a month

@@ -114,9 +114,21 @@ std::optional<Day> dayOfMonth(const DateSpec &spec, Day today) {
     return first;
 }
 
+/// "the last working day of the month"
+Day nthWorkingDay(int nth, Day begin, Day end) {
+    constexpr int kFriday = 5;
+    const days step(nth < 0 ? -1 : 1);
+    int left = nth < 0 ? 1 : nth;
+    for (Day date = nth < 0 ? end : begin;; date += step)
+        if (weekdayOf(date) <= kFriday && --left == 0)
+            return date;
+}
+
 std::optional<Day> nthIn(const DateSpec &spec, year_month target) {
     const Day begin = Day(target / day(1));
     const Day end = Day(target / std::chrono::last);
+    if (spec.weekday == kWorkingDay)
+        return nthWorkingDay(spec.nth, begin, end);
     if (spec.nth < 0) {
         const int back =
             spec.weekday > 0 ? (weekdayOf(end) - spec.weekday + kDaysInWeek) % kDaysInWeek : 0;
