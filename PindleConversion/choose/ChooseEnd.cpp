@@ -239,7 +239,7 @@ bool Chooser::isJoined(const TimeMention &first, const TimeMention &second) cons
         // "Confins 18h10 / Salvador 20h00"
         const bool stops = m_choice.kind == EventKind::Travel && reader.symbol(k, '/') &&
                            k == first.span.end && k + 1 < second.span.begin;
-        // "église Ste-Anne"
+        // "église Ste-Anne", "9:00 check-in, 9:30 launch"
         const bool inName = glued && reader.symbol(k, '-') && reader.word(k - 1) &&
                             reader.word(k + 1) && !m_document.tokens[k - 1].used;
         range = range || stops ||

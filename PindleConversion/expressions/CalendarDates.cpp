@@ -160,6 +160,13 @@ std::optional<LeadingDays> readLeadingDays(const Reader &reader, std::uint32_t i
     // "the night of 24/25 December", "21st/22nd/23rd May"
     if (const std::uint32_t next = readSlashedDays(reader, days.next, listed); next != days.next)
         return LeadingDays{days.first, listed, next};
+    // "18 or 19 March": the first of them.
+    if (const std::uint32_t other = reader.skip(days.next, Meaning::Or); other != days.next) {
+        const auto last = readLeadingDay(reader, reader.skip(other, Meaning::The));
+        if (last && last->day > listed && reader.word(other - 1) &&
+            reader.has(reader.skip(last->next, Meaning::Of), Meaning::Month))
+            return LeadingDays{days.first, 0, last->next};
+    }
     // "11-Sep-2027" is one day.
     if (const std::uint32_t join = readDayJoin(reader, days.next);
         join != days.next && !(reader.glued(days.next) && reader.has(join, Meaning::Month))) {
@@ -180,7 +187,9 @@ std::optional<DateMention> readDayFirst(const Reader &reader, std::uint32_t i) {
     const auto days = readLeadingDays(reader, i);
     if (!days)
         return std::nullopt;
-    std::uint32_t j = reader.skip(days->next, Meaning::Of);
+    // "the 24th day of March"
+    std::uint32_t j = reader.skip(days->next, Meaning::DayWord);
+    j = reader.skip(j == days->next || reader.has(j, Meaning::Of) ? j : days->next, Meaning::Of);
     j = reader.skipSymbol(j, '.');
     if (reader.symbol(j, '-') && reader.glued(j))
         ++j;

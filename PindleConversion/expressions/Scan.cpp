@@ -284,10 +284,18 @@ private:
                reader.token(i + 2).digits == 2 && reader.token(i + 2).number % 5 == 0;
     }
 
+    /// "08.59" of a timetable, behind another time.
+    bool isTimetableTime(const Reader &reader, std::uint32_t i) const {
+        return !m_found.times.empty() && reader.number(i, 0, 23) && reader.token(i).digits == 2 &&
+               reader.symbol(i + 1, '.') && reader.glued(i + 1) && reader.glued(i + 2) &&
+               reader.number(i + 2, 0, 59) && reader.token(i + 2).digits == 2;
+    }
+
     /// "Saturday, Jasmine House 7.45": minutes behind a name end what is said of a day.
     bool endsWithTime(const Reader &reader, std::uint32_t i) const {
-        if (!isDottedTime(reader, i) || m_found.dates.empty() || i == 0 || !reader.word(i - 1) ||
-            !reader.token(i - 1).capital || reader.word(i + 3) || !reader.token(i).spaceBefore)
+        if (!(isDottedTime(reader, i) || isTimetableTime(reader, i)) || m_found.dates.empty() ||
+            i == 0 || !reader.word(i - 1) || !reader.token(i - 1).capital || reader.word(i + 3) ||
+            !reader.token(i).spaceBefore)
             return false;
         return m_document.sameSentence(m_found.dates.back().span.begin, i);
     }
