@@ -35,7 +35,9 @@ void PlaceFinder::marked(const Reader &reader, std::uint32_t i, const Sense &mar
     if (shape.capital || token(begin).kind == TokenKind::Number) {
         if (const std::uint32_t head = spokenHead(reader, i); head < i)
             return offer({head, name.end}, 58, head);
-        if (const std::uint32_t head = nameHead(i); head < i)
+        // "from Orchard Rd to Gatwick" names two.
+        const bool route = reader.has(i, Meaning::RangeTo) && reader.has(i, Meaning::ToWord);
+        if (const std::uint32_t head = route ? i : nameHead(i); head < i)
             return offer({head, name.end}, 58, head);
         if (isInn(reader, i))
             return offer({i - 2, name.end}, 58, i);
