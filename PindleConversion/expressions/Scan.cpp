@@ -267,7 +267,8 @@ private:
         // "race 9.30, medals 11"
         const bool plain = event->value == static_cast<int>(EventKind::Work) ||
                            event->value == static_cast<int>(EventKind::Neutral);
-        return !plain || (isDottedTime(reader, i) && reader.symbol(i + 3, ','));
+        return !plain || (isDottedTime(reader, i) && reader.symbol(i + 3, ',')) ||
+               isRangeOfHours(reader, i);
     }
 
     /// "RB 14 ab Nauen": the number of a train.
@@ -282,6 +283,21 @@ private:
         return reader.number(i, 1, 12) && reader.symbol(i + 1, '.') && reader.glued(i + 1) &&
                reader.glued(i + 2) && reader.number(i + 2, 0, 59) &&
                reader.token(i + 2).digits == 2 && reader.token(i + 2).number % 5 == 0;
+    }
+
+    /// "book fair 9-1": from morning to afternoon, as no game ends.
+    bool isRangeOfHours(const Reader &reader, std::uint32_t i) const {
+        constexpr std::uint32_t kEarliest = 8;
+        constexpr std::uint32_t kDial = 12;
+        constexpr std::uint32_t kLongest = 8; ///< hours
+        if (!reader.number(i, kEarliest, kDial) || !reader.symbol(i + 1, '-') ||
+            !reader.number(i + 2, 1, kDial) || !reader.glued(i + 1) || !reader.glued(i + 2) ||
+            (reader.glued(i + 3) && !reader.symbol(i + 3, ',') && !reader.symbol(i + 3, '.')) ||
+            (m_found.dates.empty() && !reader.has(i + 3, Meaning::DateMarker)))
+            return false;
+        const std::uint32_t hours =
+            (reader.token(i + 2).number + kDial - reader.token(i).number) % kDial;
+        return hours > 0 && hours <= kLongest;
     }
 
     /// "08.59" of a timetable, behind another time.
