@@ -310,7 +310,8 @@ private:
     /// "Saturday, Jasmine House 7.45": minutes behind a name end what is said of a day.
     bool endsWithTime(const Reader &reader, std::uint32_t i) const {
         // "The coach leaves the office 8.45, back by 4."
-        if (isDottedTime(reader, i) && !reader.word(i + 3) && i > 1 && !m_found.dates.empty() &&
+        if (isDottedTime(reader, i) && !reader.word(i + 3) && i > 1 &&
+            (!m_found.dates.empty() || reader.has(i + 4, Meaning::RoleWord)) &&
             reader.has(i - 1, Meaning::PlaceNoun) && reader.has(i - 2, Meaning::The))
             return true;
         if (!(isDottedTime(reader, i) || isTimetableTime(reader, i)) || m_found.dates.empty() ||
