@@ -80,6 +80,10 @@ int settleStart(const ClockSpec &clock, const TimeContext &context, bool &assume
     if (clock.clock24 && !clock.spoken && clock.hour > 5 && (clock.minuteGiven || clock.hourWord) &&
         (context.kind != EventKind::Evening || clock.hour >= kNoEveningHour))
         return minutes(clock);
+    // "mecz w niedzielę o 11"
+    if (clock.clock24 && !clock.spoken && context.kind == EventKind::Evening &&
+        clock.hour >= kNoEveningHour && clock.hour < 12)
+        return minutes(clock);
     const Guess guess = byKind(context.kind, clock);
     assumed = guess.assumed;
     return withMeridiem(clock, guess.meridiem);
@@ -194,9 +198,11 @@ ResolvedTime resolveTime(const TimeMention &mention, const TimeContext &context)
         result.end = minutes(end);
         return result;
     }
-    // "birthday party 10-12", "11-1": hardly late at night.
+    // "birthday party 10-12", "11-1": hardly late at night. Hours that are counted on end at noon
+    // with 12, at midnight with 24.
     if (open && own.kind == EventKind::Evening && own.part == DayPart::None &&
-        start.hour >= kNoEveningHour && start.hour < 12 && !literalEnd)
+        (start.hour >= kNoEveningHour || (start.clock24 && end.hour == 12)) && start.hour < 12 &&
+        !literalEnd)
         own.part = DayPart::Morning;
     result.start = settleStart(start, own, result.assumed);
     const bool twelveHour = start.meridiem >= 0 || !start.literal;

@@ -14,8 +14,9 @@ namespace pindle::conversion {
 
 namespace {
 
-constexpr std::size_t kLongestWord = 64; ///< bytes of a word that is looked up
-constexpr std::size_t kShortestTail = 4; ///< bytes of a compound's last part
+constexpr std::size_t kLongestWord = 64;   ///< bytes of a word that is looked up
+constexpr std::size_t kShortestTail = 4;   ///< bytes of a compound's last part
+constexpr std::size_t kShortestStreet = 3; ///< of the end of a street's name
 constexpr std::size_t kLongestTail = 16;
 /// Another language of the text counts when it has this share of the first one's evidence.
 constexpr int kSecondaryShare = 4;
@@ -290,6 +291,19 @@ private:
             if (word != 0 && noteTailSenses(i, lexiconWord(word), language, isName(i, info)))
                 return;
         }
+        // "Rosenweg 5": before its number even so short an end tells a street.
+        const Token &next = m_document.token(i + 1);
+        if (next.kind == TokenKind::Number && next.spaceBefore && token.capital)
+            if (const std::uint32_t word = findWord(whole.substr(whole.size() - kShortestStreet)))
+                noteStreet(i, lexiconWord(word), language);
+    }
+
+    void noteStreet(std::uint32_t i, const LexiconWord &word, LanguageId language) {
+        for (const Sense &sense : sensesOf(word))
+            if (sense.isOf(language) && sense.meaning == Meaning::StreetWord) {
+                m_document.senses.push_back(sense);
+                m_document.tokens[i].meanings.add(sense.meaning);
+            }
     }
 
     bool hasTailMeaning(const Token &token, const LanguageInfo &info) const {
