@@ -88,8 +88,10 @@ bool isCommaTime(const Reader &reader, std::uint32_t i) {
 
 /// "09 : 20 am": spaces around the colon; without "am" it may be a score.
 bool readSpacedMinutes(const Reader &reader, std::uint32_t &i, ClockSpec &clock) {
+    constexpr std::uint32_t kStep = 5;
     const bool half = reader.has(i + 2, Meaning::Meridiem);
-    if (!reader.symbol(i, ':') || !(half || (!reader.glued(i) && reader.token(i - 1).digits == 2)))
+    const bool round = reader.token(i - 1).digits == 2 || reader.token(i + 1).number % kStep == 0;
+    if (!reader.symbol(i, ':') || !(half || (!reader.glued(i) && !reader.glued(i + 1) && round)))
         return false;
     clock.minute = static_cast<int>(reader.token(i + 1).number);
     clock.minuteGiven = true;

@@ -219,11 +219,23 @@ struct NumericForm {
     std::uint32_t next = 0;
 };
 
+/// "09 / 02 / 2027": blanks around the marks, where a whole year follows.
+bool isSpacedDate(const Reader &reader, std::uint32_t i) {
+    constexpr std::uint32_t kYear = 4; ///< behind the day
+    return !reader.glued(i + 1) && !reader.glued(i + 2) && reader.token(i + 1).spaceBefore &&
+           reader.symbol(i + 3, reader.token(i + 1).symbol) && !reader.glued(i + 3) &&
+           reader.at(i + kYear) && reader.token(i + kYear).digits == 4 &&
+           isYear(reader, i + kYear) && !reader.symbol(i + kYear + 1, '/');
+}
+
 /// The form of the numbers at `i`, if it may be a date's.
 std::optional<NumericForm> readNumericForm(const Reader &reader, std::uint32_t i) {
     const Token *separator = reader.at(i + 1);
     if (!reader.number(i, 1, 31) || !separator || separator->kind != TokenKind::Symbol ||
-        !reader.glued(i + 1) || !reader.glued(i + 2) || !reader.number(i + 2, 1, 31))
+        !reader.number(i + 2, 1, 31))
+        return std::nullopt;
+    const bool spaced = !(reader.glued(i + 1) && reader.glued(i + 2));
+    if (spaced && !isSpacedDate(reader, i))
         return std::nullopt;
     const char32_t c = separator->symbol;
     if ((c != '/' && c != '.' && c != '-') || (c == '/' && isHouseNumber(reader, i)))
@@ -237,7 +249,8 @@ std::optional<NumericForm> readNumericForm(const Reader &reader, std::uint32_t i
     // "12-11-'27"
     form.year = goesOn && reader.symbol(i + 4, '\'') && reader.glued(i + 4) ? i + 5 : i + 4;
     const Token *year = reader.at(form.year);
-    form.three = goesOn && year && year->kind == TokenKind::Number && reader.glued(form.year) &&
+    form.three = goesOn && year && year->kind == TokenKind::Number &&
+                 (reader.glued(form.year) || spaced) &&
                  (year->digits == 2 || isYear(reader, form.year) || endsBriefDate(reader, i)) &&
                  !isRowOfDays(reader, i);
     const bool stops = c == '.' && goesOn && reader.glued(i + 3);

@@ -37,9 +37,15 @@ private:
                                field.label == Label::Start || field.label == Label::End;
         // A number that answers in a conversation is a time, if it can be one.
         m_marked = timeField || field.spoken ? field.begin : kNowhere;
-        // "5.7. • 17 h": an hour opens the cell behind the day's.
-        const bool hour = m_afterDate + 1 == field.begin && reader.number(field.begin, 0, 24) &&
-                          reader.has(field.begin + 1, Meaning::HourMark);
+        // "5.7. • 17 h", "mon 18th ••• 9.05 •••": an hour opens the cell behind the day's.
+        constexpr std::uint32_t kMostMarks = 4;
+        constexpr std::uint32_t kDotted = 3; ///< tokens
+        const bool hour =
+            m_afterDate < field.begin && field.begin - m_afterDate <= kMostMarks &&
+            reader.number(field.begin, 0, 24) &&
+            (reader.has(field.begin + 1, Meaning::HourMark) ||
+             (isDottedTime(reader, field.begin) && field.begin + kDotted == field.end)) &&
+            onlyMarks(m_afterDate, field.begin);
         m_afterDate = hour ? field.begin : kNowhere;
         m_length = field.label == Label::Duration ? field.begin : kNowhere;
         for (std::uint32_t i = field.begin; i < field.end;)
@@ -300,6 +306,13 @@ private:
         return hours > 0 && hours <= kLongest;
     }
 
+    /// Marks part the cells of a line.
+    bool onlyMarks(std::uint32_t i, std::uint32_t end) const {
+        while (i < end && m_document.tokens[i].kind == TokenKind::Symbol)
+            ++i;
+        return i == end;
+    }
+
     /// "08.59" of a timetable, behind another time.
     bool isTimetableTime(const Reader &reader, std::uint32_t i) const {
         return !m_found.times.empty() && reader.number(i, 0, 23) && reader.token(i).digits == 2 &&
@@ -409,8 +422,10 @@ private:
             m_lengthMark = {i, length->length > 1 ? m_length : i};
             next = std::max(next, m_length);
         } else if (m_length == i && (isPassage(reader, i) || reader.symbol(i, ')') ||
-                                     reader.has(i, Meaning::Approximate))) {
-            // "7am, about 4 hours"
+                                     reader.has(i, Meaning::Approximate) ||
+                                     (i > 0 && reader.symbol(i, '.') && reader.glued(i) &&
+                                      reader.has(i - 1, Meaning::Abbreviation)))) {
+            // "7am, about 4 hours", "Length: approx. 1 hour"
             m_length = i + 1;
         } else if (const Sense *from = m_length == i ? reader.sense(i, Meaning::RangeTo) : nullptr;
                    from && reader.token(i).unspaced) {

@@ -251,6 +251,20 @@ bool mayBeScore(const ClockSpec &start, const ClockSpec &end) {
            start.hour > end.hour && end.hour + kHalfDay - start.hour > kLongest;
 }
 
+/// "Rate us from 1 to 5", "on a scale of 1 to 10": marks that are given.
+bool isScale(const Reader &reader, std::uint32_t i, const TimeMention &mention) {
+    constexpr std::uint32_t kReach = 6;
+    const ClockSpec &start = mention.start;
+    if (!mention.end || start.hour > 1 || start.minuteGiven || start.meridiem >= 0 || start.sure ||
+        mention.end->minuteGiven || mention.end->meridiem >= 0 || mention.end->sure)
+        return false;
+    for (std::uint32_t k = i; k > 0 && i - k < kReach && reader.document().sameSentence(k - 1, i);
+         --k)
+        if (reader.has(k - 1, Meaning::Numbered))
+            return true;
+    return false;
+}
+
 /// "the 0722 from Leeds", "the 7.40 to Hull": a train by its time.
 bool namesDeparture(const Reader &reader, std::uint32_t i, std::uint32_t next,
                     const ClockSpec &start) {
@@ -429,7 +443,7 @@ std::optional<TimeMention> readTime(const Reader &reader, std::uint32_t i, bool 
     mention.start.sure =
         mention.start.sure || last || late || isBeforeDay(reader, i, zoned, *start);
     const bool listed = mention.end && isListedRange(reader, i, zoned);
-    if (lacksEnd(reader, i, mention) ||
+    if (lacksEnd(reader, i, mention) || isScale(reader, i, mention) ||
         !isAccepted(reader, mention, zoned, marked, afterDate || listed))
         return std::nullopt;
     // "24h à l'avance" counts hours, "14 Uhr mit dem Hund" does not.
