@@ -73,11 +73,12 @@ bool isCommaTime(const Reader &reader, std::uint32_t i) {
     const Token *behind = reader.at(next);
     const bool ends = !behind || behind->kind == TokenKind::LineBreak ||
                       ((behind->symbol == ',' || behind->symbol == '.') &&
-                       behind->spaceBefore == false && !reader.glued(next + 1));
+                       behind->spaceBefore == false && !reader.glued(next + 1)) ||
+                      (behind->symbol == '-' && behind->spaceBefore && !reader.glued(next + 1));
     const bool goesOn =
         reader.word(next) && !reader.glued(next) &&
         (reader.has(next, Meaning::PlaceMarker) || reader.has(next, Meaning::PartOfDay) ||
-         reader.has(next, Meaning::RelativeDay));
+         reader.has(next, Meaning::RelativeDay) || reader.has(next, Meaning::RangeTo));
     // "alle 6,25" tells more than "a 6,25".
     constexpr std::uint32_t kFive = 5;
     constexpr std::uint32_t kPlainMarker = 3; ///< bytes
@@ -156,7 +157,10 @@ bool spoiled(const Reader &reader, std::uint32_t begin, std::uint32_t next) {
         return false;
     if (reader.symbol(next, '%') || reader.symbol(next, '$') || reader.symbol(next, U'€') ||
         reader.symbol(next, U'£') || reader.symbol(next, '/'))
-        return !(reader.symbol(next, '/') && reader.token(next).spaceBefore);
+        // "13:00-16:30／理由" goes on with another thing.
+        return !(reader.symbol(next, '/') &&
+                 (reader.token(next).spaceBefore ||
+                  (next > begin + 1 && !reader.number(next + 1, 0, 999999, 6))));
     // "4,377" is an amount, "24,95" as well where the comma is the decimal mark.
     if (reader.symbol(next, ',') && reader.glued(next) && reader.glued(next + 1) &&
         reader.number(next + 1, 0, 999, 3) &&

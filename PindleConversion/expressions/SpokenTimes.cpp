@@ -155,8 +155,9 @@ std::optional<ClockSpec> readSpokenWord(const Reader &reader, std::uint32_t i,
     return clock;
 }
 
-void addMinutes(ClockSpec &clock, int minutes) {
-    clock.minuteGiven = clock.sure = clock.spoken = true;
+void addMinutes(ClockSpec &clock, int minutes, bool spoken) {
+    clock.minuteGiven = clock.sure = true;
+    clock.spoken = spoken;
     clock.minute = (minutes + 60) % 60;
     if (minutes < 0)
         clock.hour = clock.hour <= 1 ? 12 : clock.hour - 1;
@@ -210,7 +211,10 @@ std::uint32_t readMinutesBehind(const Reader &reader, std::uint32_t i, ClockSpec
     if (clock.minuteGiven || clock.meridiem >= 0)
         return i;
     if (const Sense *behind = reader.sense(i, Meaning::MinutesBehind)) {
-        addMinutes(clock, behind->value);
+        // "10時半" is written like "10時30分", "8時半" may be the evening's.
+        constexpr int kNoEveningHour = 10;
+        addMinutes(clock, behind->value,
+                   !(reader.token(i).unspaced && clock.hour >= kNoEveningHour));
         return i + behind->length;
     }
     const Sense *plus = reader.sense(i, Meaning::PlusMinutes);
@@ -226,7 +230,7 @@ std::uint32_t readMinutesBehind(const Reader &reader, std::uint32_t i, ClockSpec
     if (plus && reader.token(minutes.next - 1).kind == TokenKind::Number &&
         !(minutes.value > kNoon && reader.has(minutes.next, Meaning::PartOfDay)))
         return i;
-    addMinutes(clock, plus ? minutes.value : -minutes.value);
+    addMinutes(clock, plus ? minutes.value : -minutes.value, true);
     return minutes.next;
 }
 

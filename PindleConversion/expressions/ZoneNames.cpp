@@ -122,6 +122,20 @@ std::uint32_t readPlaceOfTime(const Reader &reader, std::uint32_t i, TimeMention
     return close;
 }
 
+/// "às 14h30 de Lisboa, dia 11": a city that ends the phrase is where the clock shows that time.
+std::uint32_t readCityOfTime(const Reader &reader, std::uint32_t i, TimeMention &mention) {
+    const Sense *of = reader.sense(i, Meaning::Of);
+    const Sense *city = of ? reader.sense(i + of->length, Meaning::ZoneWord) : nullptr;
+    if (!city || city->value != 0 || !reader.token(i + of->length).upper())
+        return i;
+    const std::uint32_t next = i + of->length + city->length;
+    if (reader.word(next) || reader.symbol(next, '-') || reader.symbol(next, U'→'))
+        return i;
+    mention.zone = noteOf(*city);
+    mention.hasOffset = false;
+    return next;
+}
+
 std::uint32_t readNamed(const Reader &reader, std::uint32_t i, bool afterTime,
                         TimeMention &mention) {
     if (const Sense *zone = reader.sense(i, Meaning::Zone)) {
@@ -136,6 +150,8 @@ std::uint32_t readNamed(const Reader &reader, std::uint32_t i, bool afterTime,
         return i + brief->length + (word && word->value == 1 ? word->length : 0U);
     }
     if (const std::uint32_t end = afterTime ? readPlaceOfTime(reader, i, mention) : i; end != i)
+        return end;
+    if (const std::uint32_t end = afterTime ? readCityOfTime(reader, i, mention) : i; end != i)
         return end;
     const Sense *city = reader.sense(i, Meaning::ZoneWord);
     if (city && city->value >= 1) {
