@@ -321,15 +321,21 @@ private:
     }
 
     /// "Saturday, Jasmine House 7.45": minutes behind a name end what is said of a day.
-    bool endsWithTime(const Reader &reader, std::uint32_t i) const {
+    /// "the 7.20?" in a conversation.
+    bool endsWithTime(const Reader &reader, std::uint32_t i, const Field &field) const {
         // "The coach leaves the office 8.45, back by 4."
         if (isDottedTime(reader, i) && !reader.word(i + 3) && i > 1 &&
             (!m_found.dates.empty() || reader.has(i + 4, Meaning::RoleWord)) &&
             reader.has(i - 1, Meaning::PlaceNoun) && reader.has(i - 2, Meaning::The))
             return true;
-        if (!(isDottedTime(reader, i) || isTimetableTime(reader, i)) || m_found.dates.empty() ||
-            i == 0 || !reader.word(i - 1) || !reader.token(i - 1).capital || reader.word(i + 3) ||
-            !reader.token(i).spaceBefore)
+        if (m_found.dates.empty() || i == 0 || !reader.word(i - 1) ||
+            !reader.token(i).spaceBefore ||
+            !(isDottedTime(reader, i) || isTimetableTime(reader, i)))
+            return false;
+        if (field.spoken && reader.has(i - 1, Meaning::The) &&
+            (!reader.word(i + 3) || reader.has(i + 3, Meaning::Event)))
+            return true;
+        if (!reader.token(i - 1).capital || reader.word(i + 3))
             return false;
         return m_document.sameSentence(m_found.dates.back().span.begin, i);
     }
@@ -355,7 +361,7 @@ private:
 
     std::uint32_t time(const Reader &reader, std::uint32_t i, const Field &field) {
         const bool marked = m_marked == i || eventAnnounces(reader, i, field) ||
-                            opensWithHour(reader, i, field) || endsWithTime(reader, i);
+                            opensWithHour(reader, i, field) || endsWithTime(reader, i, field);
         auto found = readTime(reader, i, marked, m_afterDate == i);
         if (!found)
             return i;
