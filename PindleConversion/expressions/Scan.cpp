@@ -54,7 +54,7 @@ private:
 
     /// Reads what starts at `i` and returns the token to go on with.
     std::uint32_t step(const Reader &reader, std::uint32_t i, const Field &field) {
-        if (isPlain(reader, i))
+        if (isPlain(reader, i, field))
             return i + 1;
         if (isPlainMark(reader, i, field))
             return marker(reader, i);
@@ -150,10 +150,21 @@ private:
         return !day || (ends && starts);
     }
 
-    /// A word without a meaning starts nothing, unless it is the area of a zone's identifier or
-    /// the letter of a time stamp.
-    static bool isPlain(const Reader &reader, std::uint32_t i) {
-        return reader.word(i) && reader.token(i).senses == 0 && !reader.symbol(i + 1, '/');
+    /// A word without a meaning that is asked for here starts nothing, unless it is the area of a
+    /// zone's identifier or the letter of a time stamp.
+    static bool isPlain(const Reader &reader, std::uint32_t i, const Field &field) {
+        static constexpr Meanings kAsked = [] {
+            Meanings asked{Meaning::Greeting,  Meaning::RoleWord,     Meaning::RoleBehind,
+                           Meaning::PartOfDay, Meaning::Holiday,      Meaning::TimeMarker,
+                           Meaning::RangeTo,   Meaning::DurationMark, Meaning::Approximate,
+                           Meaning::The};
+            asked.add(kStartWords);
+            return asked;
+        }();
+        const Token &token = reader.token(i);
+        if (token.kind != TokenKind::Word || reader.symbol(i + 1, '/'))
+            return false;
+        return token.senses == 0 || (field.label != Label::Zone && !token.meanings.meets(kAsked));
     }
 
     /// A mark without a meaning starts nothing but a zone in brackets.

@@ -22,12 +22,30 @@ inline constexpr Meanings kDateWords{
     Meaning::This,   Meaning::Next,    Meaning::Last,        Meaning::AfterNext,
     Meaning::Period, Meaning::DayLead, Meaning::MonthEnd,    Meaning::Era};
 
+/// What stands before a date as a part of it.
+inline constexpr Meanings kDateLeads{Meaning::The, Meaning::In};
+/// Meanings that a length of time can start with.
+inline constexpr Meanings kDurationWords{Meaning::Number, Meaning::HalfBare};
+/// Meanings that a time can start with.
+inline constexpr Meanings kTimeWords{Meaning::Number,      Meaning::PartOfDay,   Meaning::ClockWord,
+                                     Meaning::SpokenClock, Meaning::TowardsHour, Meaning::HalfPast,
+                                     Meaning::HalfBare,    Meaning::QuarterWord};
+/// Meanings that a zone can start with.
+inline constexpr Meanings kZoneWords{Meaning::Zone, Meaning::ZoneWord, Meaning::ZoneOffset};
+
+/// Meanings that any expression can start with.
+inline constexpr Meanings kStartWords = [] {
+    Meanings all;
+    for (const Meanings &each : {kDateWords, kDateLeads, kDurationWords, kTimeWords, kZoneWords})
+        all.add(each);
+    return all;
+}();
+
 /// An article or "in" at token `i` may begin a date: what follows it may be of one. Most articles
 /// of a text do not, and they are many.
 inline bool leadsToDate(const Reader &reader, std::uint32_t i) {
-    static constexpr Meanings kLeads{Meaning::The, Meaning::In};
     constexpr int kMostLeads = 3;
-    for (int leads = 0; leads < kMostLeads && reader.mayHave(i, kLeads); ++leads) {
+    for (int leads = 0; leads < kMostLeads && reader.mayHave(i, kDateLeads); ++leads) {
         i = std::max(reader.skip(i, Meaning::The), reader.skip(i, Meaning::In));
         if (isNumber(reader, i) || reader.mayHave(i, kDateWords))
             return true;
@@ -51,16 +69,12 @@ inline bool mayStartRelativeDate(const Reader &reader, std::uint32_t i) {
 
 /// `readDuration` may find a length of time at token `i`.
 inline bool mayStartDuration(const Reader &reader, std::uint32_t i) {
-    static constexpr Meanings kWords{Meaning::Number, Meaning::HalfBare};
-    return isNumber(reader, i) || reader.mayHave(i, kWords);
+    return isNumber(reader, i) || reader.mayHave(i, kDurationWords);
 }
 
 /// `readTime` may find a time at token `i`.
 inline bool mayStartTime(const Reader &reader, std::uint32_t i) {
-    static constexpr Meanings kWords{Meaning::Number,      Meaning::PartOfDay,   Meaning::ClockWord,
-                                     Meaning::SpokenClock, Meaning::TowardsHour, Meaning::HalfPast,
-                                     Meaning::HalfBare,    Meaning::QuarterWord};
-    return isNumber(reader, i) || reader.mayHave(i, kWords);
+    return isNumber(reader, i) || reader.mayHave(i, kTimeWords);
 }
 
 /// `readSpokenClock` may find a time at token `i`; digits need company.
@@ -74,9 +88,8 @@ inline bool mayStartSpokenClock(const Reader &reader, std::uint32_t i) {
 
 /// `readZone` may find a zone at token `i`, which follows no time.
 inline bool mayStartZone(const Reader &reader, std::uint32_t i) {
-    static constexpr Meanings kWords{Meaning::Zone, Meaning::ZoneWord, Meaning::ZoneOffset};
     const std::uint32_t name = reader.skipSymbol(i, '(');
-    return reader.mayHave(name, kWords) || (reader.word(name) && reader.symbol(name + 1, '/'));
+    return reader.mayHave(name, kZoneWords) || (reader.word(name) && reader.symbol(name + 1, '/'));
 }
 
 } // namespace pindle::conversion
