@@ -82,7 +82,7 @@ void PlaceFinder::consider(std::uint32_t f, TokenSpan part) {
             continue;
         if (const Sense *marker = reader.sense(i, Meaning::PlaceMarker))
             marked(reader, i, *marker);
-        if (reader.has(i, Meaning::PlaceBehind))
+        if (const Sense *behind = reader.sense(i, Meaning::PlaceBehind); behind && !behind->value)
             before(reader, field, i);
         if (isPlaceNoun(reader, i))
             compound(reader, field, i);
@@ -92,7 +92,10 @@ void PlaceFinder::consider(std::uint32_t f, TokenSpan part) {
             online && !reader.has(i, Meaning::Event) && !isOnlineDeed(reader, field, i, *online))
             offer({i, i + online->length}, kLeastScore, i);
     }
-    if (field.label == Label::None || field.label == Label::When || titled)
+    // "Show date: Saturday 12 Feb. Doors 6:30, recital 7:15. Osgood Conservatory, Rm 100."
+    const bool longer = field.label == Label::Date && field.end > part.begin &&
+                        !m_document.sameSentence(field.begin, field.end - 1);
+    if (field.label == Label::None || field.label == Label::When || titled || longer)
         pieces(reader, f, part);
 }
 
@@ -130,6 +133,10 @@ void PlaceFinder::offer(TokenSpan span, int score, std::uint32_t at) {
     // "closed Monday, Memorial Day"
     const Sense *holiday = reader.sense(span.begin, Meaning::Holiday);
     if (holiday && span.begin + holiday->length == span.end)
+        return;
+    // "closed Tuesday (Republic Day)"
+    if (reader.has(span.end - 1, Meaning::DayWord) && span.end > span.begin + 1 &&
+        token(span.end - 1).upper())
         return;
     if (span.empty() || isAmount(span) || saysTooLittle(span) || (zone && zone->value != 0))
         return;

@@ -90,8 +90,9 @@ void PlaceFinder::compound(const Reader &reader, const Field &field, std::uint32
         return;
     const bool booked = isStay() && token(begin).unspaced && field.begin < m_choice.anchor();
     // "Court 2 is ours from 10 until noon"
+    // and "Community hall reserved for your auction on August 28" tell where.
     const Sense *chatter = numbered ? reader.sense(end, Meaning::Chatter) : nullptr;
-    const bool told = chatter && chatter->length > 1;
+    const bool told = (chatter && chatter->length > 1) || reader.has(end, Meaning::PlaceBehind);
     if ((isTitlePosition(field, begin) && !told) || booked) {
         if (isStay() && shapeOf({begin, end}).title)
             offer({begin, end}, kNamedStay, i);

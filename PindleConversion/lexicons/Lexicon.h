@@ -75,7 +75,7 @@ enum class Meaning : std::uint8_t {
     ZoneOffset,    ///< "UTC", "GMT": an offset may follow
     LabelWord,     ///< value: a `Label`
     PlaceMarker,   ///< value 1: strong ("at"), 0: weak ("in")
-    PlaceBehind,   ///< behind a place
+    PlaceBehind,   ///< behind a place; value 1: only behind a kind of place: "reserved for your"
     PlaceNoun,     ///< a kind of place
     StreetWord,    ///< a kind of street; value 1: before its name
     PlaceStop,     ///< a word that ends a place
