@@ -307,10 +307,18 @@ private:
         constexpr std::uint32_t kEarliest = 8;
         constexpr std::uint32_t kDial = 12;
         constexpr std::uint32_t kLongest = 8; ///< hours
+        static constexpr Meanings kDays{Meaning::DateMarker, Meaning::Weekday,
+                                        Meaning::WeakWeekday};
         if (!reader.number(i, kEarliest, kDial) || !reader.symbol(i + 1, '-') ||
-            !reader.number(i + 2, 1, kDial) || !reader.glued(i + 1) || !reader.glued(i + 2) ||
-            (reader.glued(i + 3) && !reader.symbol(i + 3, ',') && !reader.symbol(i + 3, '.')) ||
-            (m_found.dates.empty() && !reader.has(i + 3, Meaning::DateMarker)))
+            !reader.number(i + 2, 1, kDial) || !reader.glued(i + 1) || !reader.glued(i + 2))
+            return false;
+        // "surgery 10-11.30 Sat"
+        const bool minutes = reader.symbol(i + 3, '.') && reader.glued(i + 3) &&
+                             reader.glued(i + 4) && reader.number(i + 4, 0, 59) &&
+                             reader.token(i + 4).digits == 2;
+        const std::uint32_t next = minutes ? i + 5 : i + 3;
+        if ((reader.glued(next) && !reader.symbol(next, ',') && !reader.symbol(next, '.')) ||
+            (m_found.dates.empty() && !reader.mayHave(next, kDays)))
             return false;
         const std::uint32_t hours =
             (reader.token(i + 2).number + kDial - reader.token(i).number) % kDial;

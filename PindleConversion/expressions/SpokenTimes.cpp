@@ -71,8 +71,11 @@ std::optional<ClockSpec> readFraction(const Reader &reader, std::uint32_t i, std
     if (const Sense *past = reader.sense(j, Meaning::PastWord))
         return finishWords(reader, j + past->length, minutes.value, false, next);
     const Sense *to = reader.sense(j, Meaning::ToWord);
-    // "5 to 7" in digits is a range of hours.
-    if (!to || reader.token(i).kind == TokenKind::Number)
+    // "5 to 7" in digits is a range of hours, "20 to 8" hardly where a day has twice twelve.
+    const bool digits = reader.token(i).kind == TokenKind::Number;
+    if (!to || (digits && !(minutes.value > 12 && minutes.value % 5 == 0 && minutes.value != 15 &&
+                            mostHours(reader, i) == 12 && reader.word(j) &&
+                            !(i > 0 && reader.has(i - 1, Meaning::RangeFrom)))))
         return std::nullopt;
     if (reader.word(i) && reader.has(i, Meaning::Number) && minutes.value < 15 &&
         minutes.value % 5 != 0)
