@@ -186,6 +186,27 @@ bool isHourWord(const Reader &reader, std::uint32_t i) {
     return hours && !counted && reader.word(i - 1);
 }
 
+bool isDottedTime(const Reader &reader, std::uint32_t i) {
+    return reader.number(i, 1, 12) && reader.symbol(i + 1, '.') && reader.glued(i + 1) &&
+           reader.glued(i + 2) && reader.number(i + 2, 0, 59) && reader.token(i + 2).digits == 2 &&
+           reader.token(i + 2).number % 5 == 0;
+}
+
+std::uint32_t skipDayHours(const Reader &reader, std::uint32_t i) {
+    constexpr std::uint32_t kEarliest = 8;
+    constexpr std::uint32_t kDial = 12;
+    constexpr std::uint32_t kLongest = 8; ///< hours
+    if (!reader.number(i, kEarliest, kDial) || !reader.symbol(i + 1, '-') ||
+        !reader.number(i + 2, 1, kDial) || !reader.glued(i + 1) || !reader.glued(i + 2))
+        return i;
+    const std::uint32_t next = isDottedTime(reader, i + 2) ? i + 5 : i + 3;
+    if (reader.glued(next) && !reader.symbol(next, ',') && !reader.symbol(next, '.'))
+        return i;
+    const std::uint32_t hours =
+        (reader.token(i + 2).number + kDial - reader.token(i).number) % kDial;
+    return hours > 0 && hours <= kLongest ? next : i;
+}
+
 bool isTimeBehindSlash(const Reader &reader, std::uint32_t i) {
     return reader.symbol(i, '/') && reader.glued(i) && reader.glued(i + 1) &&
            reader.number(i + 1, 0, 24) && reader.glued(i + 2) && reader.number(i + 3, 0, 59) &&

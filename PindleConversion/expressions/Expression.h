@@ -133,6 +133,10 @@ std::optional<ClockSpec> readClock(const Reader &reader, std::uint32_t i, std::u
 
 /// A word for hours announces the number at `i`: "ore 21", but not "2 ore 3".
 bool isHourWord(const Reader &reader, std::uint32_t i);
+/// "7.45": minutes as a clock shows them.
+bool isDottedTime(const Reader &reader, std::uint32_t i);
+/// Behind the hours of a day at `i`, from morning on: "9-1", "10-11.30"; else `i`.
+std::uint32_t skipDayHours(const Reader &reader, std::uint32_t i);
 /// "18:30/20:30": a second time behind a slash ends a range.
 bool isTimeBehindSlash(const Reader &reader, std::uint32_t i);
 /// A clock time in words: "half past two", "halb acht".

@@ -295,34 +295,12 @@ private:
                reader.token(i).kind == TokenKind::Number;
     }
 
-    /// "7.45"
-    static bool isDottedTime(const Reader &reader, std::uint32_t i) {
-        return reader.number(i, 1, 12) && reader.symbol(i + 1, '.') && reader.glued(i + 1) &&
-               reader.glued(i + 2) && reader.number(i + 2, 0, 59) &&
-               reader.token(i + 2).digits == 2 && reader.token(i + 2).number % 5 == 0;
-    }
-
     /// "book fair 9-1": from morning to afternoon, as no game ends.
     bool isRangeOfHours(const Reader &reader, std::uint32_t i) const {
-        constexpr std::uint32_t kEarliest = 8;
-        constexpr std::uint32_t kDial = 12;
-        constexpr std::uint32_t kLongest = 8; ///< hours
         static constexpr Meanings kDays{Meaning::DateMarker, Meaning::Weekday,
                                         Meaning::WeakWeekday};
-        if (!reader.number(i, kEarliest, kDial) || !reader.symbol(i + 1, '-') ||
-            !reader.number(i + 2, 1, kDial) || !reader.glued(i + 1) || !reader.glued(i + 2))
-            return false;
-        // "surgery 10-11.30 Sat"
-        const bool minutes = reader.symbol(i + 3, '.') && reader.glued(i + 3) &&
-                             reader.glued(i + 4) && reader.number(i + 4, 0, 59) &&
-                             reader.token(i + 4).digits == 2;
-        const std::uint32_t next = minutes ? i + 5 : i + 3;
-        if ((reader.glued(next) && !reader.symbol(next, ',') && !reader.symbol(next, '.')) ||
-            (m_found.dates.empty() && !reader.mayHave(next, kDays)))
-            return false;
-        const std::uint32_t hours =
-            (reader.token(i + 2).number + kDial - reader.token(i).number) % kDial;
-        return hours > 0 && hours <= kLongest;
+        const std::uint32_t next = skipDayHours(reader, i);
+        return next != i && (!m_found.dates.empty() || reader.mayHave(next, kDays));
     }
 
     /// Marks part the cells of a line.
