@@ -138,7 +138,8 @@ void PlaceFinder::offer(TokenSpan span, int score, std::uint32_t at) {
     if (reader.has(span.end - 1, Meaning::DayWord) && span.end > span.begin + 1 &&
         token(span.end - 1).upper())
         return;
-    if (span.empty() || isAmount(span) || saysTooLittle(span) || (zone && zone->value != 0))
+    if (span.empty() || isQuotedInList(span) || isAmount(span) || saysTooLittle(span) ||
+        (zone && zone->value != 0))
         return;
     if (m_document.sameSentence(at, m_choice.anchor()))
         score += 12;

@@ -129,8 +129,12 @@ void PlaceFinder::street(const Reader &reader, const Field &field, std::uint32_t
     // "Boiler service for 42 Nelson Tce", but "5 Mile Charity Walk".
     if (begin == i || begin == field.begin || !token(i).upper() || token(begin - 1).used ||
         !reader.number(begin - 1, 1, 9999, 4) || reader.has(i, Meaning::Event) ||
-        reader.has(begin, Meaning::Measure) || !token(begin).spaceBefore ||
-        begin < field.begin + 2 || !reader.word(begin - 2) || token(begin - 2).upper())
+        reader.has(begin, Meaning::Measure) || !token(begin).spaceBefore || begin < field.begin + 2)
+        return;
+    // "Two viewings: 14 Birch Row on Tuesday 21 March"
+    const bool listed = reader.symbol(begin - 2, ':') && token(begin - 1).spaceBefore &&
+                        (token(i + 1).used || reader.has(i + 1, Meaning::DateMarker));
+    if (!listed && (!reader.word(begin - 2) || token(begin - 2).upper()))
         return;
     offer({begin - 1, nameEnd(reader, begin - 1)}, kScore, i);
 }
@@ -162,7 +166,7 @@ bool PlaceFinder::isSeat(const Reader &reader, std::uint32_t i) {
     const std::uint32_t number = reader.skipSymbol(i + 1, '#');
     const Token &next = reader.token(i + 1);
     return label && label->value == static_cast<int>(Label::Sender) &&
-           (reader.number(number, 0, 9999, 4) || number != i + 1 ||
+           (reader.number(number, 0, 99999999, 8) || number != i + 1 ||
             (next.upper() && next.end - next.begin == 1));
 }
 
@@ -267,6 +271,20 @@ void PlaceFinder::sender(const Reader &reader, std::uint32_t open) {
     if (reader.symbol(close, ']') && token(open + 1).unspaced && isPlaceNoun(reader, close - 1) &&
         !token(open + 1).used)
         offer({open + 1, close}, kSender, open);
+}
+
+bool PlaceFinder::isQuotedInList(TokenSpan part) const {
+    constexpr std::uint32_t kBefore = 3;
+    if (part.begin < kBefore)
+        return false;
+    const std::uint32_t open = part.begin - 1;
+    const char32_t mark = token(open).symbol;
+    if ((mark != '\'' && mark != '"') || token(part.end).symbol != mark)
+        return false;
+    const auto joined = [&](std::uint32_t comma, std::uint32_t quote) {
+        return token(comma).symbol == ',' && token(quote).symbol == mark;
+    };
+    return joined(open - 1, open - 2) || joined(part.end + 1, part.end + 2);
 }
 
 bool PlaceFinder::isKindAlone(TokenSpan place) const {

@@ -156,6 +156,8 @@ private:
     static bool isSeat(const Reader &reader, std::uint32_t i);
     /// "Row F Seat 9"
     static bool namesSeat(const Reader &reader, TokenSpan part);
+    /// "'Knots and Splices', 'The Dry Garden'": one of several works.
+    bool isQuotedInList(TokenSpan part) const;
     /// "our gallery": a kind of place without a name.
     bool isKindAlone(TokenSpan place) const;
     /// "Kwiatowa 8/14": a name with house and flat.

@@ -205,7 +205,8 @@ std::uint32_t PlaceNames::addressGoesOn(const Reader &reader, std::uint32_t i,
     // "Ferndale Reserve, oval's being reseeded"
     if (token(i).possessive && !token(i).capital)
         return i;
-    const bool name = token(i).upper() && reader.at(i + 1) && reader.token(i + 1).upper();
+    const bool name =
+        token(i).upper() && !token(i).used && reader.at(i + 1) && reader.token(i + 1).upper();
     std::uint32_t end = name ? i + 1 : i;
     const std::uint32_t limit = std::min(reader.end(), i + kLongestName);
     while (end < limit && !stops(reader, end, begin))

@@ -17,6 +17,7 @@ constexpr int kNumbered = 40;       ///< less for one of several: "Session 1"
 constexpr int kKindBeforeDate = 20; ///< less for a kind that only leads to the date
 constexpr int kMarkersOnly = 40;    ///< less for "leaving", which only announces a time
 constexpr int kBehind = 40;         ///< less for what is only said of a day: "is no good"
+constexpr int kPresents = 60;       ///< less for who presents the event on a line of their own
 constexpr int kHosts = 20;          ///< less for who invites on a line of their own
 constexpr int kInvited = 24;        ///< for what a text invites to
 constexpr int kOtherMoment = 30;    ///< less for what only tells when
@@ -43,6 +44,11 @@ int labelScore(Label label) {
     default:
         return 0;
     }
+}
+
+/// `next` is on the line below and begins with words.
+bool isBelow(const Field &field, const Field &next) {
+    return next.line == field.line + 1 && next.label == Label::None;
 }
 
 } // namespace
@@ -242,6 +248,9 @@ int TitleScore::wordPenalties(const Reader &reader, const TitleCandidate &candid
         trimmed.end <= trimmed.begin + kLongestKind && token(trimmed.end).symbol == ':' &&
         token(trimmed.end + 1).used)
         score -= kKindBeforeDate;
+    if (trimmed.end == trimmed.begin + 1 && token(trimmed.end).symbol == ':' &&
+        token(trimmed.end + 1).used && wasNamedBefore(trimmed.begin))
+        score -= kNumbered;
     // "EN | FR" above a page
     if (candidate.field.cell && trimmed.end == trimmed.begin + 1 && !event &&
         token(trimmed.begin).end - token(trimmed.begin).begin <= kLongestKind &&
@@ -267,6 +276,10 @@ int TitleScore::linePenalties(const Reader &reader, const TitleCandidate &candid
     if (alone && next <= &m_document.fields.back() &&
         announces(Reader(m_document, next->end), next->begin))
         score -= kHosts;
+    // "The Pump House Players present", above the name of the play.
+    if (alone && reader.has(part.end - 1, Meaning::PresentVerb) && part.end > part.begin + 1 &&
+        part.end == field.end && next <= &m_document.fields.back() && isBelow(field, *next))
+        score -= kPresents;
     if (part.begin > 0 && isCrumb(part.begin - 1))
         score -= 40;
     // "Submit agenda items by noon Wed. The annual meeting is ...": due before the event.

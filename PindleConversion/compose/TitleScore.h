@@ -66,6 +66,8 @@ private:
     /// "Webinar: Reading a Balance Sheet", "Webinar | Reading a Balance Sheet": the kind stands
     /// before the name.
     bool isCalledByNext(TokenSpan trimmed) const;
+    /// "The jumble sale returns! ... Sale: Saturday": said before with what tells it apart.
+    bool wasNamedBefore(std::uint32_t i) const;
     /// "水務署通知：", "物业公告：": who tells, where nothing says what of.
     bool namesSender(TokenSpan part, TokenSpan trimmed) const;
     /// A short line without a sentence's full stop.

@@ -103,6 +103,18 @@ bool TitleScore::isCalledByNext(TokenSpan trimmed) const {
     return kind && (mark == '|' || mark == kBullet) && event;
 }
 
+bool TitleScore::wasNamedBefore(std::uint32_t i) const {
+    constexpr std::uint32_t kReach = 60;
+    if (token(i).word == 0)
+        return false;
+    for (std::uint32_t k = i; k > 1 && i - k < kReach; --k)
+        if (token(k - 1).word == token(i).word && token(k - 2).kind == TokenKind::Word &&
+            !token(k - 2).used && !token(k - 2).meanings.has(Meaning::The) &&
+            m_document.sameSentence(k - 2, k - 1))
+            return true;
+    return false;
+}
+
 bool TitleScore::namesSender(TokenSpan part, TokenSpan trimmed) const {
     const std::uint32_t mark = trimmed.end + 1;
     // "【市一医院】": whose message it is.

@@ -101,8 +101,12 @@ bool TitleWords::isReference(const Reader &reader, TokenSpan span) {
     // "ORDER #QX-20418-77 NON-REFUNDABLE"
     if (reader.symbol(code, '#') && reader.at(code + 1))
         return true;
+    // "Phone +61 2 5550 1177, PIN 40921"
+    code = sender ? reader.skipSymbol(code, '+') : code;
     for (std::uint32_t i = code; i < span.end; ++i) {
         const Token &part = reader.token(i);
+        if (sender && i > code && part.symbol == ',')
+            break;
         const bool number = part.kind == TokenKind::Number;
         if (i > code && part.spaceBefore && !(number && sender))
             return false;
