@@ -285,7 +285,8 @@ bool Chooser::acceptDate() {
     }
     const std::uint32_t token = dated.mention->span.begin;
     if (dated.mention->weak && !hasTimeNear(token) && !hasDateMarker(token) &&
-        m_found.times.empty() && !sentenceHas(token, Meaning::Event)) {
+        m_found.times.empty() && !sentenceHas(token, Meaning::Event) &&
+        roleOf(token) != Role::Deadline) {
         refuse(Notice::NoDate);
         return false;
     }

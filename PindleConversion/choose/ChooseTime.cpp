@@ -275,6 +275,17 @@ bool Chooser::isPartOfPlace(const Reader &reader, std::uint32_t i, const Sense &
            reader.has(next, Meaning::PlaceNoun) && !reader.has(i, Meaning::PlaceNoun);
 }
 
+bool Chooser::isBehindAside(const Reader &reader, std::uint32_t i) const {
+    constexpr std::uint32_t kReach = 10;
+    for (std::uint32_t back = 1; back <= std::min(kReach, i); ++back) {
+        if (!m_document.sameSentence(i - back, i) || m_document.tokens[i - back].used)
+            return false;
+        if (reader.has(i - back, Meaning::AsideLead))
+            return true;
+    }
+    return false;
+}
+
 EventKind Chooser::eventKind() const {
     EventKind best = EventKind::None;
     int bestScore = -1;
@@ -300,7 +311,11 @@ EventKind Chooser::eventKind() const {
         covered = i + event->length;
         const auto kind = static_cast<EventKind>(event->value);
         int score = kind == EventKind::Neutral ? 0 : 4;
-        score += m_document.sameSentence(i, anchor) ? 2 : 0;
+        // "..., e poi tutti al bar per il brindisi" follows the event of the line above.
+        score += m_document.sameSentence(i, anchor) &&
+                         !(best != EventKind::None && i > anchor && isBehindAside(reader, i))
+                     ? 2
+                     : 0;
         if (score > bestScore || (head && score == bestScore)) {
             bestScore = score;
             best = kind;

@@ -206,6 +206,8 @@ private:
     TimeMention inHalf(const TimeMention &time) const;
     /// Evening and morning kinds win over neutral ones; the event's own sentence comes first.
     EventKind eventKind() const;
+    /// "and then drinks": words before token `i` tell that it comes after the event.
+    bool isBehindAside(const Reader &reader, std::uint32_t i) const;
     /// "at the Railway Club": the kind of event at `i` is a word of a place's name.
     static bool isPartOfPlace(const Reader &reader, std::uint32_t i, const Sense &event);
     TimeContext contextOf(const TimeMention &time) const;

@@ -298,11 +298,32 @@ bool PlaceFinder::isKindAlone(TokenSpan place) const {
 
 bool PlaceFinder::isHouse(const Reader &reader, TokenSpan part) {
     const std::uint32_t slash = part.end - 2;
+    // "Lipowa 8 m. 14"
+    const std::uint32_t mark = reader.symbol(slash, '.') ? slash - 1 : slash;
+    constexpr std::uint32_t kLongestMark = 3;
+    if (part.end > part.begin + 3 && reader.word(mark) && !reader.token(mark).capital &&
+        reader.token(mark).end - reader.token(mark).begin <= kLongestMark &&
+        reader.number(part.end - 1, 1, 999, 3) && mark == part.begin + 2 &&
+        reader.number(mark - 1, 1, 999, 3) && reader.token(part.begin).upper() &&
+        reader.token(part.begin).word == 0)
+        return true;
     return part.end > part.begin + 3 && reader.symbol(slash, '/') && reader.glued(slash) &&
            reader.glued(slash + 1) && reader.number(slash - 1, 1, 999, 3) &&
            reader.number(slash + 1, 1, 999, 3) && reader.token(slash - 1).spaceBefore &&
            reader.word(slash - 2) && reader.token(slash - 2).capital &&
            reader.token(slash - 2).word == 0 && !reader.has(slash - 2, Meaning::Numbered);
+}
+
+bool PlaceFinder::countsAboard(const Reader &reader, std::uint32_t begin) const {
+    return token(begin).kind == TokenKind::Number &&
+           (reader.has(begin + 1, Meaning::Chatter) ||
+            (token(begin + 1).unspaced && reader.has(begin + 1, Meaning::Counter)));
+}
+
+bool PlaceFinder::isAcronym(TokenSpan part) const {
+    constexpr std::size_t kLongest = 6;
+    const std::string_view text = m_document.slice(part);
+    return part.end == part.begin + 1 && text.size() <= kLongest && allCapitals(text);
 }
 
 bool PlaceFinder::isCounted(const Reader &reader, std::uint32_t i) {

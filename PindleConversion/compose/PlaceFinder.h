@@ -232,6 +232,8 @@ private:
     bool isBehindPerson(const Reader &reader, TokenSpan part) const;
     /// "(Advance Single)" is no place, "那場" and "哪个馆" ask or point elsewhere.
     static bool pointsElsewhere(const Reader &reader, TokenSpan part);
+    /// "2 adults, 1 car", "07车": who and what a ticket is for, and the carriage.
+    bool countsAboard(const Reader &reader, std::uint32_t begin) const;
     /// The part's first words or what follows it say that it is something else.
     bool refusesPart(const Reader &reader, TokenSpan part) const;
     /// "Clinique vétérinaire des Quatre Bras": the kind of place has a trade, then its name.

@@ -34,8 +34,15 @@ Shape PlaceNames::shapeOf(TokenSpan span) const {
 }
 
 bool PlaceNames::leadsToPlace(const Reader &reader, std::uint32_t i) {
-    return reader.has(i, Meaning::PlaceNoun) ||
-           (reader.word(i) && reader.token(i).word == 0 && reader.has(i + 1, Meaning::PlaceNoun));
+    // "老街的聚福楼": a name of some signs before its kind.
+    constexpr std::uint32_t kLongestName = 4;
+    for (std::uint32_t k = i; k <= i + kLongestName; ++k) {
+        if (reader.has(k, Meaning::PlaceNoun))
+            return true;
+        if (!reader.word(k) || reader.token(k).word != 0 || (k > i && !reader.token(k).unspaced))
+            return false;
+    }
+    return false;
 }
 
 bool PlaceNames::startsAside(const Reader &reader, std::uint32_t i) {

@@ -108,14 +108,17 @@ void PlaceFinder::venueAbove(const Reader &reader, std::uint32_t f) {
     const Field &field = m_document.fields[f];
     const bool heading = f == 0 || m_document.fields[f - 1].ignored;
     const bool numbered = reader.number(field.end - 1, 1, 9999, 4) && !token(field.end - 1).used;
-    const bool capital = token(field.begin).upper() && (token(field.end - 1).upper() || numbered);
+    const bool capital = token(field.begin).unspaced ||
+                         (token(field.begin).upper() && (token(field.end - 1).upper() || numbered));
     // "2209 Juniper Way, Boise, ID"
     if (f > 0 && !field.spoken && token(field.begin).kind == TokenKind::Number &&
         field.label == Label::None && nameEnd(reader, field.begin) == field.end &&
         shapeOf({field.begin, field.end}).street)
         return offer({field.begin, field.end}, kScore, field.begin);
     if (heading || field.spoken || !capital ||
-        !(reader.has(field.begin, Meaning::PlaceNoun) || isVenueLine(reader, field)) ||
+        !(reader.has(token(field.begin).unspaced ? field.end - 1 : field.begin,
+                     Meaning::PlaceNoun) ||
+          isVenueLine(reader, field)) ||
         nameEnd(reader, field.begin) != field.end ||
         m_document.fields[f - 1].line + 1 != field.line)
         return;
@@ -341,9 +344,9 @@ bool PlaceFinder::refusesPart(const Reader &reader, TokenSpan part) const {
            (reader.word(begin) && reader.has(begin, Meaning::TimeMarker) &&
             !token(begin).upper()) ||
            (reader.has(begin, Meaning::PlaceStop) && !token(begin).upper()) ||
-           reader.has(begin + 2, Meaning::Counter) || token(begin).kind == TokenKind::Link ||
-           namesSeat(reader, part) || isCounted(reader, begin) || isCounted(reader, begin + 1) ||
-           isArrival(reader, begin) ||
+           reader.has(begin + 2, Meaning::Counter) || countsAboard(reader, begin) ||
+           token(begin).kind == TokenKind::Link || namesSeat(reader, part) ||
+           isCounted(reader, begin) || isCounted(reader, begin + 1) || isArrival(reader, begin) ||
            (reader.symbol(part.end, ':') &&
             !(part.end + 1 == reader.end() && isTimedHeading(token(begin).field))) ||
            isAnnounced(reader, begin) || tellsSeat(reader, begin, part.end);
@@ -454,12 +457,6 @@ bool PlaceFinder::closesNote(const Field &field, TokenSpan part) const {
             reader.has(i, Meaning::Chatter) || token(i).spaceBefore != (i == part.begin))
             return false;
     return named;
-}
-
-bool PlaceFinder::isAcronym(TokenSpan part) const {
-    constexpr std::size_t kLongest = 6;
-    const std::string_view text = m_document.slice(part);
-    return part.end == part.begin + 1 && text.size() <= kLongest && allCapitals(text);
 }
 
 bool PlaceFinder::isOnlyName(const Field &field, TokenSpan part, const Shape &shape) const {

@@ -282,6 +282,13 @@ int TitleScore::linePenalties(const Reader &reader, const TitleCandidate &candid
         score -= kPresents;
     if (part.begin > 0 && isCrumb(part.begin - 1))
         score -= 40;
+    // "Circular – 5.º B" above the event's own line
+    if (const Sense *head = first && part.begin > field.begin && !contains(trimmed, Meaning::Event)
+                                ? beyond.sense(field.begin, Meaning::PageHead)
+                                : nullptr;
+        head && isEdgeMark(token(field.begin + head->length)) &&
+        token(m_choice.anchor()).field != token(field.begin).field)
+        score -= kNoContent;
     // "Submit agenda items by noon Wed. The annual meeting is ...": due before the event.
     if (run.beforeUsed && beyond.has(run.span.end - 1, Meaning::DueMarker) &&
         run.span.end != m_choice.dateSpan.begin && run.span.end != m_choice.timeSpan.begin)
