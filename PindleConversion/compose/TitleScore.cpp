@@ -18,6 +18,7 @@ constexpr int kKindBeforeDate = 20; ///< less for a kind that only leads to the 
 constexpr int kMarkersOnly = 40;    ///< less for "leaving", which only announces a time
 constexpr int kBehind = 40;         ///< less for what is only said of a day: "is no good"
 constexpr int kPresents = 60;       ///< less for who presents the event on a line of their own
+constexpr int kInvites = 80;        ///< less for "The club invites" above what it invites to
 constexpr int kHosts = 20;          ///< less for who invites on a line of their own
 constexpr int kInvited = 24;        ///< for what a text invites to
 constexpr int kOtherMoment = 30;    ///< less for what only tells when
@@ -265,6 +266,20 @@ int TitleScore::wordPenalties(const Reader &reader, const TitleCandidate &candid
     return score;
 }
 
+bool TitleScore::invitesAtEnd(const Field &field) const {
+    constexpr int kInvitation = 4;
+    constexpr std::uint32_t kLongest = 4;
+    const Reader reader(m_document, field.end);
+    std::uint32_t end = field.end;
+    while (end > field.begin && isEdgeMark(token(end - 1)))
+        --end;
+    for (std::uint32_t k = 1; k <= kLongest && field.begin + k < end; ++k)
+        if (const Sense *lead = reader.sense(end - k, Meaning::TitleLead);
+            lead && lead->value == kInvitation && lead->length == k)
+            return true;
+    return false;
+}
+
 int TitleScore::linePenalties(const Reader &reader, const TitleCandidate &candidate) const {
     const auto &[field, run, part, trimmed, alone, first, order] = candidate;
     int score = 0;
@@ -273,6 +288,8 @@ int TitleScore::linePenalties(const Reader &reader, const TitleCandidate &candid
     if (part.end < run.span.end && announces(beyond, part.end))
         score -= 40;
     const Field *next = &field + 1;
+    if (first && part.begin == field.begin && invitesAtEnd(field))
+        score -= kInvites;
     if (alone && next <= &m_document.fields.back() &&
         announces(Reader(m_document, next->end), next->begin))
         score -= kHosts;
@@ -283,12 +300,13 @@ int TitleScore::linePenalties(const Reader &reader, const TitleCandidate &candid
     if (part.begin > 0 && isCrumb(part.begin - 1))
         score -= 40;
     // "Circular – 5.º B" above the event's own line
-    if (const Sense *head = first && part.begin > field.begin && !contains(trimmed, Meaning::Event)
+    if (const Sense *head = &field == &m_document.fields.front() && part.begin > field.begin &&
+                                    !contains(trimmed, Meaning::Event)
                                 ? beyond.sense(field.begin, Meaning::PageHead)
                                 : nullptr;
         head && isEdgeMark(token(field.begin + head->length)) &&
         token(m_choice.anchor()).field != token(field.begin).field)
-        score -= kNoContent;
+        score -= kInvites;
     // "Submit agenda items by noon Wed. The annual meeting is ...": due before the event.
     if (run.beforeUsed && beyond.has(run.span.end - 1, Meaning::DueMarker) &&
         run.span.end != m_choice.dateSpan.begin && run.span.end != m_choice.timeSpan.begin)

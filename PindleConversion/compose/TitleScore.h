@@ -44,6 +44,8 @@ private:
     /// Less for words that say who, where or how much rather than what.
     int wordPenalties(const Reader &reader, const TitleCandidate &candidate) const;
     /// Less for a line that leads to what follows, names its hosts or signs.
+    /// "The club invites you": a host on a line of their own.
+    bool invitesAtEnd(const Field &field) const;
     int linePenalties(const Reader &reader, const TitleCandidate &candidate) const;
 
     // TitleSurroundings.cpp

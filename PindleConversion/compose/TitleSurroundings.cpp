@@ -51,7 +51,11 @@ bool TitleScore::isPageHead(const Reader &reader, TokenSpan part) const {
         --last;
     for (std::uint32_t i = part.begin; i < part.end; ++i) {
         const Sense *head = reader.sense(i, Meaning::PageHead);
-        if (head && (i + head->length == last || (i == part.begin && head->value == 1)))
+        // "Circulaire n° 12"
+        constexpr std::uint32_t kLongestNumber = 3;
+        const bool counted = head && i == part.begin && last <= i + head->length + kLongestNumber &&
+                             token(last - 1).kind == TokenKind::Number;
+        if (head && (i + head->length == last || counted || (i == part.begin && head->value == 1)))
             return true;
         slash = slash || (reader.symbol(i, '/') && !reader.glued(i) && reader.at(i + 1) &&
                           !reader.glued(i + 1));

@@ -78,7 +78,8 @@ bool isCommaTime(const Reader &reader, std::uint32_t i) {
     const bool goesOn =
         reader.word(next) && !reader.glued(next) &&
         (reader.has(next, Meaning::PlaceMarker) || reader.has(next, Meaning::PartOfDay) ||
-         reader.has(next, Meaning::RelativeDay) || reader.has(next, Meaning::RangeTo));
+         reader.has(next, Meaning::RelativeDay) || reader.has(next, Meaning::RangeTo) ||
+         reader.has(next, Meaning::StreetWord) || reader.has(next, Meaning::PlaceNoun));
     // "alle 6,25" tells more than "a 6,25".
     constexpr std::uint32_t kFive = 5;
     constexpr std::uint32_t kPlainMarker = 3; ///< bytes

@@ -86,7 +86,8 @@ enum class Meaning : std::uint8_t {
     RoleBehind,    ///< a role said behind its date or time: "23時まで"; value: a `Role`
     Greeting,      ///< a piece that greets or thanks; value 1: says no to what was asked
     Chatter,       ///< a piece that is no title: requests, prices, conditions
-    TitleLead,     ///< dropped from the front of a title
+    TitleLead,     ///< dropped from the front of a title; value 4: ends the line of a host, who
+                   ///< "invites" to what follows
     TitleTail,     ///< dropped from the end of a title
     Person,        ///< "with", before a person
     Abbreviation,  ///< its full stop ends no sentence
