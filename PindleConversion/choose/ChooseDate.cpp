@@ -103,7 +103,10 @@ int Chooser::scoreDate(const Dated &dated, int index) {
     if (isDue(token))
         score -= 18;
     const Role role = roleOf(token);
-    if (dated.mention->first.base == DateSpec::Base::DayOnly && !dated.mention->first.monthGiven)
+    // "The concert is Thursday 18th at 4pm": the name of the day leaves little doubt.
+    const DateSpec &first = dated.mention->first;
+    const bool named = first.weekday != 0 && hasTimeBeside(dated.mention->span);
+    if (first.base == DateSpec::Base::DayOnly && !first.monthGiven && !named)
         score -= role == Role::MovedTo || isOnlyDay(dated) ? 12 : 40;
     if (mayBeStreet(dated.mention->span))
         score -= 60;

@@ -119,6 +119,7 @@ bool PlaceFinder::isRoomNumber(std::uint32_t i) const {
 void PlaceFinder::street(const Reader &reader, const Field &field, std::uint32_t i) {
     constexpr int kStreetOfEvent = 20;
     constexpr int kScore = 30;
+    constexpr int kListed = 40;
     constexpr std::uint32_t kMostNames = 3;
     if (isStreetOfEvent(reader, field, i))
         offer({i, i + 1}, kStreetOfEvent, i);
@@ -136,7 +137,7 @@ void PlaceFinder::street(const Reader &reader, const Field &field, std::uint32_t
                         (token(i + 1).used || reader.has(i + 1, Meaning::DateMarker));
     if (!listed && (!reader.word(begin - 2) || token(begin - 2).upper()))
         return;
-    offer({begin - 1, nameEnd(reader, begin - 1)}, kScore, i);
+    offer({begin - 1, nameEnd(reader, begin - 1)}, listed ? kListed : kScore, i);
 }
 
 bool PlaceFinder::isStreetOfEvent(const Reader &reader, const Field &field, std::uint32_t i) const {

@@ -108,6 +108,15 @@ bool PlaceFinder::leadsToOther(const Reader &reader, std::uint32_t i, TokenSpan 
     const std::uint32_t begin = name.begin;
     if (countsPlaces(reader, begin))
         return true;
+    // "to call the garage about the clutch": a deed.
+    static constexpr Meanings kNames{Meaning::The,         Meaning::PlaceNoun, Meaning::NotAPlace,
+                                     Meaning::PlaceMarker, Meaning::Of,        Meaning::Number};
+    if (token(begin).kind == TokenKind::Word && token(begin).word != 0 && !token(begin).capital &&
+        !token(begin).unspaced && reader.has(begin + 1, Meaning::The) &&
+        token(begin + 1).spaceBefore &&
+        (reader.has(begin, Meaning::TitleLead) || reader.has(begin, Meaning::Event)) &&
+        !reader.mayHave(begin, kNames))
+        return true;
     if (token(begin).kind == TokenKind::Number && reader.has(begin + 1, Meaning::UnitWord))
         return true;
     // "voor het 10-minutengesprek"

@@ -328,6 +328,11 @@ bool isAccepted(const Reader &reader, const TimeMention &mention, std::uint32_t 
         return true;
     if (isDateLike(reader, next) && reader.has(next, Meaning::RelativeDay))
         return true;
+    // "Blood test 0840 Thu 18/3"
+    static constexpr Meanings kNames{Meaning::Weekday, Meaning::WeakWeekday};
+    if (start.literal && start.minuteGiven && start.minute % 5 == 0 && start.hour < 10 &&
+        next > 0 && reader.token(next - 1).digits == 4 && reader.mayHave(next, kNames))
+        return true;
     // "lab work 3/11 7a fasting"
     if (afterDate && start.meridiem >= 0)
         return true;
