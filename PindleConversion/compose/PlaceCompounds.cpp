@@ -99,7 +99,10 @@ void PlaceFinder::compound(const Reader &reader, const Field &field, std::uint32
         return;
     }
     // "Flat 902, Tower C, Green Meadows"
-    if (numbered && reader.symbol(end, ',') && token(begin).capital && !token(i).unspaced)
+    // and "Orchard Rise and Quince Close"
+    const bool paired = reader.has(end, Meaning::And) && reader.has(end - 1, Meaning::StreetWord);
+    if (((numbered && reader.symbol(end, ',')) || paired) && token(begin).capital &&
+        !token(i).unspaced)
         end = std::max(end, nameEnd(reader, begin));
     // "Lawn Bowls for Beginners" goes on as a name of something else.
     const bool goesOn = end < field.end && reader.word(end) && !token(end).used;
@@ -149,8 +152,9 @@ bool PlaceFinder::isStreetOfEvent(const Reader &reader, const Field &field, std:
 }
 
 bool PlaceFinder::isRouteEnd(const Field &field, std::uint32_t begin) const {
-    return begin > field.begin + 1 && token(begin - 1).symbol == '-' && token(begin - 2).capital &&
-           !token(begin - 2).used;
+    constexpr char32_t kArrow = 0x2192;
+    const char32_t mark = begin > field.begin + 1 ? token(begin - 1).symbol : 0;
+    return (mark == '-' || mark == kArrow) && token(begin - 2).capital && !token(begin - 2).used;
 }
 
 bool PlaceFinder::tellsSeat(const Reader &reader, std::uint32_t begin, std::uint32_t end) {
@@ -280,11 +284,16 @@ bool PlaceFinder::isQuotedInList(TokenSpan part) const {
         return false;
     const std::uint32_t open = part.begin - 1;
     const char32_t mark = token(open).symbol;
-    if ((mark != '\'' && mark != '"') || token(part.end).symbol != mark)
+    if (mark != '\'' && mark != '"')
         return false;
     const auto joined = [&](std::uint32_t comma, std::uint32_t quote) {
         return token(comma).symbol == ',' && token(quote).symbol == mark;
     };
+    for (std::uint32_t i = part.begin; i < part.end; ++i)
+        if (token(i).symbol == mark && joined(i + 1, i + 2))
+            return true;
+    if (token(part.end).symbol != mark)
+        return false;
     return joined(open - 1, open - 2) || joined(part.end + 1, part.end + 2);
 }
 

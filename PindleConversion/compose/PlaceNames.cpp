@@ -200,6 +200,11 @@ std::uint32_t PlaceNames::nameEnd(const Reader &reader, std::uint32_t begin) con
         !other.used && !reader.word(i + 2) && !reader.has(i + 1, Meaning::Event) &&
         shapeOf({begin, i}).street && reader.has(begin, Meaning::StreetWord))
         i += 2;
+    // "Orchard Rise and Quince Close"
+    else if (i < limit && reader.has(i, Meaning::And) && other.upper() && !other.used &&
+             token(i + 2).upper() && !token(i + 2).used && reader.has(i + 2, Meaning::StreetWord) &&
+             reader.has(i - 1, Meaning::StreetWord))
+        i += 3;
     return i;
 }
 
