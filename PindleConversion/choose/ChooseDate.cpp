@@ -148,9 +148,23 @@ int Chooser::scoreDate(const Dated &dated, int index) {
         score -= 45;
     if (followsDate(dated))
         score -= 40;
+    if (m_dates.size() == 2 && m_found.times.empty() && isDayAfterLast(dated))
+        score -= 80;
     if (sentenceHas(token, Meaning::Event) && !isLaterItem(dated))
         score += 10;
     return score;
+}
+
+bool Chooser::isDayAfterLast(const Dated &dated) const {
+    const Dated &other = &dated == &m_dates.front() ? m_dates.back() : m_dates.front();
+    const auto isWritten = [&](const Dated &each) {
+        return each.mention->first.base == DateSpec::Base::Calendar && !each.date.last;
+    };
+    const std::uint32_t last = other.mention->span.begin;
+    return dated.date.first == other.date.first + std::chrono::days(1) && isWritten(dated) &&
+           isWritten(other) && last > dated.mention->span.begin &&
+           (roleOf(last) == Role::Deadline || roleOf(last) == Role::None) &&
+           m_document.sameSentence(last, dated.mention->span.begin);
 }
 
 bool Chooser::isOnlyDay(const Dated &dated) const {

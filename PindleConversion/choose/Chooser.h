@@ -70,6 +70,8 @@ private:
     void resolveDates();
     /// "6/3, 6/10, 6/17 (all Wednesdays)": the weekday of the days before it.
     bool explainsDays(const Dated &dated) const;
+    /// "before 1 May, so on 30 April at the latest": the day behind the last one.
+    bool isDayAfterLast(const Dated &dated) const;
     bool hasTimeNear(std::uint32_t token) const;
     bool hasTimeBeside(TokenSpan span) const;
     /// "Booked on the 23rd, 13.30 to 15.00": nobody writes something so long.
