@@ -100,13 +100,15 @@ bool Chooser::isTurnedDown(const Dated &dated) const {
     if (m_dates.size() < 2)
         return false;
     const std::uint32_t at = dated.mention->span.begin;
-    return std::any_of(m_found.roles.begin(), m_found.roles.end(), [&](const RoleMention &role) {
-        return role.role == Role::MovedFrom && role.token > at &&
-               std::any_of(m_dates.begin(), m_dates.end(), [&](const Dated &other) {
-                   return other.mention->span.begin > at && other.date.first == dated.date.first &&
-                          roleOf(other.mention->span.begin) == Role::MovedFrom;
-               });
-    });
+    const auto turnsDown = [&](const RoleMention &role) {
+        return role.role == Role::MovedFrom && role.token > at;
+    };
+    const auto isTheDay = [&](const Dated &other) {
+        return other.mention->span.begin > at && other.date.first == dated.date.first &&
+               roleOf(other.mention->span.begin) == Role::MovedFrom;
+    };
+    return std::any_of(m_found.roles.begin(), m_found.roles.end(), turnsDown) &&
+           std::any_of(m_dates.begin(), m_dates.end(), isTheDay);
 }
 
 void Chooser::settleLaterWeeks() {

@@ -7,14 +7,14 @@ namespace pindle::conversion {
 
 void Chooser::noteClockStyle() {
     for (const TimeMention &time : m_found.times) {
+        if (!time.start.literal)
+            continue;
         // "carriages midnight" is on any clock.
-        const bool late =
-            time.start.literal &&
-            (time.start.hour > 12 || (time.start.hour == 0 && time.start.minute > 0) ||
-             (time.start.hour == 0 &&
-              m_document.tokens[time.span.begin].kind == TokenKind::Number));
-        const bool padded = time.start.literal && time.start.hour < 10 && time.start.hour > 0;
-        m_twentyFour = m_twentyFour || late || padded;
+        const bool atNight =
+            time.start.hour == 0 &&
+            (time.start.minute > 0 || m_document.tokens[time.span.begin].kind == TokenKind::Number);
+        const bool padded = time.start.hour < 10 && time.start.hour > 0;
+        m_twentyFour = m_twentyFour || time.start.hour > 12 || atNight || padded;
     }
 }
 

@@ -89,8 +89,6 @@ private:
     bool isHabit(const Dated &dated) const;
     /// "Arrival 3 April, departure 10 April": who stays arrives first.
     bool opensStay(const Dated &dated) const;
-    /// "Run Sunday?", "can't do Sunday": a day that is turned down further on.
-    bool isTurnedDown(const Dated &dated) const;
     /// "Delivered on 16 October", said some days later.
     bool isLongPast(const Dated &dated) const;
     void pickDate();
@@ -131,8 +129,6 @@ private:
     void joinRanges();
     /// "24 Dec 19:00 – 25 Dec 7:00", "Friday (drop-off 6pm) to Sunday (collect 2pm)".
     bool isRangeOver(const Dated &first, const Dated &second) const;
-    /// "my Saturday shift? Not this one, the one after": the weekday of the week after.
-    void settleLaterWeeks();
     /// On a ticket the line below the departure tells that one arrives on the next day.
     bool isArrivalBelow(const Dated &first, const Dated &second) const;
     /// Where the moment begins that has this day: with its day, or with a time right before it.
@@ -160,6 +156,10 @@ private:
     std::optional<ResolvedDate> inNamedMonth(std::size_t i) const;
     /// "Friday", and nothing that says which.
     static bool isBareWeekday(const DateMention &mention);
+    /// "Run Sunday?", "can't do Sunday": a day that is turned down further on.
+    bool isTurnedDown(const Dated &dated) const;
+    /// "my Saturday shift? Not this one, the one after": the weekday of the week after.
+    void settleLaterWeeks();
     /// The label of a token's field starts with a word of that meaning.
     bool labelHas(std::uint32_t token, Meaning meaning) const;
     /// "Wed 3 June, Wed 10 June, 6pm" begins with its first day; "6 November ... arrival 05:50

@@ -43,9 +43,11 @@ std::uint32_t PlaceFinder::behindAnswer(const Reader &reader, const Field &field
         yes && part.begin == field.begin && part.begin + yes->length < part.end)
         return part.begin + yes->length;
     const Sense *role = reader.sense(part.begin, Meaning::RoleWord);
-    const std::uint32_t the = role ? part.begin + role->length : part.end;
-    const bool names = the + 1 < part.end && role->value == static_cast<int>(Role::MovedTo) &&
-                       reader.has(the, Meaning::The) && token(the + 1).upper();
+    if (!role || role->value != static_cast<int>(Role::MovedTo))
+        return part.begin;
+    const std::uint32_t the = part.begin + role->length;
+    const bool names =
+        the + 1 < part.end && reader.has(the, Meaning::The) && token(the + 1).upper();
     return names ? the : part.begin;
 }
 

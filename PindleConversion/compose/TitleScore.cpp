@@ -47,7 +47,7 @@ int labelScore(Label label) {
     }
 }
 
-/// `next` is on the line below and begins with words.
+/// `next` is on the line below and has no label.
 bool isBelow(const Field &field, const Field &next) {
     return next.line == field.line + 1 && next.label == Label::None;
 }
@@ -277,11 +277,8 @@ bool TitleScore::invitesAtEnd(const Field &field) const {
     std::uint32_t end = field.end;
     while (end > field.begin && isEdgeMark(token(end - 1)))
         --end;
-    for (std::uint32_t k = 1; k <= kLongest && field.begin + k < end; ++k)
-        if (const Sense *lead = reader.sense(end - k, Meaning::TitleLead);
-            lead && lead->value == kInvitation && lead->length == k)
-            return true;
-    return false;
+    const Sense *lead = reader.senseBefore(end, Meaning::TitleLead, kLongest);
+    return lead && lead->value == kInvitation && end - lead->length > field.begin;
 }
 
 int TitleScore::linePenalties(const Reader &reader, const TitleCandidate &candidate) const {

@@ -46,11 +46,7 @@ std::optional<ClockSpec> readCompact(const Reader &reader, std::uint32_t i, std:
 /// A phrase that announces a time ends right before token `i`: "a las".
 bool isBehindTimeMarker(const Reader &reader, std::uint32_t i) {
     constexpr std::uint32_t kLongest = 3;
-    for (std::uint32_t back = 1; back <= std::min(kLongest, i); ++back)
-        if (const Sense *marker = reader.sense(i - back, Meaning::TimeMarker);
-            marker && marker->length == back)
-            return true;
-    return false;
+    return reader.senseBefore(i, Meaning::TimeMarker, kLongest) != nullptr;
 }
 
 /// "ore 18,30", "alle 18,30 in sala": the comma parts hour and minutes where a word announces a
@@ -187,9 +183,13 @@ bool isHourWord(const Reader &reader, std::uint32_t i) {
     return hours && !counted && reader.word(i - 1);
 }
 
+bool hasDottedMinutes(const Reader &reader, std::uint32_t i) {
+    return reader.symbol(i + 1, '.') && reader.glued(i + 1) && reader.glued(i + 2) &&
+           reader.number(i + 2, 0, 59) && reader.token(i + 2).digits == 2;
+}
+
 bool isDottedTime(const Reader &reader, std::uint32_t i) {
-    return reader.number(i, 1, 12) && reader.symbol(i + 1, '.') && reader.glued(i + 1) &&
-           reader.glued(i + 2) && reader.number(i + 2, 0, 59) && reader.token(i + 2).digits == 2 &&
+    return reader.number(i, 1, 12) && hasDottedMinutes(reader, i) &&
            reader.token(i + 2).number % 5 == 0;
 }
 

@@ -133,6 +133,8 @@ std::optional<ClockSpec> readClock(const Reader &reader, std::uint32_t i, std::u
 
 /// A word for hours announces the number at `i`: "ore 21", but not "2 ore 3".
 bool isHourWord(const Reader &reader, std::uint32_t i);
+/// Two digits behind a full stop, without a blank, follow the number at `i`: "7.45", "08.59".
+bool hasDottedMinutes(const Reader &reader, std::uint32_t i);
 /// "7.45": minutes as a clock shows them.
 bool isDottedTime(const Reader &reader, std::uint32_t i);
 /// Behind the hours of a day at `i`, from morning on: "9-1", "10-11.30"; else `i`.

@@ -8,6 +8,9 @@ namespace pindle::conversion {
 
 namespace {
 
+constexpr std::uint32_t kLastHour = 24;
+constexpr std::uint32_t kMonths = 12;
+
 int fullYear(const Token &token) {
     return static_cast<int>(token.digits <= 2 ? 2000 + token.number : token.number);
 }
@@ -20,7 +23,7 @@ std::optional<DateMention> readYearFirst(const Reader &reader, std::uint32_t i) 
     if (counted == 0 && !isYear(reader, i))
         return std::nullopt;
     const char32_t separator = reader.token(i + 1).symbol;
-    if (!reader.number(i + 2, 1, 12) || !reader.symbol(i + 3, separator) ||
+    if (!reader.number(i + 2, 1, kMonths) || !reader.symbol(i + 3, separator) ||
         !reader.number(i + 4, 1, 31) || !reader.glued(i + 2) || !reader.glued(i + 4))
         return std::nullopt;
     return mentionOf(i, i + 5, static_cast<int>(reader.token(i + 2).number),
@@ -47,9 +50,8 @@ std::optional<DateMention> readCompactDate(const Reader &reader, std::uint32_t i
 /// "11-4 15:20", "za 30-8 van 5 tot 8": a day with a hyphen, told by the time behind it or by the
 /// weekday before it, where no hour has its first number.
 bool isHyphenDayBesideTime(const Reader &reader, std::uint32_t i) {
-    constexpr std::uint32_t kLastHour = 24;
     const std::uint32_t next = i + 3;
-    if (!reader.symbol(i + 1, '-') || !reader.number(i + 2, 1, 12) || reader.glued(next) ||
+    if (!reader.symbol(i + 1, '-') || !reader.number(i + 2, 1, kMonths) || reader.glued(next) ||
         reader.language(i).dayOrder != DayOrder::DayFirst)
         return false;
     if (i > 0 && reader.number(i, kLastHour + 1, 31) &&
@@ -57,10 +59,9 @@ bool isHyphenDayBesideTime(const Reader &reader, std::uint32_t i) {
         return true;
     // "vrijdag 12-06": a range of hours goes up.
     constexpr std::uint32_t kTwoDigits = 10;
-    static constexpr Meanings kNames{Meaning::Weekday, Meaning::WeakWeekday};
     if (i > 0 && reader.number(i + 2, 1, kTwoDigits - 1) && reader.token(i + 2).digits == 2 &&
-        reader.token(i).number > reader.token(i + 2).number && reader.mayHave(i - 1, kNames) &&
-        !reader.has(next, Meaning::HourMark))
+        reader.token(i).number > reader.token(i + 2).number &&
+        reader.mayHave(i - 1, kWeekdayNames) && !reader.has(next, Meaning::HourMark))
         return true;
     // "apk 3-6 8u"
     const bool hour = reader.number(next, 0, kLastHour) && reader.glued(next + 1) &&
@@ -105,17 +106,15 @@ bool isUnlikeTime(const Reader &reader, std::uint32_t i) {
 /// "6.3" may be anything, but a weekday or a time beside it, or another such number behind
 /// "to", tells a date.
 bool isDatedBeside(const Reader &reader, std::uint32_t i) {
-    constexpr std::uint32_t kLastHour = 24;
     const bool day = reader.number(i, kLastHour + 1, 31) || reader.number(i + 2, kLastHour + 1, 31);
     if (i > 0 && reader.has(i - 1, Meaning::DateMarker) && !reader.has(i - 1, Meaning::TimeMarker))
         return true;
     if (i > 0 && day && reader.has(i - 1, Meaning::Weekday))
         return true;
     // "sobota 20.06", "czw. 11.06 | 12:00"
-    static constexpr Meanings kNames{Meaning::Weekday, Meaning::WeakWeekday};
     static constexpr Meanings kTimes{Meaning::HourMark, Meaning::Meridiem};
     const std::uint32_t before = i > 1 && reader.symbol(i - 1, '.') ? i - 2 : i - 1;
-    if (i > 0 && reader.mayHave(before, kNames) && isUnlikeTime(reader, i) &&
+    if (i > 0 && reader.mayHave(before, kWeekdayNames) && isUnlikeTime(reader, i) &&
         !reader.mayHave(i + 3, kTimes) &&
         !(reader.has(i + 3, Meaning::RangeTo) && reader.number(i + 4, 0, kLastHour)))
         return true;
@@ -144,9 +143,8 @@ bool isDatedBeside(const Reader &reader, std::uint32_t i) {
 
 /// "Sat 3.21 | doors 7": behind a weekday, where no minutes are written so and no word follows.
 bool isBehindName(const Reader &reader, std::uint32_t i) {
-    static constexpr Meanings kNames{Meaning::Weekday, Meaning::WeakWeekday};
     const std::uint32_t name = i > 1 && reader.symbol(i - 1, '.') ? i - 2 : i - 1;
-    return i > 0 && reader.mayHave(name, kNames) && isDotted(reader, i) &&
+    return i > 0 && reader.mayHave(name, kWeekdayNames) && isDotted(reader, i) &&
            reader.language(i).script == Script::Latin && !reader.word(i + 3) &&
            isUnlikeTime(reader, i) && !(reader.symbol(i + 3, '-') || reader.symbol(i + 3, '/'));
 }
@@ -165,7 +163,7 @@ bool isDatedHere(const Reader &reader, std::uint32_t i) {
     if (reader.has(next, Meaning::RangeTo))
         return false;
     const std::uint32_t clock = reader.skip(next, Meaning::TimeMarker);
-    if (clock == i + 3 || reader.glued(clock) || !reader.number(clock, 0, 24))
+    if (clock == i + 3 || reader.glued(clock) || !reader.number(clock, 0, kLastHour))
         return false;
     return clock != next || reader.symbol(clock + 1, ':') ||
            (reader.has(clock + 1, Meaning::HourMark) && reader.glued(clock + 1));
@@ -186,7 +184,6 @@ bool isHouseNumber(const Reader &reader, std::uint32_t i) {
         reader.document().tokens[i - 2].word == 0)
         return true;
     // "Kwiatowa 8/14": no day where the month stands second.
-    constexpr std::uint32_t kMonths = 12;
     if (i > 0 && reader.number(i + 2, kMonths + 1, 999) && reader.number(i, 1, kMonths) &&
         reader.language(i).dayOrder == DayOrder::DayFirst &&
         reader.document().tokens[i - 1].word == 0 && reader.document().tokens[i - 1].upper() &&
@@ -285,7 +282,7 @@ std::optional<DateMention> readBriefYearFirst(const Reader &reader, std::uint32_
                                               std::uint32_t next) {
     const Token &first = reader.token(i);
     const Token &last = reader.token(i + 4);
-    if (last.digits > 2 || !reader.number(i + 2, 1, 12) || !reader.number(i + 4, 1, 31))
+    if (last.digits > 2 || !reader.number(i + 2, 1, kMonths) || !reader.number(i + 4, 1, 31))
         return std::nullopt;
     const int month = static_cast<int>(reader.token(i + 2).number);
     const int day = static_cast<int>(last.number);
@@ -333,13 +330,12 @@ std::optional<DateMention> readNumeric(const Reader &reader, std::uint32_t i) {
 
 /// "26/6" behind "22-", or what only its place makes a date: "26.06".
 std::optional<DateMention> readRangeEnd(const Reader &reader, std::uint32_t i) {
-    constexpr std::uint32_t kLastHour = 24;
     if (auto date = readNumeric(reader, i))
         return date;
     // "13 t/m 15-6"
     const bool hyphen = reader.symbol(i + 1, '-') && reader.glued(i + 2) &&
                         !reader.symbol(i - 1, '-') && !reader.symbol(i + 3, '-');
-    if (!(hyphen || isDotted(reader, i)) || !reader.number(i + 2, 1, 12) ||
+    if (!(hyphen || isDotted(reader, i)) || !reader.number(i + 2, 1, kMonths) ||
         !(hyphen || reader.number(i, kLastHour + 1, 31) || isUnlikeTime(reader, i)))
         return std::nullopt;
     return mentionOf(i, i + 3, static_cast<int>(reader.token(i + 2).number),
@@ -348,7 +344,6 @@ std::optional<DateMention> readRangeEnd(const Reader &reader, std::uint32_t i) {
 
 /// "22.-26.6.", "22-26/06/2026", "22 t/m 26-06-2026": the month is said once, for the last day.
 std::optional<DateMention> readDaysOfMonth(const Reader &reader, std::uint32_t i) {
-    constexpr std::uint32_t kMonths = 12;
     const bool dot = reader.symbol(i + 1, '.') && reader.glued(i + 1);
     const std::uint32_t join = i + (dot ? 2 : 1);
     const Sense *to = reader.has(join, Meaning::RangeTo) ? readDayRange(reader, join) : nullptr;

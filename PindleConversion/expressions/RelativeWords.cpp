@@ -37,12 +37,8 @@ bool isWeighedDay(const Reader &reader, std::uint32_t i, std::uint32_t next) {
     constexpr std::uint32_t kLongestRole = 3;
     if (reader.has(next, Meaning::RoleBehind))
         return true;
-    if (!reader.symbol(next, '.') && !reader.has(next, Meaning::Or))
-        return false;
-    for (std::uint32_t k = 1; k <= std::min(kLongestRole, i); ++k)
-        if (const Sense *role = reader.sense(i - k, Meaning::RoleWord); role && role->length == k)
-            return true;
-    return false;
+    return (reader.symbol(next, '.') || reader.has(next, Meaning::Or)) &&
+           reader.senseBefore(i, Meaning::RoleWord, kLongestRole);
 }
 
 /// A weekday word that is also an everyday word needs company.

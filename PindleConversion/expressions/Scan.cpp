@@ -313,8 +313,7 @@ private:
     /// "08.59" of a timetable, behind another time.
     bool isTimetableTime(const Reader &reader, std::uint32_t i) const {
         return !m_found.times.empty() && reader.number(i, 0, 23) && reader.token(i).digits == 2 &&
-               reader.symbol(i + 1, '.') && reader.glued(i + 1) && reader.glued(i + 2) &&
-               reader.number(i + 2, 0, 59) && reader.token(i + 2).digits == 2;
+               hasDottedMinutes(reader, i);
     }
 
     /// "Saturday, Jasmine House 7.45": minutes behind a name end what is said of a day.

@@ -206,11 +206,9 @@ bool lacksEnd(const Reader &reader, std::uint32_t i, const TimeMention &mention)
 /// ", 10 to 2" beside a date: the comma stands for "from".
 bool isListedRange(const Reader &reader, std::uint32_t i, std::uint32_t next) {
     // "ogni giorno 9.30-15"
-    constexpr std::uint32_t kLongestDaily = 4;
-    for (std::uint32_t length = 1; length < std::min(kLongestDaily, i + 1); ++length)
-        if (const Sense *daily = reader.sense(i - length, Meaning::Daily);
-            daily && daily->length == length)
-            return true;
+    constexpr std::uint32_t kLongestDaily = 3;
+    if (reader.senseBefore(i, Meaning::Daily, kLongestDaily))
+        return true;
     if (i == 0 || !reader.symbol(i - 1, ',') || reader.word(next))
         return false;
     // "6-4, 3-6, 7-5" are results of games.
@@ -292,22 +290,19 @@ bool isHourBehindDay(const Reader &reader, std::uint32_t next, const ClockSpec &
 
 /// "venerdì 9 aprile alle 17 tramite il portale": behind a day and a word that announces a time, no
 /// other number stands where hours are counted on.
-bool isLateHour(const Reader &reader, std::uint32_t next, const ClockSpec &start) {
+bool isHourBehindMarker(const Reader &reader, std::uint32_t next, const ClockSpec &start) {
     constexpr int kEarly = 6;
-    constexpr std::uint32_t kLongest = 3; ///< the announcing words
+    constexpr std::uint32_t kLongest = 2; ///< the announcing words
     if (start.hour <= kEarly || !start.clock24 || !reader.word(next) || reader.glued(next) ||
         reader.token(next).capital)
         return false;
     static constexpr Meanings kCounted{Meaning::UnitWord, Meaning::Measure, Meaning::Month,
                                        Meaning::Counter, Meaning::Number};
     const std::uint32_t number = next - 1;
-    if (reader.mayHave(next, kCounted) || number <= kLongest)
+    if (reader.mayHave(next, kCounted) || number <= kLongest + 1)
         return false;
-    for (std::uint32_t length = 1; length < kLongest; ++length)
-        if (const Sense *marker = reader.sense(number - length, Meaning::TimeMarker);
-            marker && marker->length == length)
-            return reader.document().tokens[number - length - 1].used;
-    return false;
+    const Sense *marker = reader.senseBefore(number, Meaning::TimeMarker, kLongest);
+    return marker && reader.document().tokens[number - marker->length - 1].used;
 }
 
 bool isAccepted(const Reader &reader, const TimeMention &mention, std::uint32_t next, bool marked,
@@ -329,9 +324,8 @@ bool isAccepted(const Reader &reader, const TimeMention &mention, std::uint32_t 
     if (isDateLike(reader, next) && reader.has(next, Meaning::RelativeDay))
         return true;
     // "Blood test 0840 Thu 18/3"
-    static constexpr Meanings kNames{Meaning::Weekday, Meaning::WeakWeekday};
     if (start.literal && start.minuteGiven && start.minute % 5 == 0 && start.hour < 10 &&
-        next > 0 && reader.token(next - 1).digits == 4 && reader.mayHave(next, kNames))
+        next > 0 && reader.token(next - 1).digits == 4 && reader.mayHave(next, kWeekdayNames))
         return true;
     // "lab work 3/11 7a fasting"
     if (afterDate && start.meridiem >= 0)
@@ -365,7 +359,7 @@ bool isAccepted(const Reader &reader, const TimeMention &mention, std::uint32_t 
     const bool written = marked && start.minuteGiven && reader.word(next) && !reader.glued(next) &&
                          !reader.has(next, Meaning::UnitWord) && reader.language(next).clock24;
     return written || ((marked || afterDate) && mayFollowBare(reader, next, marked)) ||
-           (marked && isLateHour(reader, next, start));
+           (marked && isHourBehindMarker(reader, next, start));
 }
 
 } // namespace

@@ -66,7 +66,9 @@ private:
         m_spoken = false;
         if (introducesQuote(reader, begin))
             ignoreLine();
-        for (std::uint32_t i = m_document.meanings.has(Meaning::Wrote) ? begin : end; i < end; ++i)
+        if (!m_document.meanings.has(Meaning::Wrote))
+            return;
+        for (std::uint32_t i = begin; i < end; ++i)
             if (reader.has(i, Meaning::Wrote) && ignoresLine(reader, i)) {
                 ignoreLine();
                 break;

@@ -58,7 +58,6 @@ std::uint32_t tileEnd(const Reader &reader, std::uint32_t begin) {
 /// "... the measure-up on Tue" above "20 Jan, at 1pm", "on 20" above "January": the end of a line
 /// cuts a date in two.
 bool cutsDate(const Reader &reader, std::uint32_t lineBreak) {
-    static constexpr Meanings kDay{Meaning::Weekday, Meaning::WeakWeekday};
     static constexpr Meanings kLead{Meaning::DateMarker, Meaning::This, Meaning::Next,
                                     Meaning::The};
     const std::uint32_t next = lineBreak + 1;
@@ -68,12 +67,12 @@ bool cutsDate(const Reader &reader, std::uint32_t lineBreak) {
     std::uint32_t last = lineBreak - 1;
     const bool mark = reader.symbol(last, ',') || reader.symbol(last, '.');
     last -= mark ? 1U : 0U;
-    if (reader.mayHave(last, kDay))
+    if (reader.mayHave(last, kWeekdayNames))
         return !month && reader.mayHave(last - 1, kLead) &&
                (reader.has(next + 1, Meaning::Month) ||
                 (reader.has(next + 1, Meaning::OrdinalMark) && reader.glued(next + 1)));
     return month && !mark && reader.number(last, 1, 31) &&
-           (reader.mayHave(last - 1, kLead) || reader.mayHave(last - 1, kDay));
+           (reader.mayHave(last - 1, kLead) || reader.mayHave(last - 1, kWeekdayNames));
 }
 
 } // namespace

@@ -93,8 +93,9 @@ struct Tables {
     std::span<const SpokenZone> zones;       ///< by name
     std::span<const std::uint32_t> oneByte;  ///< the words of one ASCII letter, digit or mark
     std::span<const LetterSlot> letters;     ///< a power of two of them, at most 32,768
-    std::span<const std::uint16_t>
-        firstLetters; ///< of words: place in `letters`, see `firstLetter`
+    /// For each letter from `kFirstTableLetter` on, its place in `letters` as the first of a word,
+    /// counted from 1.
+    std::span<const std::uint16_t> firstLetters;
 };
 extern const Tables kTables;
 

@@ -253,9 +253,10 @@ private:
         std::size_t count = senses.size();
         senses.resize(count + single.size());
         for (const Sense &sense : single) {
+            const bool taken = isRead(sense);
             senses[count] = sense;
-            count += isRead(sense) ? 1U : 0U;
-            meanings.addIf(isRead(sense), sense.meaning);
+            count += taken ? 1U : 0U;
+            meanings.addIf(taken, sense.meaning);
         }
         senses.resize(count);
     }
@@ -298,12 +299,15 @@ private:
                 noteStreet(i, lexiconWord(word), language);
     }
 
+    void noteSense(std::uint32_t i, const Sense &sense) {
+        m_document.senses.push_back(sense);
+        m_document.tokens[i].meanings.add(sense.meaning);
+    }
+
     void noteStreet(std::uint32_t i, const LexiconWord &word, LanguageId language) {
         for (const Sense &sense : sensesOf(word))
-            if (sense.isOf(language) && sense.meaning == Meaning::StreetWord) {
-                m_document.senses.push_back(sense);
-                m_document.tokens[i].meanings.add(sense.meaning);
-            }
+            if (sense.isOf(language) && sense.meaning == Meaning::StreetWord)
+                noteSense(i, sense);
     }
 
     bool hasTailMeaning(const Token &token, const LanguageInfo &info) const {
@@ -336,8 +340,7 @@ private:
             if (!sense.isOf(language) || !info.tails[static_cast<std::size_t>(sense.meaning)] ||
                 (name && sense.meaning == Meaning::Event))
                 continue;
-            m_document.senses.push_back(sense);
-            m_document.tokens[i].meanings.add(sense.meaning);
+            noteSense(i, sense);
             found = true;
         }
         return found;

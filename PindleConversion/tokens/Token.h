@@ -79,6 +79,9 @@ struct Token {
     bool isOneSign() const { return unspaced && end - begin <= 3; }
 };
 
+/// The days of the week by name, certain ("Friday") or likely ("Sun", "Mon").
+inline constexpr Meanings kWeekdayNames{Meaning::Weekday, Meaning::WeakWeekday};
+
 inline constexpr char32_t kIdeographicStop = 0x3002; ///< the full stop of Chinese and Japanese
 
 /// "EST", "MIT": nothing but A to Z.
@@ -171,6 +174,14 @@ public:
         return nullptr;
     }
     bool has(std::uint32_t i, Meaning meaning) const { return sense(i, meaning) != nullptr; }
+    /// The longest sense of that meaning, of at most `most` tokens, that ends right before token
+    /// `i`, or null.
+    const Sense *senseBefore(std::uint32_t i, Meaning meaning, std::uint32_t most) const {
+        for (std::uint32_t length = std::min(most, i); length > 0; --length)
+            if (const Sense *found = sense(i - length, meaning); found && found->length == length)
+                return found;
+        return nullptr;
+    }
     /// Token `i` may have some of those meanings; without, it has none of them. Quick.
     bool mayHave(std::uint32_t i, const Meanings &meanings) const {
         const Token *token = at(i);

@@ -83,7 +83,8 @@ public:
                 m_first[static_cast<std::size_t>(letter.value - kFirstTableLetter)] =
                     static_cast<std::uint16_t>(before + 1);
             at = letter.end;
-            m_slots[before].word |= at < text.size() ? 0 : word;
+            if (at == text.size())
+                m_slots[before].word |= word;
         }
     }
 
