@@ -80,6 +80,10 @@ std::optional<DateMention> readMonthFirst(const Reader &reader, std::uint32_t i)
     DateMention result = mentionOf(i, day->next, month->value, day->day, 0);
     int second = 0;
     std::uint32_t next = readSecondDay(reader, day->next, day->day, second);
+    // "lun 8-14, mar 7-15": where the day stands first, the weekday of that name and its hours.
+    if (second > 0 && reader.mayHave(i, kWeekdayNames) && reader.symbol(day->next, '-') &&
+        reader.language(i).dayOrder == DayOrder::DayFirst)
+        return std::nullopt;
     next = readYear(reader, next, result.first.year);
     if (second > 0) {
         result.last = result.first;
@@ -269,7 +273,8 @@ const Sense *readDayRange(const Reader &reader, std::uint32_t i) {
 
 namespace {
 
-/// "cena di Natale il 18": the holiday before token `i` says what kind of event it is.
+/// "cena di Natale il 18", "mercadillo solidario de Navidad": the holiday before token `i` says what
+/// kind of event it is.
 bool namesKind(const Reader &reader, std::uint32_t i) {
     static constexpr Meanings kDays{Meaning::DayWord,  Meaning::Weekday, Meaning::UnitWord,
                                     Meaning::MonthEnd, Meaning::Ordinal, Meaning::Number};
@@ -277,8 +282,12 @@ bool namesKind(const Reader &reader, std::uint32_t i) {
     for (std::uint32_t back = 1; back <= kLongestOf && back < i; ++back) {
         const Sense *of = reader.sense(i - back, Meaning::Of);
         const std::uint32_t kind = i - back - 1;
-        if (of && of->length == back && reader.word(kind))
-            return reader.has(kind, Meaning::Event) && !reader.mayHave(kind, kDays);
+        if (!of || of->length != back || !reader.word(kind))
+            continue;
+        if (reader.mayHave(kind, kDays))
+            return false;
+        const bool told = kind > 0 && reader.token(kind).word == 0 && !reader.token(kind).capital;
+        return reader.has(kind, Meaning::Event) || (told && reader.has(kind - 1, Meaning::Event));
     }
     return false;
 }

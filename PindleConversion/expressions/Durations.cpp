@@ -199,13 +199,32 @@ bool opensBracket(const Reader &reader, std::uint32_t i) {
 bool isListed(const Reader &reader, std::uint32_t i, std::uint32_t next) {
     if (i > 1 && reader.word(i - 1) && reader.has(i - 1, Meaning::Approximate))
         --i;
-    if (i == 0 || !reader.symbol(i - 1, ',') || reader.glued(i))
+    // "打羽毛球，两个小时" has no spaces, "3,000" is one number.
+    const bool glued = reader.glued(i) && !(reader.token(next - 1).unspaced && i > 1 &&
+                                            reader.token(i - 2).kind != TokenKind::Number);
+    if (i == 0 || !reader.symbol(i - 1, ',') || glued)
         return false;
     // "13/1, 16u10" tells when.
     if (i > 1 && reader.document().tokens[i - 2].used)
         return false;
     return !reader.at(next) || reader.symbol(next, ',') || reader.symbol(next, '.') ||
            reader.symbol(next, ')') || reader.symbol(next, ';');
+}
+
+/// "打羽毛球，打两个小时": the verb before token `i` is said once more to tell how long it takes.
+bool repeatsVerb(const Reader &reader, std::uint32_t i) {
+    constexpr std::uint32_t kReach = 12;
+    if (i < 2 || !reader.token(i - 1).isOneSign() || reader.token(i - 1).used)
+        return false;
+    const std::string_view verb = reader.document().slice(reader.token(i - 1));
+    for (std::uint32_t k = i - 1; k > 0 && i - k < kReach; --k) {
+        const Token &before = reader.token(k - 1);
+        if (before.kind == TokenKind::LineBreak)
+            return false;
+        if (before.unspaced && reader.document().slice(before).substr(0, verb.size()) == verb)
+            return true;
+    }
+    return false;
 }
 
 } // namespace
@@ -241,6 +260,7 @@ std::optional<DurationMention> readDuration(const Reader &reader, std::uint32_t 
     const bool announced = i > 0 && reader.has(i - 1, Meaning::TimeMarker);
     const bool ofEvent = belongsToEvent(reader, i, *part);
     const bool opens = part->minutes >= kShortest && opensSentence(reader, i, *part);
+    const bool again = part->minutes >= kShortest && repeatsVerb(reader, i);
     const bool told =
         part->minutes >= kShortest && (!announced || ofEvent) && !isHour(reader, i, *part) &&
         (ofEvent || opens || reader.has(part->next, Meaning::Event) ||
@@ -250,7 +270,7 @@ std::optional<DurationMention> readDuration(const Reader &reader, std::uint32_t 
         (!reader.has(i + 1, Meaning::HourMark) ||
          (part->minutes <= kLongestTold && !reader.language(i).clock24 && reader.glued(i + 1))) &&
         isListed(reader, i, part->next);
-    if (!marked && !listed && !bracket && !part->hyphen && !told)
+    if (!marked && !listed && !bracket && !part->hyphen && !told && !again)
         return std::nullopt;
     if ((reader.has(part->next, Meaning::NoDuration) && !part->nights && !opens) ||
         (part->days > 0 && !marked && !part->nights &&
@@ -264,7 +284,7 @@ std::optional<DurationMention> readDuration(const Reader &reader, std::uint32_t 
     if (elsewhere || part->minutes > kLongestMinutes || part->days > 366)
         return std::nullopt;
     DurationMention mention;
-    mention.span = {i, part->next};
+    mention.span = {again ? i - 1 : i, part->next};
     mention.minutes = part->minutes;
     mention.days = part->days;
     return mention;
