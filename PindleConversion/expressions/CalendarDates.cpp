@@ -273,8 +273,8 @@ const Sense *readDayRange(const Reader &reader, std::uint32_t i) {
 
 namespace {
 
-/// "cena di Natale il 18", "mercadillo solidario de Navidad": the holiday before token `i` says what
-/// kind of event it is.
+/// "cena di Natale il 18", "mercadillo solidario de Navidad": the holiday before token `i` says
+/// what kind of event it is.
 bool namesKind(const Reader &reader, std::uint32_t i) {
     static constexpr Meanings kDays{Meaning::DayWord,  Meaning::Weekday, Meaning::UnitWord,
                                     Meaning::MonthEnd, Meaning::Ordinal, Meaning::Number};
