@@ -138,7 +138,7 @@ int Chooser::scoreDate(const Dated &dated, int index) {
     const bool over = dated.date.first < m_reference.today &&
                       !(dated.date.last && *dated.date.last >= m_reference.today);
     // "We met on 3 March, and it is done on the 24th": no day of the next year.
-    if (over || isLongPast(dated))
+    if (over || isLongPast(dated) || isBeforeNearer(dated))
         score -= 200;
     else if (speaksOfPast(token))
         score -= 15;

@@ -169,6 +169,22 @@ bool Chooser::isLaterItem(const Dated &dated) const {
            });
 }
 
+bool Chooser::isBeforeNearer(const Dated &dated) const {
+    constexpr auto kJustOver = std::chrono::days(275);
+    const auto isWritten = [](const Dated &each) {
+        return each.mention->first.base == DateSpec::Base::Calendar;
+    };
+    if (dated.date.first <= m_reference.today + kJustOver || dated.date.yearGiven ||
+        !isWritten(dated) || roleOf(dated.mention->span.begin) == Role::MovedTo)
+        return false;
+    return std::any_of(m_dates.begin(), m_dates.end(), [&](const Dated &other) {
+        return other.mention->span.begin > dated.mention->span.begin && isWritten(other) &&
+               !other.mention->weak && !isPast(other) &&
+               other.date.first + kJustOver / 2 < dated.date.first &&
+               roleOf(other.mention->span.begin) == Role::None;
+    });
+}
+
 bool Chooser::isStamp(const Dated &dated) const {
     return std::any_of(m_found.times.begin(), m_found.times.end(), [&](const TimeMention &time) {
         return time.start.seconds && time.span.begin <= dated.mention->span.end + 1 &&

@@ -165,6 +165,9 @@ private:
     /// "Wed 3 June, Wed 10 June, 6pm" begins with its first day; "6 November ... arrival 05:50
     /// (Saturday)" tells the day in full before.
     bool followsDate(const Dated &dated) const;
+    /// "Abstracts closed 31 January. The symposium takes place 23 June", said in April: texts tell
+    /// days in their order.
+    bool isBeforeNearer(const Dated &dated) const;
     /// "2026-03-04 11:02:17 Connection reset": a machine wrote it down.
     bool isStamp(const Dated &dated) const;
     /// "Mo 19.1. - Fr 23.1. Abfahrt Mo 7:30": the weekday is that of the date before.

@@ -83,7 +83,7 @@ private:
     bool isWhereOthersAre(const Reader &reader, std::uint32_t i) const;
     /// "喜来楼": the marker's sign is part of a name that the lexicon does not know.
     bool isInsideWord(std::uint32_t i) const;
-    /// "at the wedding of": an event, no place.
+    /// "at the wedding of", "at the Annual General Meeting": an event, no place.
     bool isAtEvent(const Reader &reader, TokenSpan name) const;
     /// "at": a place may follow even without a word for its kind.
     void offerBehindStrong(const Reader &reader, std::uint32_t i, TokenSpan name,

@@ -22,7 +22,7 @@ void PlaceFinder::marked(const Reader &reader, std::uint32_t i, const Sense &mar
     const std::uint32_t known = withoutDeed(reader, begin, nameEnd(reader, begin));
     const TokenSpan name{begin, withStreet(reader, {begin, known})};
     // "answers in April"
-    if (reader.has(begin, Meaning::Month) && name.end == begin + 1)
+    if (reader.has(begin, Meaning::Month) && reader.skipSymbol(begin + 1, '.') >= name.end)
         return;
     if (isOfPerson(reader, i, begin))
         return;
@@ -162,10 +162,13 @@ bool PlaceFinder::isInsideWord(std::uint32_t i) const {
 }
 
 bool PlaceFinder::isAtEvent(const Reader &reader, TokenSpan name) const {
+    const std::uint32_t last = name.end - 1;
+    if (!reader.has(name.begin, Meaning::The) || reader.has(last, Meaning::PlaceNoun))
+        return false;
     const std::uint32_t first = reader.skip(name.begin, Meaning::The);
-    return reader.has(name.begin, Meaning::The) && !token(first).capital &&
-           reader.has(first, Meaning::Event) && !reader.has(first, Meaning::PlaceNoun) &&
-           !reader.has(name.end - 1, Meaning::PlaceNoun);
+    if (token(first).capital)
+        return first < last && reader.has(last, Meaning::Event);
+    return reader.has(first, Meaning::Event) && !reader.has(first, Meaning::PlaceNoun);
 }
 
 void PlaceFinder::offerBehindStrong(const Reader &reader, std::uint32_t i, TokenSpan name,

@@ -421,7 +421,9 @@ void PlaceFinder::offerPart(const Reader &reader, const Field &field, TokenSpan 
                     [](const Token &each) { return each.kind == TokenKind::Number; }))
         score += kExact;
     // "Maison communale de Rixentaert" right below the date.
-    if (known && nextLine && begin == field.begin && whole == field.end && token(begin).upper())
+    // and "Miller's Landing, County Rd 9 (rain date July 13)".
+    if (known && nextLine && begin == field.begin && token(begin).upper() &&
+        (whole == field.end || reader.symbol(whole, '(')))
         score += kOwnLine;
     if (!sameLine && !nextLine && !isBesideTime(begin) &&
         !(field.spoken && (whole == field.end || isAnswer(reader, part))))

@@ -26,6 +26,9 @@ constexpr int kPredicate = 40;      ///< less for what is said of something name
 constexpr int kReference = 110;     ///< less for "Booking reference QX7T2M"
 constexpr int kCouple = 440;        ///< less for a label's value that names two people
 constexpr int kTold = 40;           ///< less for what happened, told apart from the event
+constexpr int kListed = 30;         ///< less for "cutlery and a chair" of what one brings
+constexpr int kOther = 40;          ///< less for what a later line of a list announces
+constexpr int kDoes = 16;           ///< less for a sentence that names no kind of event
 constexpr int kNoContent = 30;      ///< less for words that say nothing of what happens
 
 /// What a label says of the words behind it.
@@ -97,10 +100,17 @@ int TitleScore::contentScore(const TitleCandidate &candidate, bool kind) const {
     else if (first && !field.spoken && part.begin == field.begin &&
              !m_document.sameSentence(part.begin, m_choice.anchor()))
         score += kOpening;
-    if (contains(trimmed, Meaning::Event) && !namesHost(trimmed))
+    if (contains(trimmed, Meaning::Event) ? !namesHost(trimmed) : namesDay(reader, trimmed))
         score += 16;
     else if (!hasContent(trimmed) || isOneSign(trimmed))
         score -= kNoContent;
+    // "You're invited to the private view of Salt Lines. Drinks from 6, Thursday ..."
+    const Sense *lead = trimmed.end > trimmed.begin + 1 && announces(reader, part.begin)
+                            ? reader.sense(part.begin, Meaning::TitleLead)
+                            : nullptr;
+    if (lead && trimmed.begin >= part.begin + lead->length && contains(trimmed, Meaning::Event) &&
+        !m_document.sameSentence(part.begin, m_choice.anchor()))
+        score += kInvited;
     if ((isQuoted(part) || isQuoted(trimmed)) && !isOnlyTopic(part))
         score += 30;
     if (m_choice.kind == EventKind::Travel && hasFlightNumber(trimmed))
@@ -144,9 +154,11 @@ int TitleScore::openingPenalties(const Reader &reader, const TitleCandidate &can
                                    trimmed.begin >= begin + lead->length);
     // "Für die Besichtigung ..." names the event behind its lead.
     // "Free outdoor movie" names it as well.
-    const bool led = (lead && trimmed.begin > begin && reader.has(trimmed.begin, Meaning::Event)) ||
-                     (chatter && chatter->length == 1 && trimmed.begin == begin &&
-                      token(begin).upper() && contains({begin + 1, trimmed.end}, Meaning::Event));
+    const bool led =
+        (lead && trimmed.begin > begin && reader.has(trimmed.begin, Meaning::Event)) ||
+        (chatter && chatter->length == 1 && trimmed.begin == begin && token(begin).upper() &&
+         (contains({begin + 1, trimmed.end}, Meaning::Event) ||
+          (candidate.first && isHeadline(reader, {begin + 1, trimmed.end}))));
     if ((chatter && !invites) || isInChatter(reader, {begin, trimmed.begin}, trimmed.end) ||
         reader.has(begin, Meaning::AsideLead))
         score -= led ? 20 : 40;
@@ -175,6 +187,13 @@ int TitleScore::openingPenalties(const Reader &reader, const TitleCandidate &can
         reader.has(part.begin, Meaning::PresentVerb) &&
         m_document.sameSentence(part.begin - 1, part.begin))
         score -= kPredicate;
+    // "1.30pm till the bell at 2.50": until when.
+    static constexpr Meanings kUntil{Meaning::RangeTo};
+    if (run.afterUsed && reader.mayHave(trimmed.begin, kUntil) &&
+        reader.has(trimmed.begin, Meaning::DateMarker) && !contains(trimmed, Meaning::Event))
+        score -= kOtherMoment;
+    if (goesOnList(reader, candidate))
+        score -= kListed;
     // "保護者の皆様": whom the text speaks to.
     if (token(part.end - 1).unspaced && reader.has(part.end - 1, Meaning::Person))
         score -= 60;
@@ -222,6 +241,11 @@ int TitleScore::wordPenalties(const Reader &reader, const TitleCandidate &candid
     else if (!candidate.first && !event &&
              (contains(trimmed, Meaning::PlaceNoun) || contains(trimmed, Meaning::StreetWord)))
         score -= kPlaceName;
+    // "Wheels Day is on again! Year 1 can bring a scooter on Thursday": who does what.
+    else if (!event && !candidate.first && !candidate.run.afterUsed &&
+             token(trimmed.begin).upper() && candidate.part.begin == candidate.run.span.begin &&
+             contains({trimmed.begin + 1, trimmed.end}, Meaning::PresentVerb))
+        score -= kDoes;
     // "We found a set of keys." above the event's own sentence
     if (contains(trimmed, Meaning::PastVerb))
         score -= event || contains(candidate.part, Meaning::PresentVerb) ||
@@ -235,6 +259,11 @@ int TitleScore::wordPenalties(const Reader &reader, const TitleCandidate &candid
     // "The concert is postponed until" tells of the event itself.
     if (tellsRole(trimmed) && !(tellsShow(trimmed) && !isBeforeMoment(trimmed)))
         score -= tellsSide(trimmed) ? 80 : 40;
+    // "Room A" beside the time
+    const Sense *kind =
+        candidate.first || event ? nullptr : reader.sense(trimmed.begin, Meaning::PlaceNoun);
+    if (kind && trimmed.begin + kind->length == trimmed.end && !token(trimmed.begin).unspaced)
+        score -= kNumbered;
     const Sense *general = reader.sense(trimmed.begin, Meaning::GeneralEvent);
     if (general && trimmed.begin + general->length == trimmed.end &&
         (isBeforeMoment(trimmed) || isBeforeMoment(candidate.part)))
@@ -312,6 +341,9 @@ int TitleScore::linePenalties(const Reader &reader, const TitleCandidate &candid
     if (run.beforeUsed && beyond.has(run.span.end - 1, Meaning::DueMarker) &&
         run.span.end != m_choice.dateSpan.begin && run.span.end != m_choice.timeSpan.begin)
         score -= kBehind;
+    const auto &others = m_choice.otherFields;
+    if (std::find(others.begin(), others.end(), token(part.begin).field) != others.end())
+        score -= kOther;
     // "Mr and Mrs Pope" on a line of their own invite, a name below "Regards" signs. "Les Ogres"
     // right below the date play.
     const bool below = field.line == m_document.fields[token(m_choice.anchor()).field].line + 1;

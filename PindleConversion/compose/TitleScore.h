@@ -72,6 +72,10 @@ private:
     bool wasNamedBefore(std::uint32_t i) const;
     /// "水務署通知：", "物业公告：": who tells, where nothing says what of.
     bool namesSender(TokenSpan part, TokenSpan trimmed) const;
+    /// "Tax Help" of "Free Tax Help": several words, all in capitals.
+    bool isHeadline(const Reader &reader, TokenSpan words) const;
+    /// "Bring a plate, cutlery and a chair": a part of a sentence that lists things.
+    bool goesOnList(const Reader &reader, const TitleCandidate &candidate) const;
     /// A short line without a sentence's full stop.
     bool isHeading(TokenSpan part) const;
 

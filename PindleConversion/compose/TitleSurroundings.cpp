@@ -132,6 +132,26 @@ bool TitleScore::namesSender(TokenSpan part, TokenSpan trimmed) const {
            !contains(trimmed, Meaning::Event);
 }
 
+bool TitleScore::isHeadline(const Reader &reader, TokenSpan words) const {
+    bool capitals = words.end > words.begin + 1;
+    for (std::uint32_t i = words.begin; i < words.end && capitals; ++i)
+        capitals = reader.word(i) && token(i).upper() && !reader.has(i, Meaning::Chatter);
+    return capitals;
+}
+
+bool TitleScore::goesOnList(const Reader &reader, const TitleCandidate &candidate) const {
+    const TokenSpan trimmed = candidate.trimmed;
+    const std::uint32_t begin = candidate.part.begin;
+    static constexpr Meanings kJoints{Meaning::And, Meaning::Or};
+    if (begin == candidate.run.span.begin || token(begin - 1).symbol != ',' ||
+        token(trimmed.begin).capital || token(trimmed.begin).unspaced)
+        return false;
+    for (std::uint32_t i = trimmed.begin + 1; i + 1 < trimmed.end; ++i)
+        if (reader.mayHave(i, kJoints))
+            return !contains(trimmed, Meaning::Event);
+    return false;
+}
+
 bool TitleScore::isHeading(TokenSpan part) const {
     constexpr std::uint32_t kMostTokens = 14;
     return part.end - part.begin <= kMostTokens && token(part.end - 1).symbol != '.' &&

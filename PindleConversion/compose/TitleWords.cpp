@@ -164,6 +164,12 @@ bool TitleWords::namesHost(TokenSpan trimmed) const {
            !(trimmed.end == trimmed.begin + 2 && reader.has(trimmed.begin + 1, Meaning::Event));
 }
 
+bool TitleWords::namesDay(const Reader &reader, TokenSpan trimmed) const {
+    const std::uint32_t last = trimmed.end - 1;
+    return last > trimmed.begin && reader.has(last, Meaning::DayWord) && token(last).upper() &&
+           token(last - 1).upper() && !token(last).unspaced;
+}
+
 bool TitleWords::hasContent(TokenSpan span) const {
     static constexpr Meaning kAround[] = {
         Meaning::Common,      Meaning::Chatter,  Meaning::Greeting,

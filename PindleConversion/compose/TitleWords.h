@@ -58,6 +58,8 @@ public:
     bool tellsSide(TokenSpan span) const;
     /// "concert", "kick-off": what begins, or the event's kind.
     bool tellsShow(TokenSpan span) const;
+    /// "Wheels Day", "Odd Socks Day": a day with a name of its own.
+    bool namesDay(const Reader &reader, TokenSpan trimmed) const;
     /// "Chess club The Tower" says who, not what.
     bool namesHost(TokenSpan trimmed) const;
     /// "Re: pls read!": a phrase that begins in `before` and ends at `end` says nothing.

@@ -152,8 +152,13 @@ bool spoiled(const Reader &reader, std::uint32_t begin, std::uint32_t next) {
     }
     if (isTimeBehindSlash(reader, next))
         return false;
-    if (reader.symbol(next, '%') || reader.symbol(next, '$') || reader.symbol(next, U'€') ||
-        reader.symbol(next, U'£') || reader.symbol(next, '/'))
+    // "7pm £5": the sign belongs to the amount behind it.
+    const bool price = !reader.symbol(next, '%') && !reader.symbol(next, '/') &&
+                       !reader.glued(next) && reader.glued(next + 1) &&
+                       reader.number(next + 1, 0, 999999, 6);
+    if (!price &&
+        (reader.symbol(next, '%') || reader.symbol(next, '$') || reader.symbol(next, U'€') ||
+         reader.symbol(next, U'£') || reader.symbol(next, '/')))
         // "13:00-16:30／理由" goes on with another thing.
         return !(reader.symbol(next, '/') &&
                  (reader.token(next).spaceBefore ||

@@ -39,6 +39,14 @@ bool isStarred(const Reader &reader, std::uint32_t i) {
     return !reader.glued(i) && reader.symbol(i + 1, '*') && reader.glued(i + 1);
 }
 
+/// "Three Trains", "at Five Arches": a number word in a name.
+bool isInName(const Reader &reader, std::uint32_t i) {
+    const Token &number = reader.document().tokens[i - 1];
+    const auto word = reader.document().slice(number);
+    return number.kind == TokenKind::Word && number.upper() && reader.token(i).upper() &&
+           word.back() >= 'a' && word.back() <= 'z';
+}
+
 /// What may follow a number that only its place makes a time.
 bool mayFollowBare(const Reader &reader, std::uint32_t i, bool marked) {
     const Token *token = reader.at(i);
@@ -69,8 +77,11 @@ bool mayFollowBare(const Reader &reader, std::uint32_t i, bool marked) {
         return false;
     if (isDateLike(reader, i) || reader.has(i, Meaning::Connector) ||
         reader.has(i, Meaning::TimeMarker) || reader.has(i, Meaning::ZoneAfterTime) ||
-        reader.has(i, Meaning::Zone) || reader.has(i, Meaning::Event) ||
-        (marked && reader.has(i, Meaning::Person)))
+        reader.has(i, Meaning::Zone) || (marked && reader.has(i, Meaning::Person)))
+        return true;
+    if (isInName(reader, i))
+        return false;
+    if (reader.has(i, Meaning::Event))
         return true;
     if (marked && reader.has(i, Meaning::PresentVerb))
         return true;
