@@ -191,8 +191,9 @@ std::optional<DateMention> readDayFirst(const Reader &reader, std::uint32_t i) {
     const auto days = readLeadingDays(reader, i);
     if (!days)
         return std::nullopt;
-    // "the 24th day of March"
-    std::uint32_t j = reader.skip(days->next, Meaning::DayWord);
+    // "the 24th day of March", but not "the 5th working day of March"
+    const Sense *word = reader.sense(days->next, Meaning::DayWord);
+    std::uint32_t j = word && word->value == 0 ? days->next + word->length : days->next;
     j = reader.skip(j == days->next || reader.has(j, Meaning::Of) ? j : days->next, Meaning::Of);
     j = reader.skipSymbol(j, '.');
     if (reader.symbol(j, '-') && reader.glued(j))

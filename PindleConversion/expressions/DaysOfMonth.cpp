@@ -164,16 +164,19 @@ std::uint32_t readBareDay(const Reader &reader, std::uint32_t i, int &day) {
 
 std::uint32_t readNthDay(const Reader &reader, std::uint32_t i, DateSpec &spec) {
     const Rank rank = readRank(reader, i);
-    if (rank.nth == 0 || rank.nth > 5)
+    constexpr int kMostWeeks = 5;
+    constexpr int kMostWorkingDays = 23;
+    if (rank.nth == 0 || rank.nth > kMostWorkingDays)
         return i;
     const DayName day = readDayName(reader, rank.next, true);
     const Sense *word = day.weekday > 0 ? nullptr : reader.sense(rank.next, Meaning::DayWord);
     const std::uint32_t next = word ? rank.next + word->length : day.next;
-    if (!word && day.weekday == 0)
+    const bool working = word && word->value == 1;
+    if ((!word && day.weekday == 0) || (!working && rank.nth > kMostWeeks))
         return i;
     spec.base = Base::NthWeekday;
     spec.nth = rank.nth;
-    spec.weekday = word && word->value == 1 ? kWorkingDay : day.weekday;
+    spec.weekday = working ? kWorkingDay : day.weekday;
     return next;
 }
 

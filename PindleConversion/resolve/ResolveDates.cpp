@@ -114,14 +114,15 @@ std::optional<Day> dayOfMonth(const DateSpec &spec, Day today) {
     return first;
 }
 
-/// "the last working day of the month"
-Day nthWorkingDay(int nth, Day begin, Day end) {
+/// "the last working day of the month"; nothing where a month has fewer of them.
+std::optional<Day> nthWorkingDay(int nth, Day begin, Day end) {
     constexpr int kFriday = 5;
     const days step(nth < 0 ? -1 : 1);
     int left = nth < 0 ? 1 : nth;
-    for (Day date = nth < 0 ? end : begin;; date += step)
+    for (Day date = nth < 0 ? end : begin; date >= begin && date <= end; date += step)
         if (weekdayOf(date) <= kFriday && --left == 0)
             return date;
+    return std::nullopt;
 }
 
 std::optional<Day> nthIn(const DateSpec &spec, year_month target) {
