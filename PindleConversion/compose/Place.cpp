@@ -42,7 +42,9 @@ bool PlaceFinder::isName(TokenSpan place) const {
     // "订单已确认：枕河客栈"
     const bool announced = token(place.begin).unspaced && place.begin > field.begin &&
                            field.begin < m_choice.anchor() && token(place.begin - 1).symbol == ':';
-    return isStay() && (announced || isTitlePosition(field, place.begin));
+    // "Pick-up: Cairns Airport, Thu 9 July"
+    const bool from = field.label == Label::Start && place.begin == field.begin;
+    return isStay() && !from && (announced || isTitlePosition(field, place.begin));
 }
 
 TokenSpan PlaceFinder::run() {

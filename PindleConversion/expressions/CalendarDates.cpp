@@ -146,6 +146,13 @@ struct LeadingDays {
     std::uint32_t next = 0;
 };
 
+/// The hyphen at `i` joins a day and its month: "11-Sep-2027", "11 - Sep - 2027".
+bool joinsMonth(const Reader &reader, std::uint32_t i) {
+    const Sense *month = reader.symbol(i, '-') ? reader.sense(i + 1, Meaning::Month) : nullptr;
+    const std::uint32_t next = i + 1 + (month ? month->length : 0);
+    return month && (reader.glued(i) || (reader.symbol(next, '-') && isYear(reader, next + 1)));
+}
+
 /// "5", "4-11", "4 to 11", "5, 6 and 7" before a month.
 std::optional<LeadingDays> readLeadingDays(const Reader &reader, std::uint32_t i) {
     const auto day = readLeadingDay(reader, i);
@@ -171,9 +178,8 @@ std::optional<LeadingDays> readLeadingDays(const Reader &reader, std::uint32_t i
             reader.has(reader.skip(last->next, Meaning::Of), Meaning::Month))
             return LeadingDays{days.first, 0, last->next};
     }
-    // "11-Sep-2027" is one day.
     if (const std::uint32_t join = readDayJoin(reader, days.next);
-        join != days.next && !(reader.glued(days.next) && reader.has(join, Meaning::Month))) {
+        join != days.next && !joinsMonth(reader, days.next)) {
         const auto last = readLeadingDay(reader, reader.skip(join, Meaning::The));
         // "rescheduled from 20 to 27 May"
         if (isMovedFrom(reader, i) || !last || last->day <= listed)
@@ -196,7 +202,7 @@ std::optional<DateMention> readDayFirst(const Reader &reader, std::uint32_t i) {
     std::uint32_t j = word && word->value == 0 ? days->next + word->length : days->next;
     j = reader.skip(j == days->next || reader.has(j, Meaning::Of) ? j : days->next, Meaning::Of);
     j = reader.skipSymbol(j, '.');
-    if (reader.symbol(j, '-') && reader.glued(j))
+    if (joinsMonth(reader, j))
         ++j;
     const Sense *month = reader.sense(j, Meaning::Month);
     if (!month)

@@ -126,11 +126,37 @@ bool opensStay(const Reader &reader, std::uint32_t i) {
     return saysLabel(reader, i, Label::Start) && saysLabel(reader, i, Label::End);
 }
 
+/// Bytes between token `i` and the one before.
+std::uint32_t gapBefore(const Reader &reader, std::uint32_t i) {
+    return i == 0 || !reader.at(i) ? 0
+                                   : reader.token(i).begin - reader.document().tokens[i - 1].end;
+}
+
+/// "FROM  Leeds     TO  York": a wide gap parts the label from what it labels, and columns.
+bool isColumnHead(const Reader &reader, std::uint32_t i, std::uint32_t end, bool lineStart) {
+    constexpr std::uint32_t kWide = 3;
+    constexpr std::uint32_t kReach = 12;
+    if (!reader.at(end) || reader.token(i).kind != TokenKind::Word || !reader.word(end - 1))
+        return false;
+    const bool loud = allCapitals(reader.document().slice(reader.token(i)));
+    if (!lineStart)
+        return loud && gapBefore(reader, i) >= kWide;
+    if (gapBefore(reader, end) >= kWide)
+        return reader.token(i).capital;
+    // Where further columns stand apart, a narrow gap will do.
+    std::uint32_t next = end + 1;
+    while (next < end + kReach && reader.at(next) && gapBefore(reader, next) < kWide)
+        ++next;
+    return loud && reader.at(next) && gapBefore(reader, next) >= kWide;
+}
+
 /// A label that nothing but a space ends.
 LabelMatch plainLabel(const Reader &reader, std::uint32_t i, std::uint32_t end, Label label,
                       bool lineStart) {
     // Where words are not spaced, a space behind the label is enough.
     if (lineStart && reader.token(i).unspaced && reader.at(end) && reader.token(end).spaceBefore)
+        return {label, end, end};
+    if (gapBefore(reader, end) > 1 && isColumnHead(reader, i, end, lineStart))
         return {label, end, end};
     const bool picture =
         reader.token(i).kind == TokenKind::Symbol && reader.token(i).symbol > 0x2000;
