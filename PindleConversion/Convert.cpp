@@ -193,7 +193,8 @@ Reply convert(const Request &request) {
     freeHoliday(document, expressions, choice);
     Reply reply;
     const TokenSpan place = findPlace(document, choice);
-    const TokenSpan named = findTitle(document, choice, !place.empty() && !isLink(document, place));
+    const TokenSpan named =
+        findTitle(document, choice, isLink(document, place) ? TokenSpan{} : place);
     const TokenSpan title = titleWithPlace(document, choice, named, place);
     Draft draft;
     fillMoments(draft, choice, request.referenceTimezone);

@@ -261,9 +261,22 @@ bool Chooser::isBelowOrBeside(const Field &first, const Field &second) {
     return beside || second.line == first.line + 1;
 }
 
+bool Chooser::isAtAirport(const TimeMention &time) const {
+    constexpr std::uint32_t kReach = 8;
+    const std::uint32_t at = time.span.begin;
+    const std::uint32_t low = std::max(fieldOf(at).begin, at - std::min(at, kReach));
+    for (std::uint32_t i = low; i + 2 < at; ++i)
+        if (m_document.tokens[i].symbol == '(' && isAirport(i + 1) &&
+            m_document.tokens[i + 2].symbol == ')')
+            return true;
+    return false;
+}
+
 bool Chooser::isArrival(const TimeMention &start, const TimeMention &next) const {
-    return m_choice.kind == EventKind::Travel && !start.end && !next.end && next.start.sure &&
-           next.start.minuteGiven && roleOf(next.span.begin) == Role::None &&
+    const bool travels =
+        m_choice.kind == EventKind::Travel || (isAtAirport(start) && isAtAirport(next));
+    return travels && !start.end && !next.end && next.start.sure && next.start.minuteGiven &&
+           roleOf(next.span.begin) == Role::None &&
            isBelowOrBeside(fieldOf(start.span.begin), fieldOf(next.span.begin)) &&
            next.start.hour * 60 + next.start.minute > start.start.hour * 60 + start.start.minute;
 }

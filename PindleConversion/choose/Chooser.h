@@ -249,6 +249,8 @@ private:
     bool nothingBetween(TokenSpan first, TokenSpan second) const;
     /// The second time of a journey is its end.
     bool travelEnd();
+    /// "Perth (PER) T1 12:05": an airport's code in brackets stands before the time.
+    bool isAtAirport(const TimeMention &time) const;
     /// On a ticket the line behind the departure tells the arrival.
     bool isArrival(const TimeMention &start, const TimeMention &next) const;
     bool nearStart(std::uint32_t token) const;

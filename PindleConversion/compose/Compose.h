@@ -28,8 +28,8 @@ bool isEdgeMark(const Token &token);
 TokenSpan findPlace(Document &document, const Choice &choice);
 
 /// Eighth step: what the event is called, one line. Empty when the text offers no words for it,
-/// or only poor ones where the place can name it: `placed`.
-TokenSpan findTitle(const Document &document, const Choice &choice, bool placed);
+/// or only poor ones where `place` can name it; that may be empty.
+TokenSpan findTitle(const Document &document, const Choice &choice, TokenSpan place);
 
 /// The text of a span on one line, without emphasis at its ends.
 std::string spanText(const Document &document, TokenSpan span);

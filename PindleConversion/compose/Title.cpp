@@ -9,14 +9,16 @@ namespace {
 constexpr int kNone = -1000;
 constexpr int kLoneKind = 14;     ///< less for "let's meet", of which only "meet" is left
 constexpr int kPoor = 10;         ///< below it the place says more
+constexpr int kPlaceAgain = 60;   ///< less for words that name the place once more
 constexpr int kOnlyFillers = 120; ///< "Let's meet" is a title when there is no better one
 
 /// Offers what the text says between its dates, times and places, and keeps the best.
 class TitleFinder : private TitleWords {
 public:
-    TitleFinder(const Document &document, const Choice &choice)
+    TitleFinder(const Document &document, const Choice &choice, TokenSpan place)
         : TitleWords(document)
         , m_choice(choice)
+        , m_place(place)
         , m_parts(document)
         , m_scores(document, choice) {}
 
@@ -97,7 +99,9 @@ private:
             const TitleScore::Weight weight =
                 m_scores.weigh({field, run, part, trimmed, alone, first, m_order});
             m_sawText = m_sawText || weight.opens;
-            const int score = weight.score - (onlyFillers ? (event ? kLoneKind : kOnlyFillers) : 0);
+            const int score = weight.score -
+                              (onlyFillers ? (event ? kLoneKind : kOnlyFillers) : 0) -
+                              (namesPlace(trimmed) ? kPlaceAgain : 0);
             if (score > m_score) {
                 m_score = score;
                 m_best = m_parts.shorten(trimmed);
@@ -105,7 +109,15 @@ private:
         }
     }
 
+    /// The place is named once more: "Pick-up: Cork Airport", "Return: Cork Airport".
+    bool namesPlace(TokenSpan part) const {
+        return !m_place.empty() && part.begin != m_place.begin &&
+               part.end - part.begin == m_place.end - m_place.begin &&
+               m_document.slice(part) == m_document.slice(m_place);
+    }
+
     const Choice &m_choice;
+    TokenSpan m_place;
     TitleParts m_parts;
     TitleScore m_scores;
     TokenSpan m_best;
@@ -116,10 +128,10 @@ private:
 
 } // namespace
 
-TokenSpan findTitle(const Document &document, const Choice &choice, bool placed) {
-    TitleFinder finder(document, choice);
+TokenSpan findTitle(const Document &document, const Choice &choice, TokenSpan place) {
+    TitleFinder finder(document, choice, place);
     const TokenSpan title = finder.run();
-    return placed && finder.isPoor() ? TokenSpan{} : title;
+    return !place.empty() && finder.isPoor() ? TokenSpan{} : title;
 }
 
 } // namespace pindle::conversion

@@ -299,6 +299,12 @@ int TitleScore::wordPenalties(const Reader &reader, const TitleCandidate &candid
     return score;
 }
 
+bool TitleScore::isOtherDay(std::uint32_t i) const {
+    const Reader reader(m_document, static_cast<std::uint32_t>(m_document.tokens.size()));
+    return i != m_choice.dateSpan.begin && i != m_choice.endSpan.begin &&
+           (reader.mayHave(i, kWeekdayNames) || reader.has(i, Meaning::RelativeDay));
+}
+
 bool TitleScore::invitesAtEnd(const Field &field) const {
     constexpr int kInvitation = 4;
     constexpr std::uint32_t kLongest = 4;
@@ -344,6 +350,10 @@ int TitleScore::linePenalties(const Reader &reader, const TitleCandidate &candid
     const auto &others = m_choice.otherFields;
     if (std::find(others.begin(), others.end(), token(part.begin).field) != others.end())
         score -= kOther;
+    // "Can we do Weds 12th instead, I've choir Tues": what is on the other day.
+    if (field.spoken && run.beforeUsed && run.afterUsed && part.end == run.span.end &&
+        run.span.begin > m_choice.dateSpan.begin && isOtherDay(run.span.end))
+        score -= kBehind;
     // "Mr and Mrs Pope" on a line of their own invite, a name below "Regards" signs. "Les Ogres"
     // right below the date play.
     const bool below = field.line == m_document.fields[token(m_choice.anchor()).field].line + 1;
