@@ -32,12 +32,19 @@ std::vector<TokenSpan> TitleParts::partsOf(TokenSpan run) const {
     parts.reserve(kUsual);
     std::uint32_t begin = run.begin;
     std::uint32_t quoted = 0; ///< where a name in quotes ends
+    const bool invites = m_document.meanings.has(Meaning::Inviting);
     for (std::uint32_t i = run.begin; i < run.end; ++i) {
         if (token(i).symbol == '"' && i >= quoted && (wide || greeting))
             quoted = quoteEnd(reader, i);
         const bool hard = isHardBreak(reader, i);
         const bool soft = (wide || greeting) && i >= quoted && isSoftBreak(reader, i) &&
                           !(reader.symbol(i, ':') && !greeting && width <= kWidest);
+        // "Convidamos todos os sócios para a festa": who invites and whom says not what happens.
+        if (const std::uint32_t event = invites ? invitedTo(reader, i) : i; event != i) {
+            begin = event;
+            i = event - 1;
+            continue;
+        }
         if (i > begin && announces(reader, i)) {
             parts.push_back({begin, i});
             begin = i;

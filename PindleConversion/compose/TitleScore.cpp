@@ -115,7 +115,18 @@ int TitleScore::contentScore(const TitleCandidate &candidate, bool kind) const {
         score += 30;
     if (m_choice.kind == EventKind::Travel && hasFlightNumber(trimmed))
         score += kFlight;
+    if (m_document.meanings.has(Meaning::Inviting) && isInvitedTo(part))
+        score += kInvited;
     return score;
+}
+
+bool TitleScore::isInvitedTo(TokenSpan part) const {
+    constexpr std::uint32_t kLongest = 3;
+    const Sense *to =
+        part.begin > 0 && !token(part.begin - 1).used
+            ? Reader(m_document, part.end).senseBefore(part.begin, Meaning::Inviting, kLongest)
+            : nullptr;
+    return to && to->value > 0 && contains(part, Meaning::Event);
 }
 
 int TitleScore::penalties(const TitleCandidate &candidate) const {

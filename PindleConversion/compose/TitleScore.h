@@ -37,6 +37,8 @@ private:
     int positionScore(const TitleCandidate &candidate) const;
     /// How the candidate stands out as the first line, and what its words and form say.
     int contentScore(const TitleCandidate &candidate, bool kind) const;
+    /// "... invite all members to the summer party": what stands behind "to".
+    bool isInvitedTo(TokenSpan part) const;
     /// What takes from a candidate.
     int penalties(const TitleCandidate &candidate) const;
     /// Less for a greeting, small talk or a page's head that the part opens or ends with.

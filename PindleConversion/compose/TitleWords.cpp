@@ -10,6 +10,33 @@ bool TitleWords::announces(const Reader &reader, std::uint32_t i) {
     return lead && lead->value == 0 && lead->length >= kLongPhrase;
 }
 
+std::uint32_t TitleWords::invitedTo(const Reader &reader, std::uint32_t i) {
+    constexpr std::uint32_t kReach = 14;
+    constexpr std::uint32_t kBetween = 4; ///< "unserem ersten gemeinsamen"
+    static constexpr Meanings kOthers{Meaning::Of, Meaning::And};
+    const Sense *verb = reader.sense(i, Meaning::Inviting);
+    if (!verb || verb->value == 1 ||
+        (reader.token(i).upper() && reader.language(i).capitalNouns && i > 0 &&
+         reader.document().sameSentence(i - 1, i)))
+        return i;
+    std::uint32_t begin = verb->value == 2 ? i + verb->length : i;
+    for (std::uint32_t k = i + verb->length; k < i + kReach && reader.at(k); ++k) {
+        if (!reader.document().sameSentence(i, k))
+            return i;
+        const Sense *to = reader.sense(k, Meaning::Inviting);
+        if (to && to->value == 1) {
+            begin = k + to->length;
+            k = begin - 1;
+        } else if (begin != i && reader.has(k, Meaning::Event)) {
+            // "invited to the following event:"
+            return reader.has(k - 1, Meaning::Next) ? i : begin;
+        } else if (k > begin + kBetween || reader.mayHave(k, kOthers)) {
+            begin = i;
+        }
+    }
+    return i;
+}
+
 bool TitleWords::leadsOn(const Reader &reader, std::uint32_t i, Meaning meaning) {
     const Sense *phrase = reader.sense(i, meaning);
     const Sense *lead = reader.sense(i, Meaning::TitleLead);

@@ -30,6 +30,9 @@ public:
     bool hasContent(TokenSpan span) const;
     /// "The Smiths are happy to invite you to": the event is what follows.
     static bool announces(const Reader &reader, std::uint32_t i);
+    /// "Wir laden alle Mitglieder zum Sommerfest ein": where the words for the event begin; `i`
+    /// where nothing invites.
+    static std::uint32_t invitedTo(const Reader &reader, std::uint32_t i);
     /// "You're registered for", where "you're registered" alone has that meaning.
     static bool leadsOn(const Reader &reader, std::uint32_t i, Meaning meaning);
     /// "Home › Music" leads to what follows.

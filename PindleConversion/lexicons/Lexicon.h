@@ -114,6 +114,9 @@ enum class Meaning : std::uint8_t {
     Counter,       ///< behind digits that are no time; value 0: they count something ("2名"), 1:
                    ///< they are its number ("0633次")
     Numbered,      ///< before digits that tell which one of how many: "attempt 4/5", "page 2/3"
+    Inviting, ///< 0: a verb that names whom before what it invites to: "invite", "convocam-se",
+              ///< 1: what leads to that event: "to", "para", 2: a verb whose object is the
+              ///< event: "organises"
 };
 
 /// Parts the week of a holiday such as "the fourth Thursday of November" from month and weekday;
@@ -121,7 +124,7 @@ enum class Meaning : std::uint8_t {
 inline constexpr int kNthHoliday = 2000;
 inline constexpr int kLastWeek = 6;
 
-inline constexpr std::size_t kMeanings = static_cast<std::size_t>(Meaning::Numbered) + 1;
+inline constexpr std::size_t kMeanings = static_cast<std::size_t>(Meaning::Inviting) + 1;
 
 enum class Unit : std::uint8_t { Minute, Hour, Day, Week, Fortnight, Month, Year, Weekend, Night };
 enum class DayPart : std::uint8_t { None, Morning, Noon, Afternoon, Evening, Night };
