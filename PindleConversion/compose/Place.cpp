@@ -216,8 +216,11 @@ bool PlaceFinder::isAside(std::uint32_t at) const {
     if (token(at).meanings.has(Meaning::AsideLead) && !reader.has(at, Meaning::PlaceMarker) &&
         Reader(m_document, field.end).has(at, Meaning::AsideLead))
         return true;
-    for (std::uint32_t i = at; i > begin && at - i < kReach; --i)
-        if (m_document.sameSentence(i - 1, at) && reader.has(i - 1, Meaning::AsideLead))
+    static constexpr Meanings kLeads{Meaning::AsideLead, Meaning::RangeFrom};
+    for (std::uint32_t i = at + 1; i > begin && at + 1 - i < kReach; --i)
+        if (reader.mayHave(i - 1, kLeads) && m_document.sameSentence(i - 1, at) &&
+            ((i <= at && reader.has(i - 1, Meaning::AsideLead)) ||
+             (reader.has(i - 1, Meaning::RangeFrom) && isFetched(reader, i - 1))))
             return true;
     return false;
 }

@@ -79,6 +79,8 @@ private:
     std::uint32_t withoutDeed(const Reader &reader, std::uint32_t begin, std::uint32_t end) const;
     /// What follows the marker at `i` is an amount, a deed or who writes.
     bool leadsToOther(const Reader &reader, std::uint32_t i, TokenSpan name) const;
+    /// "Pick up the map from the tourist office", told apart from the event.
+    bool isFetched(const Reader &reader, std::uint32_t i) const;
     /// "Call mit dem Team in Toronto, 9:30 Toronto-Zeit": where the others are is no place.
     bool isWhereOthersAre(const Reader &reader, std::uint32_t i) const;
     /// "喜来楼": the marker's sign is part of a name that the lexicon does not know.

@@ -139,6 +139,27 @@ bool PlaceFinder::leadsToOther(const Reader &reader, std::uint32_t i, TokenSpan 
            (m_choice.timeSpan.empty() || !m_document.sameSentence(i, m_choice.timeSpan.begin));
 }
 
+bool PlaceFinder::isFetched(const Reader &reader, std::uint32_t i) const {
+    constexpr std::uint32_t kReach = 8;
+    static constexpr Meanings kSetsOut{Meaning::Event, Meaning::RoleWord, Meaning::TimeMarker};
+    if (token(i).unspaced || m_document.sameSentence(i, m_choice.anchor()) ||
+        (!m_choice.timeSpan.empty() && m_document.sameSentence(i, m_choice.timeSpan.begin)))
+        return false;
+    const std::uint32_t low = m_document.fields[token(i).field].begin;
+    std::uint32_t k = i;
+    for (; k > low && i - k < kReach && m_document.sameSentence(k - 1, i); --k) {
+        if (!token(k - 1).used && !reader.mayHave(k - 1, kSetsOut))
+            continue;
+        // but "Coaches leave from the school"
+        const Sense *verb = reader.sense(k - 1, Meaning::Event);
+        if (!verb)
+            verb = reader.sense(k - 1, Meaning::RoleWord);
+        return verb && k - 1 + verb->length < i &&
+               (k - 1 == low || !m_document.sameSentence(k - 2, i));
+    }
+    return k < i;
+}
+
 bool PlaceFinder::isWhereOthersAre(const Reader &reader, std::uint32_t i) const {
     constexpr std::uint32_t kReach = 5;
     if (m_choice.zoneSpan.empty())

@@ -75,13 +75,13 @@ bool mayFollowBare(const Reader &reader, std::uint32_t i, bool marked) {
     if (reader.has(i, Meaning::UnitWord) || reader.has(i, Meaning::Month) ||
         reader.has(i, Meaning::Measure))
         return false;
-    if (isDateLike(reader, i) || reader.has(i, Meaning::Connector) ||
-        reader.has(i, Meaning::TimeMarker) || reader.has(i, Meaning::ZoneAfterTime) ||
-        reader.has(i, Meaning::Zone) || (marked && reader.has(i, Meaning::Person)))
+    if (isDateLike(reader, i) || reader.has(i, Meaning::TimeMarker) ||
+        reader.has(i, Meaning::ZoneAfterTime) || reader.has(i, Meaning::Zone))
         return true;
     if (isInName(reader, i))
         return false;
-    if (reader.has(i, Meaning::Event))
+    if (reader.has(i, Meaning::Connector) || reader.has(i, Meaning::Event) ||
+        (marked && reader.has(i, Meaning::Person)))
         return true;
     if (marked && reader.has(i, Meaning::PresentVerb))
         return true;
