@@ -37,8 +37,26 @@ PlaceFinder::PlaceFinder(const Document &document, const Choice &choice)
     , m_momentLine(std::max(lineOf(choice.anchor()),
                             choice.timeSpan.empty() ? 0 : lineOf(choice.timeSpan.begin))) {}
 
+bool PlaceFinder::leadsHeading(TokenSpan place) const {
+    const Field &field = m_document.fields[token(place.begin).field];
+    const Token &next = token(place.end);
+    if (place.begin != field.begin || place.end >= m_choice.anchor() || next.capital ||
+        next.kind != TokenKind::Word || next.used || next.unspaced)
+        return false;
+    const Reader reader(m_document, m_choice.anchor());
+    static constexpr Meanings kGoesOn{Meaning::PlaceStop,   Meaning::PresentVerb, Meaning::Opening,
+                                      Meaning::PlaceMarker, Meaning::RoleWord,    Meaning::PastVerb,
+                                      Meaning::TitleTail,   Meaning::And};
+    // "High School reunion"
+    const Sense *kind = reader.sense(place.begin, Meaning::PlaceNoun);
+    return !reader.mayHave(place.end, kGoesOn) && shapeOf(place).title &&
+           !(kind && place.begin + kind->length >= place.end);
+}
+
 bool PlaceFinder::isName(TokenSpan place) const {
     const Field &field = m_document.fields[token(place.begin).field];
+    if (leadsHeading(place))
+        return true;
     // "订单已确认：枕河客栈"
     const bool announced = token(place.begin).unspaced && place.begin > field.begin &&
                            field.begin < m_choice.anchor() && token(place.begin - 1).symbol == ':';
@@ -217,10 +235,11 @@ bool PlaceFinder::isAside(std::uint32_t at) const {
         Reader(m_document, field.end).has(at, Meaning::AsideLead))
         return true;
     static constexpr Meanings kLeads{Meaning::AsideLead, Meaning::RangeFrom};
-    for (std::uint32_t i = at + 1; i > begin && at + 1 - i < kReach; --i)
+    for (std::uint32_t i = at + 1; i > begin && at + 1 - i <= kReach; --i)
         if (reader.mayHave(i - 1, kLeads) && m_document.sameSentence(i - 1, at) &&
             ((i <= at && reader.has(i - 1, Meaning::AsideLead)) ||
-             (reader.has(i - 1, Meaning::RangeFrom) && isFetched(reader, i - 1))))
+             (reader.has(i - 1, Meaning::RangeFrom) && reader.has(i - 1, Meaning::PlaceMarker) &&
+              isFetched(reader, i - 1))))
             return true;
     return false;
 }

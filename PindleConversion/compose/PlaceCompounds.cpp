@@ -11,6 +11,7 @@ constexpr int kRoomCode = 48;  ///< for "G.12" behind a kind of place
 constexpr int kSender = 22;    ///< for who sends a message
 constexpr int kBracketed = 34; ///< for a place in brackets
 constexpr int kNamedKind = 46; ///< for one in brackets that starts with its kind
+constexpr int kHeading = 10;   ///< for "Sawmill Trail" of "Sawmill Trail weed pull"
 constexpr int kMostWords = 5;
 
 } // namespace
@@ -96,6 +97,8 @@ void PlaceFinder::compound(const Reader &reader, const Field &field, std::uint32
     if ((isTitlePosition(field, begin) && !told) || booked) {
         if (isStay() && shapeOf({begin, end}).title)
             offer({begin, end}, kNamedStay, i);
+        else if (leadsHeading({begin, end}))
+            offer({begin, end}, kHeading, i);
         return;
     }
     // "Flat 902, Tower C, Green Meadows"

@@ -14,6 +14,8 @@ public:
 
     /// The place that the text most likely means; empty when none is likely enough.
     TokenSpan run();
+    /// "Sawmill Trail weed pull": a name of a place opens the line that names the event.
+    bool leadsHeading(TokenSpan place) const;
     /// The place is the event's name as well.
     bool isName(TokenSpan place) const;
 
