@@ -198,8 +198,11 @@ void PlaceFinder::offer(TokenSpan span, int score, std::uint32_t at) {
 
 bool PlaceFinder::dangles(const Reader &reader, TokenSpan span) const {
     const Token &last = token(span.end - 1);
+    // "chega a Viseu no sábado"
+    const bool leadsOn = token(span.end).used && reader.has(span.end - 1, Meaning::DateMarker) &&
+                         !reader.has(span.end - 1, Meaning::PlaceNoun);
     return span.end > span.begin + 1 && reader.word(span.end - 1) && !last.capital &&
-           !last.unspaced && reader.has(span.end - 1, Meaning::Of);
+           !last.unspaced && (leadsOn || reader.has(span.end - 1, Meaning::Of));
 }
 
 bool PlaceFinder::isAmount(TokenSpan span) const {

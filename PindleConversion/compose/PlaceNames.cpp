@@ -102,6 +102,13 @@ bool PlaceNames::isStreet(const Reader &reader, std::uint32_t i, std::uint32_t b
            (next && (next->capital || reader.has(at, Meaning::Of)));
 }
 
+bool PlaceNames::leadsToPurpose(const Reader &reader, std::uint32_t i) {
+    const Sense *kind =
+        reader.has(i, Meaning::PlaceStop) ? reader.sense(i - 1, Meaning::PlaceNoun) : nullptr;
+    return kind && kind->length == 2 && !reader.token(i).unspaced && reader.word(i + 1) &&
+           !reader.token(i + 1).used;
+}
+
 bool PlaceNames::goesOnWithoutName(const Reader &reader, std::uint32_t i) const {
     const Token &current = token(i);
     // "在信義威秀看電影": what happens there follows its name.
@@ -147,6 +154,8 @@ bool PlaceNames::stops(const Reader &reader, std::uint32_t i, std::uint32_t begi
         !token(i + 1).unspaced && !current.capital &&
         (current.kind == TokenKind::Number || reader.has(i, Meaning::Number)))
         return true;
+    if (leadsToPurpose(reader, i))
+        return false;
     if (goesOnWithoutName(reader, i))
         return true;
     // "駅の改札前"

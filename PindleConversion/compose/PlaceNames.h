@@ -49,6 +49,8 @@ protected:
     const Token &token(std::uint32_t i) const { return m_document.token(i); }
 
     const Document &m_document;
+    /// "Klinik für Orthopädie": the word at `i` belongs to a kind of place that tells its purpose.
+    static bool leadsToPurpose(const Reader &reader, std::uint32_t i);
 
 private:
     /// A kind of place, or an unknown word before one.

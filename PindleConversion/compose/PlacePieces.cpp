@@ -307,7 +307,8 @@ bool PlaceFinder::isBehindPerson(const Reader &reader, TokenSpan part) const {
     for (std::uint32_t k = 2; k <= std::min(kReach, begin); ++k)
         if (reader.has(begin - k, Meaning::Person))
             return true;
-    return false;
+    // "A presto, Reto"
+    return reader.senseBefore(begin - 1, Meaning::Greeting, kReach) != nullptr;
 }
 
 bool PlaceFinder::pointsElsewhere(const Reader &reader, TokenSpan part) {
@@ -373,7 +374,7 @@ bool PlaceFinder::opensWithPlace(const Reader &reader, TokenSpan part) const {
     const Sense *event = reader.sense(begin, Meaning::Event);
     if (!event)
         return reader.has(begin + 1, Meaning::Of) || reader.has(begin + 1, Meaning::The) ||
-               isTradeOfPlace(reader, part);
+               leadsToPurpose(reader, begin + 1) || isTradeOfPlace(reader, part);
     // "Pub Quiz" is no pub.
     const std::uint32_t last = part.end - (reader.symbol(part.end - 1, '.') ? 2 : 1);
     return token(begin).upper() && begin < last && token(last).upper() &&
