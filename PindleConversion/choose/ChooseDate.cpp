@@ -199,7 +199,10 @@ bool Chooser::mayBeStreet(TokenSpan span) const {
         span.end - span.begin != 2 || !hasDateMarker(span.begin))
         return false;
     const Token &name = tokens[span.begin - 2];
-    const Reader reader(m_document, span.begin);
+    const Reader reader(m_document, span.end);
+    // "Results at the AGM on 31 March" has its month.
+    if (reader.has(span.begin + 1, Meaning::Month))
+        return false;
     const bool named = name.capital || reader.has(span.begin - 2, Meaning::PlaceNoun) ||
                        reader.has(span.begin - 2, Meaning::StreetWord);
     return name.kind == TokenKind::Word && named && !name.used &&

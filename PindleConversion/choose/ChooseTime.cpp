@@ -167,6 +167,9 @@ int Chooser::roleScore(std::uint32_t at) const {
     case Role::MovedFrom:
         return -60;
     case Role::MovedTo:
+        // "If no quorum, adjourned to 11 am": only if something else happens.
+        if (isBehindAside(Reader(m_document, at), at))
+            return -60;
         return counterProposal(at) ? 120 : 40;
     case Role::End:
         return -45;

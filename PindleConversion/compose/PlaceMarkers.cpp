@@ -188,7 +188,7 @@ bool PlaceFinder::isAtEvent(const Reader &reader, TokenSpan name) const {
         return false;
     const std::uint32_t first = reader.skip(name.begin, Meaning::The);
     if (token(first).capital)
-        return first < last && reader.has(last, Meaning::Event);
+        return (first < last || isAcronym({first, name.end})) && reader.has(last, Meaning::Event);
     return reader.has(first, Meaning::Event) && !reader.has(first, Meaning::PlaceNoun);
 }
 

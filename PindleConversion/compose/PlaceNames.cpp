@@ -223,6 +223,10 @@ std::uint32_t PlaceNames::addressGoesOn(const Reader &reader, std::uint32_t i,
     static constexpr Meanings kCounted{Meaning::UnitWord, Meaning::RangeTo, Meaning::HourMark};
     if (token(i).kind == TokenKind::Number && reader.word(i + 1) && reader.mayHave(i + 1, kCounted))
         return i;
+    // "at the Grange, 7 for 7.30pm"
+    if (token(i).kind == TokenKind::Number && reader.word(i + 1) &&
+        reader.has(i + 1, Meaning::DateMarker))
+        return i;
     // "Ferndale Reserve, oval's being reseeded"
     if (token(i).possessive && !token(i).capital)
         return i;

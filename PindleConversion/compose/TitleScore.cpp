@@ -21,7 +21,7 @@ constexpr int kPresents = 60;       ///< less for who presents the event on a li
 constexpr int kInvites = 80;        ///< less for "The club invites" above what it invites to
 constexpr int kHosts = 20;          ///< less for who invites on a line of their own
 constexpr int kInvited = 36;        ///< for what a text invites to
-constexpr int kOtherMoment = 30;    ///< less for what only tells when
+constexpr int kOtherMoment = 50;    ///< less for what only tells when
 constexpr int kPredicate = 40;      ///< less for what is said of something named before
 constexpr int kReference = 110;     ///< less for "Booking reference QX7T2M"
 constexpr int kCouple = 440;        ///< less for a label's value that names two people
@@ -252,10 +252,12 @@ int TitleScore::wordPenalties(const Reader &reader, const TitleCandidate &candid
     else if (!candidate.first && !event &&
              (contains(trimmed, Meaning::PlaceNoun) || contains(trimmed, Meaning::StreetWord)))
         score -= kPlaceName;
-    // "Wheels Day is on again! Year 1 can bring a scooter on Thursday": who does what.
-    else if (!event && !candidate.first && !candidate.run.afterUsed &&
-             token(trimmed.begin).upper() && candidate.part.begin == candidate.run.span.begin &&
-             contains({trimmed.begin + 1, trimmed.end}, Meaning::PresentVerb))
+    // "Wheels Day is on again! Year 1 can bring a scooter on Thursday": who does what; but "Lunch
+    // is on me".
+    if (!candidate.first && !candidate.run.afterUsed && token(trimmed.begin).upper() &&
+        candidate.part.begin == candidate.run.span.begin &&
+        contains({trimmed.begin + 1, trimmed.end}, Meaning::PresentVerb) &&
+        !reader.has(reader.skip(trimmed.begin, Meaning::Event), Meaning::PresentVerb))
         score -= kDoes;
     // "We found a set of keys." above the event's own sentence
     if (contains(trimmed, Meaning::PastVerb))
@@ -296,6 +298,11 @@ int TitleScore::wordPenalties(const Reader &reader, const TitleCandidate &candid
     if (trimmed.end == trimmed.begin + 1 && token(trimmed.end).symbol == ':' &&
         token(trimmed.end + 1).used && wasNamedBefore(trimmed.begin))
         score -= kNumbered;
+    // "Film: Twelve Angry Men – doors 7, film 7.30": what begins was named.
+    if (candidate.field.label == Label::Title && trimmed.begin > candidate.field.begin &&
+        trimmed.end == trimmed.begin + 1 && !token(trimmed.begin).capital &&
+        isBeforeMoment(trimmed))
+        score -= kNumbered;
     // "EN | FR" above a page
     if (candidate.field.cell && trimmed.end == trimmed.begin + 1 && !event &&
         token(trimmed.begin).end - token(trimmed.begin).begin <= kLongestKind &&
@@ -332,7 +339,9 @@ int TitleScore::linePenalties(const Reader &reader, const TitleCandidate &candid
     int score = 0;
     // "The Popes are happy to invite you to": the event is what follows.
     const Reader beyond(m_document, run.span.end);
-    if (part.end < run.span.end && announces(beyond, part.end))
+    // but "Theo is turning 5 & we're going to the farm!"
+    if (part.end < run.span.end && announces(beyond, part.end) &&
+        !contains(trimmed, Meaning::Event))
         score -= 40;
     const Field *next = &field + 1;
     if (first && part.begin == field.begin && invitesAtEnd(field))

@@ -278,7 +278,10 @@ bool isScale(const Reader &reader, std::uint32_t i, const TimeMention &mention) 
 bool namesDeparture(const Reader &reader, std::uint32_t i, std::uint32_t next,
                     const ClockSpec &start) {
     const Token *name = reader.at(next + 1);
-    return start.minuteGiven && i > 0 && reader.has(i - 1, Meaning::The) &&
+    // "0914 from Leeds"
+    const bool compact = start.literal && reader.token(i).digits == 4 && next == i + 1 &&
+                         reader.has(next, Meaning::RangeFrom);
+    return start.minuteGiven && i > 0 && (compact || reader.has(i - 1, Meaning::The)) &&
            (reader.has(next, Meaning::RangeFrom) || reader.has(next, Meaning::RangeTo)) &&
            reader.word(next) && name && name->kind == TokenKind::Word && name->capital &&
            !reader.language(i).capitalNouns;
@@ -337,6 +340,10 @@ bool isAccepted(const Reader &reader, const TimeMention &mention, std::uint32_t 
     // "Blood test 0840 Thu 18/3"
     if (start.literal && start.minuteGiven && start.minute % 5 == 0 && start.hour < 10 &&
         next > 0 && reader.token(next - 1).digits == 4 && reader.mayHave(next, kWeekdayNames))
+        return true;
+    // "scan 10.40 thurs"
+    if (start.minuteGiven && start.minute % 5 == 0 && reader.has(next, Meaning::Weekday) &&
+        !reader.glued(next) && reader.language(next).clock24 == false)
         return true;
     // "lab work 3/11 7a fasting"
     if (afterDate && start.meridiem >= 0)
