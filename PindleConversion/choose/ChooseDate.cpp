@@ -23,7 +23,7 @@ void Chooser::resolveDates() {
     }
     settleLaterWeeks();
     settleNamedDays();
-    settleWeekdaysInRanges();
+    settleDaysInRanges();
     constexpr auto kSoon = std::chrono::days(60);
     for (const Dated &dated : m_dates) {
         const bool soon =

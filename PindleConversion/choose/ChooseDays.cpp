@@ -74,10 +74,9 @@ std::optional<ResolvedDate> Chooser::inWeekOf(const DateMention &week,
 
 std::optional<ResolvedDate> Chooser::inNamedMonth(std::size_t i) const {
     DateMention day = m_found.dates[i];
-    const bool bare = day.first.base == DateSpec::Base::DayOnly && !day.first.monthGiven &&
-                      day.first.month == 0 && !day.last;
     // "from 11 October, moved to the 25th"
-    if (!bare || m_dates.empty() || !(day.weak || roleOf(day.span.begin) == Role::MovedTo))
+    if (!isBareDay(day) || m_dates.empty() ||
+        !(day.weak || roleOf(day.span.begin) == Role::MovedTo))
         return std::nullopt;
     const Dated &before = m_dates.back();
     const std::chrono::year_month_day named(before.date.last.value_or(before.date.first));
@@ -89,6 +88,11 @@ std::optional<ResolvedDate> Chooser::inNamedMonth(std::size_t i) const {
     day.first.year = static_cast<int>(named.year());
     day.first.month = static_cast<int>(static_cast<unsigned>(named.month()));
     return resolveDate(day, m_reference);
+}
+
+bool Chooser::isBareDay(const DateMention &mention) {
+    return mention.first.base == DateSpec::Base::DayOnly && !mention.first.monthGiven &&
+           mention.first.month == 0 && !mention.last;
 }
 
 bool Chooser::isBareWeekday(const DateMention &mention) {

@@ -23,7 +23,7 @@ void Chooser::pickEnd() {
         lengthInDays();
         return;
     }
-    if (!endFromSecondDay() && !endFromTime())
+    if (!endOfLastDay() && !endFromSecondDay() && !endFromTime())
         endFromLength();
 }
 
@@ -124,6 +124,23 @@ bool Chooser::isOpenUntil(const Dated &dated) const {
             dated.mention->first.base == DateSpec::Base::Weekday ||
             sentenceHas(at, Meaning::Opening)) &&
            !m_document.sameSentence(at, m_choice.dateSpan.begin);
+}
+
+bool Chooser::endOfLastDay() {
+    if (!m_choice.last)
+        return false;
+    for (const Dated &dated : m_dates) {
+        const TimeMention *time = dated.mention->span.begin > m_choice.dateSpan.end &&
+                                          dated.date.first == *m_choice.last && !dated.date.last
+                                      ? timeBeside(dated)
+                                      : nullptr;
+        if (!time || roleOf(time->span.begin) != Role::End)
+            continue;
+        m_choice.endMinute = resolveTime(*time, contextOf(*time)).start;
+        m_choice.endSpan = time->span;
+        return true;
+    }
+    return false;
 }
 
 bool Chooser::endFromSecondDay() {

@@ -4,20 +4,22 @@
 
 namespace pindle::conversion {
 
-void Chooser::settleWeekdaysInRanges() {
+void Chooser::settleDaysInRanges() {
     constexpr auto kWeek = std::chrono::days(7);
     for (std::size_t i = 1; i < m_dates.size(); ++i) {
-        if (!isBareWeekday(*m_dates[i].mention))
+        const DateMention &day = *m_dates[i].mention;
+        const bool counted = isBareDay(day);
+        if (!counted && !isBareWeekday(day))
             continue;
         for (std::size_t k = 0; k < i; ++k) {
             const ResolvedDate &range = m_dates[k].date;
-            if (m_dates[k].mention->first.base != DateSpec::Base::Calendar || !range.last ||
-                *range.last >= range.first + kWeek)
+            if (m_dates[k].mention->first.base != DateSpec::Base::Calendar ||
+                !(counted || range.last) || (range.last && *range.last >= range.first + kWeek))
                 continue;
             Reference from = m_reference;
             from.today = range.first - std::chrono::days(1);
-            const auto inside = resolveDate(*m_dates[i].mention, from);
-            if (inside && inside->first <= *range.last)
+            const auto inside = resolveDate(day, from);
+            if (inside && inside->first <= range.last.value_or(range.first))
                 m_dates[i].date = *inside;
         }
     }

@@ -123,8 +123,9 @@ private:
     bool acceptBareTime();
 
     // ChooseRanges.cpp
-    /// "Camp is 19-21 June. Drop off 6pm Fri": a weekday behind a range of days is one of them.
-    void settleWeekdaysInRanges();
+    /// "Camp is 19-21 June. Drop off 6pm Fri", "8-9 May. Start at 9 on the 8th": a weekday or day
+    /// behind a range of days is one of them.
+    void settleDaysInRanges();
     /// Notes the days that end what begins on the day named before them.
     void joinRanges();
     /// "24 Dec 19:00 – 25 Dec 7:00", "Friday (drop-off 6pm) to Sunday (collect 2pm)".
@@ -154,6 +155,8 @@ private:
     bool isFirstOfWeek(const DateMention &mention) const;
     /// "6月19号出发，21号回": the day is one of the month named before it.
     std::optional<ResolvedDate> inNamedMonth(std::size_t i) const;
+    /// "the 8th", and nothing that says of which month.
+    static bool isBareDay(const DateMention &mention);
     /// "Friday", and nothing that says which.
     static bool isBareWeekday(const DateMention &mention);
     /// "Run Sunday?", "can't do Sunday": a day that is turned down further on.
@@ -235,6 +238,8 @@ private:
     /// "Opening on 3 October at 6pm. The exhibition runs until 29 November."
     bool isOpenUntil(const Dated &dated) const;
     const TimeMention *timeBeside(const Dated &dated) const;
+    /// "12-13 May. Start at 9 on the 12th and finish at 3 on the 13th."
+    bool endOfLastDay();
     /// "17 April 18:00 - 19 April 16:00".
     bool endFromSecondDay();
     bool endFromTime();

@@ -186,12 +186,7 @@ private:
     /// A name of several words that is a sentence of its own.
     bool isAnswer(const Reader &reader, TokenSpan part) const;
 
-    // PlacePieces.cpp
-    /// The parts between commas, dashes and values behind the date: one may be the place.
-    void pieces(const Reader &reader, std::uint32_t f, TokenSpan part);
-    /// "Autumn talks (all 7.30pm, Corn Exchange)" above a list of days tells time and place of
-    /// each.
-    bool isTimedHeading(std::uint32_t f) const;
+    // PlaceBefore.cpp
     /// ", salle des fêtes de Sens," before the date.
     void pieceBefore(const Reader &reader, TokenSpan part);
     /// "Hen do! Whitstable, Fri 4 - Sun 6 June": a name between the event and its days.
@@ -202,6 +197,13 @@ private:
     void venueAbove(const Reader &reader, std::uint32_t f);
     /// "Bishopstoke Scout Hut" right above the line that starts with the date.
     bool isVenueLine(const Reader &reader, const Field &field) const;
+
+    // PlacePieces.cpp
+    /// The parts between commas, dashes and values behind the date: one may be the place.
+    void pieces(const Reader &reader, std::uint32_t f, TokenSpan part);
+    /// "Autumn talks (all 7.30pm, Corn Exchange)" above a list of days tells time and place of
+    /// each.
+    bool isTimedHeading(std::uint32_t f) const;
     /// Where words are not spaced, a space separates parts.
     static bool startsUnspaced(const Reader &reader, std::uint32_t i);
     /// A mark that separates the parts of a line.

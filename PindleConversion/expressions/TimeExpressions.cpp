@@ -180,6 +180,9 @@ std::optional<End> readEnd(const Reader &reader, std::uint32_t i, bool between) 
     const auto clock = readClock(reader, at, end.next);
     if (!clock)
         return std::nullopt;
+    // "2:15 PM – 1601 Harbor Blvd"
+    if (reader.token(at).digits > 2 && end.next == at + 1 && startsAddress(reader, end.next))
+        return std::nullopt;
     // "dalle 15.00 alle 18.00 nelle aule", "Tues 7-8 astro"
     const bool written =
         (clock->minuteGiven && reader.language(at).clock24 && reader.word(end.next) &&

@@ -1,0 +1,95 @@
+#include "PindleConversion/compose/PlaceFinder.h"
+
+namespace pindle::conversion {
+
+void PlaceFinder::pieceBefore(const Reader &reader, TokenSpan part) {
+    constexpr int kScore = 30;
+    constexpr int kTown = 22;
+    constexpr int kMostWords = 6;
+    const Shape shape = shapeOf(part);
+    // "Hen do! Whitstable, Fri 4 - Sun 6 June": a stay of some days names its town.
+    if (isTownOfStay(reader, part))
+        return offer(part, kTown, part.begin);
+    if (part.end - part.begin < 2 || !reader.symbol(part.begin - 1, ',') ||
+        !reader.has(part.begin, Meaning::PlaceNoun) || reader.has(part.begin, Meaning::Event) ||
+        shape.event || !shape.capital || shape.words > kMostWords ||
+        nameEnd(reader, part.begin) != part.end)
+        return;
+    offer(part, kScore, part.begin);
+}
+
+bool PlaceFinder::isTownOfStay(const Reader &reader, TokenSpan part) const {
+    constexpr std::uint32_t kMostWords = 3;
+    const std::uint32_t begin = part.begin;
+    // "Annual leave - Hemi - 21 Dec to 8 Jan": who.
+    if (!m_choice.last || m_choice.startMinute || reader.symbol(begin - 1, '-') ||
+        part.end + 1 != m_choice.dateSpan.begin || part.end - begin > kMostWords || begin < 2)
+        return false;
+    for (std::uint32_t i = begin; i < part.end; ++i)
+        if (!token(i).upper() || token(i).word != 0)
+            return false;
+    // The event is named before the town.
+    std::uint32_t before = begin - 1;
+    while (before > 0 && token(before).kind == TokenKind::Symbol)
+        --before;
+    return before + 1 < begin && (reader.has(before, Meaning::Event) ||
+                                  (before > 0 && reader.has(before - 1, Meaning::Event)));
+}
+
+void PlaceFinder::behindDash(const Reader &reader, const Field &field) {
+    constexpr int kScore = 24;
+    constexpr std::uint32_t kLongestHeading = 20;
+    if (field.spoken || field.label != Label::None || field.end - field.begin > kLongestHeading)
+        return;
+    for (std::uint32_t i = field.begin + 1; i + 2 < field.end; ++i) {
+        if (!reader.symbol(i, '-') || reader.glued(i) || reader.glued(i + 1))
+            continue;
+        std::uint32_t end = i + 1;
+        while (end < field.end && reader.word(end) && !token(end).used)
+            ++end;
+        const Shape shape = shapeOf({i + 1, end});
+        if (shape.title && !shape.event && isKindOfPlace(reader, {i + 1, end}))
+            offer({i + 1, nameEnd(reader, i + 1)}, kScore, i + 1);
+        return;
+    }
+}
+
+void PlaceFinder::venueAbove(const Reader &reader, std::uint32_t f) {
+    constexpr int kScore = 30;
+    constexpr int kMostWords = 7;
+    const Field &field = m_document.fields[f];
+    const bool heading = f == 0 || m_document.fields[f - 1].ignored;
+    const bool numbered = reader.number(field.end - 1, 1, 9999, 4) && !token(field.end - 1).used;
+    const bool capital = token(field.begin).unspaced ||
+                         (token(field.begin).upper() && (token(field.end - 1).upper() || numbered));
+    // "2209 Juniper Way, Boise, ID"
+    if (f > 0 && !field.spoken && token(field.begin).kind == TokenKind::Number &&
+        field.label == Label::None && nameEnd(reader, field.begin) == field.end &&
+        shapeOf({field.begin, field.end}).street)
+        return offer({field.begin, field.end}, kScore, field.begin);
+    if (heading || field.spoken || !capital ||
+        !(reader.has(token(field.begin).unspaced ? field.end - 1 : field.begin,
+                     Meaning::PlaceNoun) ||
+          isVenueLine(reader, field)) ||
+        nameEnd(reader, field.begin) != field.end ||
+        m_document.fields[f - 1].line + 1 != field.line)
+        return;
+    const Shape shape = shapeOf({field.begin, field.end});
+    if (numbered && !shape.street)
+        return;
+    if (shape.words > 1 && shape.words <= kMostWords)
+        offer({field.begin, field.end}, kScore, field.begin);
+}
+
+bool PlaceFinder::isVenueLine(const Reader &reader, const Field &field) const {
+    const Field &anchor = m_document.fields[m_anchorField];
+    const Shape shape = shapeOf({field.begin, field.end});
+    // "Odeon Hall, Hobart"
+    std::uint32_t comma = field.begin;
+    while (comma < field.end && !reader.symbol(comma, ','))
+        ++comma;
+    return anchor.line == field.line + 1 && m_choice.anchor() == anchor.begin &&
+           isKindOfPlace(reader, {field.begin, comma}) && shape.title && !shape.event;
+}
+
+} // namespace pindle::conversion
