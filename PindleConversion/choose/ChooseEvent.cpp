@@ -58,7 +58,12 @@ void Chooser::noteOtherFields() {
 }
 
 void Chooser::noteLaterFields() {
-    if (m_time < 0 || m_found.times.size() < 2 || m_choice.kind == EventKind::Travel)
+    if (m_time < 0 || m_found.times.size() < 2)
+        return;
+    // "overstap 08:36 Utrecht Centraal" between departure and arrival; else a journey has no lines
+    // of its own.
+    const bool travels = m_choice.kind == EventKind::Travel;
+    if (travels && (m_choice.endSpan.empty() || m_found.times.size() < 3))
         return;
     const std::uint32_t own = m_choice.timeSpan.begin;
     const ClockSpec &start = m_found.times[static_cast<std::size_t>(m_time)].start;
@@ -69,8 +74,12 @@ void Chooser::noteLaterFields() {
         const std::uint32_t at = m_found.times[i].span.begin;
         const Field &field = fieldOf(at);
         if (field.line <= fieldOf(own).line || field.label != Label::None || field.spoken ||
-            sameClock(m_found.times[i]) || at == m_choice.endSpan.begin || roleOf(at) != Role::None)
+            sameClock(m_found.times[i]) || at == m_choice.endSpan.begin ||
+            (roleOf(at) != Role::None && !(travels && roleOf(at) == Role::Side)))
             continue;
+        if (travels &&
+            (at > m_choice.endSpan.begin || field.line >= fieldOf(m_choice.endSpan.begin).line))
+            return;
         m_choice.laterFields.push_back(m_document.tokens[at].field);
     }
 }

@@ -88,6 +88,8 @@ void PlaceFinder::consider(std::uint32_t f, TokenSpan part) {
         part.begin = std::max(part.begin, m_choice.anchor());
     if (f != m_anchorField && isArrival(reader, field.begin))
         return;
+    if (m_choice.kind == EventKind::Travel)
+        departure(reader, field);
     bool quoted = false;
     for (std::uint32_t i = part.begin; i < part.end; ++i) {
         quoted = quoted != reader.symbol(i, '"');
@@ -117,6 +119,17 @@ void PlaceFinder::consider(std::uint32_t f, TokenSpan part) {
                         !m_document.sameSentence(field.begin, field.end - 1);
     if (field.label == Label::None || field.label == Label::When || titled || longer)
         pieces(reader, f, part);
+}
+
+void PlaceFinder::departure(const Reader &reader, const Field &field) {
+    constexpr int kScore = 40;
+    static constexpr Meanings kOther{Meaning::Event, Meaning::RoleWord, Meaning::LabelWord};
+    const std::uint32_t begin = m_choice.timeSpan.end;
+    if (begin <= field.begin || begin >= field.end || m_choice.timeSpan.empty() ||
+        m_choice.endSpan.empty() || lineOf(m_choice.endSpan.begin) <= field.line ||
+        !token(begin).upper() || reader.mayHave(begin, kOther))
+        return;
+    offer({begin, nameEnd(reader, begin)}, kScore, begin);
 }
 
 bool PlaceFinder::isOnlineDeed(const Reader &reader, const Field &field, std::uint32_t i,
@@ -198,6 +211,10 @@ void PlaceFinder::offer(TokenSpan span, int score, std::uint32_t at) {
 
 bool PlaceFinder::dangles(const Reader &reader, TokenSpan span) const {
     const Token &last = token(span.end - 1);
+    // "場所は5階のけやき会議室で。"
+    if (last.isOneSign() && span.end > span.begin + 1 &&
+        !reader.has(span.end - 1, Meaning::PlaceNoun))
+        return reader.has(span.end - 1, Meaning::PlaceBehind);
     // "chega a Viseu no sábado"
     const bool leadsOn = token(span.end).used && reader.has(span.end - 1, Meaning::DateMarker) &&
                          !reader.has(span.end - 1, Meaning::PlaceNoun);

@@ -27,6 +27,8 @@ private:
     /// Takes a span as the best place so far when its score is higher, after what its surroundings
     /// at token `at` take from it or add to it.
     void offer(TokenSpan span, int score, std::uint32_t at);
+    /// "vertrek 07:42 Zwolle" above the line that tells the arrival: where a journey begins.
+    void departure(const Reader &reader, const Field &field);
     /// "Renew online", "Online check-in opens", "Online tax returns": not the event is online.
     bool isOnlineDeed(const Reader &reader, const Field &field, std::uint32_t i,
                       const Sense &online) const;

@@ -39,7 +39,7 @@ bool PlaceNames::leadsToPlace(const Reader &reader, std::uint32_t i) {
     for (std::uint32_t k = i; k <= i + kLongestName; ++k) {
         if (reader.has(k, Meaning::PlaceNoun))
             return true;
-        if (!reader.word(k) || reader.token(k).word != 0 || (k > i && !reader.token(k).unspaced))
+        if (!reader.word(k) || reader.token(k).senses != 0 || (k > i && !reader.token(k).unspaced))
             return false;
     }
     return false;

@@ -381,6 +381,11 @@ int TitleScore::linePenalties(const Reader &reader, const TitleCandidate &candid
         (isSignature(field) ||
          (!contains(trimmed, Meaning::Event) && isPerson(reader, part.begin) && !below)))
         score -= 40;
+    // "overstap 08:36 Utrecht Centraal": a journey goes elsewhere.
+    const auto &later = m_choice.laterFields;
+    if (m_choice.kind == EventKind::Travel &&
+        std::find(later.begin(), later.end(), token(part.begin).field) != later.end())
+        score -= kOtherMoment;
     // "水務署通知：" tells who writes.
     if (namesSender(part, trimmed))
         score -= 40;

@@ -73,10 +73,17 @@ std::optional<Part> readQuarters(const Reader &reader, std::uint32_t i, int coun
     return Part{count * quarter->value, 0, i + quarter->length};
 }
 
+/// "两三个小时": two or three, in two signs.
+bool isEstimate(const Token &number) {
+    constexpr std::uint32_t kTwoSigns = 6; ///< bytes
+    return number.digits == 2 && number.end - number.begin == kTwoSigns &&
+           number.number % 10 == number.number / 10 + 1;
+}
+
 std::optional<Part> readPart(const Reader &reader, std::uint32_t i) {
     std::uint32_t j = i;
     const auto count = readCount(reader, i, j);
-    if (!count)
+    if (!count || isEstimate(reader.token(i)))
         return std::nullopt;
     int tenths = 0;
     if ((reader.symbol(j, '.') || reader.symbol(j, ',')) && reader.glued(j) &&

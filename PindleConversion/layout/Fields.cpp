@@ -66,7 +66,10 @@ private:
         m_spoken = false;
         if (introducesQuote(reader, begin))
             ignoreLine();
-        if (!m_document.meanings.has(Meaning::Wrote))
+        // "件名: 転送: 臨時総会の件": a subject says that it is passed on, too.
+        if (!m_document.meanings.has(Meaning::Wrote) ||
+            (!m_document.fields.empty() && m_document.fields.back().line == m_line &&
+             m_document.fields.back().label == Label::Title))
             return;
         for (std::uint32_t i = begin; i < end; ++i)
             if (reader.has(i, Meaning::Wrote) && ignoresLine(reader, i)) {
