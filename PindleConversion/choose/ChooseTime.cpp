@@ -101,7 +101,8 @@ int Chooser::scoreTime(const TimeMention &time, int index) {
             score += 40;
         else if (m_document.tokens[at].field == m_document.tokens[anchor].field)
             score += 20;
-        score -= std::min(distance(at, anchor), kFarthest) / 2;
+        const bool apart = !m_document.sameSentence(at, anchor) && at < anchor;
+        score -= std::min(distance(at, anchor), kFarthest) / (apart ? 8 : 2);
         if (belongsToOther(time))
             score -= 100;
     }
@@ -119,7 +120,8 @@ int Chooser::scoreTime(const TimeMention &time, int index) {
         score -= kListed;
     if (index > 0 && isTranslated(m_found.times[static_cast<std::size_t>(index - 1)], time))
         score -= 40;
-    if (time.start.sure)
+    // "5.30–8pm" is told by its end.
+    if (time.start.sure || (time.end && time.end->meridiem >= 0))
         score += 4;
     // "(1700–1900)" may be years.
     else if (std::any_of(m_found.times.begin(), m_found.times.end(), [](const TimeMention &other) {

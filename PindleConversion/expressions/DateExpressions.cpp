@@ -32,6 +32,14 @@ Named readName(const Reader &reader, std::uint32_t i) {
     return {};
 }
 
+/// "Mon 23 - half day": what happens on that day.
+bool isDashBeforeWord(const Reader &reader, std::uint32_t dash) {
+    std::uint32_t behind = dash;
+    return reader.symbol(dash, '-') && !reader.glued(dash) && reader.word(dash + 1) &&
+           !reader.glued(dash + 1) && !mayStartDate(reader, dash + 1) &&
+           !readClock(reader, dash + 1, behind);
+}
+
 /// Digits behind a weekday that can be no time: "Fri 13", and "vendredi 7" where a time would
 /// be "vendredi 7h".
 bool isDayNumber(const Reader &reader, std::uint32_t at) {
@@ -42,7 +50,8 @@ bool isDayNumber(const Reader &reader, std::uint32_t at) {
         reader.symbol(next, ':') && !(reader.word(next + 1) && reader.token(next + 1).spaceBefore);
     if (colon || (reader.symbol(next, '.') && reader.at(next + 1)) ||
         reader.has(next, Meaning::HourMark) || reader.has(next, Meaning::UnitWord) ||
-        reader.has(next, Meaning::Meridiem) || (readDayRange(reader, next) && time == next))
+        reader.has(next, Meaning::Meridiem) ||
+        (readDayRange(reader, next) && time == next && !isDashBeforeWord(reader, next)))
         return false;
     // "Sonntag, 23 bis 5 Uhr"
     std::uint32_t behind = next;

@@ -85,7 +85,13 @@ bool isCertainWeekday(const Reader &reader, std::uint32_t i, std::uint32_t next)
     if (i > 0 && word.end - word.begin > kShort && reader.has(i - 1, Meaning::Meridiem) &&
         reader.document().tokens[i - 1].used && reader.mayHave(next, kGoOn))
         return true;
-    const bool announced = i > 0 && reader.has(i - 1, Meaning::DateMarker);
+    // "moved to Sat bc of the storm"
+    constexpr std::uint32_t kLongestRole = 4;
+    const Sense *role =
+        i > 0 && word.upper() ? reader.senseBefore(i, Meaning::RoleWord, kLongestRole) : nullptr;
+    const bool moved = role && (role->value == static_cast<int>(Role::MovedTo) ||
+                                role->value == static_cast<int>(Role::MovedFrom));
+    const bool announced = moved || (i > 0 && reader.has(i - 1, Meaning::DateMarker));
     // "quinta que vem"
     if (const Sense *behind = reader.sense(next, Meaning::Behind); behind && behind->length > 1)
         return true;

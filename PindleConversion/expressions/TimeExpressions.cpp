@@ -298,6 +298,13 @@ bool isBeforeDay(const Reader &reader, std::uint32_t i, std::uint32_t next,
            readDate(reader, reader.skip(next, Meaning::DateMarker));
 }
 
+/// "at Judith's, 7.45. We read ...": the sentence ends at token `i`.
+bool endsSentence(const Reader &reader, std::uint32_t i) {
+    const Token *next = reader.at(i + 1);
+    return reader.symbol(i, '.') && !reader.glued(i + 1) && next &&
+           next->sentence != reader.token(i).sentence;
+}
+
 /// "5.7. ◆ 17 h": behind a day so late an hour is none that is counted.
 bool isHourBehindDay(const Reader &reader, std::uint32_t next, const ClockSpec &start) {
     constexpr int kLongestTold = 6;
@@ -343,6 +350,11 @@ bool isAccepted(const Reader &reader, const TimeMention &mention, std::uint32_t 
     // "Blood test 0840 Thu 18/3"
     if (start.literal && start.minuteGiven && start.minute % 5 == 0 && start.hour < 10 &&
         next > 0 && reader.token(next - 1).digits == 4 && reader.mayHave(next, kWeekdayNames))
+        return true;
+    // "egg hunt 10 sharp!"
+    if (const Sense *exact = reader.sense(next, Meaning::Approximate);
+        exact && exact->value == 0 && exact->length == 1 && start.hour > 0 && start.hour <= 12 &&
+        !reader.glued(next) && !reader.word(next + 1))
         return true;
     // "scan 10.40 thurs"
     if (start.minuteGiven && start.minute % 5 == 0 && reader.has(next, Meaning::Weekday) &&
@@ -451,7 +463,8 @@ std::optional<TimeMention> readTime(const Reader &reader, std::uint32_t i, bool 
     // a list.
     const bool last = start->minuteGiven && !start->sure && start->hour <= 12 &&
                       start->minute % 5 == 0 && i > 0 &&
-                      (reader.symbol(i - 1, ',') || reader.symbol(i - 1, ')')) && !reader.at(zoned);
+                      (reader.symbol(i - 1, ',') || reader.symbol(i - 1, ')')) &&
+                      (!reader.at(zoned) || endsSentence(reader, zoned));
     // "..., 19.45 verzamelen": so are hours past twelve where they are counted on.
     const bool late =
         start->minuteGiven && start->literal && start->hour > 12 && start->minute % 5 == 0 &&
