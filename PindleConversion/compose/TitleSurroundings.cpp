@@ -74,6 +74,10 @@ bool TitleScore::isKindAbove(const Field &field, TokenSpan trimmed) const {
     const Reader reader(m_document, trimmed.end);
     const Sense *event = reader.sense(trimmed.begin, Meaning::Event);
     const Token &word = token(next->begin);
+    // "Repair Café" above "Bring up to two broken things"
+    static constexpr Meanings kTalk{Meaning::Chatter, Meaning::Greeting};
+    if (word.meanings.meets(kTalk))
+        return false;
     // but "Year 4, Friday 12 June"
     return event && trimmed.begin + event->length == trimmed.end && word.capital && !word.used &&
            trimmed.begin == field.begin && token(next->begin + 1).kind != TokenKind::Number;

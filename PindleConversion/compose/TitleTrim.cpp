@@ -49,6 +49,10 @@ TokenSpan TitleParts::trimFront(TokenSpan span) const {
     const std::uint32_t next = span.begin + lead->length;
     if (startsLongerWord(span, next))
         return span;
+    // "A27 eastbound closed": a road.
+    if (lead->length == 1 && token(span.begin).upper() && reader.glued(next) &&
+        token(next).kind == TokenKind::Number)
+        return span;
     // "A-level results"
     if (reader.symbol(next, '-') && reader.glued(next) && reader.glued(next + 1))
         return span;

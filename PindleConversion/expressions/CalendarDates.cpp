@@ -182,7 +182,10 @@ std::optional<LeadingDays> readLeadingDays(const Reader &reader, std::uint32_t i
         join != days.next && !joinsMonth(reader, days.next)) {
         const auto last = readLeadingDay(reader, reader.skip(join, Meaning::The));
         // "rescheduled from 20 to 27 May"
-        if (isMovedFrom(reader, i) || !last || last->day <= listed)
+        // "28th to 3rd April"
+        const bool wraps = last && day->ordinal && last->ordinal && days.next == day->next &&
+                           last->day < listed && reader.has(last->next, Meaning::Month);
+        if (isMovedFrom(reader, i) || !last || (last->day <= listed && !wraps))
             return std::nullopt;
         gaps = gaps || (reader.has(days.next, Meaning::And) && last->day > listed + 1);
         days.last = last->day;
@@ -223,6 +226,8 @@ std::optional<DateMention> readDayFirst(const Reader &reader, std::uint32_t i) {
     if (days->last > 0) {
         result.last = result.first;
         result.last->day = days->last;
+        if (days->last < days->first)
+            beginMonthBefore(result.first);
     }
     return result;
 }

@@ -27,6 +27,14 @@ bool isHourBeforeOther(const Reader &reader, std::uint32_t i) {
 
 } // namespace
 
+void beginMonthBefore(DateSpec &first) {
+    constexpr int kLastMonth = 12;
+    if (first.month == 0 || first.eitherOrder)
+        return;
+    first.year -= first.month == 1 && first.year != 0 ? 1 : 0;
+    first.month = first.month == 1 ? kLastMonth : first.month - 1;
+}
+
 DateMention mentionOf(std::uint32_t begin, std::uint32_t end, int month, int day, int year) {
     DateMention result;
     result.span = {begin, end};

@@ -11,6 +11,9 @@ inline constexpr std::uint32_t kLastYear = 2199;
 /// A day by the calendar over the tokens from `begin` to `end`. Year 0: not given.
 DateMention mentionOf(std::uint32_t begin, std::uint32_t end, int month, int day, int year);
 
+/// "the 23rd until 7th April": a first day so late is of the month before.
+void beginMonthBefore(DateSpec &first);
+
 /// Behind the mark at token `i` that makes an ordinal of the digits before it, or `i` itself; that
 /// of "17.30" makes none.
 std::uint32_t skipOrdinalMark(const Reader &reader, std::uint32_t i);

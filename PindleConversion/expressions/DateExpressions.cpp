@@ -209,7 +209,8 @@ bool canSpan(const DateSpec &spec) {
 
 /// "Mon 3 - Wed 5 August": what the one end says of month and year holds for the other.
 void share(DateSpec &first, DateSpec &last) {
-    if (first.base == Base::DayOnly && last.base == Base::Calendar) {
+    const bool led = first.base == Base::DayOnly && last.base == Base::Calendar;
+    if (led) {
         first.base = Base::Calendar;
         first.month = last.month;
     }
@@ -219,6 +220,8 @@ void share(DateSpec &first, DateSpec &last) {
     }
     if (first.year == 0)
         first.year = last.year;
+    if (led && first.day > last.day)
+        beginMonthBefore(first);
     // "Tues-Thurs next week" starts in that week, too.
     if (first.base == Base::Weekday && last.base == Base::Weekday &&
         first.which == Which::Nearest && last.which != Which::Nearest) {
