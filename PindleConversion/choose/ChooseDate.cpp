@@ -129,6 +129,9 @@ int Chooser::scoreDate(const Dated &dated, int index) {
     case Role::None:
         score -= isTurnedDown(dated) ? 50 : 0;
         break;
+    case Role::Eve:
+        score -= m_dates.size() > 1 ? 50 : 0;
+        break;
     case Role::Side:
     case Role::Show:
     case Role::Collect:

@@ -179,6 +179,8 @@ int Chooser::roleScore(std::uint32_t at) const {
         return -12;
     case Role::Show:
         return 6;
+    case Role::Eve:
+        return m_date >= 0 && m_choice.anchor() < at ? -150 : 0;
     case Role::Collect:
     case Role::Later:
     case Role::None:

@@ -156,7 +156,7 @@ bool PlaceFinder::isOnlineDeed(const Reader &reader, const Field &field, std::ui
 void PlaceFinder::offer(TokenSpan span, int score, std::uint32_t at) {
     const Reader reader(m_document, span.end);
     while (!span.empty() &&
-           (isEdgeMark(token(span.end - 1)) || dangles(reader, span) ||
+           ((isEdgeMark(token(span.end - 1)) && !closesName(span)) || dangles(reader, span) ||
             (reader.has(span.end - 1, Meaning::PlaceStop) && !token(span.end - 1).upper())))
         --span.end;
     while (!span.empty() && isEdgeMark(token(span.begin)))
@@ -207,6 +207,15 @@ void PlaceFinder::offer(TokenSpan span, int score, std::uint32_t at) {
         m_score = score;
         m_best = span;
     }
+}
+
+bool PlaceFinder::closesName(TokenSpan span) const {
+    if (token(span.end - 1).symbol != '"')
+        return false;
+    for (std::uint32_t i = span.begin + 1; i + 1 < span.end; ++i)
+        if (token(i).symbol == '"')
+            return true;
+    return false;
 }
 
 bool PlaceFinder::dangles(const Reader &reader, TokenSpan span) const {

@@ -34,6 +34,8 @@ private:
                       const Sense &online) const;
     /// "12 €", "5,90": no place consists of digits and signs alone, or has a price.
     bool isAmount(TokenSpan span) const;
+    /// "Gasthaus "Zum Adler"": the last quotation mark belongs to the name.
+    bool closesName(TokenSpan span) const;
     /// "hall of": what followed is no part of the place.
     bool dangles(const Reader &reader, TokenSpan span) const;
     /// "到店化妆", "2人": a lone sign or a count.
@@ -73,6 +75,9 @@ private:
     // PlaceMarkers.cpp
     /// "in", "at": the name that a marker leads to.
     void marked(const Reader &reader, std::uint32_t i, const Sense &marker);
+    /// "Cyrk Arena zawita do Płocka": the marker begins with a verb, and what stands before it is
+    /// who comes.
+    static bool isVerb(const Reader &reader, std::uint32_t i);
     /// "in-suite", "drop-in": a part of a word, no marker.
     bool isInCompound(const Reader &reader, std::uint32_t i, std::uint32_t next) const;
     /// "in one room", "at three venues": so many places, not which.

@@ -37,7 +37,7 @@ void PlaceFinder::marked(const Reader &reader, std::uint32_t i, const Sense &mar
             return offer({head, name.end}, 58, head);
         // "from Orchard Rd to Gatwick" names two.
         const bool route = reader.has(i, Meaning::RangeTo) && reader.has(i, Meaning::ToWord);
-        if (const std::uint32_t head = route ? i : nameHead(i); head < i)
+        if (const std::uint32_t head = route || isVerb(reader, i) ? i : nameHead(i); head < i)
             return offer({head, name.end}, 58, head);
         if (isInn(reader, i))
             return offer({i - 2, name.end}, 58, i);
@@ -56,6 +56,13 @@ void PlaceFinder::marked(const Reader &reader, std::uint32_t i, const Sense &mar
         offerBehindStrong(reader, i, name, shape);
     else if (marker.value == 0)
         offerBehindWeak(reader, i, marker, name, shape);
+}
+
+bool PlaceFinder::isVerb(const Reader &reader, std::uint32_t i) {
+    const Sense *marker = reader.sense(i, Meaning::PlaceMarker);
+    const Sense *verb =
+        marker && marker->length > 1 ? reader.sense(i, Meaning::TitleTail) : nullptr;
+    return verb && verb->length == marker->length;
 }
 
 bool PlaceFinder::isInCompound(const Reader &reader, std::uint32_t i, std::uint32_t next) const {
@@ -209,7 +216,7 @@ void PlaceFinder::offerBehindStrong(const Reader &reader, std::uint32_t i, Token
     if (named && !known && shape.words == 1 && token(name.begin).possessive)
         offer(name, 50, i);
     else if (named || known)
-        offer({nounBefore(reader, i, name.begin), name.end},
+        offer({isVerb(reader, i) ? name.begin : nounBefore(reader, i, name.begin), name.end},
               isFrom(reader, i) ? kFrom
               : known           ? (named ? 58 : kUnnamed) - headingPenalty(i)
                                 : 50 - 2 * headingPenalty(i),

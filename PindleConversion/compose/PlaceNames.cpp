@@ -190,6 +190,8 @@ std::uint32_t PlaceNames::nameEnd(const Reader &reader, std::uint32_t begin) con
     while (i > begin + 1 && reader.has(i - 1, Meaning::The) && !token(i - 1).upper() &&
            !token(i - 1).unspaced)
         --i;
+    if (reader.symbol(i, '"') && i > begin)
+        i = behindQuotedName(reader, i);
     if (reader.symbol(i, '(') && i < limit) {
         const std::uint32_t close = closing(reader, i);
         const Shape inner = shapeOf({i + 1, close});
@@ -215,6 +217,22 @@ std::uint32_t PlaceNames::nameEnd(const Reader &reader, std::uint32_t begin) con
              reader.has(i - 1, Meaning::StreetWord))
         i += 3;
     return i;
+}
+
+std::uint32_t PlaceNames::behindQuotedName(const Reader &reader, std::uint32_t open) const {
+    constexpr std::uint32_t kLongest = 6;
+    // "im Theater "Faust"" is what is played there.
+    if (token(open - 1).unspaced || reader.has(open - 1, Meaning::Event) ||
+        !(reader.has(open - 1, Meaning::PlaceNoun) || token(open - 1).upper()) ||
+        !token(open).spaceBefore || !token(open + 1).upper())
+        return open;
+    for (std::uint32_t i = open + 1; i < open + kLongest && reader.at(i); ++i) {
+        if (reader.symbol(i, '"'))
+            return i + 1;
+        if (token(i).used || !m_document.sameSentence(i, open) || reader.has(i, Meaning::Event))
+            return open;
+    }
+    return open;
 }
 
 std::uint32_t PlaceNames::addressGoesOn(const Reader &reader, std::uint32_t i,

@@ -61,6 +61,9 @@ private:
     bool goesOnWithoutName(const Reader &reader, std::uint32_t i) const;
     /// Whether the name from `begin` ends before token `i`.
     bool stops(const Reader &reader, std::uint32_t i, std::uint32_t begin) const;
+    /// "Gasthaus "Zum Adler"": behind the name in quotes that belongs to the place; `open` where
+    /// none does.
+    std::uint32_t behindQuotedName(const Reader &reader, std::uint32_t open) const;
     /// Where the part of an address behind a comma ends, or `i` when it is no part of it.
     std::uint32_t addressGoesOn(const Reader &reader, std::uint32_t i, std::uint32_t begin) const;
 };

@@ -131,6 +131,7 @@ enum class DayPart : std::uint8_t { None, Morning, Noon, Afternoon, Evening, Nig
 enum class EventKind : std::uint8_t { None, Neutral, Work, Morning, Midday, Evening, Travel };
 /// `Collect`: an `End` where a moment follows directly, and one went before: "collect Sunday 2pm".
 /// `Later`: the weekday before it is the one a week later: "not this one, the one after".
+/// `Eve`: the day before the event, which has hours of its own: "put it out the night before".
 enum class Role : std::uint8_t {
     None,
     Deadline,
@@ -141,7 +142,8 @@ enum class Role : std::uint8_t {
     Side,
     Show,
     Collect,
-    Later
+    Later,
+    Eve
 };
 /// Which of several like days is meant.
 enum class Which : std::uint8_t { Nearest, This, Next, Last, AfterNext };

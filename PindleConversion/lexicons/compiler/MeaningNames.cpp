@@ -122,8 +122,9 @@ constexpr std::string_view kLabels[] = {"none",     "title", "place",    "when",
                                         "duration", "link",  "deadline", "note", "price"};
 constexpr std::string_view kEvents[] = {"none",   "neutral", "work",  "morning",
                                         "midday", "evening", "travel"};
-constexpr std::string_view kRoles[] = {"none", "deadline", "posted", "moved-from", "moved-to",
-                                       "end",  "side",     "show",   "collect",    "later"};
+constexpr std::string_view kRoles[] = {"none",     "deadline", "posted", "moved-from",
+                                       "moved-to", "end",      "side",   "show",
+                                       "collect",  "later",    "eve"};
 constexpr std::string_view kWhich[] = {"nearest", "this", "next", "last", "after-next"};
 constexpr std::string_view kNoticeNames[] = {"none",          "no-date",        "only-past",
                                              "today-assumed", "in-past",        "weekday-conflict",
