@@ -218,9 +218,13 @@ bool Chooser::hasFirstDay(const Dated &dated) const {
         return false;
     return std::any_of(m_dates.begin(), m_dates.end(), [&](const Dated &other) {
         const auto weekday = std::chrono::weekday(other.date.first).iso_encoding();
+        // "runs 11 Jan to 19 Feb, Mondays and Wednesdays"
+        const bool within = other.date.last && m_document.sameSentence(other.mention->span.begin,
+                                                                       dated.mention->span.begin);
         return (other.mention->first.base == DateSpec::Base::Calendar ||
                 other.mention->first.base == DateSpec::Base::DayOnly) &&
-               !isPast(other) && static_cast<int>(weekday) == dated.mention->first.weekday &&
+               !isPast(other) &&
+               (within || static_cast<int>(weekday) == dated.mention->first.weekday) &&
                roleOf(other.mention->span.begin) != Role::Deadline &&
                roleOf(other.mention->span.begin) != Role::End;
     });
@@ -361,6 +365,9 @@ bool Chooser::isToldWithTimes(const Field &field, std::uint32_t token) const {
     return toldInPast(field, token) &&
            std::all_of(m_found.times.begin(), m_found.times.end(), [&](const TimeMention &time) {
                std::uint32_t at = time.span.begin;
+               // "We drove on Tuesday until midnight"
+               if (roleOf(at) == Role::End && m_document.sameSentence(at, token))
+                   return true;
                if (at > field.begin && reader.has(at - 1, Meaning::TimeMarker))
                    --at;
                for (std::uint32_t i = at; i > field.begin && at - i < kReach; --i)
@@ -427,8 +434,9 @@ bool Chooser::hasFutureSense(std::uint32_t token) const {
     if (field.label != Label::None || (hasTimeNear(token) && !isToldWithTimes(field, token)) ||
         hasTimeAhead())
         return true;
+    // but not "Saturday was lovely"
     if (token == field.begin)
-        return true;
+        return roleOf(token) != Role::Posted;
     if (toldInPast(field, token) && roleOf(token) != Role::MovedTo &&
         roleOf(token) != Role::Deadline)
         return false;

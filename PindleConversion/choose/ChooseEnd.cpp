@@ -31,6 +31,12 @@ bool Chooser::tellsEnd(std::uint32_t token) const {
     return fieldOf(token).label == Label::End || roleOf(token) == Role::End;
 }
 
+bool Chooser::saysRoleBetween(TokenSpan first, TokenSpan second) const {
+    return std::any_of(m_found.roles.begin(), m_found.roles.end(), [&](const RoleMention &role) {
+        return role.token >= first.end && role.token < second.begin;
+    });
+}
+
 const TimeMention *Chooser::timeBeside(const Dated &dated) const {
     constexpr int kReach = 6;
     const TimeMention *best = nullptr;
@@ -41,8 +47,12 @@ const TimeMention *Chooser::timeBeside(const Dated &dated) const {
                               (m_document.tokens[time.span.begin].field ==
                                    m_document.tokens[dated.mention->span.begin].field &&
                                fieldOf(time.span.begin).label == Label::End);
+        // "there by eleven, and back Monday night": the end has another hour, or none.
+        const bool apart = time.span.end <= dated.mention->span.begin &&
+                           tellsEnd(dated.mention->span.begin) &&
+                           saysRoleBetween(time.span, dated.mention->span);
         const bool start = m_time >= 0 && &time == &m_found.times[static_cast<std::size_t>(m_time)];
-        if (together && !start && away < nearest) {
+        if (together && !start && !apart && away < nearest) {
             nearest = away;
             best = &time;
         }

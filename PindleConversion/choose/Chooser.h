@@ -39,6 +39,8 @@ protected:
 private:
     Role saidRole(std::uint32_t token) const;
     bool isAhead(std::uint32_t token) const;
+    /// "move our call from Tuesday 2pm to Wednesday": what moves goes to the day at `token`.
+    bool isMovedTo(std::uint32_t token) const;
     /// "moved from Tuesday to Thursday": a date at `token`, another one since `from`;
     /// or two times.
     bool isSecondDate(std::uint32_t from, std::uint32_t token) const;
@@ -237,6 +239,8 @@ private:
     bool tellsEnd(std::uint32_t token) const;
     /// "Opening on 3 October at 6pm. The exhibition runs until 29 November."
     bool isOpenUntil(const Dated &dated) const;
+    /// A word such as "back" stands between them.
+    bool saysRoleBetween(TokenSpan first, TokenSpan second) const;
     const TimeMention *timeBeside(const Dated &dated) const;
     /// "12-13 May. Start at 9 on the 12th and finish at 3 on the 13th."
     bool endOfLastDay();

@@ -55,12 +55,30 @@ Role Surroundings::saidRole(std::uint32_t token) const {
                        ? Role::MovedTo
                        : mention.role;
     }
-    return role;
+    return role == Role::None && isMovedTo(token) ? Role::MovedTo : role;
+}
+
+bool Surroundings::isMovedTo(std::uint32_t token) const {
+    constexpr std::uint32_t kReach = 16;
+    const Reader reader(m_document, token);
+    if (!m_document.meanings.has(Meaning::Moving) || token == 0 ||
+        !reader.has(token - 1, Meaning::RangeTo) || !reader.word(token - 1))
+        return false;
+    bool from = false;
+    for (std::uint32_t i = token - 1; i > 0 && token - i < kReach; --i) {
+        if (!m_document.sameSentence(i - 1, token))
+            return false;
+        from = from || (m_document.tokens[i].used && reader.has(i - 1, Meaning::RangeFrom));
+        if (from && reader.has(i - 1, Meaning::Moving))
+            return true;
+    }
+    return false;
 }
 
 bool Surroundings::isSecondDate(std::uint32_t from, std::uint32_t token) const {
+    const Reader reader(m_document, token);
     // "can't do Mon or Tues"
-    if (token > 0 && Reader(m_document, token).has(token - 1, Meaning::Or))
+    if (token > 0 && reader.has(token - 1, Meaning::Or))
         return false;
     bool first = false;
     bool second = false;
@@ -68,7 +86,10 @@ bool Surroundings::isSecondDate(std::uint32_t from, std::uint32_t token) const {
         first = first || (date.span.begin > from && date.span.end <= token);
         second = second || date.span.begin == token;
     }
-    if (first && second)
+    // "extended from 1 to 15 December"
+    const bool counted = token > from + 2 && reader.has(token - 1, Meaning::RangeTo) &&
+                         reader.number(token - 2, 1, 31);
+    if ((first || counted) && second)
         return true;
     first = second = false;
     for (const TimeMention &time : m_found.times) {

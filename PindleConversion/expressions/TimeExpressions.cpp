@@ -329,6 +329,12 @@ bool isHourBehindMarker(const Reader &reader, std::uint32_t next, const ClockSpe
     return marker && reader.document().tokens[number - marker->length - 1].used;
 }
 
+/// " to 15 December" behind a number.
+bool isMovedToDay(const Reader &reader, std::uint32_t next) {
+    const Sense *to = reader.sense(next, Meaning::RangeTo);
+    return to && readCalendarDate(reader, next + to->length);
+}
+
 bool isAccepted(const Reader &reader, const TimeMention &mention, std::uint32_t next, bool marked,
                 bool afterDate) {
     const ClockSpec &start = mention.start;
@@ -435,6 +441,9 @@ std::optional<TimeMention> readTime(const Reader &reader, std::uint32_t i, bool 
     std::uint32_t zoned = sure ? readZone(reader, next, true, mention) : next;
     zoned = readPartBehind(reader, zoned, mention);
     const bool moved = isMovedFrom(reader, i);
+    // "extended from 1 to 15 December"
+    if (moved && !mention.start.sure && isMovedToDay(reader, next))
+        return std::nullopt;
     if (const auto end =
             moved ? std::nullopt : readEnd(reader, zoned, rangeWordBefore(reader, i) != nullptr);
         end) {

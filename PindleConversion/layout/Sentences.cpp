@@ -84,7 +84,10 @@ bool endsSentence(const Reader &reader, std::uint32_t begin, std::uint32_t i) {
         return i > begin + 2 && reader.symbol(i - 2, '.') && reader.at(i + 1) &&
                reader.token(i + 1).capital && !reader.mayHave(i + 1, kGoesOn) &&
                (!reader.token(i - 1).capital || reader.has(i - 3, Meaning::Meridiem));
-    return !reader.has(i - 1, Meaning::Abbreviation);
+    // "opens 1 Dec. The course itself"
+    const bool article = reader.has(i + 1, Meaning::The) && reader.token(i + 1).capital &&
+                         reader.has(i - 1, Meaning::Month);
+    return article || !reader.has(i - 1, Meaning::Abbreviation);
 }
 
 } // namespace
