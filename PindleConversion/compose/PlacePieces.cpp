@@ -385,6 +385,11 @@ bool PlaceFinder::isOnlyName(const Field &field, TokenSpan part, const Shape &sh
     if (begin > field.begin && token(begin - 1).used && shape.words == 1 && !numbered &&
         !token(begin).possessive)
         return false;
+    // "Restmüll Di 5.5., Gelber Sack Fr 8.5.": what happens on another day.
+    if (token(end).used && token(end).spaceBefore && begin > m_choice.dateSpan.end &&
+        end != m_choice.timeSpan.begin && end != m_choice.endSpan.begin &&
+        token(begin - 1).symbol == ',' && Reader(m_document, end + 1).mayHave(end, kWeekdayNames))
+        return false;
     // "CONF#88213"
     if (token(begin + 1).symbol == '#' && !token(begin + 1).spaceBefore)
         return false;

@@ -8,7 +8,7 @@ namespace {
 
 using Base = DateSpec::Base;
 
-/// "in a week", "in 14 Tagen" behind a weekday: so many weeks after the nearest such day.
+/// "in a week", "in 14 Tagen" behind a day: so many weeks after the nearest such day.
 std::uint32_t readWeeksAhead(const Reader &reader, std::uint32_t i, DateSpec &spec) {
     const Sense *ahead = reader.sense(i, Meaning::In);
     if (!ahead)
@@ -234,6 +234,9 @@ std::optional<DateMention> readRelativeDate(const Reader &reader, std::uint32_t 
         if (const Sense *week = readUnit(reader, result.span.end, Unit::Week)) {
             result.first.days += 7;
             result.span.end += week->length;
+        } else {
+            // "heute in zwei Wochen"
+            result.span.end = readWeeksAhead(reader, result.span.end, result.first);
         }
         return result;
     }
