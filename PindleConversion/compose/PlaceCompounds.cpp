@@ -23,6 +23,11 @@ void PlaceFinder::compound(const Reader &reader, const Field &field, std::uint32
         if (const Sense *event = reader.sense(k - 1, Meaning::Event);
             event && k - 1 + event->length == i + 1 && event->length == kLongestEvent)
             return;
+    // "Life as a lock-keeper"
+    if (reader.symbol(i + 1, '-') && !token(i).capital && !token(i).unspaced &&
+        reader.glued(i + 1) && reader.glued(i + 2) && reader.word(i + 2) &&
+        !reader.has(i + 2, Meaning::PlaceNoun))
+        return;
     std::uint32_t begin = i;
     // "Kroger parking lot"
     std::uint32_t end = reader.skip(i, Meaning::PlaceNoun);

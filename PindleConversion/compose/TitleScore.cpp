@@ -281,6 +281,9 @@ int TitleScore::wordPenalties(const Reader &reader, const TitleCandidate &candid
     if (general && trimmed.begin + general->length == trimmed.end &&
         (isBeforeMoment(trimmed) || isBeforeMoment(candidate.part)))
         score -= kGeneralKind;
+    // "can we push tomorrow's 1:1 to 4:15?"
+    if (trimmed.end == trimmed.begin + 1 && !event && reader.has(trimmed.begin, Meaning::Moving))
+        score -= kMarkersOnly;
     // "DOJ 03-Mar-2027": a label that nothing ends.
     const Sense *label = reader.sense(trimmed.begin, Meaning::LabelWord);
     if (label && trimmed.begin + label->length == trimmed.end && !event && isBeforeMoment(trimmed))

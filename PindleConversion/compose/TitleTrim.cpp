@@ -133,6 +133,10 @@ TokenSpan TitleParts::trimBack(TokenSpan span) const {
                               : nullptr;
     if (joined && joined->length == 3)
         return span;
+    // "Bike MOT drop-in"
+    if (last > span.begin + 1 && reader.symbol(last - 1, '-') && reader.glued(last) &&
+        reader.glued(last - 1))
+        return span;
     const std::uint32_t low =
         span.end > span.begin + kLongestTail ? span.end - kLongestTail : span.begin;
     for (std::uint32_t i = low; i < span.end; ++i) {

@@ -179,9 +179,9 @@ bool endsBriefDate(const Reader &reader, std::uint32_t i) {
 /// "ul. Krzywa 11/3": house and flat.
 bool isHouseNumber(const Reader &reader, std::uint32_t i) {
     constexpr std::uint32_t kLongestStreet = 3;
-    // "Lindenstr. 11/3"
-    if (i > 1 && reader.symbol(i - 1, '.') && reader.document().tokens[i - 2].capital &&
-        reader.document().tokens[i - 2].word == 0)
+    // "Lindenstr. 11/3", but "a talk by Anand. 26/3, 6pm"
+    if (i > 1 && reader.language(i).dayOrder != DayOrder::ByZone && reader.symbol(i - 1, '.') &&
+        reader.document().tokens[i - 2].capital && reader.document().tokens[i - 2].word == 0)
         return true;
     // "Kwiatowa 8/14": no day where the month stands second.
     if (i > 0 && reader.number(i + 2, kMonths + 1, 999) && reader.number(i, 1, kMonths) &&
