@@ -160,8 +160,10 @@ std::optional<DateMention> fromAmount(const Reader &reader, std::uint32_t i, con
                                       int sign, std::uint32_t end) {
     DateMention result = mentionOf(i, end, Base::Today);
     shift(result.first, amount, sign);
-    // "in two weeks on Tuesday": the weekday of that week.
-    const std::uint32_t on = reader.skip(reader.skipSymbol(end, ','), Meaning::DateMarker);
+    // "in two weeks on Tuesday", "in two weeks on the Tuesday": the weekday of that week.
+    const std::uint32_t comma = reader.skipSymbol(end, ',');
+    const std::uint32_t marked = reader.skip(comma, Meaning::DateMarker);
+    const std::uint32_t on = marked != comma ? reader.skip(marked, Meaning::The) : comma;
     const DayName day = readDayName(reader, on, true);
     if (sign > 0 && day.weekday > 0 && amount.days % 7 == 0 && amount.days > 0) {
         result.first.base = Base::Weekday;

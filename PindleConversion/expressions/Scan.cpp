@@ -288,11 +288,14 @@ private:
                isRangeOfHours(reader, i);
     }
 
-    /// "RB 14 ab Nauen": the number of a train.
+    /// "RB 14 ab Nauen", "Coach 7 departs Leeds 0915": the number of a train or coach.
     static bool isLine(const Reader &reader, std::uint32_t i, const Sense &event) {
-        return event.value == static_cast<int>(EventKind::Travel) && reader.token(i - 1).capital &&
-               reader.token(i - 1).end - reader.token(i - 1).begin <= 3 &&
-               reader.token(i).kind == TokenKind::Number;
+        if (event.value != static_cast<int>(EventKind::Travel) || !reader.token(i - 1).capital ||
+            reader.token(i).kind != TokenKind::Number)
+            return false;
+        const Sense *goes = reader.sense(i + 1, Meaning::Event);
+        return reader.token(i - 1).end - reader.token(i - 1).begin <= 3 ||
+               (goes && goes->value == event.value);
     }
 
     /// "book fair 9-1": from morning to afternoon, as no game ends.
