@@ -9,7 +9,7 @@ namespace pindle::conversion {
 namespace {
 
 constexpr int kLeastScore = 20;
-constexpr int kAside = 45;                  ///< less for where the event itself is not
+constexpr int kAside = 55;                  ///< less for where the event itself is not
 constexpr int kOfSide = 20;                 ///< less for where one meets or departs, told apart
 constexpr int kLater = 30;                  ///< less for one on the line of a later hour
 constexpr int kInBrackets = 8;              ///< less for what only explains a place

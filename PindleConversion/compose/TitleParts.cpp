@@ -124,6 +124,10 @@ bool TitleParts::enclosesName(TokenSpan span, std::uint32_t i) const {
 
 bool TitleParts::startsClause(const Reader &reader, std::uint32_t i) const {
     static constexpr Meanings kAside{Meaning::Chatter, Meaning::Greeting, Meaning::AsideLead};
+    // "im Urlaub, danach wieder im Büro"
+    if (reader.symbol(i, ',') && reader.has(i + 1, Meaning::AsideLead) && reader.word(i + 1) &&
+        !token(i + 1).unspaced && !token(i + 1).capital)
+        return m_document.fields[token(i).field].label != Label::Title;
     return reader.symbol(i, ',') && m_document.slice(token(i)) != "\u3001" &&
            reader.token(i + 1).unspaced && reader.mayHave(i + 1, kAside) &&
            m_document.fields[token(i).field].label != Label::Title;
