@@ -55,7 +55,11 @@ bool TitleScore::isPageHead(const Reader &reader, TokenSpan part) const {
         constexpr std::uint32_t kLongestNumber = 3;
         const bool counted = head && i == part.begin && last <= i + head->length + kLongestNumber &&
                              token(last - 1).kind == TokenKind::Number;
-        if (head && (i + head->length == last || counted || (i == part.begin && head->value == 1)))
+        // "Sponsored walk" is an event, "Sponsored" heads what somebody paid for.
+        const Sense *event = head && i == part.begin ? reader.sense(i, Meaning::Event) : nullptr;
+        const bool opens =
+            i == part.begin && head && head->value == 1 && !(event && event->length > head->length);
+        if (head && (i + head->length == last || counted || opens))
             return true;
         slash = slash || (reader.symbol(i, '/') && !reader.glued(i) && reader.at(i + 1) &&
                           !reader.glued(i + 1));

@@ -103,7 +103,9 @@ bool isCertainWeekday(const Reader &reader, std::uint32_t i, std::uint32_t next)
     const std::uint32_t time = reader.skip(next, Meaning::TimeMarker);
     const bool timed = reader.number(time, 0, 31) || reader.has(time, Meaning::ClockWord) ||
                        (time != next && reader.has(time, Meaning::Number));
-    if (announced || timed || reader.has(next, Meaning::PartOfDay) ||
+    // "fitters Wed AM"
+    const bool half = word.capital && reader.has(next, Meaning::Meridiem) && !reader.glued(next);
+    if (announced || timed || half || reader.has(next, Meaning::PartOfDay) ||
         reader.has(next, Meaning::Month) || isBeforeSpokenClock(reader, time))
         return true;
     return (reader.token(i).capital && !reader.word(next)) || reader.symbol(next, '?');

@@ -319,13 +319,25 @@ private:
                hasDottedMinutes(reader, i);
     }
 
+    /// "leaves the office", "leaves school car park": what is left ends before token `i`.
+    static bool leavesPlace(const Reader &reader, std::uint32_t i) {
+        constexpr std::uint32_t kLongest = 2; ///< a kind of place
+        const Sense *place = reader.senseBefore(i, Meaning::PlaceNoun, kLongest);
+        if (!place || i < place->length + 2U)
+            return false;
+        const std::uint32_t before = i - place->length - 1;
+        const Sense *leaves = reader.sense(before - 1, Meaning::Event);
+        return reader.has(before, Meaning::The) ||
+               (leaves && leaves->value == static_cast<int>(EventKind::Travel));
+    }
+
     /// "Saturday, Jasmine House 7.45": minutes behind a name end what is said of a day.
     /// "the 7.20?" in a conversation.
     bool endsWithTime(const Reader &reader, std::uint32_t i, const Field &field) const {
         // "The coach leaves the office 8.45, back by 4."
         if (isDottedTime(reader, i) && !reader.word(i + 3) && i > 1 &&
             (!m_found.dates.empty() || reader.has(i + 4, Meaning::RoleWord)) &&
-            reader.has(i - 1, Meaning::PlaceNoun) && reader.has(i - 2, Meaning::The))
+            leavesPlace(reader, i))
             return true;
         if (m_found.dates.empty() || i == 0 || !reader.word(i - 1) ||
             !reader.token(i).spaceBefore ||

@@ -49,7 +49,8 @@ Guess byKind(EventKind kind, const ClockSpec &clock) {
     const int hour = clock.hour;
     switch (kind) {
     case EventKind::Evening:
-        return {1, false};
+        // "at 11.20" is hardly so late.
+        return {hour == 11 && clock.minuteGiven ? 0 : 1, false};
     case EventKind::Morning:
         return {hour >= 5 && hour < 12 ? 0 : 1, false};
     case EventKind::Midday:
