@@ -142,9 +142,11 @@ int TitleScore::openingPenalties(const Reader &reader, const TitleCandidate &can
     while (begin + 1 < part.end && isEdgeMark(token(begin)))
         ++begin;
     // "guys pizza on Friday": the greeting is gone and a kind of event is left. "Team dinner"
-    // greets nobody.
+    // and "Team building" greet nobody.
     const Sense *greeting = reader.sense(begin, Meaning::Greeting);
-    const bool compound = reader.symbol(begin + 1, '-') && reader.glued(begin + 1);
+    const Sense *event = greeting ? reader.sense(begin, Meaning::Event) : nullptr;
+    const bool compound = (reader.symbol(begin + 1, '-') && reader.glued(begin + 1)) ||
+                          (event && event->length > greeting->length && token(begin).upper());
     if (greeting && !compound && !leadsOn(reader, begin, Meaning::Greeting) &&
         !(greeting->length == 1 && reader.has(begin + 1, Meaning::Event)))
         score -= trimmed.begin > begin && contains(trimmed, Meaning::Event) &&

@@ -135,10 +135,10 @@ bool isAccepted(const Reader &reader, const TimeMention &mention, std::uint32_t 
     if (start.literal && start.minuteGiven && start.minute % 5 == 0 && start.hour < 10 &&
         next > 0 && reader.token(next - 1).digits == 4 && reader.mayHave(next, kWeekdayNames))
         return true;
-    // "egg hunt 10 sharp!"
+    // "egg hunt 10 sharp!", "DJ set 10 til late, ..."
     if (const Sense *exact = reader.sense(next, Meaning::Approximate);
-        exact && exact->value == 0 && exact->length == 1 && start.hour > 0 && start.hour <= 12 &&
-        !reader.glued(next) && !reader.word(next + 1))
+        exact && exact->value == 0 && start.hour > 0 && start.hour <= 12 && !reader.glued(next) &&
+        !reader.has(next, Meaning::Or) && !reader.word(next + exact->length))
         return true;
     // "scan 10.40 thurs"
     if (start.minuteGiven && start.minute % 5 == 0 && reader.has(next, Meaning::Weekday) &&

@@ -266,11 +266,19 @@ std::optional<DateMention> readDayOnly(const Reader &reader, std::uint32_t i) {
                       reader.language(i).capitalNouns;
     if (noun)
         return result;
-    if (!endsDayOnly(reader, rank.next) || !(introduced || (begin != i && digits)))
+    // "See you 18th, 2.15"
+    const std::uint32_t time = rank.next + 1;
+    const bool beside = digits && rank.next == begin + 2 && reader.symbol(rank.next, ',') &&
+                        !reader.glued(time) &&
+                        (isDottedTime(reader, time) ||
+                         (reader.number(time, 0, 23) && reader.symbol(time + 1, ':') &&
+                          reader.glued(time + 1) && reader.number(time + 2, 0, 59)) ||
+                         (reader.number(time, 1, 12) && reader.has(time + 1, Meaning::Meridiem)));
+    if (!endsDayOnly(reader, rank.next) || !(introduced || beside || (begin != i && digits)))
         return std::nullopt;
     if (!digits && begin == i)
         return std::nullopt;
-    result.weak = !introduced;
+    result.weak = !introduced && !beside;
     return result;
 }
 

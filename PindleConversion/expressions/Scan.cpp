@@ -274,7 +274,8 @@ private:
     bool eventAnnounces(const Reader &reader, std::uint32_t i, const Field &field) const {
         if (i == field.begin)
             return false;
-        const Sense *event = reader.sense(i - 1, Meaning::Event);
+        constexpr std::uint32_t kLongest = 3; ///< "back to school"
+        const Sense *event = reader.senseBefore(i, Meaning::Event, kLongest);
         // "Lecture Theatre 1"
         if (i > field.begin + 1 && reader.token(i - 1).capital && reader.word(i - 2) &&
             reader.has(i - 1, Meaning::PlaceNoun))
