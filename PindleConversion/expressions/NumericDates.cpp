@@ -103,6 +103,23 @@ bool isUnlikeTime(const Reader &reader, std::uint32_t i) {
     return month.digits == 1 || month.number % kStep != 0;
 }
 
+/// "14-17" behind a number that may be a date: no time goes before such hours.
+bool isRangeOfHours(const Reader &reader, std::uint32_t i) {
+    constexpr std::uint32_t kEarliest = 6;
+    const Sense *to = reader.number(i, kEarliest, kLastHour) && !reader.glued(i)
+                          ? reader.sense(i + 1, Meaning::RangeTo)
+                          : nullptr;
+    if (!to)
+        return false;
+    const std::uint32_t end = i + 1 + to->length;
+    static constexpr Meanings kCounted{Meaning::Measure, Meaning::Counter, Meaning::Month};
+    const bool goesOn = (reader.symbol(end + 1, '.') || reader.symbol(end + 1, '/') ||
+                         reader.symbol(end + 1, '-')) &&
+                        reader.glued(end + 1) && reader.at(end + 2);
+    return reader.number(end, reader.token(i).number + 1, kLastHour) && !goesOn &&
+           !reader.mayHave(end + 1, kCounted);
+}
+
 /// "6.3" may be anything, but a weekday or a time beside it, or another such number behind
 /// "to", tells a date.
 bool isDatedBeside(const Reader &reader, std::uint32_t i) {
@@ -138,7 +155,8 @@ bool isDatedBeside(const Reader &reader, std::uint32_t i) {
     const std::uint32_t clock = reader.skip(time, Meaning::TimeMarker);
     if (!reader.number(clock, 0, kLastHour))
         return false;
-    return clock != next || reader.symbol(clock + 1, ':');
+    // "16.05, 14-17"
+    return clock != next || reader.symbol(clock + 1, ':') || isRangeOfHours(reader, clock);
 }
 
 /// "Sat 3.21 | doors 7": behind a weekday, where no minutes are written so and no word follows.
@@ -163,9 +181,12 @@ bool isDatedHere(const Reader &reader, std::uint32_t i) {
     if (reader.has(next, Meaning::RangeTo))
         return false;
     const std::uint32_t clock = reader.skip(next, Meaning::TimeMarker);
-    if (clock == i + 3 || reader.glued(clock) || !reader.number(clock, 0, kLastHour))
+    // "sab. 16.05 14-17"
+    const std::uint32_t name = i > 1 && reader.symbol(i - 1, '.') ? i - 2 : i - 1;
+    const bool named = i > 0 && reader.mayHave(name, kWeekdayNames);
+    if ((clock == i + 3 && !named) || reader.glued(clock) || !reader.number(clock, 0, kLastHour))
         return false;
-    return clock != next || reader.symbol(clock + 1, ':') ||
+    return clock != next || reader.symbol(clock + 1, ':') || isRangeOfHours(reader, clock) ||
            (reader.has(clock + 1, Meaning::HourMark) && reader.glued(clock + 1));
 }
 
