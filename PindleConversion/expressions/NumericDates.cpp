@@ -103,6 +103,16 @@ bool isUnlikeTime(const Reader &reader, std::uint32_t i) {
     return month.digits == 1 || month.number % kStep != 0;
 }
 
+/// "Sa 16.05 Grillen": behind a weekday a day of May sooner than five past four.
+bool isDayOfMonth(const Reader &reader, std::uint32_t i) {
+    constexpr std::uint32_t kNoon = 12;
+    static constexpr Meanings kTimes{Meaning::HourMark, Meaning::Meridiem, Meaning::OClock,
+                                     Meaning::RangeTo};
+    return reader.language(i).clock24 && reader.number(i, kNoon + 1, 31) &&
+           reader.number(i + 2, 1, kMonths) && reader.token(i + 2).digits == 2 &&
+           reader.word(i + 3) && !reader.glued(i + 3) && !reader.mayHave(i + 3, kTimes);
+}
+
 /// "14-17" behind a number that may be a date: no time goes before such hours.
 bool isRangeOfHours(const Reader &reader, std::uint32_t i) {
     constexpr std::uint32_t kEarliest = 6;
@@ -131,8 +141,8 @@ bool isDatedBeside(const Reader &reader, std::uint32_t i) {
     // "sobota 20.06", "czw. 11.06 | 12:00"
     static constexpr Meanings kTimes{Meaning::HourMark, Meaning::Meridiem};
     const std::uint32_t before = i > 1 && reader.symbol(i - 1, '.') ? i - 2 : i - 1;
-    if (i > 0 && reader.mayHave(before, kWeekdayNames) && isUnlikeTime(reader, i) &&
-        !reader.mayHave(i + 3, kTimes) &&
+    if (i > 0 && reader.mayHave(before, kWeekdayNames) &&
+        (isUnlikeTime(reader, i) || isDayOfMonth(reader, i)) && !reader.mayHave(i + 3, kTimes) &&
         !(reader.has(i + 3, Meaning::RangeTo) && reader.number(i + 4, 0, kLastHour)))
         return true;
     // "26.12 obiad rodzinny"
@@ -155,8 +165,9 @@ bool isDatedBeside(const Reader &reader, std::uint32_t i) {
     const std::uint32_t clock = reader.skip(time, Meaning::TimeMarker);
     if (!reader.number(clock, 0, kLastHour))
         return false;
-    // "16.05, 14-17"
-    return clock != next || reader.symbol(clock + 1, ':') || isRangeOfHours(reader, clock);
+    // "16.05, 14-17", "20.05 19 Uhr"
+    return clock != next || reader.symbol(clock + 1, ':') || isRangeOfHours(reader, clock) ||
+           (reader.has(clock + 1, Meaning::HourMark) && !reader.glued(clock));
 }
 
 /// "Sat 3.21 | doors 7": behind a weekday, where no minutes are written so and no word follows.
@@ -184,6 +195,8 @@ bool isDatedHere(const Reader &reader, std::uint32_t i) {
     // "sab. 16.05 14-17"
     const std::uint32_t name = i > 1 && reader.symbol(i - 1, '.') ? i - 2 : i - 1;
     const bool named = i > 0 && reader.mayHave(name, kWeekdayNames);
+    if (named && isDayOfMonth(reader, i))
+        return true;
     if ((clock == i + 3 && !named) || reader.glued(clock) || !reader.number(clock, 0, kLastHour))
         return false;
     return clock != next || reader.symbol(clock + 1, ':') || isRangeOfHours(reader, clock) ||
