@@ -144,6 +144,10 @@ bool isAccepted(const Reader &reader, const TimeMention &mention, std::uint32_t 
     if (start.minuteGiven && start.minute % 5 == 0 && reader.has(next, Meaning::Weekday) &&
         !reader.glued(next) && reader.language(next).clock24 == false)
         return true;
+    // "scan is 10.40 Mon, can you come?"
+    if (start.minuteGiven && start.minute % 5 == 0 && reader.mayHave(next, kWeekdayNames) &&
+        reader.token(next).upper() && !reader.glued(next))
+        return true;
     // "lab work 3/11 7a fasting"
     if (afterDate && start.meridiem >= 0)
         return true;

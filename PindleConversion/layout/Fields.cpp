@@ -265,7 +265,8 @@ private:
         }
     }
 
-    /// "Preparer: Ynez. Mon, Feb 10 at 6 PM": behind the full stop the text goes on.
+    /// "Preparer: Ynez. Mon, Feb 10 at 6 PM", "To: All staff. Fire drill ...": behind the full
+    /// stop the text goes on.
     static bool endsName(const Reader &reader, std::uint32_t i) {
         constexpr std::uint32_t kShortest = 3; ///< letters; "J." goes on
         if (!reader.symbol(i, '.') || reader.glued(i + 1) || i == 0 || !reader.glued(i))
@@ -295,7 +296,8 @@ private:
         std::uint32_t from = begin;
         for (std::uint32_t i = begin; i < end;) {
             const bool start = i == begin;
-            if (label == Label::Sender && endsName(reader, i) && i + 1 < end) {
+            const bool people = label == Label::Sender || label == Label::Mail;
+            if (people && endsName(reader, i) && i + 1 < end) {
                 addField(from, i + 1, label, words);
                 label = Label::None;
                 words = {};
