@@ -444,8 +444,9 @@ bool Chooser::hasFutureSense(std::uint32_t token) const {
         return false;
     const bool explicitFuture =
         chosen.date.yearGiven || chosen.mention->first.base == DateSpec::Base::Today;
+    // "Signed forms should be back no later than 8 May"
     return explicitFuture || !speaksOfPast(token) || roleOf(token) == Role::MovedTo ||
-           sentenceHas(token, Meaning::Event);
+           roleOf(token) == Role::Deadline || sentenceHas(token, Meaning::Event);
 }
 
 bool Chooser::isScale(const TimeMention &time) const {

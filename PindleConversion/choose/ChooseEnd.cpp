@@ -83,6 +83,12 @@ bool Chooser::endOnLaterDay() {
         }
         if (at < m_choice.dateSpan.end)
             continue;
+        // "school finishes at noon on Friday for the Christmas holidays"
+        constexpr std::uint32_t kLongestRole = 3;
+        const Reader reader(m_document, at);
+        if (dated.mention->holiday && fieldOf(at).label != Label::End &&
+            !reader.senseBefore(at, Meaning::RoleWord, kLongestRole))
+            continue;
         const Day day = behindStart(dated);
         if (day <= m_choice.start || day > m_choice.start + kLongest ||
             !(stay || tellsEnd(at) || isDayOfEnd(dated)))

@@ -171,6 +171,10 @@ void PlaceFinder::offer(TokenSpan span, int score, std::uint32_t at) {
     if (reader.has(span.end - 1, Meaning::DayWord) && span.end > span.begin + 1 &&
         token(span.end - 1).upper())
         return;
+    // "at the Founders' Dinner"
+    if (token(span.end).symbol == '\'' && !token(span.end).spaceBefore &&
+        token(span.end + 1).meanings.has(Meaning::Event))
+        return;
     if (span.empty() || isQuotedInList(span) || isAmount(span) || saysTooLittle(span) ||
         (zone && zone->value != 0))
         return;

@@ -54,6 +54,25 @@ void PlaceFinder::behindDash(const Reader &reader, const Field &field) {
     }
 }
 
+void PlaceFinder::venueBeforeDash(const Reader &reader, const Field &field) {
+    constexpr int kScore = 24;
+    constexpr std::uint32_t kReach = 8;
+    std::uint32_t dash = field.begin;
+    while (dash < field.end && dash - field.begin < kReach && reader.word(dash) &&
+           !token(dash).used)
+        ++dash;
+    const TokenSpan venue{field.begin, dash};
+    if (dash < field.begin + 2 || !reader.symbol(dash, '-') || reader.glued(dash) ||
+        reader.glued(dash + 1) || !reader.has(dash - 1, Meaning::PlaceNoun))
+        return;
+    const Shape shape = shapeOf(venue);
+    std::uint32_t event = dash + 1;
+    while (event < dash + kReach && reader.word(event) && !reader.has(event, Meaning::Event))
+        ++event;
+    if (shape.title && !shape.event && reader.has(event, Meaning::Event))
+        offer(venue, kScore, field.begin);
+}
+
 void PlaceFinder::venueAbove(const Reader &reader, std::uint32_t f) {
     constexpr int kScore = 30;
     constexpr int kMostWords = 7;

@@ -200,6 +200,8 @@ private:
     bool isTownOfStay(const Reader &reader, TokenSpan part) const;
     /// "Open Garden — Wisteria Cottage, Leura" above the date.
     void behindDash(const Reader &reader, const Field &field);
+    /// "Wenlow Village Hall – Jumble Sale, Saturday": the line opens with the venue.
+    void venueBeforeDash(const Reader &reader, const Field &field);
     /// "Théâtre municipal de Sens" on a line of its own between the title and the date.
     void venueAbove(const Reader &reader, std::uint32_t f);
     /// "Bishopstoke Scout Hut" right above the line that starts with the date.

@@ -17,6 +17,8 @@ void PlaceFinder::pieces(const Reader &reader, std::uint32_t f, TokenSpan part) 
         behindDash(reader, field);
         return venueAbove(reader, f);
     }
+    if (f == 0 && !field.spoken && !field.cell)
+        venueBeforeDash(reader, field);
     const std::uint32_t moment = timed ? m_choice.timeSpan.begin : m_choice.anchor();
     std::uint32_t begin = part.begin;
     // "WO#44821 | HVAC maintenance | 03/10", "Webinar | Reading a Balance Sheet | 3 June": behind
