@@ -7,12 +7,16 @@ namespace pindle::conversion {
 
 void Chooser::noteClockStyle() {
     for (const TimeMention &time : m_found.times) {
-        if (!time.start.literal)
+        // "at 5:30, 2210 Dorsey": the number of a house shows no clock.
+        const std::uint32_t at = time.span.begin;
+        const bool house = !time.start.sure && at > 0 && m_document.tokens[at - 1].symbol == ',' &&
+                           m_document.token(time.span.end).upper();
+        if (!time.start.literal || house)
             continue;
         // "carriages midnight" is on any clock.
         const bool atNight =
             time.start.hour == 0 &&
-            (time.start.minute > 0 || m_document.tokens[time.span.begin].kind == TokenKind::Number);
+            (time.start.minute > 0 || m_document.tokens[at].kind == TokenKind::Number);
         const bool padded = time.start.hour < 10 && time.start.hour > 0;
         m_twentyFour = m_twentyFour || time.start.hour > 12 || atNight || padded;
     }

@@ -228,10 +228,12 @@ std::uint32_t readMinutesBehind(const Reader &reader, std::uint32_t i, ClockSpec
     if (minutes.value < 5 || minutes.value % 5 != 0 ||
         reader.has(minutes.next, Meaning::HourMark) || reader.symbol(minutes.next, ':'))
         return i;
-    // "10 y 20" in digits are two numbers, "7 e 15 da manhã" is a time.
+    // "10 y 20" in digits are two numbers, "7 e 15 da manhã" and "20 e 30" are times.
     constexpr int kNoon = 12;
+    constexpr int kLastHour = 24;
     if (plus && reader.token(minutes.next - 1).kind == TokenKind::Number &&
-        !(minutes.value > kNoon && reader.has(minutes.next, Meaning::PartOfDay)))
+        !(minutes.value > kNoon && reader.has(minutes.next, Meaning::PartOfDay)) &&
+        !(minutes.value > kLastHour && !reader.word(minutes.next)))
         return i;
     addMinutes(clock, plus ? minutes.value : -minutes.value, true);
     return minutes.next;
