@@ -2,11 +2,18 @@
 
 namespace pindle::conversion {
 
-void PlaceFinder::pieceBefore(const Reader &reader, TokenSpan part) {
+void PlaceFinder::pieceBefore(const Reader &reader, const Field &field, TokenSpan part) {
     constexpr int kScore = 30;
     constexpr int kTown = 22;
     constexpr int kMostWords = 6;
     const Shape shape = shapeOf(part);
+    // "Methodist Hall, Saturday 14th November" below the event's name.
+    if (part.begin == field.begin) {
+        if (part.end - part.begin > 1 && part.end + 1 == m_choice.dateSpan.begin &&
+            isKindOfPlace(reader, part) && shape.title && !shape.event)
+            offer(part, kScore, part.begin);
+        return;
+    }
     // "Hen do! Whitstable, Fri 4 - Sun 6 June": a stay of some days names its town.
     if (isTownOfStay(reader, part))
         return offer(part, kTown, part.begin);

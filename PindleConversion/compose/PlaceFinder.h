@@ -195,7 +195,7 @@ private:
 
     // PlaceBefore.cpp
     /// ", salle des fêtes de Sens," before the date.
-    void pieceBefore(const Reader &reader, TokenSpan part);
+    void pieceBefore(const Reader &reader, const Field &field, TokenSpan part);
     /// "Hen do! Whitstable, Fri 4 - Sun 6 June": a name between the event and its days.
     bool isTownOfStay(const Reader &reader, TokenSpan part) const;
     /// "Open Garden — Wisteria Cottage, Leura" above the date.

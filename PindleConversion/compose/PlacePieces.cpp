@@ -39,8 +39,8 @@ void PlaceFinder::pieces(const Reader &reader, std::uint32_t f, TokenSpan part) 
             continue;
         if (i > begin && (later || begin > moment))
             begin = piece(reader, f, begin, i);
-        else if (i > begin && reader.symbol(i, ',') && begin > field.begin)
-            pieceBefore(reader, {begin, i});
+        else if (i > begin && reader.symbol(i, ',') && (begin > field.begin || f > 0))
+            pieceBefore(reader, field, {begin, i});
         if (i < begin)
             continue;
         begin = space ? i : i + 1;
