@@ -174,6 +174,7 @@ bool Chooser::isLaterItem(const Dated &dated) const {
 }
 
 bool Chooser::isBeforeNearer(const Dated &dated) const {
+    /// A day without a year that was not long ago comes round again so late.
     constexpr auto kJustOver = std::chrono::days(275);
     const auto isWritten = [](const Dated &each) {
         return each.mention->first.base == DateSpec::Base::Calendar;

@@ -47,15 +47,15 @@ const TimeMention *Chooser::timeBeside(const Dated &dated) const {
                               (m_document.tokens[time.span.begin].field ==
                                    m_document.tokens[dated.mention->span.begin].field &&
                                fieldOf(time.span.begin).label == Label::End);
-        // "there by eleven, and back Monday night": the end has another hour, or none.
-        const bool apart = time.span.end <= dated.mention->span.begin &&
-                           tellsEnd(dated.mention->span.begin) &&
-                           saysRoleBetween(time.span, dated.mention->span);
         const bool start = m_time >= 0 && &time == &m_found.times[static_cast<std::size_t>(m_time)];
-        if (together && !start && !apart && away < nearest) {
-            nearest = away;
-            best = &time;
-        }
+        if (!together || start || away >= nearest)
+            continue;
+        // "there by eleven, and back Monday night": the end has another hour, or none.
+        if (time.span.end <= dated.mention->span.begin && tellsEnd(dated.mention->span.begin) &&
+            saysRoleBetween(time.span, dated.mention->span))
+            continue;
+        nearest = away;
+        best = &time;
     }
     return best;
 }
@@ -306,12 +306,11 @@ bool Chooser::isAtAirport(const TimeMention &time) const {
 }
 
 bool Chooser::isArrival(const TimeMention &start, const TimeMention &next) const {
-    const bool travels =
-        m_choice.kind == EventKind::Travel || (isAtAirport(start) && isAtAirport(next));
-    return travels && !start.end && !next.end && next.start.sure && next.start.minuteGiven &&
-           roleOf(next.span.begin) == Role::None &&
+    return !start.end && !next.end && next.start.sure && next.start.minuteGiven &&
+           next.start.hour * 60 + next.start.minute > start.start.hour * 60 + start.start.minute &&
            isBelowOrBeside(fieldOf(start.span.begin), fieldOf(next.span.begin)) &&
-           next.start.hour * 60 + next.start.minute > start.start.hour * 60 + start.start.minute;
+           (m_choice.kind == EventKind::Travel || (isAtAirport(start) && isAtAirport(next))) &&
+           roleOf(next.span.begin) == Role::None;
 }
 
 bool Chooser::travelEnd() {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <vector>
 
 #include "PindleConversion/expressions/Expression.h"
@@ -27,6 +28,15 @@ struct Choice {
 
     /// The token that the event's place and title are looked for around.
     std::uint32_t anchor() const { return dateSpan.empty() ? timeSpan.begin : dateSpan.begin; }
+
+    /// Field number `field` is one of `otherFields`.
+    bool isOfOther(std::uint32_t field) const {
+        return std::find(otherFields.begin(), otherFields.end(), field) != otherFields.end();
+    }
+    /// Field number `field` is one of `laterFields`.
+    bool isOfLater(std::uint32_t field) const {
+        return std::find(laterFields.begin(), laterFields.end(), field) != laterFields.end();
+    }
 };
 
 /// Sixth step: which of the dates and times make the event.

@@ -105,8 +105,11 @@ int Chooser::scoreTime(const TimeMention &time, int index) {
             score += 40;
         else if (m_document.tokens[at].field == m_document.tokens[anchor].field)
             score += 20;
+        // A sentence before the day's may be long: there the distance tells less.
+        constexpr int kApart = 8;
+        constexpr int kBeside = 2;
         const bool apart = !m_document.sameSentence(at, anchor) && at < anchor;
-        score -= std::min(distance(at, anchor), kFarthest) / (apart ? 8 : 2);
+        score -= std::min(distance(at, anchor), kFarthest) / (apart ? kApart : kBeside);
         if (belongsToOther(time))
             score -= 100;
     }

@@ -340,13 +340,11 @@ bool PlaceFinder::isOfEnd(TokenSpan span) const {
 }
 
 bool PlaceFinder::isOfOther(std::uint32_t at) const {
-    const auto &others = m_choice.otherFields;
-    return std::find(others.begin(), others.end(), token(at).field) != others.end();
+    return m_choice.isOfOther(token(at).field);
 }
 
 bool PlaceFinder::isOfLater(std::uint32_t at) const {
-    const auto &later = m_choice.laterFields;
-    return std::find(later.begin(), later.end(), token(at).field) != later.end();
+    return m_choice.isOfLater(token(at).field);
 }
 
 bool PlaceFinder::isBesideTime(std::uint32_t at) const {

@@ -372,8 +372,7 @@ int TitleScore::linePenalties(const Reader &reader, const TitleCandidate &candid
     if (run.beforeUsed && beyond.has(run.span.end - 1, Meaning::DueMarker) &&
         run.span.end != m_choice.dateSpan.begin && run.span.end != m_choice.timeSpan.begin)
         score -= kBehind;
-    const auto &others = m_choice.otherFields;
-    if (std::find(others.begin(), others.end(), token(part.begin).field) != others.end())
+    if (m_choice.isOfOther(token(part.begin).field))
         score -= kOther;
     // "Can we do Weds 12th instead, I've choir Tues": what is on the other day.
     if (field.spoken && run.beforeUsed && run.afterUsed && part.end == run.span.end &&
@@ -387,9 +386,7 @@ int TitleScore::linePenalties(const Reader &reader, const TitleCandidate &candid
          (!contains(trimmed, Meaning::Event) && isPerson(reader, part.begin) && !below)))
         score -= 40;
     // "overstap 08:36 Utrecht Centraal": a journey goes elsewhere.
-    const auto &later = m_choice.laterFields;
-    if (m_choice.kind == EventKind::Travel &&
-        std::find(later.begin(), later.end(), token(part.begin).field) != later.end())
+    if (m_choice.kind == EventKind::Travel && m_choice.isOfLater(token(part.begin).field))
         score -= kOtherMoment;
     // "水務署通知：" tells who writes.
     if (namesSender(part, trimmed))

@@ -116,6 +116,7 @@ bool mayFollowBare(const Reader &reader, std::uint32_t i, bool marked) {
 bool isAccepted(const Reader &reader, const TimeMention &mention, std::uint32_t next, bool marked,
                 bool afterDate) {
     const ClockSpec &start = mention.start;
+    const bool round = start.minuteGiven && start.minute % 5 == 0;
     if (start.sure || (mention.end && mention.end->sure))
         return true;
     if (mention.end && mayBeScore(start, *mention.end))
@@ -132,51 +133,47 @@ bool isAccepted(const Reader &reader, const TimeMention &mention, std::uint32_t 
     if (isDateLike(reader, next) && reader.has(next, Meaning::RelativeDay))
         return true;
     // "Blood test 0840 Thu 18/3"
-    if (start.literal && start.minuteGiven && start.minute % 5 == 0 && start.hour < 10 &&
-        next > 0 && reader.token(next - 1).digits == 4 && reader.mayHave(next, kWeekdayNames))
+    if (start.literal && round && start.hour < 10 && next > 0 &&
+        reader.token(next - 1).digits == 4 && reader.mayHave(next, kWeekdayNames))
         return true;
     // "egg hunt 10 sharp!", "DJ set 10 til late, ..."
     if (const Sense *exact = reader.sense(next, Meaning::Approximate);
         exact && exact->value == 0 && start.hour > 0 && start.hour <= 12 && !reader.glued(next) &&
         !reader.has(next, Meaning::Or) && !reader.word(next + exact->length))
         return true;
-    // "scan 10.40 thurs"
-    if (start.minuteGiven && start.minute % 5 == 0 && reader.has(next, Meaning::Weekday) &&
-        !reader.glued(next) && reader.language(next).clock24 == false)
-        return true;
-    // "scan is 10.40 Mon, can you come?"
-    if (start.minuteGiven && start.minute % 5 == 0 && reader.mayHave(next, kWeekdayNames) &&
-        reader.token(next).upper() && !reader.glued(next))
+    // "scan is 10.40 Mon, can you come?", "scan 10.40 thurs"
+    if (round && !reader.glued(next) &&
+        ((reader.mayHave(next, kWeekdayNames) && reader.token(next).upper()) ||
+         (reader.has(next, Meaning::Weekday) && !reader.language(next).clock24)))
         return true;
     // "lab work 3/11 7a fasting"
     if (afterDate && start.meridiem >= 0)
         return true;
-    // "ore 8.30 capannone C": minutes leave little doubt behind a word that announces a time.
     // "eye test 1.40 on the 18th"
-    if (start.minuteGiven && start.minute % 5 == 0 && reader.has(next, Meaning::DateMarker) &&
+    if (round && reader.has(next, Meaning::DateMarker) &&
         readDate(reader, reader.skip(next, Meaning::DateMarker)))
         return true;
     // "07.09. 15.30 wg. Vertrag", "11.12.25 19.00 scout hut"
-    if (afterDate && start.minuteGiven && start.minute % 5 == 0 && reader.word(next) &&
-        !reader.glued(next) && !reader.has(next, Meaning::UnitWord) &&
+    if (afterDate && round && reader.word(next) && !reader.glued(next) &&
+        !reader.has(next, Meaning::UnitWord) &&
         (start.clock24 || !reader.has(next, Meaning::Measure)))
         return true;
     // "the 12.30 ceremony"
-    if (start.minuteGiven && start.minute % 5 == 0 && reader.has(next, Meaning::Event) &&
-        !reader.glued(next))
+    if (round && reader.has(next, Meaning::Event) && !reader.glued(next))
         return true;
     // "10.30 start", "5.45 finish"
-    if (start.minuteGiven && start.minute % 5 == 0 && reader.word(next) && !reader.glued(next) &&
-        reader.has(next, Meaning::RoleWord) && reader.has(next, Meaning::TimeMarker))
+    if (round && reader.word(next) && !reader.glued(next) && reader.has(next, Meaning::RoleWord) &&
+        reader.has(next, Meaning::TimeMarker))
         return true;
     // "12.45 at Bao House"
     if (const Sense *at = reader.sense(next, Meaning::PlaceMarker);
-        at && at->value == 1 && start.minuteGiven && start.minute % 5 == 0 && !reader.glued(next)) {
+        at && at->value == 1 && round && !reader.glued(next)) {
         const Token *name = reader.at(next + at->length);
         if (name && name->kind == TokenKind::Word &&
             (name->capital || reader.has(next + at->length, Meaning::The)))
             return true;
     }
+    // "ore 8.30 capannone C": minutes leave little doubt behind a word that announces a time.
     const bool written = marked && start.minuteGiven && reader.word(next) && !reader.glued(next) &&
                          !reader.has(next, Meaning::UnitWord) && reader.language(next).clock24;
     return written || ((marked || afterDate) && mayFollowBare(reader, next, marked)) ||

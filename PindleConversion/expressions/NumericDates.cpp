@@ -114,7 +114,7 @@ bool isDayOfMonth(const Reader &reader, std::uint32_t i) {
 }
 
 /// "14-17" behind a number that may be a date: no time goes before such hours.
-bool isRangeOfHours(const Reader &reader, std::uint32_t i) {
+bool startsHourRange(const Reader &reader, std::uint32_t i) {
     constexpr std::uint32_t kEarliest = 6;
     const Sense *to = reader.number(i, kEarliest, kLastHour) && !reader.glued(i)
                           ? reader.sense(i + 1, Meaning::RangeTo)
@@ -166,7 +166,7 @@ bool isDatedBeside(const Reader &reader, std::uint32_t i) {
     if (!reader.number(clock, 0, kLastHour))
         return false;
     // "16.05, 14-17", "20.05 19 Uhr"
-    return clock != next || reader.symbol(clock + 1, ':') || isRangeOfHours(reader, clock) ||
+    return clock != next || reader.symbol(clock + 1, ':') || startsHourRange(reader, clock) ||
            (reader.has(clock + 1, Meaning::HourMark) && !reader.glued(clock));
 }
 
@@ -199,7 +199,7 @@ bool isDatedHere(const Reader &reader, std::uint32_t i) {
         return true;
     if ((clock == i + 3 && !named) || reader.glued(clock) || !reader.number(clock, 0, kLastHour))
         return false;
-    return clock != next || reader.symbol(clock + 1, ':') || isRangeOfHours(reader, clock) ||
+    return clock != next || reader.symbol(clock + 1, ':') || startsHourRange(reader, clock) ||
            (reader.has(clock + 1, Meaning::HourMark) && reader.glued(clock + 1));
 }
 
