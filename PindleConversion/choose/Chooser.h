@@ -87,20 +87,22 @@ private:
     bool mayBeStreet(TokenSpan span) const;
     /// "Saturdays, starts 21 March"
     bool hasFirstDay(const Dated &dated) const;
-    /// "I never liked Mondays": a day that comes round, no time, and nothing that happens then.
-    bool isHabit(const Dated &dated) const;
     /// "Arrival 3 April, departure 10 April": who stays arrives first.
     bool opensStay(const Dated &dated) const;
     /// "Delivered on 16 October", said some days later.
     bool isLongPast(const Dated &dated) const;
     void pickDate();
     bool isPast(const Dated &dated) const;
+
+    // AcceptDate.cpp
+    bool acceptDate();
+    /// "I never liked Mondays": a day that comes round, no time, and nothing that happens then.
+    bool isHabit(const Dated &dated) const;
     /// A written, dated appointment stays one when its day is over; a report of the past is none.
     bool isPastAppointment(const Dated &dated) const;
     /// "press 1 for sales, the 2 for support": a number that goes on with a word counts something.
     bool countsOnly(const Dated &dated) const;
     bool namesMoney(const Field &field) const;
-    bool acceptDate();
     /// "The 8:12 train was late this morning".
     bool isThisMorningsReport(const Dated &dated) const;
     /// "We arrived late on Sunday, had dinner at nine": a story.
