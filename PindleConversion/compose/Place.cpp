@@ -117,7 +117,9 @@ void PlaceFinder::consider(std::uint32_t f, TokenSpan part) {
     // "Show date: Saturday 12 Feb. Doors 6:30, recital 7:15. Osgood Conservatory, Rm 100."
     const bool longer = field.label == Label::Date && field.end > part.begin &&
                         !m_document.sameSentence(field.begin, field.end - 1);
-    if (field.label == Label::None || field.label == Label::When || titled || longer)
+    // "Pick-up: Mon 6 Jul, 11:00, Faro Airport, desk 4"
+    const bool start = field.label == Label::Start && f == m_anchorField;
+    if (field.label == Label::None || field.label == Label::When || titled || longer || start)
         pieces(reader, f, part);
 }
 
@@ -141,6 +143,12 @@ bool PlaceFinder::isOnlineDeed(const Reader &reader, const Field &field, std::ui
     const std::uint32_t day = m_choice.dateSpan.begin;
     if (!m_choice.startMinute && day > 0 &&
         Reader(m_document, m_choice.dateSpan.end).has(day - 1, Meaning::DueMarker))
+        return true;
+    // "returns must be in online by 11.59pm on 31 January"
+    const std::uint32_t due = i + online.length;
+    const Sense *marker = reader.sense(due, Meaning::DueMarker);
+    const std::uint32_t moment = marker ? due + marker->length : 0;
+    if (marker && (moment == m_choice.timeSpan.begin || moment == m_choice.dateSpan.begin))
         return true;
     const std::uint32_t next = i + 1;
     // "teams of 4"
@@ -358,6 +366,12 @@ void PlaceFinder::labelled(const Field &field) {
         ++end;
     if (end == field.begin)
         return;
+    // "Room: 112": the number alone would say nothing.
+    const bool numbered = field.label == Label::Place && end == field.begin + 1 &&
+                          token(field.begin).kind == TokenKind::Number &&
+                          !field.labelWords.empty() && !token(field.labelWords.begin).unspaced;
+    if (numbered && Reader(m_document, field.begin).has(field.labelWords.begin, Meaning::PlaceNoun))
+        return offer({field.labelWords.begin, end}, 1000, field.begin);
     // "📍 Scout hut £5 on the door"
     std::uint32_t price = field.begin + 1;
     while (price < end && !isCurrencySign(token(price).symbol))

@@ -66,7 +66,8 @@ TitleScore::Weight TitleScore::weigh(const TitleCandidate &candidate) const {
     const int score = labelScore(field.label) - std::min(order, 20) + 20 +
                       positionScore(candidate) + contentScore(candidate, kind) + less;
     const bool opens = !reader.has(part.begin, Meaning::Greeting) && !kind &&
-                       less > kAnnouncement && !isNotice(reader, part) && !tellsRole(trimmed);
+                       less > kAnnouncement && !saysNothing(reader, part, trimmed) &&
+                       !tellsRole(trimmed);
     return {score, opens};
 }
 
@@ -95,7 +96,8 @@ int TitleScore::contentScore(const TitleCandidate &candidate, bool kind) const {
     const auto &[field, run, part, trimmed, alone, first, order] = candidate;
     const Reader reader(m_document, part.end);
     int score = 0;
-    if (first && alone && !field.spoken && !isNotice(reader, part) && isHeading(part) && !kind)
+    if (first && alone && !field.spoken && !saysNothing(reader, part, trimmed) && isHeading(part) &&
+        !kind)
         score += 48;
     else if (first && !field.spoken && part.begin == field.begin &&
              !m_document.sameSentence(part.begin, m_choice.anchor()))
@@ -149,7 +151,9 @@ int TitleScore::openingPenalties(const Reader &reader, const TitleCandidate &can
                           (event && event->length > greeting->length && token(begin).upper());
     if (greeting && !compound && !leadsOn(reader, begin, Meaning::Greeting) &&
         !(greeting->length == 1 && reader.has(begin + 1, Meaning::Event)))
+        // "of course" is all talk, though a course is a kind of event.
         score -= trimmed.begin > begin && contains(trimmed, Meaning::Event) &&
+                         begin + greeting->length < trimmed.end &&
                          !(trimmed.end == trimmed.begin + 1 && isPerson(reader, trimmed.begin))
                      ? 8
                      : 70;

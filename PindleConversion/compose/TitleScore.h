@@ -55,6 +55,8 @@ private:
     // TitleSurroundings.cpp
     /// "Your booking VL8K2P" above what is booked.
     bool isNotice(const Reader &reader, TokenSpan part) const;
+    /// "Your booking VL8K2P", "FYI, see below": a notice, or nothing but one behind its fillers.
+    bool saysNothing(const Reader &reader, TokenSpan part, TokenSpan trimmed) const;
     /// A few words behind the line that says goodbye.
     bool isSignature(const Field &field) const;
     /// "Rendezvous 6pm at the Café Noir for Chloé's party": the event is named later.

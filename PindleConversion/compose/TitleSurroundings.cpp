@@ -13,6 +13,11 @@ bool TitleScore::isSignature(const Field &field) const {
            Reader(m_document, before.end).has(before.begin, Meaning::Greeting);
 }
 
+bool TitleScore::saysNothing(const Reader &reader, TokenSpan part, TokenSpan trimmed) const {
+    return isNotice(reader, part) ||
+           (!token(trimmed.begin).unspaced && isNotice(Reader(m_document, trimmed.end), trimmed));
+}
+
 bool TitleScore::isNotice(const Reader &reader, TokenSpan part) const {
     const Sense *chatter = reader.sense(part.begin, Meaning::Chatter);
     const std::uint32_t rest = chatter ? part.begin + chatter->length : part.begin;
