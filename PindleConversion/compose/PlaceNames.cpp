@@ -21,7 +21,8 @@ Shape PlaceNames::shapeOf(TokenSpan span) const {
         const bool noun = isPlaceNoun(reader, i);
         const bool filler = reader.has(i, Meaning::The) || reader.has(i, Meaning::Of) ||
                             reader.has(i, Meaning::And) ||
-                            (shape.words > 0 && reader.has(i, Meaning::PlaceMarker));
+                            (shape.words > 0 && reader.has(i, Meaning::PlaceMarker)) ||
+                            joinsForeignName(reader, i, span.begin);
         const bool inNumber = reader.glued(i) && i > span.begin;
         shape.noun = shape.noun || noun;
         shape.street = shape.street || isStreet(reader, i, span.begin);
@@ -31,6 +32,20 @@ Shape PlaceNames::shapeOf(TokenSpan span) const {
     }
     shape.title = shape.title && shape.words > 0 && shape.capital;
     return shape;
+}
+
+bool PlaceNames::joinsForeignName(const Reader &reader, std::uint32_t i,
+                                  std::uint32_t begin) const {
+    const Token &small = token(i);
+    if (small.capital || small.senses != 0 || small.word == 0 || small.unspaced || i == begin ||
+        !token(i - 1).capital || !reader.word(i + 1) || token(i + 1).used)
+        return false;
+    static constexpr Meanings kSmall{Meaning::The, Meaning::Of, Meaning::And};
+    // "Piazza de la Costa": two such words may follow each other.
+    const std::uint32_t next = token(i + 1).capital ? i + 1 : i + 2;
+    return reader.word(next) && token(next).capital &&
+           std::ranges::any_of(sensesOf(lexiconWord(small.word)),
+                               [](const Sense &sense) { return kSmall.has(sense.meaning); });
 }
 
 bool PlaceNames::leadsToPlace(const Reader &reader, std::uint32_t i) {

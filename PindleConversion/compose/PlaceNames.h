@@ -53,6 +53,8 @@ protected:
     static bool leadsToPurpose(const Reader &reader, std::uint32_t i);
 
 private:
+    /// "Quinta das Amoras": a small word of another language within a name.
+    bool joinsForeignName(const Reader &reader, std::uint32_t i, std::uint32_t begin) const;
     /// A kind of place, or an unknown word before one.
     static bool leadsToPlace(const Reader &reader, std::uint32_t i);
     /// A small word within a name.
