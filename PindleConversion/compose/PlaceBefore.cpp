@@ -101,7 +101,7 @@ void PlaceFinder::venueAbove(const Reader &reader, std::uint32_t f) {
         m_document.fields[f - 1].line + 1 != field.line)
         return;
     const Shape shape = shapeOf({field.begin, field.end});
-    if (numbered && !shape.street)
+    if (numbered && !shape.street && !isVenueLine(reader, field))
         return;
     if (shape.words > 1 && shape.words <= kMostWords)
         offer({field.begin, field.end}, kScore, field.begin);
@@ -114,8 +114,16 @@ bool PlaceFinder::isVenueLine(const Reader &reader, const Field &field) const {
     std::uint32_t comma = field.begin;
     while (comma < field.end && !reader.symbol(comma, ','))
         ++comma;
-    return anchor.line == field.line + 1 && m_choice.anchor() == anchor.begin &&
-           isKindOfPlace(reader, {field.begin, comma}) && shape.title && !shape.event;
+    if (anchor.line != field.line + 1 || m_choice.anchor() != anchor.begin)
+        return false;
+    // "Foreigners' Office Freiburg, counter 12"
+    const std::uint32_t room = comma + 1;
+    const Shape house = shapeOf({field.begin, comma});
+    if (room + 2 == field.end && reader.has(room, Meaning::PlaceNoun) &&
+        token(room + 1).kind == TokenKind::Number && house.title && house.noun &&
+        (!house.event || isKindOfPlace(reader, {field.begin, comma})))
+        return true;
+    return isKindOfPlace(reader, {field.begin, comma}) && shape.title && !shape.event;
 }
 
 } // namespace pindle::conversion

@@ -46,7 +46,7 @@ void PlaceFinder::compound(const Reader &reader, const Field &field, std::uint32
     // "Kindly block your calendar"
     static constexpr Meanings kOpening{Meaning::The, Meaning::PlaceStop, Meaning::Chatter};
     const auto isArticle = [&](std::uint32_t k) {
-        return reader.mayHave(k, kOpening) && !token(i).capital;
+        return reader.mayHave(k, kOpening) && (!token(i).capital || isShouted(reader, k));
     };
     while (begin > field.begin && begin + 5 > i && joinsName(reader, begin - 1, i) &&
            !isArticle(begin - 1) &&
@@ -54,6 +54,10 @@ void PlaceFinder::compound(const Reader &reader, const Field &field, std::uint32
             ownsNext(reader, begin - 1)) &&
            !endsCompound(reader, begin - 1))
         --begin;
+    // "PLEASE STORE WATER"
+    if (begin == i && i > field.begin && reader.has(i - 1, Meaning::PlaceStop) &&
+        !reader.has(i - 1, Meaning::PlaceMarker) && token(i).upper() && isShouted(reader, i - 1))
+        return;
     // "A Field Guide to Lichens" is a book.
     if (isArticled(reader, begin) && end > begin + 2)
         return;

@@ -249,6 +249,8 @@ private:
     static bool pointsElsewhere(const Reader &reader, TokenSpan part);
     /// "2 adults, 1 car", "07车": who and what a ticket is for, and the carriage.
     bool countsAboard(const Reader &reader, std::uint32_t begin) const;
+    /// "PLEASE STORE WATER": in capitals because all the text is.
+    static bool isShouted(const Reader &reader, std::uint32_t i);
     /// The part's first words or what follows it say that it is something else.
     bool refusesPart(const Reader &reader, TokenSpan part) const;
     /// "Clinique vétérinaire des Quatre Bras": the kind of place has a trade, then its name.
@@ -259,6 +261,8 @@ private:
     void offerPart(const Reader &reader, const Field &field, TokenSpan part, const Shape &shape);
     /// "The Front Office" above its telephone number, some lines below the date: who writes.
     bool isSignedBy(const Reader &reader, const Field &field, TokenSpan part) const;
+    /// "Kasia, front desk" below the sentences: who writes, and from where.
+    bool isSignedAt(const Field &field, TokenSpan part) const;
     /// "牙科回診 4/22 下午2:15 仁愛診療": the event is named, and the last words are a name.
     bool closesNote(const Field &field, TokenSpan part) const;
     /// "PTA", "H": letters that stand for longer words.

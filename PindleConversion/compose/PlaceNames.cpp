@@ -36,15 +36,20 @@ Shape PlaceNames::shapeOf(TokenSpan span) const {
 
 bool PlaceNames::joinsForeignName(const Reader &reader, std::uint32_t i,
                                   std::uint32_t begin) const {
-    const Token &small = token(i);
-    if (small.capital || small.senses != 0 || small.word == 0 || small.unspaced || i == begin ||
-        !token(i - 1).capital || !reader.word(i + 1) || token(i + 1).used)
+    // "la" is a city as well.
+    const auto isSmall = [&](std::uint32_t k) {
+        const Token &small = token(k);
+        return !small.capital && (small.senses == 0 || reader.has(k, Meaning::ZoneWord)) &&
+               small.word != 0 && !small.unspaced && !small.used;
+    };
+    if (i == begin || !isSmall(i) || !reader.word(i + 1))
         return false;
+    // "Masia de la Font": two such words may follow each other.
+    const std::uint32_t before = isSmall(i - 1) && i > begin + 1 ? i - 2 : i - 1;
+    const std::uint32_t next = isSmall(i + 1) ? i + 2 : i + 1;
     static constexpr Meanings kSmall{Meaning::The, Meaning::Of, Meaning::And};
-    // "Piazza de la Costa": two such words may follow each other.
-    const std::uint32_t next = token(i + 1).capital ? i + 1 : i + 2;
-    return reader.word(next) && token(next).capital &&
-           std::ranges::any_of(sensesOf(lexiconWord(small.word)),
+    return token(before).capital && reader.word(next) && token(next).capital && !token(next).used &&
+           std::ranges::any_of(sensesOf(lexiconWord(token(i).word)),
                                [](const Sense &sense) { return kSmall.has(sense.meaning); });
 }
 

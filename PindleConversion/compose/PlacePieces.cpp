@@ -240,6 +240,14 @@ bool PlaceFinder::pointsElsewhere(const Reader &reader, TokenSpan part) {
            (first.unspaced && (other || isWhole(reader.sense(part.begin, Meaning::RoleWord))));
 }
 
+bool PlaceFinder::isShouted(const Reader &reader, std::uint32_t i) {
+    constexpr std::size_t kShortest = 3; ///< letters; "ON" may be a province
+    const std::string_view text = reader.document().slice(reader.token(i));
+    const Token &next = reader.token(i + 1);
+    return text.size() >= kShortest && allCapitals(text) && next.kind == TokenKind::Word &&
+           !next.used && allCapitals(reader.document().slice(next));
+}
+
 bool PlaceFinder::refusesPart(const Reader &reader, TokenSpan part) const {
     const std::uint32_t begin = part.begin;
     // "DOJ 03-Mar-2027": a label that nothing ends.
@@ -259,7 +267,8 @@ bool PlaceFinder::refusesPart(const Reader &reader, TokenSpan part) const {
            reader.has(begin, Meaning::Chatter) ||
            (reader.word(begin) && reader.has(begin, Meaning::TimeMarker) &&
             !token(begin).upper()) ||
-           (reader.has(begin, Meaning::PlaceStop) && !token(begin).upper()) ||
+           (reader.has(begin, Meaning::PlaceStop) &&
+            (!token(begin).upper() || isShouted(reader, begin))) ||
            reader.has(begin + 2, Meaning::Counter) || countsAboard(reader, begin) ||
            token(begin).kind == TokenKind::Link || namesSeat(reader, part) ||
            isCounted(reader, begin) || isCounted(reader, begin + 1) || isArrival(reader, begin) ||
@@ -326,7 +335,7 @@ void PlaceFinder::offerPart(const Reader &reader, const Field &field, TokenSpan 
         m_best.end = whole;
         return;
     }
-    if (isSignedBy(reader, field, part))
+    if (isSignedBy(reader, field, part) || isSignedAt(field, {begin, whole}))
         return;
     int score = known ? 34 : 22;
     // "in our gallery – Saturday 15 May, 22 Long St": the street says more than a kind of place.
@@ -358,6 +367,25 @@ bool PlaceFinder::isSignedBy(const Reader &reader, const Field &field, TokenSpan
     return std::all_of(begin + part.begin, begin + part.end,
                        [&](const Token &each) { return isWord(each) && each.word != 0; }) &&
            std::none_of(begin + next->begin, begin + next->end, isWord);
+}
+
+bool PlaceFinder::isSignedAt(const Field &field, TokenSpan part) const {
+    constexpr std::uint32_t kLongest = 6;
+    const std::uint32_t comma = field.begin + 1;
+    if (&field != &m_document.fields.back() || part.end != field.end ||
+        field.line <= m_momentLine || field.end - field.begin > kLongest || field.end < comma + 2 ||
+        token(comma).symbol != ',' || !token(field.begin).upper() ||
+        token(field.begin).possessive || token(field.begin).word != 0 ||
+        token(field.begin).unspaced)
+        return false;
+    for (std::uint32_t i = comma + 1; i < field.end; ++i)
+        if (token(i).kind != TokenKind::Word || token(i).capital || token(i).word == 0)
+            return false;
+    // The sentences are over, as they are above a name.
+    const Field &above = *(&field - 1);
+    const char32_t last = token(above.end - 1).symbol;
+    return last == ',' || ((last == '.' || last == '!' || last == '?') &&
+                           !m_document.sameSentence(above.begin, above.end - 1));
 }
 
 bool PlaceFinder::closesNote(const Field &field, TokenSpan part) const {

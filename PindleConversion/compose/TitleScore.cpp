@@ -220,6 +220,8 @@ int TitleScore::openingPenalties(const Reader &reader, const TitleCandidate &can
         reader.has(part.begin - 2, Meaning::Greeting) && part.end == field.end &&
         trimmed.end - trimmed.begin <= kLongestName && !contains(trimmed, Meaning::Event))
         score -= 60;
+    if (greetsName(part, trimmed))
+        score -= 60;
     // "Vernissage "Schattenrisse" – Holzschnitte von ...": what is said of the name.
     if (part.begin > 1 && token(part.begin - 1).symbol == '-' &&
         token(part.begin - 2).symbol == '"' && field.begin + 2 < part.begin)

@@ -63,6 +63,8 @@ private:
     bool isBeforeMoment(TokenSpan trimmed) const;
     /// "Tobias, see you at nine": whom the text speaks to.
     bool isVocative(TokenSpan part, TokenSpan trimmed) const;
+    /// "Thanks for signing up, Delphine!": whom a text greets that goes on with its event.
+    bool greetsName(TokenSpan part, TokenSpan trimmed) const;
     /// A name in quotes, of some words.
     bool isQuoted(TokenSpan part) const;
     /// "my defence, entitled "Bogs"": what was named before is the event.

@@ -35,6 +35,19 @@ bool TitleScore::isVocative(TokenSpan part, TokenSpan trimmed) const {
            trimmed.end < m_document.tokens.size() && token(trimmed.end).symbol == ',';
 }
 
+bool TitleScore::greetsName(TokenSpan part, TokenSpan trimmed) const {
+    constexpr std::uint32_t kLongest = 6;
+    if (part.begin < 3 || token(part.begin - 1).symbol != ',' || !token(trimmed.begin).upper() ||
+        trimmed.end != trimmed.begin + 1 || token(trimmed.begin).word != 0)
+        return false;
+    const Sense *greeting =
+        Reader(m_document, part.begin).senseBefore(part.begin - 1, Meaning::Greeting, kLongest);
+    // "Hello, Picnic!" may name the event.
+    const Token &end = token(trimmed.end);
+    return greeting && greeting->length > 1 &&
+           (end.symbol == '!' || end.symbol == '.' || end.kind == TokenKind::LineBreak);
+}
+
 bool TitleScore::isQuoted(TokenSpan part) const {
     // "The thesis defence of Ms Nkemelu ("Groundwater")" is not called by what is in brackets.
     const bool aside = part.begin > 1 && token(part.begin - 2).symbol == '(';
