@@ -16,6 +16,7 @@ namespace {
 
 constexpr UChar32 kBullet = 0x2022;
 constexpr UChar32 kNothing = -1;
+constexpr std::string_view kWideBlank = "\u3000";
 
 /// A sign's name on web pages and how it is typed.
 struct Entity {
@@ -172,6 +173,8 @@ private:
             return emphasis(m_in[m_at]);
         if ((c == '&' && entity()) || (c == '<' && tag()) || (c == '\n' && wraps()))
             return;
+        if (c == kWideBlank[0] && spacedLabel())
+            return;
         const CodePoint point = decodeAt(m_in, m_at);
         m_at = point.end;
         put(plain(point.value));
@@ -189,6 +192,39 @@ private:
         m_out.pop_back();
         ++m_at;
         return true;
+    }
+
+    /// "時　間：", "入　場｜": wide blanks only set the signs of a label apart that opens a line.
+    bool spacedLabel() {
+        constexpr std::size_t kSign = 3; ///< bytes
+        constexpr std::array<std::string_view, 5> kEnds{":", "：", "|", "｜", kWideBlank};
+        std::size_t next = m_at;
+        while (m_in.substr(next).starts_with(kWideBlank))
+            next += kWideBlank.size();
+        if (next == m_at || m_out.size() < kSign || !isIdeograph(m_out, m_out.size() - kSign) ||
+            next + kSign > m_in.size() || !isIdeograph(m_in, next))
+            return false;
+        const std::size_t before = m_out.size() - kSign;
+        const bool opens = before == 0 || m_out[before - 1] == '\n' || m_out[before - 1] == ' ' ||
+                           (m_labelEnd == before && before > 0);
+        const auto rest = m_in.substr(next + kSign);
+        const bool ends = std::any_of(kEnds.begin(), kEnds.end(),
+                                      [&](std::string_view end) { return rest.starts_with(end); });
+        if (!opens || !ends)
+            return false;
+        m_labelEnd = m_out.size();
+        m_at = next;
+        return true;
+    }
+
+    /// Weekdays are listed, not set apart.
+    static bool isIdeograph(std::string_view text, std::size_t at) {
+        constexpr UChar32 kFirst = 0x4E00;
+        constexpr UChar32 kLast = 0x9FFF;
+        constexpr std::u32string_view kListed = U"月火水木金土一二三四五六七八九十";
+        const UChar32 c = decodeAt(text, at).value;
+        return c >= kFirst && c <= kLast &&
+               kListed.find(static_cast<char32_t>(c)) == std::u32string_view::npos;
     }
 
     bool lineStarts() const { return m_out.empty() || m_out.back() == '\n'; }
@@ -287,6 +323,7 @@ private:
     std::string_view m_in;
     std::size_t m_at = 0;
     std::string m_out;
+    std::size_t m_labelEnd = std::string::npos; ///< where a sign of a spaced label went on
 };
 
 std::string_view trimmed(std::string_view text) {
