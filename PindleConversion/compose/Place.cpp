@@ -90,11 +90,15 @@ void PlaceFinder::consider(std::uint32_t f, TokenSpan part) {
         return;
     if (m_choice.kind == EventKind::Travel)
         departure(reader, field);
-    bool quoted = false;
+    bool inQuotes = false;
     for (std::uint32_t i = part.begin; i < part.end; ++i) {
-        quoted = quoted != reader.symbol(i, '"');
+        if (reader.symbol(i, '"')) {
+            inQuotes = !inQuotes;
+            if (inQuotes)
+                quoted(reader, field, i);
+        }
         // What stands in quotes is a name of something else.
-        if (token(i).used || quoted)
+        if (token(i).used || inQuotes)
             continue;
         if (reader.symbol(i, '('))
             bracketed(reader, i);
@@ -167,8 +171,11 @@ void PlaceFinder::offer(TokenSpan span, int score, std::uint32_t at) {
            ((isEdgeMark(token(span.end - 1)) && !closesName(span)) || dangles(reader, span) ||
             (reader.has(span.end - 1, Meaning::PlaceStop) && !token(span.end - 1).upper())))
         --span.end;
-    while (!span.empty() && isEdgeMark(token(span.begin)))
+    while (!span.empty() && isEdgeMark(token(span.begin)) && !opensName(span))
         ++span.begin;
+    // "「海辺の図書館」を読みます"
+    if (token(span.begin).symbol == '"' && opensName(span) && readsOn(reader, span))
+        return;
     // "local time" in brackets is no place.
     const Sense *zone = reader.sense(span.begin, Meaning::ZoneWord);
     // "closed Monday, Memorial Day"
@@ -183,6 +190,9 @@ void PlaceFinder::offer(TokenSpan span, int score, std::uint32_t at) {
     if (token(span.end).symbol == '\'' && !token(span.end).spaceBefore &&
         token(span.end + 1).meanings.has(Meaning::Event))
         return;
+    // "市一医院口腔科 王医生"
+    if (token(span.end - 1).unspaced)
+        span.end = beforePerson(reader, span);
     if (span.empty() || isQuotedInList(span) || isAmount(span) || saysTooLittle(span) ||
         (zone && zone->value != 0))
         return;
@@ -221,6 +231,26 @@ void PlaceFinder::offer(TokenSpan span, int score, std::uint32_t at) {
     }
 }
 
+std::uint32_t PlaceFinder::beforePerson(const Reader &reader, TokenSpan span) const {
+    constexpr std::uint32_t kLongest = 2;
+    static constexpr std::array kMoments{Label::When, Label::Date, Label::Time};
+    // "前の時間帯"
+    const Sense *label = reader.sense(span.end - 1, Meaning::LabelWord);
+    if (label && !reader.has(span.end - 1, Meaning::PlaceNoun) &&
+        std::any_of(kMoments.begin(), kMoments.end(),
+                    [&](Label each) { return label->value == static_cast<int>(each); }))
+        return span.begin;
+    // but "お蕎麦屋さん"
+    if (token(span.end - 1).isOneSign() ||
+        !reader.senseBefore(span.end, Meaning::Person, kLongest) ||
+        reader.senseBefore(span.end, Meaning::PlaceNoun, kLongest + 1))
+        return span.end;
+    std::uint32_t name = span.end - 1;
+    while (name > span.begin && !token(name).spaceBefore)
+        --name;
+    return name;
+}
+
 bool PlaceFinder::closesName(TokenSpan span) const {
     if (token(span.end - 1).symbol != '"')
         return false;
@@ -228,6 +258,11 @@ bool PlaceFinder::closesName(TokenSpan span) const {
         if (token(i).symbol == '"')
             return true;
     return false;
+}
+
+bool PlaceFinder::opensName(TokenSpan span) const {
+    const std::uint32_t close = quoteClosing(Reader(m_document, span.end), span.begin);
+    return close != span.begin && close + 1 < span.end;
 }
 
 bool PlaceFinder::dangles(const Reader &reader, TokenSpan span) const {

@@ -98,13 +98,22 @@ void PlaceFinder::venueAbove(const Reader &reader, std::uint32_t f) {
                      Meaning::PlaceNoun) ||
           isVenueLine(reader, field)) ||
         nameEnd(reader, field.begin) != field.end ||
-        m_document.fields[f - 1].line + 1 != field.line)
+        (m_document.fields[f - 1].line + 1 != field.line && !isBelowBooking(f)))
         return;
     const Shape shape = shapeOf({field.begin, field.end});
     if (numbered && !shape.street && !isVenueLine(reader, field))
         return;
     if (shape.words > 1 && shape.words <= kMostWords)
         offer({field.begin, field.end}, kScore, field.begin);
+}
+
+bool PlaceFinder::isBelowBooking(std::uint32_t f) const {
+    const Field &field = m_document.fields[f];
+    const Field &before = m_document.fields[f - 1];
+    const Reader reader(m_document, before.end);
+    static constexpr Meanings kBooked{Meaning::GeneralEvent, Meaning::Chatter, Meaning::Greeting};
+    return token(field.begin).unspaced && m_document.fields[m_anchorField].line == field.line + 1 &&
+           reader.mayHave(before.begin, kBooked);
 }
 
 bool PlaceFinder::isVenueLine(const Reader &reader, const Field &field) const {

@@ -233,7 +233,8 @@ bool PlaceFinder::joinsBefore(const Reader &reader, std::uint32_t at, std::uint3
     // "水族館の入口"
     if (reader.has(at, Meaning::Of) && reader.has(at + 1, Meaning::PlaceNoun))
         return true;
-    if (opensWord(reader, at))
+    // "鳥はち": a particle before one sign that is no word.
+    if (opensWord(reader, at) || (at + 2 == i && isInsideName(reader, at)))
         return true;
     // "何時集合"
     if (current.unspaced && reader.has(at, Meaning::Chatter) && !reader.has(at, Meaning::PlaceNoun))

@@ -34,8 +34,13 @@ private:
                       const Sense &online) const;
     /// "12 €", "5,90": no place consists of digits and signs alone, or has a price.
     bool isAmount(TokenSpan span) const;
+    /// "次は田口先生です": where a place without spaces ends before a person or a word for a
+    /// moment.
+    std::uint32_t beforePerson(const Reader &reader, TokenSpan span) const;
     /// "Gasthaus "Zum Adler"": the last quotation mark belongs to the name.
     bool closesName(TokenSpan span) const;
+    /// "“悦读”书吧": so does the first.
+    bool opensName(TokenSpan span) const;
     /// "hall of": what followed is no part of the place.
     bool dangles(const Reader &reader, TokenSpan span) const;
     /// "到店化妆", "2人": a lone sign or a count.
@@ -176,6 +181,18 @@ private:
     /// "2-persoonskamer": a kind of room, not a room.
     static bool isCounted(const Reader &reader, std::uint32_t i);
 
+    // PlaceQuotes.cpp
+    /// The mark that closes the quotation from `open`, in a script without spaces; `open` where
+    /// none does soon.
+    std::uint32_t quoteClosing(const Reader &reader, std::uint32_t open) const;
+    /// Behind the quotation that opens the span a particle follows: "「海辺の図書館」を".
+    bool readsOn(const Reader &reader, TokenSpan span) const;
+    /// "お店は「季節料理 あおい」": offers the quoted name behind the marker at `i` or behind the
+    /// words that the marker leads to; false where there is none.
+    bool markedQuote(const Reader &reader, std::uint32_t i, const Sense &marker, TokenSpan name);
+    /// "新年会は8日、いつもの「魚処みなと屋」です": a quoted kind of place behind event and day.
+    void quoted(const Reader &reader, const Field &field, std::uint32_t open);
+
     // PlaceAnswers.cpp
     /// "At yours?" in a conversation.
     bool isAsked(std::uint32_t at) const;
@@ -204,6 +221,8 @@ private:
     void venueBeforeDash(const Reader &reader, const Field &field);
     /// "Théâtre municipal de Sens" on a line of its own between the title and the date.
     void venueAbove(const Reader &reader, std::uint32_t f);
+    /// "本町歯科" right above the date, below the words that thank for a booking.
+    bool isBelowBooking(std::uint32_t f) const;
     /// "Bishopstoke Scout Hut" right above the line that starts with the date.
     bool isVenueLine(const Reader &reader, const Field &field) const;
 

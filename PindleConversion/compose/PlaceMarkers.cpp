@@ -21,6 +21,8 @@ void PlaceFinder::marked(const Reader &reader, std::uint32_t i, const Sense &mar
         return;
     const std::uint32_t known = withoutDeed(reader, begin, nameEnd(reader, begin));
     const TokenSpan name{begin, withStreet(reader, {begin, known})};
+    if (markedQuote(reader, i, marker, name))
+        return;
     // "answers in April"
     if (reader.has(begin, Meaning::Month) && reader.skipSymbol(begin + 1, '.') >= name.end)
         return;

@@ -72,14 +72,22 @@ bool PlaceNames::startsAside(const Reader &reader, std::uint32_t i) {
 }
 
 bool PlaceNames::opensWord(const Reader &reader, std::uint32_t i) {
+    return goesOnUnknown(reader, i) && !reader.has(i, Meaning::Connector);
+}
+
+bool PlaceNames::isInsideName(const Reader &reader, std::uint32_t i) {
+    return goesOnUnknown(reader, i) && reader.token(i + 1).isOneSign() && i > 0 &&
+           reader.glued(i) && reader.token(i - 1).unspaced && reader.token(i - 1).senses == 0;
+}
+
+bool PlaceNames::goesOnUnknown(const Reader &reader, std::uint32_t i) {
     const auto isHiragana = [&](std::uint32_t k) {
         const std::string_view text = reader.document().slice(reader.token(k));
         return unspacedScript(decodeAt(text, 0).value) == Unspaced::Hiragana;
     };
     const Token *next = reader.at(i + 1);
     return reader.token(i).isOneSign() && next && next->unspaced && !next->spaceBefore &&
-           next->senses == 0 && !reader.has(i, Meaning::Connector) && isHiragana(i) &&
-           isHiragana(i + 1);
+           next->senses == 0 && isHiragana(i) && isHiragana(i + 1);
 }
 
 bool PlaceNames::namesRoom(const Reader &reader, std::uint32_t i) {
@@ -191,8 +199,9 @@ bool PlaceNames::stops(const Reader &reader, std::uint32_t i, std::uint32_t begi
     // "Igreja de São Pedro"
     const bool ofName = i > begin + 1 && reader.has(i - 1, Meaning::Of) && token(i - 2).capital;
     const bool goesOn = token(i - 1).capital || reader.symbol(i - 1, ',') || letter || ofName;
-    const bool stopWord = (reader.has(i, Meaning::PlaceStop) && !opensWord(reader, i)) ||
-                          reader.has(i, Meaning::Greeting);
+    const bool stopWord =
+        (reader.has(i, Meaning::PlaceStop) && !opensWord(reader, i) && !isInsideName(reader, i)) ||
+        reader.has(i, Meaning::Greeting);
     if (!stopWord || !current.unspaced)
         return stopWord && !(current.capital && goesOn);
     // "多功能厅召开": a longer word ends the name, a lone sign may belong to it.

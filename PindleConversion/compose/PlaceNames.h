@@ -30,6 +30,8 @@ public:
     static bool isPlaceNoun(const Reader &reader, std::uint32_t i);
     /// "もみじ": a sign that is a particle alone goes on as a word that no lexicon knows.
     static bool opensWord(const Reader &reader, std::uint32_t i);
+    /// "はち" of "鳥はち": one unknown sign behind a particle is no word of its own.
+    static bool isInsideName(const Reader &reader, std::uint32_t i);
     /// "研修室 参加無料": behind a space small talk follows.
     static bool startsAside(const Reader &reader, std::uint32_t i);
     /// "合唱室": what happens there names the room.
@@ -55,6 +57,8 @@ protected:
 private:
     /// "Quinta das Amoras": a small word of another language within a name.
     bool joinsForeignName(const Reader &reader, std::uint32_t i, std::uint32_t begin) const;
+    /// A lone sign of hiragana with one of an unknown word behind it.
+    static bool goesOnUnknown(const Reader &reader, std::uint32_t i);
     /// A kind of place, or an unknown word before one.
     static bool leadsToPlace(const Reader &reader, std::uint32_t i);
     /// A small word within a name.
