@@ -199,7 +199,7 @@ Reply convert(const Request &request) {
     Draft draft;
     fillMoments(draft, choice, request.referenceTimezone);
     draft.location = spanText(document, place);
-    draft.title = softened(spanText(document, title));
+    draft.title = titleText(document, title);
     draft.description = describe(document, title, place);
     constexpr std::size_t kFacts = 6;
     reply.evidence.reserve(kFacts);

@@ -34,6 +34,9 @@ TokenSpan findTitle(const Document &document, const Choice &choice, TokenSpan pl
 /// The text of a span on one line, without emphasis at its ends.
 std::string spanText(const Document &document, TokenSpan span);
 
+/// The title's text without the typed quotation marks that it opens with: "“青松”评审会".
+std::string titleText(const Document &document, TokenSpan title);
+
 /// A title without shouting: "BOOK FAIR" becomes "Book Fair"; other titles stay as they are.
 std::string softened(const std::string &title);
 

@@ -79,6 +79,16 @@ std::string spanText(const Document &document, TokenSpan span) {
     return text;
 }
 
+std::string titleText(const Document &document, TokenSpan title) {
+    constexpr std::string_view kOpen = "\u201C";
+    constexpr std::string_view kClose = "\u201D";
+    std::string text = spanText(document, title);
+    const auto close = text.starts_with(kOpen) ? text.find(kClose) : std::string::npos;
+    if (close != std::string::npos)
+        text.erase(close, kClose.size()).erase(0, kOpen.size());
+    return softened(text);
+}
+
 std::string describe(const Document &document, TokenSpan title, TokenSpan place) {
     constexpr std::size_t kLongest = 4000;
     const auto inside = [](TokenSpan span, std::uint32_t i) {

@@ -31,7 +31,9 @@ public:
 
     /// "请携带身份证", "portate i documenti": talk that names nothing.
     bool isPoor() const {
-        if (m_score >= kPoor || contains(m_best, Meaning::Event))
+        const bool note =
+            !m_best.empty() && m_document.fields[token(m_best.begin).field].label == Label::Note;
+        if (m_score >= kPoor || (contains(m_best, Meaning::Event) && !note))
             return false;
         for (std::uint32_t i = m_best.begin; i < m_best.end; ++i)
             if (token(i).upper() && i > m_best.begin)

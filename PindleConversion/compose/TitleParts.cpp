@@ -32,11 +32,15 @@ std::vector<TokenSpan> TitleParts::partsOf(TokenSpan run) const {
     parts.reserve(kUsual);
     std::uint32_t begin = run.begin;
     std::uint32_t quoted = 0; ///< where a name in quotes ends
+    std::uint32_t joined = 0; ///< where one ends that the name of the event goes on from
     const bool invites = m_document.meanings.has(Meaning::Inviting);
     for (std::uint32_t i = run.begin; i < run.end; ++i) {
         if (token(i).symbol == '"' && i >= quoted && (wide || greeting))
             quoted = quoteEnd(reader, i);
-        const bool hard = isHardBreak(reader, i);
+        if (token(i).symbol == '"' && (i > joined || joined == 0))
+            joined = joinedQuote(reader, i);
+        const bool within = i <= joined && joined != 0 && token(i).symbol == '"';
+        const bool hard = !within && isHardBreak(reader, i);
         const bool soft = (wide || greeting) && i >= quoted && isSoftBreak(reader, i) &&
                           !(reader.symbol(i, ':') && !greeting && width <= kWidest);
         // "Convidamos todos os sócios para a festa": who invites and whom says not what happens.
@@ -80,6 +84,29 @@ std::uint32_t TitleParts::quoteEnd(const Reader &reader, std::uint32_t open) con
     return 0;
 }
 
+std::uint32_t TitleParts::joinedQuote(const Reader &reader, std::uint32_t open) const {
+    constexpr std::uint32_t kLongest = 12;
+    constexpr std::uint32_t kReach = 5;
+    static constexpr Meanings kOver{Meaning::PlaceMarker, Meaning::PlaceBehind,
+                                    Meaning::PresentVerb, Meaning::TitleTail, Meaning::Of};
+    if (token(open).end - token(open).begin < 2 || bookMark(open) != 0)
+        return 0;
+    std::uint32_t close = open + 1;
+    while (close < open + kLongest && reader.at(close) && token(close).symbol != '"')
+        ++close;
+    if (!reader.symbol(close, '"'))
+        return 0;
+    for (std::uint32_t i = close + 1; i <= close + kReach; ++i) {
+        if (!reader.word(i) || !reader.glued(i) || !token(i).unspaced)
+            return 0;
+        if (reader.has(i, Meaning::Event))
+            return close;
+        if (reader.mayHave(i, kOver))
+            return 0;
+    }
+    return 0;
+}
+
 bool TitleParts::isHardBreak(const Reader &reader, std::uint32_t i) const {
     if (token(i).kind != TokenKind::Symbol)
         return token(i).kind == TokenKind::Link || token(i).kind == TokenKind::Mail;
@@ -113,6 +140,13 @@ char TitleParts::bookMark(std::uint32_t i) const {
 
 bool TitleParts::enclosesName(TokenSpan span, std::uint32_t i) const {
     const char mark = bookMark(i);
+    // "「青松」評審会"
+    if (mark == 0 && token(i).symbol == '"' && i == span.begin &&
+        token(i).end - token(i).begin > 1) {
+        for (std::uint32_t k = i + 1; k + 1 < span.end; ++k)
+            if (token(k).symbol == '"')
+                return true;
+    }
     if (mark == 0)
         return false;
     const std::uint32_t edge = mark == '<' ? span.end - 1 : span.begin;

@@ -25,6 +25,9 @@ private:
     // TitleParts.cpp
     /// The mark that closes the short name in quotes that opens at `open`, or 0.
     std::uint32_t quoteEnd(const Reader &reader, std::uint32_t open) const;
+    /// "“青松”项目评审会", "「読書の秋」講座": the mark that closes the quotation from `open`,
+    /// behind which the name goes on; else 0.
+    std::uint32_t joinedQuote(const Reader &reader, std::uint32_t open) const;
     /// A mark that no title goes beyond.
     bool isHardBreak(const Reader &reader, std::uint32_t i) const;
     /// '<' or '>' for the marks around the name of a work ("话剧《茶馆》"), else 0.

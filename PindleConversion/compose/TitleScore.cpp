@@ -21,6 +21,7 @@ constexpr int kPresents = 60;       ///< less for who presents the event on a li
 constexpr int kInvites = 80;        ///< less for "The club invites" above what it invites to
 constexpr int kHosts = 20;          ///< less for who invites on a line of their own
 constexpr int kInvited = 36;        ///< for what a text invites to
+constexpr int kAnnounced = 44;      ///< for "運動会のご案内" on a line of its own
 constexpr int kOtherMoment = 50;    ///< less for what only tells when
 constexpr int kPredicate = 40;      ///< less for what is said of something named before
 constexpr int kReference = 110;     ///< less for "Booking reference QX7T2M"
@@ -113,6 +114,8 @@ int TitleScore::contentScore(const TitleCandidate &candidate, bool kind) const {
     if (lead && trimmed.begin >= part.begin + lead->length && contains(trimmed, Meaning::Event) &&
         !m_document.sameSentence(part.begin, m_choice.anchor()))
         score += kInvited;
+    if (alone && isHeading(part) && isAnnouncement(reader, part, trimmed))
+        score += kAnnounced;
     if ((isQuoted(part) || isQuoted(trimmed)) && !isOnlyTopic(part))
         score += 30;
     if (m_choice.kind == EventKind::Travel && hasFlightNumber(trimmed))
@@ -212,7 +215,9 @@ int TitleScore::openingPenalties(const Reader &reader, const TitleCandidate &can
     if (goesOnList(reader, candidate))
         score -= kListed;
     // "保護者の皆様": whom the text speaks to.
-    if (token(part.end - 1).unspaced && reader.has(part.end - 1, Meaning::Person))
+    constexpr std::uint32_t kLongestAddress = 3;
+    if (token(part.end - 1).unspaced &&
+        reader.senseBefore(part.end, Meaning::Person, kLongestAddress))
         score -= 60;
     // "Gruß, Torben"
     constexpr std::uint32_t kLongestName = 2;

@@ -78,6 +78,8 @@ private:
     bool isCalledByNext(TokenSpan trimmed) const;
     /// "The jumble sale returns! ... Sale: Saturday": said before with what tells it apart.
     bool wasNamedBefore(std::uint32_t i) const;
+    /// "運動会のご案内", "关于春游的通知": a heading says that the event is announced.
+    bool isAnnouncement(const Reader &reader, TokenSpan part, TokenSpan trimmed) const;
     /// "水務署通知：", "物业公告：": who tells, where nothing says what of.
     bool namesSender(TokenSpan part, TokenSpan trimmed) const;
     /// "Tax Help" of "Free Tax Help": several words, all in capitals.

@@ -145,6 +145,14 @@ bool TitleScore::wasNamedBefore(std::uint32_t i) const {
     return false;
 }
 
+bool TitleScore::isAnnouncement(const Reader &reader, TokenSpan part, TokenSpan trimmed) const {
+    const Sense *tail = token(trimmed.begin).unspaced && trimmed.end < part.end
+                            ? reader.sense(trimmed.end, Meaning::TitleTail)
+                            : nullptr;
+    return tail && tail->length > 1 && trimmed.end + tail->length == part.end &&
+           contains(trimmed, Meaning::Event);
+}
+
 bool TitleScore::namesSender(TokenSpan part, TokenSpan trimmed) const {
     const std::uint32_t mark = trimmed.end + 1;
     // "【市一医院】": whose message it is.
