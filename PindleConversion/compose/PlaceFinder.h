@@ -104,6 +104,8 @@ private:
     /// "at": a place may follow even without a word for its kind.
     void offerBehindStrong(const Reader &reader, std::uint32_t i, TokenSpan name,
                            const Shape &shape);
+    /// "at aunt carols", "at grandmas": in a hurry the possessive loses its mark.
+    bool isHomeOfKin(const Reader &reader, TokenSpan name) const;
     /// "in", "to": what follows may be something else as well.
     void offerBehindWeak(const Reader &reader, std::uint32_t i, const Sense &marker, TokenSpan name,
                          const Shape &shape);
@@ -278,6 +280,8 @@ private:
     bool opensWithPlace(const Reader &reader, TokenSpan part) const;
     /// Offers a part that has words of its own kind, or the form of a name where one belongs.
     void offerPart(const Reader &reader, const Field &field, TokenSpan part, const Shape &shape);
+    /// "notary office on Rua das Acácias 210": a kind of place in small letters, then its street.
+    bool isHouseOnStreet(const Reader &reader, TokenSpan part) const;
     /// "The Front Office" above its telephone number, some lines below the date: who writes.
     bool isSignedBy(const Reader &reader, const Field &field, TokenSpan part) const;
     /// "Kasia, front desk" below the sentences: who writes, and from where.

@@ -1,6 +1,7 @@
 #include <algorithm>
 
 #include "PindleConversion/compose/PlaceFinder.h"
+#include "PindleConversion/tokens/Tokenizer.h"
 
 namespace pindle::conversion {
 
@@ -227,6 +228,32 @@ void PlaceFinder::offerBehindStrong(const Reader &reader, std::uint32_t i, Token
         offer(name, 40, i);
     else if (determined && !shape.event && shape.words <= 4 && shape.words > 1)
         offer(name, 30, i);
+    else if (isHomeOfKin(reader, name))
+        offer(name, 40, i);
+}
+
+bool PlaceFinder::isHomeOfKin(const Reader &reader, TokenSpan name) const {
+    constexpr int kKin = 1;
+    const std::uint32_t last = name.end - 1;
+    std::string_view owner = m_document.slice(token(last));
+    if (name.empty() || token(last).unspaced || owner.size() < 2 || owner.back() != 's')
+        return false;
+    const std::uint32_t begin =
+        reader.skip(name.begin, Meaning::NotAPlace) == name.begin + 1 && name.begin < last
+            ? name.begin + 1
+            : name.begin;
+    // "aunt carols", though carols are sung
+    const Sense *kin = reader.sense(begin, Meaning::Person);
+    if (begin + 1 == last)
+        return kin && kin->value == kKin && kin->length == 1;
+    // "my nans"
+    owner.remove_suffix(1);
+    const std::uint32_t word =
+        begin == last && token(last).word == 0 ? findWord(foldWord(owner)) : 0;
+    return word != 0 && std::ranges::any_of(sensesOf(lexiconWord(word)), [&](const Sense &sense) {
+               return sense.meaning == Meaning::Person && sense.value == kKin &&
+                      sense.isOf(token(last).language);
+           });
 }
 
 void PlaceFinder::offerBehindWeak(const Reader &reader, std::uint32_t i, const Sense &marker,
@@ -281,7 +308,8 @@ bool PlaceFinder::refusesPlace(const Reader &reader, std::uint32_t begin) const 
     for (std::uint32_t i = begin + 1; reader.word(i) && i <= begin + kKindReach; ++i)
         kind = kind || (reader.has(i, Meaning::PlaceNoun) && !token(i).used);
     return refused && !isStreet(reader, begin, begin) &&
-           !(refused->length == 1 && !token(begin).capital && kind);
+           !(refused->length == 1 && !token(begin).capital &&
+             (kind || isHomeOfKin(reader, {begin, nameEnd(reader, begin)})));
 }
 
 std::uint32_t PlaceFinder::nameHead(std::uint32_t i) const {

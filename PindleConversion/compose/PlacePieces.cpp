@@ -162,7 +162,8 @@ std::uint32_t PlaceFinder::piece(const Reader &reader, std::uint32_t f, std::uin
     const bool leads = role != begin && reader.skip(role, Meaning::TimeMarker) == end;
     if (!refused && !open && !leads && !greets && !isSentence(reader, {begin, end}) && !filler &&
         !listed && !isArrivalLine(field) && shape.words > 0 && shape.words <= kMostWords &&
-        (!shape.event || opensWithPlace(reader, {begin, end})))
+        (!shape.event || opensWithPlace(reader, {begin, end}) ||
+         isHouseOnStreet(reader, {begin, end})))
         offerPart(reader, field, {begin, end}, shape);
     return next;
 }
@@ -313,7 +314,7 @@ void PlaceFinder::offerPart(const Reader &reader, const Field &field, TokenSpan 
     // "the ramen spot on Larkin"
     constexpr int kMostTold = 6;
     const bool told = shape.words <= kMostTold && shape.capital && !token(begin).capital &&
-                      reader.has(begin, Meaning::The);
+                      (reader.has(begin, Meaning::The) || isHouseOnStreet(reader, part));
     const bool kind = shape.noun && (shape.title || shape.words <= 4 || told ||
                                      reader.has(begin, Meaning::PlaceNoun));
     const bool sameLine =
@@ -354,6 +355,20 @@ void PlaceFinder::offerPart(const Reader &reader, const Field &field, TokenSpan 
         !(field.spoken && (whole == field.end || isAnswer(reader, part))))
         score -= 8;
     offer({begin, whole}, score, begin);
+}
+
+bool PlaceFinder::isHouseOnStreet(const Reader &reader, TokenSpan part) const {
+    constexpr std::uint32_t kLongestHead = 3;
+    for (std::uint32_t i = part.begin; i < part.begin + kLongestHead && reader.word(i); ++i) {
+        if (token(i).unspaced || token(i).capital || reader.has(i, Meaning::The))
+            return false;
+        const Sense *noun = reader.sense(i, Meaning::PlaceNoun);
+        const std::uint32_t marker = noun ? i + noun->length : i;
+        const std::uint32_t name = reader.skip(marker, Meaning::PlaceMarker);
+        if (noun && name != marker)
+            return name < part.end && shapeOf({name, part.end}).title;
+    }
+    return false;
 }
 
 bool PlaceFinder::isSignedBy(const Reader &reader, const Field &field, TokenSpan part) const {

@@ -89,7 +89,7 @@ enum class Meaning : std::uint8_t {
     TitleLead,     ///< dropped from the front of a title; value 4: ends the line of a host, who
                    ///< "invites" to what follows
     TitleTail,     ///< dropped from the end of a title
-    Person,        ///< "with", before a person
+    Person,        ///< "with", before a person; value 1: of the family, at whose home one meets
     Abbreviation,  ///< its full stop ends no sentence
     PastVerb,      ///< tells of the past
     PresentVerb,   ///< tells of now or the future
