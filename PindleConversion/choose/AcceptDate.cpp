@@ -223,8 +223,9 @@ bool Chooser::saysHourAlone(const TimeMention &time) const {
 }
 
 bool Chooser::tellsOpening(const TimeMention &time) const {
-    return labelHas(time.span.begin, Meaning::Opening) &&
-           !sentenceHas(time.span.begin, Meaning::Event);
+    const std::uint32_t at = time.span.begin;
+    return (labelHas(at, Meaning::Opening) || (time.end && sentenceHas(at, Meaning::Opening))) &&
+           !sentenceHas(at, Meaning::Event);
 }
 
 bool Chooser::acceptBareTime() {

@@ -230,11 +230,31 @@ bool Chooser::isHoursOnly(const Dated &dated) const {
         return labelHas(token, meaning) || sentenceHas(token, meaning);
     };
     const bool days = dated.mention->first.base == DateSpec::Base::Weekday && dated.mention->last;
-    if (days && says(Meaning::Daily))
+    if (days && (says(Meaning::Daily) || isTimetable()))
         return true;
     // "open Tuesday to Sunday": an exhibition may be an event, a shop is none.
     return (dated.mention->repeated || spansMostDays(dated)) && says(Meaning::Opening) &&
            !sentenceHas(token, Meaning::Event);
+}
+
+bool Chooser::isTimetable() const {
+    constexpr std::size_t kReach = 300; ///< tokens
+    const bool weekdays = std::all_of(m_dates.begin(), m_dates.end(), [&](const Dated &dated) {
+        return dated.mention->first.base == DateSpec::Base::Weekday || dated.mention->holiday;
+    });
+    const std::uint32_t end =
+        static_cast<std::uint32_t>(std::min(m_document.tokens.size(), kReach));
+    const Reader reader(m_document, end);
+    bool opening = false;
+    for (std::uint32_t i = 0; weekdays && i < end;) {
+        const Sense *open = reader.sense(i, Meaning::Opening);
+        open = open ? open : reader.sense(i, Meaning::Daily);
+        if (!open && reader.has(i, Meaning::Event))
+            return false;
+        opening = opening || open;
+        i += open ? open->length : 1U;
+    }
+    return opening;
 }
 
 bool Chooser::spansMostDays(const Dated &dated) const {

@@ -185,6 +185,8 @@ private:
     bool tellsOpeningHours(const Dated &dated) const;
     /// "Opening hours: Mon-Fri 9-5"
     bool isHoursOnly(const Dated &dated) const;
+    /// "Mon-Fri 8-18, Sat 8-13, Sun closed": days of the week, words of opening, and no event.
+    bool isTimetable() const;
     /// "Tuesday to Sunday", joined into one date or not.
     bool spansMostDays(const Dated &dated) const;
 

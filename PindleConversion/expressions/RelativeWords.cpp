@@ -42,6 +42,15 @@ bool isWeighedDay(const Reader &reader, std::uint32_t i, std::uint32_t next) {
 }
 
 /// A weekday word that is also an everyday word needs company.
+/// "lun-ven 9:00", "mar. - sam. de 10 h à 19 h": the day before token `next` goes on to another.
+bool opensDayRange(const Reader &reader, std::uint32_t next) {
+    next = reader.skipSymbol(next, '.');
+    if (!reader.symbol(next, '-') || !reader.mayHave(next + 1, kWeekdayNames))
+        return false;
+    const std::uint32_t behind = reader.skipSymbol(next + 2, '.');
+    return reader.number(reader.skip(reader.skipSymbol(behind, ','), Meaning::TimeMarker), 0, 24);
+}
+
 bool isCertainWeekday(const Reader &reader, std::uint32_t i, std::uint32_t next) {
     // "so" is a Sunday in "So 14.6.", but hardly in "so gegen sechs".
     constexpr std::uint32_t kShort = 2;
@@ -67,7 +76,7 @@ bool isCertainWeekday(const Reader &reader, std::uint32_t i, std::uint32_t next)
         reader.token(next + 1).capital && !reader.has(next + 1, Meaning::Month) &&
         !reader.has(next + 1, Meaning::UnitWord))
         return false;
-    if (isDayAmongSmall(reader, i, next))
+    if (isDayAmongSmall(reader, i, next) || opensDayRange(reader, next))
         return true;
     // "Hast du Mo Zeit? So gegen drei?"
     const bool opens = i > field.begin && !reader.document().sameSentence(i - 1, i);
