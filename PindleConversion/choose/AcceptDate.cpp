@@ -29,7 +29,11 @@ bool Chooser::acceptDate() {
         refuse(Notice::NoDate);
         return false;
     }
-    if ((roleOf(token) == Role::Posted || isStamp(dated)) && m_dates.size() == 1) {
+    // "booked on Texel from 12 to 16 October": nobody books or writes for days.
+    const bool posted = roleOf(token) == Role::Posted && !(dated.mention->last && dated.date.last);
+    const bool only = m_dates.size() == 1;
+    if ((isStamp(dated) && only) ||
+        (posted && (only || (m_found.times.empty() && isAllPosted())))) {
         refuse(Notice::NoDate);
         return false;
     }
@@ -153,15 +157,40 @@ bool Chooser::isNarrated(const Dated &dated) const {
     return beside && verbs > 1;
 }
 
+bool Chooser::isAllPosted() const {
+    return std::all_of(m_dates.begin(), m_dates.end(), [&](const Dated &dated) {
+        return roleOf(dated.mention->span.begin) == Role::Posted;
+    });
+}
+
 bool Chooser::isFeat(const Dated &dated) const {
+    const DateSpec &first = dated.mention->first;
     const std::uint32_t token = dated.mention->span.begin;
-    return dated.mention->first.base == DateSpec::Base::Today && dated.mention->first.days > 1 &&
-           Reader(m_document, dated.mention->span.end).has(token, Meaning::In) &&
-           !sentenceHas(token, Meaning::Event) && !sentenceHas(token, Meaning::PresentVerb) &&
-           std::any_of(m_dates.begin(), m_dates.end(), [&](const Dated &other) {
-               return other.date.yearGiven && isPast(other) &&
-                      speaksOfPast(other.mention->span.begin);
-           });
+    const bool took = first.days > 1 && !sentenceHas(token, Meaning::PresentVerb) &&
+                      Reader(m_document, dated.mention->span.end).has(token, Meaning::In);
+    // "The bridge was built in 1947. Today 20,000 cars cross it"
+    const bool opens = token == 0 || !m_document.sameSentence(token - 1, token);
+    const bool nowadays = first.days == 0 && m_found.times.empty() && m_found.parts.empty();
+    return first.base == DateSpec::Base::Today && (took || nowadays) &&
+           !sentenceHas(token, Meaning::Event) &&
+           (std::any_of(m_dates.begin(), m_dates.end(),
+                        [&](const Dated &other) {
+                            return other.date.yearGiven && isPast(other) &&
+                                   speaksOfPast(other.mention->span.begin);
+                        }) ||
+            (nowadays && opens && tellsOfPastYear(token)));
+}
+
+bool Chooser::tellsOfPastYear(std::uint32_t end) const {
+    constexpr std::uint32_t kReach = 60; ///< tokens before it
+    constexpr std::uint32_t kEarliest = 1000;
+    const std::chrono::year_month_day today(m_reference.today);
+    const auto thisYear = static_cast<std::uint32_t>(static_cast<int>(today.year()));
+    const Reader reader(m_document, end);
+    for (std::uint32_t i = end > kReach ? end - kReach : 0; i < end; ++i)
+        if (reader.number(i, kEarliest, thisYear - 1, 4) && speaksOfPast(i))
+            return true;
+    return false;
 }
 
 bool Chooser::hasFutureSense(std::uint32_t token) const {
@@ -177,7 +206,7 @@ bool Chooser::hasFutureSense(std::uint32_t token) const {
     if (isNarrated(chosen) || isLongPast(chosen) || isThisMorningsReport(chosen))
         return false;
     // "Vacation approved Jul 3-14"
-    constexpr auto kSoon = std::chrono::days(120);
+    constexpr auto kSoon = std::chrono::days(150);
     if (chosen.date.last && chosen.mention->last &&
         chosen.mention->first.base == DateSpec::Base::Calendar &&
         chosen.date.first > m_reference.today && chosen.date.first < m_reference.today + kSoon)
@@ -223,7 +252,12 @@ bool Chooser::saysHourAlone(const TimeMention &time) const {
 }
 
 bool Chooser::tellsOpening(const TimeMention &time) const {
+    constexpr std::uint32_t kLongest = 4; ///< "hours of operation"
     const std::uint32_t at = time.span.begin;
+    const Reader reader(m_document, time.span.end);
+    const std::uint32_t before = at > 0 && reader.symbol(at - 1, ':') ? at - 1 : at;
+    if (time.end && reader.senseBefore(before, Meaning::Opening, kLongest))
+        return true;
     return (labelHas(at, Meaning::Opening) || (time.end && sentenceHas(at, Meaning::Opening))) &&
            !sentenceHas(at, Meaning::Event);
 }

@@ -125,6 +125,8 @@ int Chooser::scoreTime(const TimeMention &time, int index) {
         score -= kBracketed;
     if (isRoughNoon(time))
         score -= kListed;
+    if (m_date >= 0 && m_found.times.size() > 1 && isOnEve(time.span))
+        score -= 150;
     if (index > 0 && isTranslated(m_found.times[static_cast<std::size_t>(index - 1)], time))
         score -= 40;
     // "5.30–8pm" is told by its end.
@@ -164,6 +166,16 @@ bool Chooser::isInBrackets(std::uint32_t at) const {
         if (mark == '(' || mark == ')')
             return mark == '(';
     }
+    return false;
+}
+
+bool Chooser::isOnEve(TokenSpan time) const {
+    const Reader reader(m_document, fieldOf(time.begin).end);
+    // "10 pm the night" may have been read as the time.
+    for (std::uint32_t i = time.begin + 1; i <= time.end; ++i)
+        if (const Sense *role = reader.sense(i, Meaning::RoleWord);
+            role && role->value == static_cast<int>(Role::Eve))
+            return true;
     return false;
 }
 

@@ -115,6 +115,10 @@ private:
     bool hasTimeAhead() const;
     /// "Engineers put up a bridge in nine days", in a story of long ago: how long it took.
     bool isFeat(const Dated &dated) const;
+    /// "Issued 2 March / Paid 5 March"
+    bool isAllPosted() const;
+    /// "The bridge was built in 1947.", before token `end`.
+    bool tellsOfPastYear(std::uint32_t end) const;
     /// "was", "released" before a date that has no time: a report, unless an event is named.
     bool hasFutureSense(std::uint32_t token) const;
     /// "from 1 to 10", "page 3 of 12"
@@ -208,6 +212,8 @@ private:
     /// "tomorrow noon lunch, 12:30": the later time tells it to the minute.
     bool isRoughNoon(const TimeMention &time) const;
     int roleScore(std::uint32_t at) const;
+    /// "no food after 10 pm the night before"
+    bool isOnEve(TokenSpan time) const;
     /// In a conversation a later proposal replaces the first.
     bool counterProposal(std::uint32_t at) const;
     bool dateIsElsewhere(std::uint32_t at) const;

@@ -146,6 +146,11 @@ bool isAccepted(const Reader &reader, const TimeMention &mention, std::uint32_t 
         ((reader.mayHave(next, kWeekdayNames) && reader.token(next).upper()) ||
          (reader.has(next, Meaning::Weekday) && !reader.language(next).clock24)))
         return true;
+    // "leaves the pier 9.30 sat morning", "swim meet at the baths 9.30 sat"
+    if (round && reader.has(next, Meaning::WeakWeekday) && !reader.glued(next) &&
+        !reader.language(next).clock24 &&
+        (reader.has(next + 1, Meaning::PartOfDay) || !reader.word(next + 1)))
+        return true;
     // "lab work 3/11 7a fasting"
     if (afterDate && start.meridiem >= 0)
         return true;

@@ -34,17 +34,19 @@ std::uint32_t readDayJoin(const Reader &reader, std::uint32_t i) {
     return i;
 }
 
+/// Behind the name of a day at `i`, if there is one.
+std::uint32_t skipWeekday(const Reader &reader, std::uint32_t i) {
+    const Sense *weekday = reader.sense(i, Meaning::Weekday);
+    weekday = weekday ? weekday : reader.sense(i, Meaning::WeakWeekday);
+    return weekday ? i + weekday->length : i;
+}
+
 /// A second day of the same month: "4-11" of "July 4-11".
 std::uint32_t readSecondDay(const Reader &reader, std::uint32_t i, int firstDay, int &day) {
     const std::uint32_t join = readDayJoin(reader, i);
     if (join == i)
         return i;
-    std::uint32_t j = join;
-    if (const Sense *weekday = reader.sense(j, Meaning::Weekday))
-        j += weekday->length;
-    else if (const Sense *weak = reader.sense(j, Meaning::WeakWeekday))
-        j += weak->length;
-    const auto second = readDay(reader, reader.skip(j, Meaning::The));
+    const auto second = readDay(reader, reader.skip(skipWeekday(reader, join), Meaning::The));
     if (!second || second->day <= firstDay || reader.has(second->next, Meaning::Month))
         return i;
     // "May 14 - 15:30" and "May 14, 2-4 pm" are times.
@@ -180,7 +182,11 @@ std::optional<LeadingDays> readLeadingDays(const Reader &reader, std::uint32_t i
     }
     if (const std::uint32_t join = readDayJoin(reader, days.next);
         join != days.next && !joinsMonth(reader, days.next)) {
-        const auto last = readLeadingDay(reader, reader.skip(join, Meaning::The));
+        // "Monday 1 and Tuesday 2 March"
+        const std::uint32_t number = reader.skip(join, Meaning::The);
+        const bool named =
+            i > 0 && reader.mayHave(i - 1, kWeekdayNames) && reader.has(days.next, Meaning::And);
+        const auto last = readLeadingDay(reader, named ? skipWeekday(reader, number) : number);
         // "rescheduled from 20 to 27 May"
         // "28th to 3rd April"
         const bool wraps = last && day->ordinal && last->ordinal && days.next == day->next &&

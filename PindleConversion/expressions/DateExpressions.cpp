@@ -319,7 +319,11 @@ bool readSameMonth(const Reader &reader, std::uint32_t i, DateMention &date) {
 bool readRangeEnd(const Reader &reader, DateMention &date) {
     if (date.last || !canSpan(date.first) || date.repeated)
         return false;
-    const std::uint32_t i = date.span.end;
+    // "pn.–pt. 8:00"
+    const std::uint32_t point = date.span.end;
+    const bool brief = date.first.base == Base::Weekday && reader.symbol(point, '.') &&
+                       readDayRange(reader, point + 1);
+    const std::uint32_t i = brief ? point + 1 : point;
     const Sense *to = readDayRange(reader, i);
     if (to && readSameMonth(reader, i + to->length, date))
         return true;

@@ -63,6 +63,11 @@ bool isHyphenDayBesideTime(const Reader &reader, std::uint32_t i) {
         reader.token(i).number > reader.token(i + 2).number &&
         reader.mayHave(i - 1, kWeekdayNames) && !reader.has(next, Meaning::HourMark))
         return true;
+    // "3-9 kwart voor 12"
+    static constexpr Meanings kSpoken{Meaning::QuarterWord, Meaning::SpokenClock};
+    if (reader.mayHave(next, kSpoken) &&
+        (reader.has(next, Meaning::SpokenClock) || reader.number(next + 2, 1, kMonths)))
+        return true;
     // "apk 3-6 8u"
     const bool hour = reader.number(next, 0, kLastHour) && reader.glued(next + 1) &&
                       reader.has(next + 1, Meaning::HourMark);
@@ -291,8 +296,12 @@ std::optional<NumericForm> readNumericForm(const Reader &reader, std::uint32_t i
     // "upgrade from 3.11." ends a sentence.
     const bool written = reader.token(i + 2).digits == 2 &&
                          (reader.token(i).digits == 2 || reader.at(i + 4) != nullptr);
-    // "at 10.05." is a time where dates have no full stops.
-    const bool timed = i > 0 && !reader.language(i).dottedDates &&
+    // "at 10.05." is a time where dates have no full stops, but for "say 11.02., 13:00".
+    const std::uint32_t clock = reader.skipSymbol(i + 4, ',');
+    const bool beforeTime =
+        reader.number(clock, 0, kLastHour) &&
+        (reader.symbol(clock + 1, ':') || reader.has(clock + 1, Meaning::Meridiem));
+    const bool timed = i > 0 && !reader.language(i).dottedDates && !beforeTime &&
                        reader.has(i - 1, Meaning::TimeMarker) &&
                        !reader.has(i - 1, Meaning::DateMarker);
     form.dotted = !form.three && stops && !timed && (written || reader.language(i).dottedDates) &&

@@ -52,6 +52,8 @@ bool opensDayRange(const Reader &reader, std::uint32_t next) {
 }
 
 bool isCertainWeekday(const Reader &reader, std::uint32_t i, std::uint32_t next) {
+    if (opensDayRange(reader, next))
+        return true;
     // "so" is a Sunday in "So 14.6.", but hardly in "so gegen sechs".
     constexpr std::uint32_t kShort = 2;
     const Token &word = reader.token(i);
@@ -76,7 +78,7 @@ bool isCertainWeekday(const Reader &reader, std::uint32_t i, std::uint32_t next)
         reader.token(next + 1).capital && !reader.has(next + 1, Meaning::Month) &&
         !reader.has(next + 1, Meaning::UnitWord))
         return false;
-    if (isDayAmongSmall(reader, i, next) || opensDayRange(reader, next))
+    if (isDayAmongSmall(reader, i, next))
         return true;
     // "Hast du Mo Zeit? So gegen drei?"
     const bool opens = i > field.begin && !reader.document().sameSentence(i - 1, i);

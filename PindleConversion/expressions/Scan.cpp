@@ -112,11 +112,14 @@ private:
         m_roleEnd = i + sense.length;
     }
 
-    /// "原4/15", "del 4 al 15": a lone sign or particle says what a date is only right before it.
+    /// "原4/15", "del 4 al 15", "can't Friday": a lone sign or particle says what a date is only
+    /// right before it.
     static bool mayBeRole(const Reader &reader, std::uint32_t i, const Sense &role) {
         const bool little =
             reader.token(i).isOneSign() || reader.has(i, Meaning::Of) ||
-            (role.value == static_cast<int>(Role::MovedTo) && reader.has(i, Meaning::PlaceMarker));
+            (role.value == static_cast<int>(Role::MovedTo) &&
+             reader.has(i, Meaning::PlaceMarker)) ||
+            (role.value == static_cast<int>(Role::MovedFrom) && reader.has(i, Meaning::Connector));
         return role.length > 1 || !little || mayStartDate(reader, i + 1);
     }
 

@@ -303,6 +303,25 @@ std::string formatMinute(int minuteOfDay) {
     return text;
 }
 
+namespace {
+
+/// "Result, Sat 24 Jan", two days later: the weekday tells that the day of last year or this year
+/// that has just passed is meant, and not the one to come that `date` is.
+std::optional<Day> justOver(const DateSpec &spec, Day date, Day today) {
+    constexpr auto kRecent = days(45);
+    if (spec.base != Base::Calendar || spec.year > 0 || date <= today)
+        return std::nullopt;
+    const year_month_day next(date);
+    const auto over = civil(static_cast<int>(next.year()) - 1,
+                            static_cast<int>(static_cast<unsigned>(next.month())),
+                            static_cast<int>(static_cast<unsigned>(next.day())));
+    const bool meant =
+        over && *over < today && *over >= today - kRecent && weekdayOf(*over) == spec.weekday;
+    return meant ? over : std::nullopt;
+}
+
+} // namespace
+
 std::optional<ResolvedDate> resolveDate(const DateMention &mention, const Reference &reference) {
     ResolvedDate result;
     const auto first = settle(mention.first, reference, reference.today, result.orderAssumed);
@@ -313,6 +332,11 @@ std::optional<ResolvedDate> resolveDate(const DateMention &mention, const Refere
     const bool named = mention.first.weekday > 0 && (mention.first.base == Base::Calendar ||
                                                      mention.first.base == Base::DayOnly);
     result.weekdayConflict = named && weekdayOf(*first) != mention.first.weekday;
+    if (const auto over = result.weekdayConflict ? justOver(mention.first, *first, reference.today)
+                                                 : std::nullopt) {
+        result.first = *over;
+        result.weekdayConflict = false;
+    }
     if (mention.first.base == Base::Weekend)
         result.last = result.first + days(1);
     if (mention.last) {
