@@ -56,12 +56,14 @@ bool isBullet(UChar32 c) {
 bool isLabelPicture(UChar32 c) {
     return c == 0x1F4CD || c == 0x1F4CC || c == 0x1F5FA || c == 0x1F4C5 || c == 0x1F4C6 ||
            c == 0x1F5D3 || c == 0x23F0 || c == 0x23F1 || c == 0x23F2 || c == 0x231A ||
-           (c >= 0x1F550 && c <= 0x1F567);
+           c == 0x1F517 || (c >= 0x1F550 && c <= 0x1F567);
 }
 
 UChar32 foldLabelPicture(UChar32 c) {
     if (c == 0x1F4CD || c == 0x1F4CC || c == 0x1F5FA)
         return 0x1F4CD;
+    if (c == 0x1F517)
+        return c;
     return c == 0x1F4C5 || c == 0x1F4C6 || c == 0x1F5D3 ? 0x1F4C5 : 0x23F0;
 }
 

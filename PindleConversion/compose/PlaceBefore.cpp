@@ -80,6 +80,22 @@ void PlaceFinder::venueBeforeDash(const Reader &reader, const Field &field) {
         offer(venue, kScore, field.begin);
 }
 
+void PlaceFinder::venueSpeaks(const Reader &reader, const Field &field) {
+    constexpr int kScore = 22;
+    constexpr std::uint32_t kReach = 8;
+    std::uint32_t colon = field.begin;
+    while (colon < field.end && colon - field.begin < kReach && !token(colon).used &&
+           (reader.word(colon) || reader.symbol(colon, '.')))
+        ++colon;
+    static constexpr Meanings kSpeaks{Meaning::TitleLead, Meaning::Greeting, Meaning::Chatter};
+    if (colon < field.begin + 2 || !reader.symbol(colon, ':') || token(colon + 1).capital ||
+        token(colon + 1).unspaced || !m_choice.startMinute || !reader.mayHave(colon + 1, kSpeaks))
+        return;
+    const Shape shape = shapeOf({field.begin, colon});
+    if (shape.title && shape.noun)
+        offer({field.begin, colon}, kScore, field.begin);
+}
+
 void PlaceFinder::venueAbove(const Reader &reader, std::uint32_t f) {
     constexpr int kScore = 30;
     constexpr int kMostWords = 7;

@@ -261,6 +261,11 @@ void PlaceFinder::bracketed(const Reader &reader, std::uint32_t open) {
     if (close == open)
         return;
     const Shape shape = shapeOf({open + 1, close});
+    // "(cover: Sam)": something else is told.
+    const Sense *label = reader.sense(open + 1, Meaning::LabelWord);
+    if (reader.word(open + 1) && reader.symbol(open + 2, ':') &&
+        !(label && label->value == static_cast<int>(Label::Place)))
+        return;
     if (open > 0 && reader.has(open - 1, Meaning::PlaceNoun) &&
         isRoomCode(reader, {open + 1, close}))
         return offer({open + 1, close}, kRoomCode, open);

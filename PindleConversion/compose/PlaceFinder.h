@@ -80,6 +80,8 @@ private:
     // PlaceMarkers.cpp
     /// "in", "at": the name that a marker leads to.
     void marked(const Reader &reader, std::uint32_t i, const Sense &marker);
+    /// "sur la plage du Moulin, à Nantua": the town of the place right before the marker at `i`.
+    bool isTownBehind(std::uint32_t i, TokenSpan name, const Shape &shape) const;
     /// "Cyrk Arena zawita do Płocka": the marker begins with a verb, and what stands before it is
     /// who comes.
     static bool isVerb(const Reader &reader, std::uint32_t i);
@@ -116,6 +118,9 @@ private:
     bool refusesPlace(const Reader &reader, std::uint32_t begin) const;
     /// The kind of place that starts the name before token `i`, or `i`.
     std::uint32_t nameHead(std::uint32_t i) const;
+    /// "chaussée de Waterloo 412 à Saint-Gilles": where the street before the marker at `i`
+    /// begins, or `i`.
+    std::uint32_t streetHead(const Reader &reader, std::uint32_t i) const;
     /// "the Fleece at Addingham": a name and its article alone, before the marker at `i`.
     bool isInn(const Reader &reader, std::uint32_t i) const;
     /// "20:15, Capitol am Markt" answers where in a conversation; the name's begin, or `i`.
@@ -221,6 +226,8 @@ private:
     void behindDash(const Reader &reader, const Field &field);
     /// "Wenlow Village Hall – Jumble Sale, Saturday": the line opens with the venue.
     void venueBeforeDash(const Reader &reader, const Field &field);
+    /// "Centro de Salud Arganzuela: le recordamos su cita": the house that writes is where.
+    void venueSpeaks(const Reader &reader, const Field &field);
     /// "Théâtre municipal de Sens" on a line of its own between the title and the date.
     void venueAbove(const Reader &reader, std::uint32_t f);
     /// "本町歯科" right above the date, below the words that thank for a booking.
@@ -276,6 +283,9 @@ private:
     bool refusesPart(const Reader &reader, TokenSpan part) const;
     /// "Clinique vétérinaire des Quatre Bras": the kind of place has a trade, then its name.
     static bool isTradeOfPlace(const Reader &reader, TokenSpan part);
+    /// "reifenwechsel 7.5. 8:20 werkstatt rahlmann": the event is named, and without capitals a
+    /// kind of place and its name close the note.
+    bool closesLowNote(const Reader &reader, TokenSpan part) const;
     /// "place du Marché" is no market.
     bool opensWithPlace(const Reader &reader, TokenSpan part) const;
     /// Offers a part that has words of its own kind, or the form of a name where one belongs.

@@ -34,6 +34,12 @@ void PlaceFinder::marked(const Reader &reader, std::uint32_t i, const Sense &mar
         (reader.has(begin, Meaning::ZoneWord) && isWhereOthersAre(reader, i)))
         return;
     const Shape shape = shapeOf(name);
+    if (isTownBehind(i, name, shape)) {
+        m_best.end = name.end;
+        while (isEdgeMark(token(m_best.end - 1)))
+            --m_best.end;
+        return;
+    }
     // "Abbazia di Santa Maria al Bosco", "Boekhandel Letterlust te Leuven" are one name.
     if (shape.capital || token(begin).kind == TokenKind::Number) {
         if (const std::uint32_t head = spokenHead(reader, i); head < i)
@@ -59,6 +65,16 @@ void PlaceFinder::marked(const Reader &reader, std::uint32_t i, const Sense &mar
         offerBehindStrong(reader, i, name, shape);
     else if (marker.value == 0)
         offerBehindWeak(reader, i, marker, name, shape);
+}
+
+bool PlaceFinder::isTownBehind(std::uint32_t i, TokenSpan name, const Shape &shape) const {
+    constexpr int kMostWords = 3;
+    if (m_best.empty() || m_best.end + 1 != i || token(i - 1).symbol != ',' ||
+        name.begin != i + 1 || !shape.title || shape.event || shape.noun || shape.street ||
+        shape.words > kMostWords)
+        return false;
+    const Shape before = shapeOf(m_best);
+    return before.noun || before.street;
 }
 
 bool PlaceFinder::isVerb(const Reader &reader, std::uint32_t i) {
@@ -194,6 +210,12 @@ bool PlaceFinder::isInsideWord(std::uint32_t i) const {
 
 bool PlaceFinder::isAtEvent(const Reader &reader, TokenSpan name) const {
     const std::uint32_t last = name.end - 1;
+    // "convoqués à l'assemblée générale de la résidence": whose event it is.
+    const Sense *event = reader.sense(name.begin, Meaning::Event);
+    if (event && !token(name.begin).capital && !token(name.begin).unspaced &&
+        !reader.has(name.begin, Meaning::PlaceNoun) &&
+        reader.has(name.begin + event->length, Meaning::Of))
+        return true;
     if (!reader.has(name.begin, Meaning::The) || reader.has(last, Meaning::PlaceNoun))
         return false;
     const std::uint32_t first = reader.skip(name.begin, Meaning::The);
@@ -325,6 +347,8 @@ std::uint32_t PlaceFinder::nameHead(std::uint32_t i) const {
                        reader.has(i - 2, Meaning::StreetWord) && m_document.sameSentence(i - 2, i);
     if (house && !isTitlePosition(field, i - 2))
         return i - 2;
+    if (const std::uint32_t street = streetHead(reader, i); street < i)
+        return isTitlePosition(field, street) ? i : street;
     if (i == field.begin || token(i - 1).unspaced || !(token(i - 1).capital || numbered))
         return i;
     for (std::uint32_t k = i; k > field.begin && i - k < kReach; --k) {
@@ -343,6 +367,24 @@ std::uint32_t PlaceFinder::nameHead(std::uint32_t i) const {
     // "A Field Guide to Lichens"
     const bool articled = head > field.begin && isArticled(reader, head - 1);
     return articled || isTitlePosition(field, head) ? i : head;
+}
+
+std::uint32_t PlaceFinder::streetHead(const Reader &reader, std::uint32_t i) const {
+    constexpr std::uint32_t kReach = 6;
+    const std::uint32_t low = m_document.fields[token(i).field].begin;
+    if (i < low + 3 || !reader.number(i - 1, 1, 9999, 4))
+        return i;
+    for (std::uint32_t k = i - 1; k > low && i - k < kReach; --k) {
+        const Token &before = token(k - 1);
+        if (before.used || before.unspaced || !m_document.sameSentence(k - 1, i))
+            return i;
+        if (k < i - 1 && before.word != 0 && reader.has(k - 1, Meaning::StreetWord))
+            return k - 1;
+        if (!before.capital && !reader.symbol(k - 1, '.') && !reader.has(k - 1, Meaning::Of) &&
+            !reader.has(k - 1, Meaning::The))
+            return i;
+    }
+    return i;
 }
 
 bool PlaceFinder::isInn(const Reader &reader, std::uint32_t i) const {

@@ -214,7 +214,7 @@ std::uint32_t PlaceNames::nameEnd(const Reader &reader, std::uint32_t begin) con
     std::uint32_t i = begin;
     const std::uint32_t limit = std::min(reader.end(), begin + kLongestName);
     while (i < limit && !stops(reader, i, begin))
-        ++i;
+        i = std::min(limit, behindKind(reader, i));
     // "at the hall the evening before"
     while (i > begin + 1 && reader.has(i - 1, Meaning::The) && !token(i - 1).upper() &&
            !token(i - 1).unspaced)
@@ -246,6 +246,15 @@ std::uint32_t PlaceNames::nameEnd(const Reader &reader, std::uint32_t begin) con
              reader.has(i - 1, Meaning::StreetWord))
         i += 3;
     return i;
+}
+
+std::uint32_t PlaceNames::behindKind(const Reader &reader, std::uint32_t i) const {
+    const Sense *kind = token(i).unspaced ? nullptr : reader.sense(i, Meaning::PlaceNoun);
+    const std::uint32_t end = kind ? i + kind->length : i + 1;
+    for (std::uint32_t k = i + 1; k < end; ++k)
+        if (token(k).used || !m_document.sameSentence(i, k))
+            return i + 1;
+    return end;
 }
 
 std::uint32_t PlaceNames::behindQuotedName(const Reader &reader, std::uint32_t open) const {

@@ -67,6 +67,8 @@ private:
     bool goesOnWithoutName(const Reader &reader, std::uint32_t i) const;
     /// Whether the name from `begin` ends before token `i`.
     bool stops(const Reader &reader, std::uint32_t i, std::uint32_t begin) const;
+    /// Behind the kind of place at `i`, which may have several words: "hall de entrada".
+    std::uint32_t behindKind(const Reader &reader, std::uint32_t i) const;
     /// "Gasthaus "Zum Adler"": behind the name in quotes that belongs to the place; `open` where
     /// none does.
     std::uint32_t behindQuotedName(const Reader &reader, std::uint32_t open) const;

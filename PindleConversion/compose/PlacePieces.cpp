@@ -17,8 +17,10 @@ void PlaceFinder::pieces(const Reader &reader, std::uint32_t f, TokenSpan part) 
         behindDash(reader, field);
         return venueAbove(reader, f);
     }
-    if (f == 0 && !field.spoken && !field.cell)
+    if (f == 0 && !field.spoken && !field.cell) {
         venueBeforeDash(reader, field);
+        venueSpeaks(reader, field);
+    }
     const std::uint32_t moment = timed ? m_choice.timeSpan.begin : m_choice.anchor();
     std::uint32_t begin = part.begin;
     // "WO#44821 | HVAC maintenance | 03/10", "Webinar | Reading a Balance Sheet | 3 June": behind
@@ -72,7 +74,7 @@ bool PlaceFinder::isBreak(const Reader &reader, std::uint32_t i) const {
            reader.symbol(i, '?') || reader.symbol(i, kIdeographicStop) ||
            (reader.symbol(i, '-') && !reader.glued(i)) || reader.symbol(i, '*') ||
            (reader.symbol(i, '/') && !reader.glued(i) && !reader.glued(i + 1)) ||
-           (reader.symbol(i, '.') && i + 1 < m_document.tokens.size() &&
+           ((reader.symbol(i, '.') || reader.symbol(i, '>')) && i + 1 < m_document.tokens.size() &&
             token(i + 1).sentence != token(i).sentence);
 }
 
@@ -290,9 +292,24 @@ bool PlaceFinder::isTradeOfPlace(const Reader &reader, TokenSpan part) {
     return true;
 }
 
+bool PlaceFinder::closesLowNote(const Reader &reader, TokenSpan part) const {
+    const Field &field = m_document.fields[token(part.begin).field];
+    if (part.end != field.end || part.end < part.begin + 2 || part.begin <= field.begin ||
+        !token(part.begin - 1).used || !reader.has(part.begin, Meaning::PlaceNoun) ||
+        token(field.begin).capital)
+        return false;
+    for (std::uint32_t i = part.begin + 1; i < part.end; ++i)
+        if (!reader.word(i) || token(i).word != 0)
+            return false;
+    for (std::uint32_t i = field.begin; i < m_choice.anchor(); ++i)
+        if (reader.has(i, Meaning::Event))
+            return true;
+    return false;
+}
+
 bool PlaceFinder::opensWithPlace(const Reader &reader, TokenSpan part) const {
     const std::uint32_t begin = part.begin;
-    if (isKindOfPlace(reader, part) || isNamedKind(reader, part))
+    if (isKindOfPlace(reader, part) || isNamedKind(reader, part) || closesLowNote(reader, part))
         return true;
     if (!reader.has(begin, Meaning::PlaceNoun) && !reader.has(begin, Meaning::StreetWord))
         return false;

@@ -114,8 +114,9 @@ bool TitleWords::isCode(TokenSpan span) const {
 bool TitleWords::isReference(const Reader &reader, TokenSpan span) {
     constexpr int kShortest = 3; ///< digits and letters behind "booking", which "table 4" lacks
     const Sense *label = reader.sense(span.begin, Meaning::LabelWord);
+    const Sense *event = reader.sense(span.begin, Meaning::Event);
     const bool sender = label && label->value == static_cast<int>(Label::Sender) &&
-                        !reader.has(span.begin, Meaning::Event);
+                        !(event && event->length >= label->length);
     label = sender ? label : reader.sense(span.begin, Meaning::GeneralEvent);
     if (!label)
         return false;

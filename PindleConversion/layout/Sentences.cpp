@@ -47,7 +47,16 @@ bool isStreetEnd(const Reader &reader, std::uint32_t begin, std::uint32_t i) {
            reader.token(name).spaceBefore;
 }
 
+/// "VILLAGE GREEN >>> bring your own plate <<<"
+bool opensAside(const Reader &reader, std::uint32_t begin, std::uint32_t i) {
+    constexpr std::uint32_t kMarks = 3;
+    return reader.symbol(i, '>') && i >= begin + kMarks && reader.symbol(i - 1, '>') &&
+           reader.symbol(i - 2, '>') && reader.word(i - kMarks) && reader.word(i + 1);
+}
+
 bool endsSentence(const Reader &reader, std::uint32_t begin, std::uint32_t i) {
+    if (opensAside(reader, begin, i))
+        return true;
     if (reader.symbol(i, '!') || reader.symbol(i, '?') || reader.symbol(i, kIdeographicStop))
         return true;
     if (!reader.symbol(i, '.') || reader.glued(i + 1) || i == begin)
