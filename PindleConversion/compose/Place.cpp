@@ -182,6 +182,10 @@ void PlaceFinder::offer(TokenSpan span, int score, std::uint32_t at) {
     const Sense *holiday = reader.sense(span.begin, Meaning::Holiday);
     if (holiday && span.begin + holiday->length == span.end)
         return;
+    // "Home | News | Events"
+    if (const Sense *head = reader.sense(span.begin, Meaning::PageHead);
+        head && span.begin + head->length == span.end)
+        return;
     // "closed Tuesday (Republic Day)"
     if (reader.has(span.end - 1, Meaning::DayWord) && span.end > span.begin + 1 &&
         token(span.end - 1).upper())

@@ -283,8 +283,8 @@ private:
     bool refusesPart(const Reader &reader, TokenSpan part) const;
     /// "Clinique vétérinaire des Quatre Bras": the kind of place has a trade, then its name.
     static bool isTradeOfPlace(const Reader &reader, TokenSpan part);
-    /// "reifenwechsel 7.5. 8:20 werkstatt rahlmann": the event is named, and without capitals a
-    /// kind of place and its name close the note.
+    /// "reifenwechsel 7.5. 8:20 werkstatt rahlmann": the event is named first, and without
+    /// capitals a kind of place and its name close the note.
     bool closesLowNote(const Reader &reader, TokenSpan part) const;
     /// "place du Marché" is no market.
     bool opensWithPlace(const Reader &reader, TokenSpan part) const;

@@ -301,10 +301,7 @@ bool PlaceFinder::closesLowNote(const Reader &reader, TokenSpan part) const {
     for (std::uint32_t i = part.begin + 1; i < part.end; ++i)
         if (!reader.word(i) || token(i).word != 0)
             return false;
-    for (std::uint32_t i = field.begin; i < m_choice.anchor(); ++i)
-        if (reader.has(i, Meaning::Event))
-            return true;
-    return false;
+    return m_choice.anchor() > field.begin && reader.word(field.begin);
 }
 
 bool PlaceFinder::opensWithPlace(const Reader &reader, TokenSpan part) const {

@@ -25,7 +25,8 @@ bool isEdgeMark(const Token &token) {
         return false;
     if (token.symbol < kAsciiMarks.size())
         return kAsciiMarks[token.symbol];
-    constexpr std::u32string_view kMarks = U"\u00BF\u00A1\u3002•\U0001F4CD\U0001F4C5\U000023F0\U0001F517→…";
+    constexpr std::u32string_view kMarks =
+        U"\u00BF\u00A1\u3002•\U0001F4CD\U0001F4C5\U000023F0\U0001F517→…";
     return kMarks.find(token.symbol) != std::u32string_view::npos;
 }
 

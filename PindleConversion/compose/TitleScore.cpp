@@ -339,15 +339,16 @@ bool TitleScore::isOtherDay(std::uint32_t i) const {
            (reader.mayHave(i, kWeekdayNames) || reader.has(i, Meaning::RelativeDay));
 }
 
-bool TitleScore::invitesAtEnd(const Field &field) const {
+bool TitleScore::invitesAtEnd(std::uint32_t begin, std::uint32_t end) const {
     constexpr int kInvitation = 4;
-    constexpr std::uint32_t kLongest = 4;
-    const Reader reader(m_document, field.end);
-    std::uint32_t end = field.end;
-    while (end > field.begin && isEdgeMark(token(end - 1)))
+    constexpr std::uint32_t kLongest = 6;
+    const Reader reader(m_document, end);
+    static constexpr Meanings kLeads{Meaning::DateMarker, Meaning::TimeMarker};
+    while (end > begin &&
+           (isEdgeMark(token(end - 1)) || (token(end).used && reader.mayHave(end - 1, kLeads))))
         --end;
     const Sense *lead = reader.senseBefore(end, Meaning::TitleLead, kLongest);
-    return lead && lead->value == kInvitation && end - lead->length > field.begin;
+    return lead && lead->value == kInvitation && end - lead->length > begin;
 }
 
 int TitleScore::linePenalties(const Reader &reader, const TitleCandidate &candidate) const {
@@ -360,8 +361,11 @@ int TitleScore::linePenalties(const Reader &reader, const TitleCandidate &candid
         !contains(trimmed, Meaning::Event))
         score -= 40;
     const Field *next = &field + 1;
-    if (first && part.begin == field.begin && invitesAtEnd(field))
+    if (first && part.begin == field.begin && invitesAtEnd(field.begin, field.end))
         score -= kInvites;
+    // "The council invites you on 3 May to a concert": the event is named behind its day.
+    else if (run.beforeUsed && part.end == run.span.end && invitesAtEnd(part.begin, part.end))
+        score -= kBehind;
     if (alone && next <= &m_document.fields.back() &&
         announces(Reader(m_document, next->end), next->begin))
         score -= kHosts;

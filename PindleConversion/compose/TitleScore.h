@@ -45,8 +45,8 @@ private:
     int openingPenalties(const Reader &reader, const TitleCandidate &candidate) const;
     /// Less for words that say who, where or how much rather than what.
     int wordPenalties(const Reader &reader, const TitleCandidate &candidate) const;
-    /// "The club invites you": a host on a line of their own.
-    bool invitesAtEnd(const Field &field) const;
+    /// "The club invites you": a host, up to token `end`.
+    bool invitesAtEnd(std::uint32_t begin, std::uint32_t end) const;
     /// At token `i` a day is named that is not the event's.
     bool isOtherDay(std::uint32_t i) const;
     /// Less for a line that leads to what follows, names its hosts or signs.

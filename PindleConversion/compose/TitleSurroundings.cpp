@@ -77,7 +77,10 @@ bool TitleScore::isPageHead(const Reader &reader, TokenSpan part) const {
         const Sense *event = head && i == part.begin ? reader.sense(i, Meaning::Event) : nullptr;
         const bool opens =
             i == part.begin && head && head->value == 1 && !(event && event->length > head->length);
-        if (head && (i + head->length == last || counted || opens))
+        // "Accueil" in a menu, but "Journée d'accueil".
+        constexpr int kAlone = 2;
+        const bool ends = head && i + head->length >= last;
+        if (head && ((ends && (head->value != kAlone || i == part.begin)) || counted || opens))
             return true;
         slash = slash || (reader.symbol(i, '/') && !reader.glued(i) && reader.at(i + 1) &&
                           !reader.glued(i + 1));

@@ -103,7 +103,8 @@ enum class Meaning : std::uint8_t {
     GeneralEvent,  ///< says too little alone: "stay", "booking"; the place completes it
     AsideLead,     ///< what follows is not the event itself: "followed by", "because of"
     DueMarker,     ///< before the last day for something: "by"
-    PageHead,      ///< heads a page or a list, and is no event: "What's on", "Sold out"
+    PageHead,      ///< heads a page or a list, and is no event: "What's on", "Sold out"; value 1:
+                   ///< whatever follows, 2: only alone, as in a menu: "Home"
     Opening,       ///< tells when a place is open: "open", "closed"
     NightTo,       ///< between the two days of a night: "in der Nacht von Samstag auf Sonntag"
     Moving,        ///< moves an event from one day to another: "shift", "swap"
