@@ -1,3 +1,5 @@
+#include <algorithm>
+
 #include "PindleConversion/compose/PlaceFinder.h"
 
 namespace pindle::conversion {
@@ -100,6 +102,8 @@ void PlaceFinder::venueAbove(const Reader &reader, std::uint32_t f) {
     constexpr int kScore = 30;
     constexpr int kMostWords = 7;
     const Field &field = m_document.fields[f];
+    if (isBookedHouse(reader, f))
+        return offer({field.begin, field.end}, kScore, field.begin);
     const bool heading = f == 0 || m_document.fields[f - 1].ignored;
     const bool numbered = reader.number(field.end - 1, 1, 9999, 4) && !token(field.end - 1).used;
     const bool capital = token(field.begin).unspaced ||
@@ -130,6 +134,31 @@ bool PlaceFinder::isBelowBooking(std::uint32_t f) const {
     static constexpr Meanings kBooked{Meaning::GeneralEvent, Meaning::Chatter, Meaning::Greeting};
     return token(field.begin).unspaced && m_document.fields[m_anchorField].line == field.line + 1 &&
            reader.mayHave(before.begin, kBooked);
+}
+
+bool PlaceFinder::isBookedHouse(const Reader &reader, std::uint32_t f) const {
+    constexpr std::uint32_t kMostTokens = 8;
+    constexpr std::uint32_t kReach = 4;
+    const Field &field = m_document.fields[f];
+    if (!token(field.begin).unspaced || field.end - field.begin > kMostTokens || field.spoken ||
+        field.cell || field.label != Label::None ||
+        !(isPlaceNoun(reader, field.begin) || isPlaceNoun(reader, field.end - 1)))
+        return false;
+    // "ご予約内容の確認" above, or "次回のご予約" below.
+    const auto tellsBooking = [&](std::uint32_t k) {
+        const Field &other = m_document.fields[k];
+        const Reader beside(m_document, other.end);
+        const std::uint32_t begin = other.begin + (token(other.begin).symbol == '[' ? 1U : 0U);
+        for (std::uint32_t i = begin; i < std::min(other.end, begin + kReach); ++i)
+            if (beside.has(i, Meaning::GeneralEvent))
+                return true;
+        return false;
+    };
+    // but "ヨガ教室 体験"
+    for (std::uint32_t i = field.begin; i < field.end; ++i)
+        if (token(i).used || (reader.has(i, Meaning::Event) && !isPlaceNoun(reader, i)))
+            return false;
+    return (f > 0 && tellsBooking(f - 1)) || (f == 0 && m_anchorField > 1 && tellsBooking(1));
 }
 
 bool PlaceFinder::isVenueLine(const Reader &reader, const Field &field) const {

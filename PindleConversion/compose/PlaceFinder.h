@@ -230,6 +230,8 @@ private:
     void venueSpeaks(const Reader &reader, const Field &field);
     /// "Théâtre municipal de Sens" on a line of its own between the title and the date.
     void venueAbove(const Reader &reader, std::uint32_t f);
+    /// "美容室 こもれび": a kind of place on a line of its own beside one that tells of a booking.
+    bool isBookedHouse(const Reader &reader, std::uint32_t f) const;
     /// "本町歯科" right above the date, below the words that thank for a booking.
     bool isBelowBooking(std::uint32_t f) const;
     /// "Bishopstoke Scout Hut" right above the line that starts with the date.

@@ -35,7 +35,10 @@ bool PlaceFinder::markedQuote(const Reader &reader, std::uint32_t i, const Sense
     if (open > name.begin && reader.has(open, Meaning::Of))
         ++open;
     const std::uint32_t close = quoteClosing(reader, open);
-    if (marker.value != 1 || close == open || i + marker.length != name.begin ||
+    // "去“老成都”吃火锅"
+    static constexpr Meanings kThere{Meaning::Event, Meaning::PlaceBehind, Meaning::PlaceStop};
+    const bool leads = marker.value == 1 || reader.mayHave(close + 1, kThere);
+    if (!leads || close == open || i + marker.length != name.begin ||
         (open > name.begin && !token(name.begin).unspaced))
         return false;
     // "在“悦读”书吧"
@@ -46,7 +49,7 @@ bool PlaceFinder::markedQuote(const Reader &reader, std::uint32_t i, const Sense
     // "在“青松”项目评审会上" tells no place, where "お店は「焼肉 炎」" does.
     static constexpr Meanings kEnds{Meaning::PlaceBehind, Meaning::PlaceStop, Meaning::TitleTail};
     const Shape shape = shapeOf({open + 1, close});
-    if (marker.length == 1 && token(i).isOneSign() && !shape.noun &&
+    if (marker.value == 1 && marker.length == 1 && token(i).isOneSign() && !shape.noun &&
         (shape.event || (reader.word(close + 1) && !reader.mayHave(close + 1, kEnds))))
         return false;
     if (open == name.begin)

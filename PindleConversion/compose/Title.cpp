@@ -35,6 +35,9 @@ public:
             !m_best.empty() && m_document.fields[token(m_best.begin).field].label == Label::Note;
         if (m_score >= kPoor || (contains(m_best, Meaning::Event) && !note))
             return false;
+        // "4名" of a booking
+        if (token(m_best.begin).kind == TokenKind::Number && countsThings(m_best))
+            return true;
         for (std::uint32_t i = m_best.begin; i < m_best.end; ++i)
             if (token(i).upper() && i > m_best.begin)
                 return false;

@@ -72,7 +72,8 @@ bool TitleScore::isPageHead(const Reader &reader, TokenSpan part) const {
         // "Circulaire n° 12"
         constexpr std::uint32_t kLongestNumber = 3;
         const bool counted = head && i == part.begin && last <= i + head->length + kLongestNumber &&
-                             token(last - 1).kind == TokenKind::Number;
+                             token(last - 1).kind == TokenKind::Number &&
+                             !hasFlightNumber({i + head->length, last});
         // "Sponsored walk" is an event, "Sponsored" heads what somebody paid for.
         const Sense *event = head && i == part.begin ? reader.sense(i, Meaning::Event) : nullptr;
         const bool opens =
@@ -123,6 +124,10 @@ bool TitleScore::isCalledByNext(TokenSpan trimmed) const {
             return token(k + 1).symbol == ':' && m_document.sameSentence(trimmed.begin, k);
     if (token(next).used)
         return false;
+    // "【线上讲座】家庭理财入门"
+    if (mark == ']' && isWideBracket(trimmed.end))
+        return token(next).unspaced && m_document.sameSentence(trimmed.begin, next) &&
+               Reader(m_document, trimmed.end).has(trimmed.begin, Meaning::OnlineEvent);
     if (mark == ':')
         return m_document.sameSentence(trimmed.begin, trimmed.end);
     const bool event = token(next).kind == TokenKind::Word && contains(trimmed, Meaning::Event);

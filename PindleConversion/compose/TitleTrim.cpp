@@ -35,6 +35,13 @@ TokenSpan TitleParts::trimFront(TokenSpan span) const {
     if (reader.symbol(span.begin + 1, '#') && reader.glued(span.begin + 1) &&
         reader.glued(span.begin + 2) && reader.number(span.begin + 2, 0, 99999999, 99))
         return {span.begin + 3, span.end};
+    // "午後イチで棚卸し", "夕方から練習"
+    const Sense *part =
+        token(span.begin).unspaced ? reader.sense(span.begin, Meaning::PartOfDay) : nullptr;
+    const std::uint32_t particle = part ? span.begin + part->length : span.end;
+    if (part && reader.has(particle, Meaning::TitleLead) &&
+        reader.has(particle, Meaning::Connector) && !reader.has(particle, Meaning::Of))
+        return {particle, span.end};
     const Sense *lead = reader.sense(span.begin, Meaning::TitleLead);
     // "New Year's Eve bash"
     const Sense *holiday = reader.sense(span.begin, Meaning::Holiday);

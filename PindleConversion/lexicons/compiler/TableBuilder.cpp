@@ -413,8 +413,8 @@ void TableBuilder::writeLetters(std::string &out) const {
             words.emplace_back(text,
                                word.number | ((word.flags & kCounter) != 0 ? kLetterCounter : 0U));
         }
-    // Half full at most: few steps look at a second place.
-    const std::size_t size = std::bit_ceil(letters.size() * 2);
+    // Three quarters full at most: few steps look at a second place.
+    const std::size_t size = std::bit_ceil(letters.size() + letters.size() / 3 + 1);
     if (size >= kMost)
         throw std::runtime_error("the words without spaces have too many letters");
     LetterTable table(size);
