@@ -260,12 +260,16 @@ void PlaceFinder::bracketed(const Reader &reader, std::uint32_t open) {
     const std::uint32_t close = closing(reader, open);
     if (close == open)
         return;
-    const Shape shape = shapeOf({open + 1, close});
-    // "(cover: Sam)": something else is told.
     const Sense *label = reader.sense(open + 1, Meaning::LabelWord);
-    if (reader.word(open + 1) && reader.symbol(open + 2, ':') &&
-        !(label && label->value == static_cast<int>(Label::Place)))
+    const bool where = label && label->value == static_cast<int>(Label::Place);
+    const std::uint32_t colon = where ? open + 1 + label->length : open;
+    // "(new address: 14 Quay St)"
+    if (where && reader.symbol(colon, ':') && colon + 1 < close)
+        return offer({colon + 1, close}, kNamedKind, open);
+    // "(cover: Sam)": something else is told.
+    if (reader.word(open + 1) && reader.symbol(open + 2, ':'))
         return;
+    const Shape shape = shapeOf({open + 1, close});
     if (open > 0 && reader.has(open - 1, Meaning::PlaceNoun) &&
         isRoomCode(reader, {open + 1, close}))
         return offer({open + 1, close}, kRoomCode, open);

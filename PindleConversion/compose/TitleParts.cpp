@@ -158,6 +158,12 @@ bool TitleParts::enclosesName(TokenSpan span, std::uint32_t i) const {
 
 bool TitleParts::startsClause(const Reader &reader, std::uint32_t i) const {
     static constexpr Meanings kAside{Meaning::Chatter, Meaning::Greeting, Meaning::AsideLead};
+    // "with nurse Jill, don't forget your inhaler"
+    const Sense *talk = reader.symbol(i, ',') && token(i + 1).spaceBefore && !token(i + 1).capital
+                            ? reader.sense(i + 1, Meaning::Chatter)
+                            : nullptr;
+    if (talk && talk->length > 1 && !token(i + 1).unspaced)
+        return m_document.fields[token(i).field].label != Label::Title;
     // "im Urlaub, danach wieder im Büro"
     if (reader.symbol(i, ',') && reader.has(i + 1, Meaning::AsideLead) && reader.word(i + 1) &&
         !token(i + 1).unspaced && !token(i + 1).capital)
