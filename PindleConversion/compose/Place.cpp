@@ -37,34 +37,6 @@ PlaceFinder::PlaceFinder(const Document &document, const Choice &choice)
     , m_momentLine(std::max(lineOf(choice.anchor()),
                             choice.timeSpan.empty() ? 0 : lineOf(choice.timeSpan.begin))) {}
 
-bool PlaceFinder::leadsHeading(TokenSpan place) const {
-    const Field &field = m_document.fields[token(place.begin).field];
-    const Token &next = token(place.end);
-    if (place.begin != field.begin || place.end >= m_choice.anchor() || next.capital ||
-        next.kind != TokenKind::Word || next.used || next.unspaced)
-        return false;
-    const Reader reader(m_document, m_choice.anchor());
-    static constexpr Meanings kGoesOn{Meaning::PlaceStop,   Meaning::PresentVerb, Meaning::Opening,
-                                      Meaning::PlaceMarker, Meaning::RoleWord,    Meaning::PastVerb,
-                                      Meaning::TitleTail,   Meaning::And};
-    // "High School reunion"
-    const Sense *kind = reader.sense(place.begin, Meaning::PlaceNoun);
-    return !reader.mayHave(place.end, kGoesOn) && shapeOf(place).title &&
-           !(kind && place.begin + kind->length >= place.end);
-}
-
-bool PlaceFinder::isName(TokenSpan place) const {
-    const Field &field = m_document.fields[token(place.begin).field];
-    if (leadsHeading(place))
-        return true;
-    // "订单已确认：枕河客栈"
-    const bool announced = token(place.begin).unspaced && place.begin > field.begin &&
-                           field.begin < m_choice.anchor() && token(place.begin - 1).symbol == ':';
-    // "Pick-up: Cairns Airport, Thu 9 July"
-    const bool from = field.label == Label::Start && place.begin == field.begin;
-    return isStay() && !from && (announced || isTitlePosition(field, place.begin));
-}
-
 TokenSpan PlaceFinder::run() {
     for (std::uint32_t f = 0; f < m_document.fields.size(); ++f)
         if (const TokenSpan part = inReach(m_document.fields[f], m_choice.anchor()); !part.empty())
@@ -468,38 +440,6 @@ bool PlaceFinder::heldOnline() {
                 m_online = reader.mayHave(i, kOnline);
     }
     return *m_online;
-}
-
-bool PlaceFinder::isStay() const {
-    return m_choice.last && m_choice.endSpan.begin >= m_choice.dateSpan.end;
-}
-
-bool PlaceFinder::isTitlePosition(const Field &field, std::uint32_t begin) const {
-    return begin == field.begin && !field.cell && field.begin <= m_choice.anchor();
-}
-
-TokenSpan findPlace(Document &document, const Choice &choice) {
-    PlaceFinder finder(document, choice);
-    const TokenSpan place = finder.run();
-    if (place.empty() || finder.isName(place))
-        return place;
-    std::uint32_t begin = place.begin;
-    const Reader reader(document, static_cast<std::uint32_t>(document.tokens.size()));
-    constexpr std::uint32_t kLongestMarker = 4;
-    for (std::uint32_t length = std::min(kLongestMarker, begin); length > 0; --length) {
-        const Sense *marker = reader.sense(begin - length, Meaning::PlaceMarker);
-        if (!marker || marker->length != length || !document.sameSentence(begin - length, begin))
-            continue;
-        begin -= length;
-        break;
-    }
-    // "在居委会开会": what happens there may be the event's name.
-    const std::uint32_t end = reader.has(place.end, Meaning::Event)
-                                  ? place.end
-                                  : reader.skip(place.end, Meaning::PlaceBehind);
-    for (std::uint32_t i = begin; i < end; ++i)
-        document.tokens[i].used = true;
-    return place;
 }
 
 } // namespace pindle::conversion

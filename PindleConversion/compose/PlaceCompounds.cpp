@@ -23,6 +23,12 @@ void PlaceFinder::compound(const Reader &reader, const Field &field, std::uint32
         if (const Sense *event = reader.sense(k - 1, Meaning::Event);
             event && k - 1 + event->length == i + 1 && event->length == kLongestEvent)
             return;
+    // "Anna's garden party", "Leo's school play": whose event it is.
+    const Sense *named = reader.sense(i, Meaning::Event);
+    if (i > field.begin && token(i - 1).possessive && !token(i).capital && reader.word(i + 1) &&
+        !token(i + 1).used && !token(i + 1).capital &&
+        ((named && named->length > 1) || reader.has(i + 1, Meaning::Event)))
+        return;
     // "Life as a lock-keeper"
     if (reader.symbol(i + 1, '-') && !token(i).capital && !token(i).unspaced &&
         reader.glued(i + 1) && reader.glued(i + 2) && reader.word(i + 2) &&

@@ -14,8 +14,13 @@ public:
 
     /// The place that the text most likely means; empty when none is likely enough.
     TokenSpan run();
+
+    // PlaceAndTitle.cpp
     /// "Sawmill Trail weed pull": a name of a place opens the line that names the event.
     bool leadsHeading(TokenSpan place) const;
+    /// "The lift in Block C will be out of service": behind its marker the place tells which of a
+    /// kind the sentence is about.
+    bool isOfSubject(TokenSpan place, std::uint32_t marker) const;
     /// The place is the event's name as well.
     bool isName(TokenSpan place) const;
 
@@ -71,6 +76,8 @@ private:
     bool isCalledLink(const Field &field, std::uint32_t link) const;
     /// The text's first words say that the event is online.
     bool heldOnline();
+
+    // PlaceAndTitle.cpp
     /// From one day to another that the text names apart: where one stays is the event's name
     /// and its place.
     bool isStay() const;
