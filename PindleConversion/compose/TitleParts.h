@@ -50,6 +50,10 @@ private:
     TokenSpan trimFront(TokenSpan span) const;
     /// "re fwd: ...": one prefix of a mail's subject follows another.
     static bool isPrefix(const Reader &reader, std::uint32_t i);
+    /// "BOOK FAIR STARTS AT": in capitals because all the text is.
+    bool shouts(TokenSpan span) const;
+    /// "IT", "US": a pronoun in capitals, where the next word is not.
+    bool isAbbreviation(const Reader &reader, std::uint32_t i) const;
     /// "Appointment" that nothing follows names the event itself.
     bool isKindAlone(TokenSpan span) const;
     /// A sign before letters that no lexicon knows is the first of a longer word.

@@ -77,6 +77,10 @@ int TitleScore::positionScore(const TitleCandidate &candidate) const {
     const std::uint32_t anchor = m_choice.anchor();
     const bool sameSentence = m_document.sameSentence(part.begin, anchor);
     int score = 0;
+    // "Deadline: abstracts due 1 June" says of what.
+    constexpr int kDue = 10;
+    if (sameSentence && field.label == Label::Deadline && part.begin < anchor)
+        score += kDue;
     if (sameSentence)
         score += part.begin < anchor ? 40 : 28;
     else if (token(part.begin).field == token(anchor).field)

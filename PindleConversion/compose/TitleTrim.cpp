@@ -1,3 +1,5 @@
+#include <algorithm>
+
 #include "PindleConversion/compose/Compose.h"
 #include "PindleConversion/compose/PlaceNames.h"
 #include "PindleConversion/compose/TitleParts.h"
@@ -60,6 +62,9 @@ TokenSpan TitleParts::trimFront(TokenSpan span) const {
     if (lead->length == 1 && token(span.begin).upper() && reader.glued(next) &&
         token(next).kind == TokenKind::Number)
         return span;
+    // "IT maintenance window"
+    if (lead->length == 1 && isAbbreviation(reader, span.begin))
+        return span;
     // "A-level results"
     if (reader.symbol(next, '-') && reader.glued(next) && reader.glued(next + 1))
         return span;
@@ -74,6 +79,23 @@ TokenSpan TitleParts::trimFront(TokenSpan span) const {
     const bool name = token(span.begin).upper() && next < span.end && token(next).capital &&
                       lead->length == 1 && span.begin != next && isArticle(reader, span.begin);
     return name ? span : TokenSpan{next, span.end};
+}
+
+bool TitleParts::shouts(TokenSpan span) const {
+    constexpr std::size_t kShortest = 12; ///< bytes; less may be abbreviations
+    const std::string_view text = m_document.slice(span);
+    const auto isSmall = [](char c) { return c >= 'a' && c <= 'z'; };
+    return text.size() >= kShortest && !token(span.begin).unspaced &&
+           std::none_of(text.begin(), text.end(), isSmall);
+}
+
+bool TitleParts::isAbbreviation(const Reader &reader, std::uint32_t i) const {
+    constexpr std::size_t kLetters = 2;
+    const std::string_view text = m_document.slice(token(i));
+    const Token &next = reader.token(i + 1);
+    return text.size() == kLetters && token(i).upper() && reader.has(i, Meaning::NotAPlace) &&
+           allCapitals(text) && next.kind == TokenKind::Word && !next.used &&
+           !allCapitals(m_document.slice(next));
 }
 
 bool TitleParts::isPrefix(const Reader &reader, std::uint32_t i) {
@@ -153,7 +175,7 @@ TokenSpan TitleParts::trimBack(TokenSpan span) const {
              ++s) {
             const Sense &sense = m_document.senses[s];
             if (sense.meaning == Meaning::TitleTail && i + sense.length == span.end &&
-                !(token(last).upper() && isName(span, last)))
+                !(token(last).upper() && isName(span, last) && !shouts(span)))
                 return {span.begin, i};
         }
     }
