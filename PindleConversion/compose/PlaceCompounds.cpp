@@ -294,7 +294,11 @@ void PlaceFinder::bracketed(const Reader &reader, std::uint32_t open) {
                       reader.has(open + 2, Meaning::Of) && shape.words <= kMostWords;
     if (((shape.noun || shape.street) && (shape.capital || kind) && !shape.event && !moment) ||
         inCity)
-        offer({open + 1, close}, kind ? kNamedKind : kBracketed, open);
+        offer({open + 1, close},
+              (kind ? kNamedKind : kBracketed) +
+                  // "at 2.30pm (Vasseur's office, 12 Mill Lane)"
+                  (open > 0 && token(open - 1).used ? addressBonus({open + 1, close}) : 0),
+              open);
 }
 
 void PlaceFinder::sender(const Reader &reader, std::uint32_t open) {

@@ -295,6 +295,8 @@ private:
     /// "reifenwechsel 7.5. 8:20 werkstatt rahlmann": the event is named first, and without
     /// capitals a kind of place and its name close the note.
     bool closesLowNote(const Reader &reader, TokenSpan part) const;
+    /// A kind of event stands before the moment on the line of token `i`.
+    bool isNamedBefore(std::uint32_t i) const;
     /// "place du Marché" is no market.
     bool opensWithPlace(const Reader &reader, TokenSpan part) const;
     /// Offers a part that has words of its own kind, or the form of a name where one belongs.

@@ -10,6 +10,9 @@ namespace {
 constexpr int kFrom = 30;    ///< where something comes from
 constexpr int kUnnamed = 46; ///< "the park"
 
+/// Who or what one goes to.
+constexpr Meanings kPlaceWords{Meaning::PlaceNoun, Meaning::StreetWord, Meaning::Person};
+
 } // namespace
 
 void PlaceFinder::marked(const Reader &reader, std::uint32_t i, const Sense &marker) {
@@ -215,6 +218,10 @@ bool PlaceFinder::isAtEvent(const Reader &reader, TokenSpan name) const {
     if (event && !token(name.begin).capital && !token(name.begin).unspaced &&
         !reader.has(name.begin, Meaning::PlaceNoun) &&
         reader.has(name.begin + event->length, Meaning::Of))
+        return true;
+    // "letzte Probe vorm Konzert"
+    if (event && event->length == 1 && token(last).word != 0 && name.end == name.begin + 1 &&
+        reader.language(last).capitalNouns && !reader.mayHave(last, kPlaceWords))
         return true;
     if (!reader.has(name.begin, Meaning::The) || reader.has(last, Meaning::PlaceNoun))
         return false;
@@ -440,7 +447,9 @@ std::uint32_t PlaceFinder::nounBefore(const Reader &reader, std::uint32_t marker
             continue;
         if (before.used || before.kind != TokenKind::Word || before.unspaced ||
             !m_document.sameSentence(i - 1, marker) || reader.has(i - 1, Meaning::PlaceStop) ||
-            reader.has(i - 1, Meaning::Event))
+            reader.has(i - 1, Meaning::Event) ||
+            // "huisje geboekt op Texel"
+            (reader.has(i - 1, Meaning::PastVerb) && !before.capital))
             return begin;
         if (!reader.has(i - 1, Meaning::PlaceNoun))
             continue;

@@ -182,6 +182,10 @@ bool PlaceNames::stops(const Reader &reader, std::uint32_t i, std::uint32_t begi
         !token(i + 1).unspaced && !current.capital &&
         (current.kind == TokenKind::Number || reader.has(i, Meaning::Number)))
         return true;
+    // "in banca la settimana prima"
+    if (reader.has(i, Meaning::The) && reader.has(i + 1, Meaning::UnitWord) && !current.unspaced &&
+        !token(i + 1).capital && !token(i + 1).unspaced)
+        return true;
     if (leadsToPurpose(reader, i))
         return false;
     if (goesOnWithoutName(reader, i))

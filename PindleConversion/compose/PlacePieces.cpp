@@ -304,6 +304,16 @@ bool PlaceFinder::closesLowNote(const Reader &reader, TokenSpan part) const {
     return m_choice.anchor() > field.begin && reader.word(field.begin);
 }
 
+bool PlaceFinder::isNamedBefore(std::uint32_t i) const {
+    const Field &field = m_document.fields[token(i).field];
+    const std::uint32_t end = std::max(m_choice.anchor(), m_choice.timeSpan.begin);
+    const Reader reader(m_document, std::min(end, i));
+    for (std::uint32_t k = field.begin; k < std::min(end, i); ++k)
+        if (reader.has(k, Meaning::Event) && !token(k).used)
+            return true;
+    return false;
+}
+
 bool PlaceFinder::opensWithPlace(const Reader &reader, TokenSpan part) const {
     const std::uint32_t begin = part.begin;
     if (isKindOfPlace(reader, part) || isNamedKind(reader, part) || closesLowNote(reader, part))
@@ -314,6 +324,10 @@ bool PlaceFinder::opensWithPlace(const Reader &reader, TokenSpan part) const {
     if (!event)
         return reader.has(begin + 1, Meaning::Of) || reader.has(begin + 1, Meaning::The) ||
                leadsToPurpose(reader, begin + 1) || isTradeOfPlace(reader, part);
+    // "revisão da moto, 9 e meia da manhã, oficina do Tião": where an event was named.
+    if (event->length == 1 && part.end == begin + 3 && reader.has(begin + 1, Meaning::Of) &&
+        token(begin + 2).upper() && isNamedBefore(begin))
+        return true;
     // "Pub Quiz" is no pub.
     const std::uint32_t last = part.end - (reader.symbol(part.end - 1, '.') ? 2 : 1);
     return token(begin).upper() && begin < last && token(last).upper() &&

@@ -38,11 +38,15 @@ public:
         // "4名" of a booking
         if (token(m_best.begin).kind == TokenKind::Number && countsThings(m_best))
             return true;
+        const Reader reader(m_document, m_best.end);
+        // "Beste mevrouw Jansen": whom the text speaks to.
+        if (m_best.begin > 0 && reader.has(m_best.begin - 1, Meaning::Greeting) &&
+            reader.has(m_best.begin, Meaning::Person))
+            return true;
         for (std::uint32_t i = m_best.begin; i < m_best.end; ++i)
             if (token(i).upper() && i > m_best.begin)
                 return false;
-        return !hasContent(m_best) ||
-               Reader(m_document, m_best.end).has(m_best.begin, Meaning::Chatter);
+        return !hasContent(m_best) || reader.has(m_best.begin, Meaning::Chatter);
     }
 
 private:
