@@ -13,6 +13,9 @@ constexpr int kUnnamed = 46; ///< "the park"
 /// Who or what one goes to.
 constexpr Meanings kPlaceWords{Meaning::PlaceNoun, Meaning::StreetWord, Meaning::Person};
 
+/// What was done with it: "booked".
+constexpr Meanings kDone{Meaning::PastVerb, Meaning::TitleTail};
+
 } // namespace
 
 void PlaceFinder::marked(const Reader &reader, std::uint32_t i, const Sense &marker) {
@@ -449,7 +452,7 @@ std::uint32_t PlaceFinder::nounBefore(const Reader &reader, std::uint32_t marker
             !m_document.sameSentence(i - 1, marker) || reader.has(i - 1, Meaning::PlaceStop) ||
             reader.has(i - 1, Meaning::Event) ||
             // "huisje geboekt op Texel"
-            (reader.has(i - 1, Meaning::PastVerb) && !before.capital))
+            (reader.mayHave(i - 1, kDone) && !before.capital))
             return begin;
         if (!reader.has(i - 1, Meaning::PlaceNoun))
             continue;

@@ -39,9 +39,7 @@ public:
         if (token(m_best.begin).kind == TokenKind::Number && countsThings(m_best))
             return true;
         const Reader reader(m_document, m_best.end);
-        // "Beste mevrouw Jansen": whom the text speaks to.
-        if (m_best.begin > 0 && reader.has(m_best.begin - 1, Meaning::Greeting) &&
-            reader.has(m_best.begin, Meaning::Person))
+        if (greets(reader))
             return true;
         for (std::uint32_t i = m_best.begin; i < m_best.end; ++i)
             if (token(i).upper() && i > m_best.begin)
@@ -50,6 +48,18 @@ public:
     }
 
 private:
+    /// "Beste mevrouw Jansen": whom the text speaks to.
+    bool greets(const Reader &reader) const {
+        constexpr std::uint32_t kLongestName = 2;
+        const std::uint32_t name = reader.skip(m_best.begin, Meaning::Greeting);
+        if (name == m_best.begin && !(name > 0 && token(name - 1).meanings.has(Meaning::Greeting)))
+            return false;
+        bool named = name < m_best.end && m_best.end - name <= kLongestName;
+        for (std::uint32_t i = name; i < m_best.end && named; ++i)
+            named = token(i).upper();
+        return named || reader.has(name, Meaning::Person);
+    }
+
     void consider(const Field &field, TokenSpan part) {
         // "Zoom: reading group 8 April" names how and what at once.
         // "Ticket: IC 5302 06:14" tells more than a price.

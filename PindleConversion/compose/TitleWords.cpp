@@ -64,10 +64,15 @@ bool TitleWords::hasLetters(TokenSpan span) const {
 
 bool TitleWords::hasWordWithout(TokenSpan span, std::span<const Meaning> meanings) const {
     const Reader reader(m_document, span.end);
-    for (std::uint32_t i = span.begin; i < span.end; ++i)
-        if (reader.word(i) && std::none_of(meanings.begin(), meanings.end(),
-                                           [&](Meaning each) { return reader.has(i, each); }))
+    for (std::uint32_t i = span.begin; i < span.end;) {
+        // "à partir de" is one.
+        std::uint32_t next = i;
+        for (const Meaning each : meanings)
+            next = std::max(next, reader.skip(i, each));
+        if (next == i && reader.word(i))
             return true;
+        i = std::max(next, i + 1);
+    }
     return false;
 }
 
