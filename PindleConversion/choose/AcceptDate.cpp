@@ -32,6 +32,10 @@ bool Chooser::acceptDate() {
     // "booked on Texel from 12 to 16 October": nobody books or writes for days.
     const bool posted = roleOf(token) == Role::Posted && !(dated.mention->last && dated.date.last);
     const bool only = m_dates.size() == 1;
+    if (dated.mention->weak && fieldOf(token).label == Label::None && followsStamp(dated)) {
+        refuse(Notice::NoDate);
+        return false;
+    }
     if ((isStamp(dated) && only) ||
         (posted && (only || (m_found.times.empty() && isAllPosted())))) {
         refuse(Notice::NoDate);
@@ -155,6 +159,20 @@ bool Chooser::isNarrated(const Dated &dated) const {
         beside = beside || (i < token && token - i <= kBeside);
     }
     return beside && verbs > 1;
+}
+
+bool Chooser::followsStamp(const Dated &dated) const {
+    const std::uint32_t at = dated.mention->span.begin;
+    // A stamp at the start of a line is passed over with its day.
+    constexpr std::uint32_t kShortest = 5; ///< "03:12:44"
+    const std::uint32_t begin = fieldOf(at).begin;
+    if (begin >= kShortest && m_document.tokens[begin - 1].kind == TokenKind::Number &&
+        m_document.tokens[begin - 2].symbol == ':' && m_document.tokens[begin - 4].symbol == ':')
+        return true;
+    return std::any_of(m_found.times.begin(), m_found.times.end(), [&](const TimeMention &time) {
+        return time.start.seconds && time.span.begin < at &&
+               m_document.sameSentence(time.span.begin, at);
+    });
 }
 
 bool Chooser::isAllPosted() const {

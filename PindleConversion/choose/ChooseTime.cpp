@@ -121,7 +121,8 @@ int Chooser::scoreTime(const TimeMention &time, int index) {
         score -= 45;
     if (index > 0 && isListed(m_found.times[static_cast<std::size_t>(index - 1)], time))
         score -= kListed;
-    if (isInBrackets(at))
+    // "2校時（9：35〜10：20）" is all its line says.
+    if (isInBrackets(at) && !isOnlyTimeOfField(time))
         score -= kBracketed;
     if (isRoughNoon(time))
         score -= kListed;
@@ -156,6 +157,15 @@ bool Chooser::isListed(const TimeMention &first, const TimeMention &second) cons
     const std::uint32_t and_ = reader.skip(first.span.end, Meaning::And);
     return and_ != first.span.end && and_ == second.span.begin && !first.end && !second.end &&
            roleOf(second.span.begin) == roleOf(first.span.begin);
+}
+
+bool Chooser::isOnlyTimeOfField(const TimeMention &time) const {
+    const std::uint32_t field = m_document.tokens[time.span.begin].field;
+    return time.end &&
+           std::none_of(m_found.times.begin(), m_found.times.end(), [&](const TimeMention &other) {
+               return other.span.begin != time.span.begin &&
+                      m_document.tokens[other.span.begin].field == field;
+           });
 }
 
 bool Chooser::isInBrackets(std::uint32_t at) const {
@@ -278,6 +288,12 @@ TimeMention Chooser::inHalf(const TimeMention &time) const {
     if (m_time == 0 || !open)
         return time;
     const TimeMention &before = m_found.times[static_cast<std::size_t>(m_time) - 1];
+    // "from Tuesday 3pm to Thursday 10:30"
+    if (std::any_of(m_dates.begin(), m_dates.end(), [&](const Dated &dated) {
+            const std::uint32_t day = dated.mention->span.begin;
+            return day >= before.span.end && day < time.span.begin;
+        }))
+        return time;
     const Role role = roleOf(before.span.begin);
     const bool leads = role == Role::None || role == Role::Side || role == Role::Show;
     if (!leads || before.end || before.start.meridiem < 0 ||

@@ -115,6 +115,8 @@ private:
     bool hasTimeAhead() const;
     /// "Engineers put up a bridge in nine days", in a story of long ago: how long it took.
     bool isFeat(const Dated &dated) const;
+    /// "2026-04-08 03:12:44 ERROR connection lost (attempt 3/5)"
+    bool followsStamp(const Dated &dated) const;
     /// "Issued 2 March / Paid 5 March"
     bool isAllPosted() const;
     /// "The bridge was built in 1947.", before token `end`.
@@ -211,6 +213,8 @@ private:
     bool isBracketBehind(TokenSpan date, std::uint32_t at) const;
     /// "tomorrow noon lunch, 12:30": the later time tells it to the minute.
     bool isRoughNoon(const TimeMention &time) const;
+    /// A range that its line says no other time beside.
+    bool isOnlyTimeOfField(const TimeMention &time) const;
     int roleScore(std::uint32_t at) const;
     /// "no food after 10 pm the night before"
     bool isOnEve(TokenSpan time) const;

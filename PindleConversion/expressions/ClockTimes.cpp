@@ -163,9 +163,10 @@ bool spoiled(const Reader &reader, std::uint32_t begin, std::uint32_t next) {
         return !(reader.symbol(next, '/') &&
                  (reader.token(next).spaceBefore ||
                   (next > begin + 1 && !reader.number(next + 1, 0, 999999, 6))));
-    // "4,377" is an amount, "24,95" as well where the comma is the decimal mark.
-    if (reader.symbol(next, ',') && reader.glued(next) && reader.glued(next + 1) &&
-        reader.number(next + 1, 0, 999, 3) &&
+    // "4,377" is an amount, "24,95" as well where the comma is the decimal mark; "9時、2階" is
+    // none.
+    if (next == begin + 1 && reader.symbol(next, ',') && reader.glued(next) &&
+        reader.glued(next + 1) && reader.number(next + 1, 0, 999, 3) &&
         (reader.token(next + 1).digits == 3 || reader.language(begin).clock24))
         return true;
     const bool more = (reader.symbol(next, '.') || reader.symbol(next, ':')) &&

@@ -352,7 +352,8 @@ bool readRangeEnd(const Reader &reader, DateMention &date) {
     // "can we shift Tuesday to Thursday", "moved from Monday 16th to Wednesday 18th" name two days
     // for one event, and the second one holds.
     const bool from = date.span.begin > 0 && reader.has(date.span.begin - 1, Meaning::RangeFrom);
-    if ((date.first.base == Base::Weekday || from) && to && reader.word(i) &&
+    const bool named = date.first.weekday != 0 && last->first.weekday != 0;
+    if ((named || from) && to && reader.word(i) &&
         reader.document().tokens[i].end - reader.document().tokens[i].begin <= 2 &&
         speaksOfMoving(reader, date.span.begin, !from)) {
         last->span.begin = date.span.begin;
@@ -382,10 +383,13 @@ bool isNamedRange(const DateMention &range) {
 } // namespace
 
 std::optional<DateMention> readDate(const Reader &reader, std::uint32_t i) {
-    if (auto start = mayStartWithName(reader, i) ? readRangeStart(reader, i) : std::nullopt;
-        start && readRangeEnd(reader, *start) &&
-        (start->first.base == Base::Calendar || isNamedRange(*start)))
-        return start;
+    if (auto start = mayStartWithName(reader, i) ? readRangeStart(reader, i) : std::nullopt) {
+        const std::uint32_t end = start->span.end;
+        const bool range = readRangeEnd(reader, *start);
+        const bool moved = !range && start->span.end != end;
+        if (moved || (range && (start->first.base == Base::Calendar || isNamedRange(*start))))
+            return start;
+    }
     auto date = readSingle(reader, i);
     if (date)
         readRangeEnd(reader, *date);

@@ -279,6 +279,12 @@ std::optional<NumericForm> readNumericForm(const Reader &reader, std::uint32_t i
     NumericForm form;
     form.mark = c;
     const bool goesOn = reader.symbol(i + 3, c);
+    // "1 1/2 hours"
+    if (c == '/' && !goesOn && i > 0 && reader.document().tokens[i - 1].kind == TokenKind::Number &&
+        !reader.glued(i) && reader.number(i, 1, 9) &&
+        reader.number(i + 2, reader.token(i).number + 1, 9) && reader.word(i + 3) &&
+        !reader.document().tokens[i - 1].used)
+        return std::nullopt;
     // "attempt 4/5"
     if (c == '/' && !goesOn && i > 0 && reader.has(i - 1, Meaning::Numbered))
         return std::nullopt;

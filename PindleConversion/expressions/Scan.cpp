@@ -120,6 +120,11 @@ private:
             (role.value == static_cast<int>(Role::MovedTo) &&
              reader.has(i, Meaning::PlaceMarker)) ||
             (role.value == static_cast<int>(Role::MovedFrom) && reader.has(i, Meaning::Connector));
+        // "réservé le 3 mai", but "réservé le court 3"
+        const std::uint32_t next = i + role.length;
+        if (role.length > 1 && role.value == static_cast<int>(Role::Posted) &&
+            reader.has(next - 1, Meaning::The) && !mayStartDate(reader, next))
+            return false;
         return role.length > 1 || !little || mayStartDate(reader, i + 1);
     }
 

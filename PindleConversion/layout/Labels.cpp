@@ -74,7 +74,8 @@ bool isPlainList(const Document &document) {
         return false;
     const Field &last = document.fields.back();
     return !last.labelWords.empty() && last.begin == last.labelWords.end &&
-           (last.label == Label::When || last.label == Label::Place);
+           (last.label == Label::When || last.label == Label::Place ||
+            last.label == Label::Duration);
 }
 
 /// "WHERE ▸ The Old Mill", "When » 3 May", where the mark counts as a quotation mark.
@@ -141,8 +142,9 @@ bool isColumnHead(const Reader &reader, std::uint32_t i, std::uint32_t end, bool
     const bool loud = allCapitals(reader.document().slice(reader.token(i)));
     if (!lineStart)
         return loud && gapBefore(reader, i) >= kWide;
-    if (gapBefore(reader, end) >= kWide)
-        return reader.token(i).capital;
+    constexpr std::uint32_t kDouble = 2; ///< nobody puts two blanks behind a line's first word
+    if (gapBefore(reader, end) >= kDouble && reader.token(i).capital)
+        return true;
     // Where further columns stand apart, a narrow gap will do.
     std::uint32_t next = end + 1;
     while (next < end + kReach && reader.at(next) && gapBefore(reader, next) < kWide)
@@ -174,7 +176,7 @@ LabelMatch plainLabel(const Reader &reader, std::uint32_t i, std::uint32_t end, 
         !reader.symbol(end, ',') && word.end - word.begin >= kShortestPlain &&
         looksLikeMoment(reader, end))
         return {label, end, end};
-    const bool goesOn = label == Label::Place || label == Label::Sender;
+    const bool goesOn = label == Label::Place || label == Label::Sender || label == Label::Duration;
     if (lineStart && word.capital && goesOn && isPlainList(reader.document()) && reader.at(end) &&
         (reader.word(end) || reader.number(end, 0, 9999, 4)))
         return {label, end, end};
