@@ -328,6 +328,20 @@ bool Chooser::isBehindAside(const Reader &reader, std::uint32_t i) const {
     return false;
 }
 
+namespace {
+
+/// "飲み物" is no drinking party.
+bool isInLongerWord(const Reader &reader, std::uint32_t i, const Sense &event) {
+    if (!reader.token(i).unspaced)
+        return false;
+    for (const Meaning meaning : {Meaning::Common, Meaning::LabelWord, Meaning::Chatter})
+        if (const Sense *longer = reader.sense(i, meaning); longer && longer->length > event.length)
+            return true;
+    return false;
+}
+
+} // namespace
+
 EventKind Chooser::eventKind() const {
     EventKind best = EventKind::None;
     int bestScore = -1;
@@ -344,6 +358,8 @@ EventKind Chooser::eventKind() const {
         // "swim gala" is no "gala".
         const Sense *event = i < covered ? nullptr : reader.sense(i, Meaning::Event);
         if (!event || m_document.fields[m_document.tokens[i].field].ignored)
+            continue;
+        if (isInLongerWord(reader, i, *event))
             continue;
         // "at the Railway Club", "Coach House": a place's name.
         if (event->value == static_cast<int>(EventKind::Travel) && isPartOfPlace(reader, i, *event))

@@ -16,6 +16,8 @@ namespace {
 
 constexpr UChar32 kBullet = 0x2022;
 constexpr UChar32 kNothing = -1;
+constexpr UChar32 kTwoCalls = 0x203C; ///< "!!" in one sign
+constexpr UChar32 kCallAndQuestion = 0x2049;
 constexpr std::string_view kWideBlank = "\u3000";
 
 /// A sign's name on web pages and how it is typed.
@@ -95,6 +97,8 @@ UChar32 plain(UChar32 c) {
         return kBullet;
     if (c >= 0xFF01 && c <= 0xFF5E)
         return c - 0xFF01 + 0x21;
+    if (c == kTwoCalls || c == kCallAndQuestion)
+        return '!';
     if (u_isUWhiteSpace(c) || u_iscntrl(c) || isPicture(c))
         return ' ';
     return c;

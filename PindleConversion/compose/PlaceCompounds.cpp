@@ -204,6 +204,10 @@ void PlaceFinder::before(const Reader &reader, const Field &field, std::uint32_t
     std::uint32_t begin = openedBefore(field, i);
     while (begin > field.begin && i - begin < kLongestName && joinsBefore(reader, begin - 1, i))
         --begin;
+    // "メールで"
+    const Sense *other = token(begin).unspaced ? reader.sense(begin, Meaning::NotAPlace) : nullptr;
+    if (other && begin + other->length == i)
+        return;
     // "予約は田中で取ってます"
     if (begin > field.begin && token(begin).unspaced && endsPhrase(reader, begin - 1))
         return;

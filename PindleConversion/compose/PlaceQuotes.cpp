@@ -38,8 +38,8 @@ bool PlaceFinder::markedQuote(const Reader &reader, std::uint32_t i, const Sense
     // "去“老成都”吃火锅"
     static constexpr Meanings kThere{Meaning::Event, Meaning::PlaceBehind, Meaning::PlaceStop};
     const bool leads = marker.value == 1 || reader.mayHave(close + 1, kThere);
-    if (!leads || close == open || i + marker.length != name.begin ||
-        (open > name.begin && !token(name.begin).unspaced))
+    if (!leads || close == open || (marker.value != 1 && open != name.begin) ||
+        i + marker.length != name.begin || (open > name.begin && !token(name.begin).unspaced))
         return false;
     // "在“悦读”书吧"
     if (open == name.begin && isPlaceNoun(reader, close + 1) && reader.glued(close + 1)) {
@@ -63,6 +63,9 @@ void PlaceFinder::quoted(const Reader &reader, const Field &field, std::uint32_t
     const std::uint32_t close = quoteClosing(reader, open);
     if (close == open || open < m_choice.anchor() || open == field.begin)
         return;
+    // "「串よし」予約しといた"
+    if (reader.has(close + 1, Meaning::GeneralEvent) && reader.glued(close + 1))
+        return offer({open + 1, close}, kCalled, open);
     // "テーマは「学校と地域」です": what is told of something else.
     const Token &before = token(open - 1);
     const bool named =

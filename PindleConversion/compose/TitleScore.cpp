@@ -237,6 +237,13 @@ int TitleScore::openingPenalties(const Reader &reader, const TitleCandidate &can
         score -= kPredicate;
     if (isVocative(part, trimmed))
         score -= 50;
+    // "インフルエンザのため、": why.
+    constexpr std::uint32_t kLongestReason = 2;
+    const Sense *why = token(part.end - 1).unspaced
+                           ? reader.senseBefore(part.end, Meaning::AsideLead, kLongestReason)
+                           : nullptr;
+    if (why && part.begin + why->length < part.end)
+        score -= kPredicate;
     return score;
 }
 

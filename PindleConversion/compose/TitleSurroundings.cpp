@@ -169,6 +169,11 @@ bool TitleScore::namesSender(TokenSpan part, TokenSpan trimmed) const {
         isWideBracket(trimmed.end) && reader.has(trimmed.end - 1, Meaning::PlaceNoun) &&
         !reader.has(trimmed.end - 1, Meaning::Event))
         return true;
+    // "【PTAより】"
+    if (trimmed.begin > 0 && isWideBracket(trimmed.begin - 1) && trimmed.end + 1 == part.end &&
+        token(trimmed.end).unspaced &&
+        Reader(m_document, part.end).has(trimmed.end, Meaning::RangeFrom))
+        return true;
     return token(trimmed.begin).unspaced && mark < part.end && token(mark).symbol == ':' &&
            Reader(m_document, part.end).has(trimmed.end, Meaning::TitleTail) &&
            !contains(trimmed, Meaning::Event);

@@ -256,8 +256,8 @@ std::uint32_t readZone(const Reader &reader, std::uint32_t i, bool afterTime,
         city && city->value == 0 && reader.symbol(end + 1 + city->length, ')'))
         end += 2 + city->length;
     // "（伦敦时间13:00）" tells the same moment elsewhere.
-    if (begin != i && reader.at(end) && reader.token(end).kind == TokenKind::Number &&
-        reader.token(begin).unspaced) {
+    if (begin != i && reader.at(end) && reader.token(begin).unspaced &&
+        (reader.token(end).kind == TokenKind::Number || reader.has(end, Meaning::PartOfDay))) {
         mention = before;
         return i;
     }
