@@ -123,19 +123,8 @@ private:
     static bool endsPhrase(const Reader &reader, std::uint32_t i);
     /// "in corso" is no place, but "in corso Garibaldi" and "op mijn kantoor" are.
     bool refusesPlace(const Reader &reader, std::uint32_t begin) const;
-    /// The kind of place that starts the name before token `i`, or `i`.
-    std::uint32_t nameHead(std::uint32_t i) const;
-    /// "chaussée de Waterloo 412 à Saint-Gilles": where the street before the marker at `i`
-    /// begins, or `i`.
-    std::uint32_t streetHead(const Reader &reader, std::uint32_t i) const;
-    /// "the Fleece at Addingham": a name and its article alone, before the marker at `i`.
-    bool isInn(const Reader &reader, std::uint32_t i) const;
-    /// "20:15, Capitol am Markt" answers where in a conversation; the name's begin, or `i`.
-    std::uint32_t spokenHead(const Reader &reader, std::uint32_t i) const;
     /// "Pfarrkirche Sankt Veit im Moos" on a line below the date is one name.
     bool offerWholeLine(const Reader &reader, std::uint32_t marker, std::uint32_t end);
-    /// The kind of place that a marker goes on from ("kaplica na Wzgórzu"), else `begin`.
-    std::uint32_t nounBefore(const Reader &reader, std::uint32_t marker, std::uint32_t begin) const;
     /// "class with the school in Cape Town, 11:00 SAST": where the others are is no place.
     bool isOfPerson(const Reader &reader, std::uint32_t marker, std::uint32_t begin) const;
     /// "Astronomy in the Park" above the date is a name.
@@ -153,6 +142,19 @@ private:
     bool isBehindName(const Reader &reader, std::uint32_t i) const;
     /// "field trip to the Aquarium": a kind of event leads to the place.
     static bool isVisit(const Reader &reader, std::uint32_t i);
+
+    // PlaceHeads.cpp
+    /// The kind of place that starts the name before token `i`, or `i`.
+    std::uint32_t nameHead(std::uint32_t i) const;
+    /// "chaussée de Waterloo 412 à Saint-Gilles": where the street before the marker at `i`
+    /// begins, or `i`.
+    std::uint32_t streetHead(const Reader &reader, std::uint32_t i) const;
+    /// "the Fleece at Addingham": a name and its article alone, before the marker at `i`.
+    bool isInn(const Reader &reader, std::uint32_t i) const;
+    /// "20:15, Capitol am Markt" answers where in a conversation; the name's begin, or `i`.
+    std::uint32_t spokenHead(const Reader &reader, std::uint32_t i) const;
+    /// The kind of place that a marker goes on from ("kaplica na Wzgórzu"), else `begin`.
+    std::uint32_t nounBefore(const Reader &reader, std::uint32_t marker, std::uint32_t begin) const;
 
     // PlaceCompounds.cpp
     /// "Room Havel", "library room 2": a kind of place with its name beside it.

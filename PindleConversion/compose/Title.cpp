@@ -1,3 +1,5 @@
+#include <algorithm>
+
 #include "PindleConversion/compose/Compose.h"
 #include "PindleConversion/compose/TitleParts.h"
 #include "PindleConversion/compose/TitleScore.h"
@@ -65,12 +67,22 @@ private:
         // "Ticket: IC 5302 06:14" tells more than a price.
         const bool aside =
             field.ignored || field.label == Label::Link || field.label == Label::Price;
-        if (aside && &field != anchorField())
+        if (aside && &field != anchorField() && !opensWithWay(field))
             return;
         const auto runs = runsOf(m_document, part);
         for (const Run &run : runs)
             offerRun(field, run, runs.size() == 1 && !run.afterUsed && !run.beforeUsed);
         offerLabel(field);
+    }
+
+    /// "Join Zoom Meeting: Grants Q&A" as a text's first words: how, then what.
+    bool opensWithWay(const Field &field) const {
+        const auto begin = m_document.tokens.begin();
+        return field.label == Label::Link && !field.ignored && token(field.begin).upper() &&
+               &field == &m_document.fields.front() && hasContent({field.begin, field.end}) &&
+               std::none_of(begin + field.begin, begin + field.end, [](const Token &each) {
+                   return each.kind == TokenKind::Link || each.kind == TokenKind::Number;
+               });
     }
 
     const Field *anchorField() const { return &m_document.fields[token(m_choice.anchor()).field]; }

@@ -252,6 +252,11 @@ int TitleScore::wordPenalties(const Reader &reader, const TitleCandidate &candid
     const bool event = contains(trimmed, Meaning::Event);
     constexpr std::uint32_t kLongestKind = 2;
     int score = 0;
+    // "11:00 AM London": whose time it is.
+    const Sense *city =
+        candidate.run.afterUsed ? reader.sense(trimmed.begin, Meaning::ZoneWord) : nullptr;
+    if (city && trimmed.begin + city->length == trimmed.end)
+        score -= kPlaceName;
     if (hasMoney(trimmed))
         score -= isCurrencySign(token(trimmed.begin).symbol) ? 60 : 30;
     if ((isCode(trimmed) && !hasFlightNumber(trimmed)) || isTrail(trimmed))

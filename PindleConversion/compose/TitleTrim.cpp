@@ -76,8 +76,13 @@ TokenSpan TitleParts::trimFront(TokenSpan span) const {
     // "Book festival", "Call the bank": only "book a table" loses its verb.
     if (lead->value == 3 && !reader.has(next, Meaning::Number))
         return span;
-    const bool name = token(span.begin).upper() && next < span.end && token(next).capital &&
-                      lead->length == 1 && span.begin != next && isArticle(reader, span.begin);
+    // "The MRI scan for your knee"
+    const bool letters = next + 1 < span.end && reader.word(next) &&
+                         allCapitals(m_document.slice(token(next))) && reader.word(next + 1) &&
+                         !token(next + 1).capital;
+    const bool name = !letters && token(span.begin).upper() && next < span.end &&
+                      token(next).capital && lead->length == 1 && span.begin != next &&
+                      isArticle(reader, span.begin);
     return name ? span : TokenSpan{next, span.end};
 }
 
@@ -151,6 +156,10 @@ TokenSpan TitleParts::trimBack(TokenSpan span) const {
     }
     constexpr std::uint32_t kLongestTail = 4;
     const Reader reader(m_document, span.end);
+    // "Grants Q&A"
+    if (last > span.begin + 1 && reader.symbol(last - 1, '&') && reader.glued(last) &&
+        reader.glued(last - 1))
+        return span;
     // "Check in" is whole.
     for (const Meaning meaning : {Meaning::Event, Meaning::GeneralEvent})
         if (const Sense *kind = reader.sense(last - (last > span.begin ? 1U : 0U), meaning);
