@@ -127,6 +127,10 @@ bool PlaceFinder::isOnlineDeed(const Reader &reader, const Field &field, std::ui
     if (marker && (moment == m_choice.timeSpan.begin || moment == m_choice.dateSpan.begin))
         return true;
     const std::uint32_t next = i + 1;
+    // "Online-Seminar Steuern"
+    if (reader.symbol(next, '-') && reader.glued(next) && reader.glued(next + 1) &&
+        reader.has(next + 1, Meaning::Event))
+        return true;
     // "teams of 4"
     const std::uint32_t count = reader.skip(i + online.length, Meaning::Of);
     if (count != i + online.length && !token(i).capital &&

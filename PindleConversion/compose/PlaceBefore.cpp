@@ -90,7 +90,10 @@ void PlaceFinder::venueSpeaks(const Reader &reader, const Field &field) {
            (reader.word(colon) || reader.symbol(colon, '.')))
         ++colon;
     static constexpr Meanings kSpeaks{Meaning::TitleLead, Meaning::Greeting, Meaning::Chatter};
-    if (colon < field.begin + 2 || !reader.symbol(colon, ':') || token(colon + 1).capital ||
+    // "Ordination Dr. Haslinger: Ihr Termin"
+    const bool names = token(colon + 1).capital && (!reader.has(colon + 1, Meaning::TitleLead) ||
+                                                    reader.has(colon + 1, Meaning::The));
+    if (colon < field.begin + 2 || !reader.symbol(colon, ':') || names ||
         token(colon + 1).unspaced || !m_choice.startMinute || !reader.mayHave(colon + 1, kSpeaks))
         return;
     const Shape shape = shapeOf({field.begin, colon});

@@ -171,9 +171,11 @@ bool PlaceNames::stops(const Reader &reader, std::uint32_t i, std::uint32_t begi
     if (current.used || current.kind == TokenKind::Link || current.kind == TokenKind::Mail ||
         current.sentence != token(begin).sentence)
         return true;
+    constexpr char32_t kDegree = 0xB0; ///< "2° piano"
     if (current.kind == TokenKind::Symbol)
-        return !(current.symbol == '&' || current.symbol == '\'' || current.symbol == '#' ||
-                 current.symbol == '.' || (current.symbol == '-' && reader.glued(i)) ||
+        return !(current.symbol == '&' || (current.symbol == kDegree && reader.glued(i)) ||
+                 current.symbol == '\'' || current.symbol == '#' || current.symbol == '.' ||
+                 (current.symbol == '-' && reader.glued(i)) ||
                  ((current.symbol == '/' || current.symbol == '+') && reader.glued(i)));
     if (i == begin)
         return false;
@@ -299,6 +301,12 @@ std::uint32_t PlaceNames::addressGoesOn(const Reader &reader, std::uint32_t i,
     const bool stop = (reader.has(i, Meaning::PlaceStop) && !name && !token(i).upper()) ||
                       (token(i).unspaced && reader.has(i, Meaning::Chatter));
     if (end == i || stop || reader.has(i, Meaning::Greeting))
+        return i;
+    // "Dorfplatz Obertrum, Beginn 11 Uhr", "Buchhandlung Seitenweise, Eintritt 8 €"
+    static constexpr Meanings kMoment{Meaning::RoleWord, Meaning::TimeMarker};
+    if ((end == i + 1 && token(end).used && reader.mayHave(i, kMoment) &&
+         !reader.has(i, Meaning::PlaceNoun)) ||
+        isCurrencySign(token(end).symbol))
         return i;
     const Shape shape = shapeOf({i, end});
     if (shape.event && !shape.noun && !shape.street)

@@ -450,6 +450,7 @@ bool PlaceFinder::closesNote(const Field &field, TokenSpan part) const {
 
 bool PlaceFinder::isOnlyName(const Field &field, TokenSpan part, const Shape &shape) const {
     const auto [begin, end] = part;
+    const Reader reader(m_document, end);
     // "23:59 AoE": one unknown word glued to a time is no place, "19:00 Kunsthof 3" is one.
     constexpr std::uint32_t kLongestCode = 3;
     const bool numbered = end == begin + 2 && token(begin + 1).kind == TokenKind::Number &&
@@ -462,6 +463,11 @@ bool PlaceFinder::isOnlyName(const Field &field, TokenSpan part, const Shape &sh
     if (token(end).used && token(end).spaceBefore && begin > m_choice.dateSpan.end &&
         end != m_choice.timeSpan.begin && end != m_choice.endSpan.begin &&
         token(begin - 1).symbol == ',' && Reader(m_document, end + 1).mayHave(end, kWeekdayNames))
+        return false;
+    // "Ihre Hausverwaltung" below all else signs.
+    if (begin == field.begin && end == field.end && &field == &m_document.fields.back() &&
+        token(begin).upper() && reader.has(begin, Meaning::TitleLead) &&
+        !reader.has(begin, Meaning::The) && !reader.has(begin, Meaning::PlaceMarker))
         return false;
     // "CONF#88213"
     if (token(begin + 1).symbol == '#' && !token(begin + 1).spaceBefore)

@@ -51,9 +51,10 @@ TokenSpan TitleParts::trimFront(TokenSpan span) const {
         return span;
     if (!lead || namesEvent(reader, span.begin, *lead))
         return span;
-    // "「はじめての…」": no particle begins what is quoted.
-    if (lead->length == 1 && token(span.begin).unspaced && !token(span.begin).capital &&
-        span.begin > 0 && token(span.begin - 1).symbol == '"' && !token(span.begin).spaceBefore)
+    // "「はじめての…」", "„Am Rand der Karte“": no particle begins what is quoted.
+    if (lead->length == 1 && (token(span.begin).unspaced != token(span.begin).capital) &&
+        span.begin > 0 && token(span.begin - 1).symbol == '"' &&
+        (token(span.begin).capital || !token(span.begin).spaceBefore))
         return span;
     const std::uint32_t next = span.begin + lead->length;
     if (startsLongerWord(span, next))
@@ -146,6 +147,10 @@ TokenSpan TitleParts::trimBack(TokenSpan span) const {
     if (isEdgeMark(token(last)) || token(last).symbol == '(' || token(last).symbol == '[' ||
         isUnopened(span, last))
         return {span.begin, last};
+    // "« Les abeilles et nous »"
+    if (span.begin > 0 && token(span.begin - 1).symbol == '"' && token(span.end).symbol == '"' &&
+        token(span.begin).upper())
+        return span;
     // "Autumn talks (all 7.30pm)": what is left of an aside.
     constexpr std::uint32_t kLongestAside = 3;
     for (std::uint32_t i = last; i > span.begin && last - i < kLongestAside; --i) {
@@ -174,6 +179,10 @@ TokenSpan TitleParts::trimBack(TokenSpan span) const {
     // "Bike MOT drop-in"
     if (last > span.begin + 1 && reader.symbol(last - 1, '-') && reader.glued(last) &&
         reader.glued(last - 1))
+        return span;
+    // "Festa di fine anno della 5A"
+    if (last > span.begin && token(last).capital && !token(last).spaceBefore &&
+        token(last - 1).kind == TokenKind::Number)
         return span;
     const std::uint32_t low =
         span.end > span.begin + kLongestTail ? span.end - kLongestTail : span.begin;
