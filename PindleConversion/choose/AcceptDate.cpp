@@ -68,8 +68,10 @@ bool Chooser::isPastAppointment(const Dated &dated) const {
     const std::uint32_t token = dated.mention->span.begin;
     const Label label = fieldOf(token).label;
     const bool labelled = label == Label::When || label == Label::Date;
-    return dated.date.yearGiven && (labelled || hasTimeNear(token)) &&
-           roleOf(token) != Role::Posted && !speaksOfPast(token);
+    // "R 1 845.00   02/09/2025 10:14" is a receipt.
+    const bool named = hasTimeNear(token) && sentenceHas(token, Meaning::Event);
+    return dated.date.yearGiven && (labelled || named) && roleOf(token) != Role::Posted &&
+           !speaksOfPast(token);
 }
 
 bool Chooser::namesMoney(const Field &field) const {

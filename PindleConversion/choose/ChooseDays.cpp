@@ -232,6 +232,12 @@ bool Chooser::isHoursOnly(const Dated &dated) const {
     const bool days = dated.mention->first.base == DateSpec::Base::Weekday && dated.mention->last;
     if (days && (says(Meaning::Daily) || isTimetable()))
         return true;
+    // "Chiuso il lunedì"
+    if (dated.mention->first.base == DateSpec::Base::Weekday && m_found.times.empty() &&
+        m_dates.size() == 1 && says(Meaning::Opening) && !sentenceHas(token, Meaning::Event) &&
+        (Reader(m_document, dated.mention->span.end).has(token, Meaning::The) ||
+         (token > 0 && Reader(m_document, token).has(token - 1, Meaning::The))))
+        return true;
     // "open Tuesday to Sunday": an exhibition may be an event, a shop is none.
     return (dated.mention->repeated || spansMostDays(dated)) && says(Meaning::Opening) &&
            !sentenceHas(token, Meaning::Event);
@@ -245,6 +251,12 @@ bool Chooser::isTimetable() const {
     const std::uint32_t end =
         static_cast<std::uint32_t>(std::min(m_document.tokens.size(), kReach));
     const Reader reader(m_document, end);
+    const auto ranges = std::count_if(m_dates.begin(), m_dates.end(), [](const Dated &dated) {
+        return dated.mention->last.has_value();
+    });
+    // "Mon-Fri 7.30-16.30, Sat-Sun 9-15"
+    if (weekdays && ranges > 1)
+        return true;
     bool opening = false;
     for (std::uint32_t i = 0; weekdays && i < end;) {
         const Sense *open = reader.sense(i, Meaning::Opening);

@@ -17,7 +17,7 @@ void Chooser::pickEnd() {
     const bool joined = m_time >= 0 && !m_choice.endMinute && next < m_found.times.size() &&
                         isJoined(m_found.times[next - 1], m_found.times[next]) &&
                         nothingBetween(m_found.times[next - 1].span, m_found.times[next].span);
-    if ((joined && travelEnd()) || endOnLaterDay())
+    if ((joined && travelEnd()) || (endsInLine() && endFromTime()) || endOnLaterDay())
         return;
     if (!m_choice.startMinute || m_choice.endMinute) {
         lengthInDays();
@@ -25,6 +25,21 @@ void Chooser::pickEnd() {
     }
     if (!endOfLastDay() && !endFromSecondDay() && !endFromTime())
         endFromLength();
+}
+
+bool Chooser::endsInLine() const {
+    const auto next = static_cast<std::size_t>(m_time) + 1;
+    if (m_time < 0 || m_date < 0 || m_choice.endMinute || next >= m_found.times.size())
+        return false;
+    const std::uint32_t start = m_choice.timeSpan.begin;
+    const std::uint32_t end = m_found.times[next].span.begin;
+    return m_document.tokens[start].field == m_document.tokens[end].field &&
+           m_document.tokens[start].field == m_document.tokens[m_choice.dateSpan.begin].field &&
+           roleOf(end) == Role::End &&
+           std::none_of(m_dates.begin(), m_dates.end(), [&](const Dated &dated) {
+               const std::uint32_t at = dated.mention->span.begin;
+               return at > start && m_document.tokens[at].field == m_document.tokens[end].field;
+           });
 }
 
 bool Chooser::tellsEnd(std::uint32_t token) const {
@@ -250,7 +265,10 @@ bool Chooser::isStationBetween(TokenSpan first, TokenSpan second) const {
 bool Chooser::isJoined(const TimeMention &first, const TimeMention &second) const {
     // Names in scripts without spaces are cut in small pieces.
     const std::uint32_t reach = m_document.token(first.span.end).unspaced ? 12 : 9;
-    if (first.end || second.end || !second.start.sure || !first.start.sure ||
+    const auto certain = [](const TimeMention &time) {
+        return time.start.sure || (time.marked && time.start.minuteGiven);
+    };
+    if (first.end || second.end || !certain(second) || !certain(first) ||
         second.span.begin - first.span.end > reach ||
         !m_document.sameSentence(first.span.begin, second.span.begin) ||
         roleOf(second.span.begin) != Role::None)

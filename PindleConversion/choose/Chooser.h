@@ -251,6 +251,8 @@ private:
     /// The next line, or the next cell of the same one.
     static bool isBelowOrBeside(const Field &first, const Field &second);
     bool tellsEnd(std::uint32_t token) const;
+    /// "Outbound: 4 August, Portsmouth 08:15, arrives Caen 15:00": whatever the next line says.
+    bool endsInLine() const;
     /// "Opening on 3 October at 6pm. The exhibition runs until 29 November."
     bool isOpenUntil(const Dated &dated) const;
     /// A word such as "back" stands between them.

@@ -80,6 +80,27 @@ bool endsWithTime(const Reader &reader, std::uint32_t i, const Field &field,
     return reader.document().sameSentence(found.dates.back().span.begin, i);
 }
 
+/// Two digits and minutes behind the name of a stop: "Harlingen 14.20".
+bool isStopTime(const Reader &reader, std::uint32_t i) {
+    return i > 0 && reader.number(i, 0, 23) && reader.token(i).digits == 2 &&
+           hasDottedMinutes(reader, i) && reader.word(i - 1) && reader.token(i - 1).capital &&
+           reader.token(i).spaceBefore;
+}
+
+/// "Harlingen 14.20 – Vlieland 15.55": departure and arrival tell each other's times.
+bool isTimetablePair(const Reader &reader, std::uint32_t i, const Expressions &found) {
+    constexpr std::uint32_t kLongestName = 4; ///< with the dash
+    if (!isStopTime(reader, i))
+        return false;
+    const std::uint32_t dash = i + 3;
+    if (reader.has(dash, Meaning::RangeTo) && !reader.glued(dash))
+        for (std::uint32_t k = dash + 2; k <= dash + kLongestName; ++k)
+            if (isStopTime(reader, k))
+                return true;
+    const std::uint32_t before = found.times.empty() ? i : found.times.back().span.end;
+    return before < i && i - before <= kLongestName && reader.has(before, Meaning::RangeTo);
+}
+
 /// "still on for tomorrow? 7 at mine", "... moved to Saturday. 11 to 4 at the park": hours and
 /// a place behind a day.
 bool opensWithHour(const Reader &reader, std::uint32_t i, const Field &field,
@@ -104,7 +125,7 @@ bool opensWithHour(const Reader &reader, std::uint32_t i, const Field &field,
 bool isAnnounced(const Reader &reader, std::uint32_t i, const Field &field,
                  const Expressions &found) {
     return eventAnnounces(reader, i, field, found) || opensWithHour(reader, i, field, found) ||
-           endsWithTime(reader, i, field, found);
+           endsWithTime(reader, i, field, found) || isTimetablePair(reader, i, found);
 }
 
 } // namespace pindle::conversion

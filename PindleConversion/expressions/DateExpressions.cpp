@@ -150,7 +150,10 @@ void readNameBehind(const Reader &reader, DateMention &date) {
     j += bracket ? 1 : 0;
     const Named name = readName(reader, j);
     // "14日（火）"
-    const bool day = bracket && date.first.base == Base::DayOnly;
+    // and "no dia 21, quinta-feira, às 14h30"
+    const bool listed = j != open && (reader.symbol(name.next, ',') || !reader.word(name.next) ||
+                                      reader.has(name.next, Meaning::TimeMarker));
+    const bool day = (bracket || listed) && date.first.base == Base::DayOnly;
     if (name.weekday == 0 || !(day || date.first.base == Base::Calendar) || date.first.weekday != 0)
         return;
     const std::uint32_t next = skipComma(reader, name.next);
