@@ -221,9 +221,11 @@ std::uint32_t PlaceFinder::beforePerson(const Reader &reader, TokenSpan span) co
                     [&](Label each) { return label->value == static_cast<int>(each); }))
         return span.begin;
     // "夕方で", "午後一で"
-    const Sense *part = reader.sense(span.begin, Meaning::PartOfDay);
-    if (part && span.begin + part->length == span.end)
-        return span.begin;
+    // and "9時～12時の間"
+    for (const Meaning meaning : {Meaning::PartOfDay, Meaning::NotAPlace})
+        if (const Sense *other = reader.sense(span.begin, meaning);
+            other && span.begin + other->length == span.end)
+            return span.begin;
     // but "お蕎麦屋さん"
     if (token(span.end - 1).isOneSign() ||
         !reader.senseBefore(span.end, Meaning::Person, kLongest) ||

@@ -101,6 +101,9 @@ std::uint32_t TitleParts::joinedQuote(const Reader &reader, std::uint32_t open) 
             return 0;
         if (reader.has(i, Meaning::Event))
             return close;
+        // "「ソラノテ」の発表会"
+        if (i == close + 1 && reader.has(i, Meaning::Of) && reader.has(i + 1, Meaning::Event))
+            return close;
         if (reader.mayHave(i, kOver))
             return 0;
     }

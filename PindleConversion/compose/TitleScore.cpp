@@ -180,6 +180,9 @@ int TitleScore::openingPenalties(const Reader &reader, const TitleCandidate &can
     // "Free outdoor movie" names it as well.
     const bool led =
         (lead && trimmed.begin > begin && reader.has(trimmed.begin, Meaning::Event)) ||
+        // "免费公开课"
+        (chatter && token(begin).unspaced && reader.has(begin + chatter->length, Meaning::Event) &&
+         reader.glued(begin + chatter->length)) ||
         (chatter && chatter->length == 1 && trimmed.begin == begin && token(begin).upper() &&
          (contains({begin + 1, trimmed.end}, Meaning::Event) ||
           (candidate.first && isHeadline(reader, {begin + 1, trimmed.end}))));
@@ -239,10 +242,10 @@ int TitleScore::openingPenalties(const Reader &reader, const TitleCandidate &can
         score -= 50;
     // "インフルエンザのため、": why.
     constexpr std::uint32_t kLongestReason = 2;
-    const Sense *why = token(part.end - 1).unspaced
-                           ? reader.senseBefore(part.end, Meaning::AsideLead, kLongestReason)
+    const Sense *why = token(trimmed.end - 1).unspaced
+                           ? reader.senseBefore(trimmed.end, Meaning::AsideLead, kLongestReason)
                            : nullptr;
-    if (why && part.begin + why->length < part.end)
+    if (why && trimmed.begin + why->length < trimmed.end)
         score -= kPredicate;
     return score;
 }

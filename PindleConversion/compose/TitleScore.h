@@ -76,6 +76,8 @@ private:
     /// "Webinar: Reading a Balance Sheet", "Webinar | Reading a Balance Sheet": the kind stands
     /// before the name.
     bool isCalledByNext(TokenSpan trimmed) const;
+    /// "【親子工作坊】小小烘焙師": so does one in brackets, with nothing else on the line.
+    bool isKindInBrackets(TokenSpan trimmed) const;
     /// "The jumble sale returns! ... Sale: Saturday": said before with what tells it apart.
     bool wasNamedBefore(std::uint32_t i) const;
     /// "運動会のご案内", "关于春游的通知": a heading says that the event is announced.

@@ -126,8 +126,7 @@ bool TitleScore::isCalledByNext(TokenSpan trimmed) const {
         return false;
     // "【线上讲座】家庭理财入门"
     if (mark == ']' && isWideBracket(trimmed.end))
-        return token(next).unspaced && m_document.sameSentence(trimmed.begin, next) &&
-               Reader(m_document, trimmed.end).has(trimmed.begin, Meaning::OnlineEvent);
+        return isKindInBrackets(trimmed);
     if (mark == ':')
         return m_document.sameSentence(trimmed.begin, trimmed.end);
     const bool event = token(next).kind == TokenKind::Word && contains(trimmed, Meaning::Event);
@@ -139,6 +138,27 @@ bool TitleScore::isCalledByNext(TokenSpan trimmed) const {
         size == 1 ||
         (size == 2 && Reader(m_document, trimmed.end).has(trimmed.end - 1, Meaning::Event));
     return kind && (mark == '|' || mark == kBullet) && event;
+}
+
+bool TitleScore::isKindInBrackets(TokenSpan trimmed) const {
+    constexpr std::uint32_t kShortest = 2;
+    static constexpr Meanings kTalk{Meaning::Chatter, Meaning::Greeting, Meaning::PresentVerb,
+                                    Meaning::Person, Meaning::LabelWord};
+    const std::uint32_t begin = trimmed.end + 1;
+    const Field &field = m_document.fields[token(trimmed.begin).field];
+    const Reader reader(m_document, field.end);
+    if (!token(begin).unspaced || token(begin).field != token(trimmed.begin).field)
+        return false;
+    if (reader.has(trimmed.begin, Meaning::OnlineEvent))
+        return m_document.sameSentence(trimmed.begin, begin);
+    const Sense *event = reader.senseBefore(trimmed.end, Meaning::Event, kShortest);
+    // "【面接】田中様", "【会議】第2会議室"
+    if (!event || field.end < begin + kShortest || reader.has(field.end - 1, Meaning::PlaceNoun))
+        return false;
+    for (std::uint32_t i = begin; i < field.end; ++i)
+        if (token(i).used || !reader.word(i) || reader.mayHave(i, kTalk))
+            return false;
+    return true;
 }
 
 bool TitleScore::wasNamedBefore(std::uint32_t i) const {
@@ -172,7 +192,7 @@ bool TitleScore::namesSender(TokenSpan part, TokenSpan trimmed) const {
     // "【PTAより】"
     if (trimmed.begin > 0 && isWideBracket(trimmed.begin - 1) && trimmed.end + 1 == part.end &&
         token(trimmed.end).unspaced &&
-        Reader(m_document, part.end).has(trimmed.end, Meaning::RangeFrom))
+        Reader(m_document, part.end).has(trimmed.end, Meaning::RangeTo))
         return true;
     return token(trimmed.begin).unspaced && mark < part.end && token(mark).symbol == ':' &&
            Reader(m_document, part.end).has(trimmed.end, Meaning::TitleTail) &&
