@@ -57,21 +57,53 @@ std::uint32_t PlaceFinder::beforeTalk(const Reader &reader, const Field &field,
         const Sense *talk = reader.sense(i, Meaning::Chatter);
         const bool ends = i + 1 == part.end && field.spoken && !token(i).capital &&
                           reader.has(i, Meaning::Greeting);
-        if ((talk && talk->length > 1 && !token(i).capital) || ends)
+        // "the Wheatsheaf this time"
+        const Sense *stop = field.spoken ? reader.sense(i, Meaning::PlaceStop) : nullptr;
+        if ((((talk && talk->length > 1) || (stop && stop->length > 1)) && !token(i).capital) ||
+            ends)
             return i;
     }
     return part.end;
 }
 
+bool PlaceFinder::wasAskedWhere(std::uint32_t at) const {
+    constexpr std::uint32_t kReach = 40;
+    const std::uint32_t f = token(at).field;
+    // The field between two turns names the next speaker.
+    if (f < 2 || !m_document.fields[f - 2].spoken)
+        return false;
+    const Field &turn = m_document.fields[f - 2];
+    const Reader reader(m_document, std::min(turn.end, turn.begin + kReach));
+    for (std::uint32_t i = turn.begin; i < reader.end(); ++i) {
+        const Sense *label = reader.sense(i, Meaning::LabelWord);
+        if ((label && label->value == static_cast<int>(Label::Place)) ||
+            reader.has(i, Meaning::PlaceNoun))
+            return true;
+    }
+    return false;
+}
+
 bool PlaceFinder::isAnswer(const Reader &reader, TokenSpan part) const {
-    const std::uint32_t end = reader.skip(part.end, Meaning::Greeting);
+    std::uint32_t end = reader.skip(part.end, Meaning::Greeting);
+    // "the Crown this time"
+    if (const Sense *stop = reader.sense(end, Meaning::PlaceStop); stop && stop->length > 1)
+        end += stop->length;
     const std::uint32_t before = part.begin;
-    // "The Crown?" says more of where than "Sarah Jones?".
-    const bool article = reader.has(before, Meaning::The) && reader.token(before).upper();
-    return (part.end - part.begin > 2 || article) && reader.at(end) &&
+    // "The Crown?", "the Crown" say more of where than "Sarah Jones?".
+    const bool article = reader.has(before, Meaning::The);
+    const bool small = article && !token(before).upper() && !token(before).unspaced;
+    if (small ? !(token(before + 1).upper() && wasAskedWhere(before))
+              : part.end - part.begin <= 2 && !article)
+        return false;
+    // "no, the Crown"
+    const bool starts = before == 0 || !reader.document().sameSentence(before - 1, before) ||
+                        (before > 1 && reader.symbol(before - 1, ',') &&
+                         reader.senseBefore(before - 1, Meaning::Greeting, 2) &&
+                         m_document.fields[token(before).field].begin + 2 >= before - 1);
+    return starts && reader.at(end) &&
            (reader.symbol(end, '.') || reader.symbol(end, '!') ||
-            (reader.symbol(end, '?') && isAgreed(token(before).field))) &&
-           (before == 0 || !reader.document().sameSentence(before - 1, before));
+            (reader.symbol(end, ',') && reader.at(end + 1) && (small || token(end + 1).used)) ||
+            (reader.symbol(end, '?') && isAgreed(token(before).field)));
 }
 
 } // namespace pindle::conversion

@@ -223,6 +223,8 @@ private:
     std::uint32_t behindAnswer(const Reader &reader, const Field &field, TokenSpan part) const;
     /// "village hall as ever", "The Fox & Anchor yeah": where the name is over.
     std::uint32_t beforeTalk(const Reader &reader, const Field &field, TokenSpan part) const;
+    /// "usual place?", "where?" in the turn before that of token `at`.
+    bool wasAskedWhere(std::uint32_t at) const;
     /// A name of several words that is a sentence of its own.
     bool isAnswer(const Reader &reader, TokenSpan part) const;
 

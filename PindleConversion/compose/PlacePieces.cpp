@@ -264,12 +264,14 @@ bool PlaceFinder::refusesPart(const Reader &reader, TokenSpan part) const {
         !reader.has(begin + 1, Meaning::OrdinalMark) &&
         reader.has(part.end - 1, Meaning::PlaceNoun) && !shapeOf(part).capital)
         return true;
+    // "19:00, music room", but "music from 7"
+    const Sense *kind = reader.sense(begin, Meaning::PlaceNoun);
     return pointsElsewhere(reader, part) || isBehindPerson(reader, part) ||
            reader.has(begin, Meaning::Person) ||
            (reader.has(begin, Meaning::PlaceMarker) && !token(begin).upper()) ||
            reader.has(begin, Meaning::Chatter) ||
-           (reader.word(begin) && reader.has(begin, Meaning::TimeMarker) &&
-            !token(begin).upper()) ||
+           (reader.word(begin) && reader.has(begin, Meaning::TimeMarker) && !token(begin).upper() &&
+            !(kind && kind->length > 1)) ||
            (reader.has(begin, Meaning::PlaceStop) &&
             (!token(begin).upper() || isShouted(reader, begin))) ||
            reader.has(begin + 2, Meaning::Counter) || countsAboard(reader, begin) ||
