@@ -62,7 +62,8 @@ TitleScore::Weight TitleScore::weigh(const TitleCandidate &candidate) const {
     constexpr int kAnnouncement = -40;
     const auto &[field, run, part, trimmed, alone, first, order] = candidate;
     const Reader reader(m_document, part.end);
-    const bool kind = isCalledByNext(trimmed) || (alone && isKindAbove(field, trimmed));
+    const bool kind = isCalledByNext(trimmed) ||
+                      (alone && (isKindAbove(field, trimmed) || isHostAbove(field, trimmed)));
     const int less = penalties(candidate);
     const int score = labelScore(field.label) - std::min(order, 20) + 20 +
                       positionScore(candidate) + contentScore(candidate, kind) + less;

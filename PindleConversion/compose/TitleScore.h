@@ -73,6 +73,10 @@ private:
     bool isPageHead(const Reader &reader, TokenSpan part) const;
     /// "Workshop" on a line above "Sourdough for Beginners".
     bool isKindAbove(const Field &field, TokenSpan trimmed) const;
+    /// "Hill Primary School" on a line above "Trunk or Treat".
+    bool isHostAbove(const Field &field, TokenSpan trimmed) const;
+    /// A line that the event may be called by, up to its date, time or place.
+    bool mayName(const Field &field) const;
     /// "Webinar: Reading a Balance Sheet", "Webinar | Reading a Balance Sheet": the kind stands
     /// before the name.
     bool isCalledByNext(TokenSpan trimmed) const;

@@ -1,5 +1,7 @@
 #include "PindleConversion/compose/TitleScore.h"
 
+#include <algorithm>
+
 namespace pindle::conversion {
 
 bool TitleScore::isSignature(const Field &field) const {
@@ -107,6 +109,44 @@ bool TitleScore::isKindAbove(const Field &field, TokenSpan trimmed) const {
     // but "Year 4, Friday 12 June"
     return event && trimmed.begin + event->length == trimmed.end && word.capital && !word.used &&
            trimmed.begin == field.begin && token(next->begin + 1).kind != TokenKind::Number;
+}
+
+bool TitleScore::isHostAbove(const Field &field, TokenSpan trimmed) const {
+    constexpr std::ptrdiff_t kReach = 3; ///< lines; an address may stand between
+    if (&field != &m_document.fields.front() || field.cell || field.spoken ||
+        !isHost({trimmed.begin, field.end}))
+        return false;
+    // "Primary School Fun Run", but "Parish PTA", which may be a meeting as well.
+    static constexpr Meanings kEvent{Meaning::Event};
+    const Reader reader(m_document, field.end);
+    for (std::uint32_t i = field.begin; i < field.end; ++i)
+        if (reader.mayHave(i, kEvent) && !reader.has(i, Meaning::Host))
+            return false;
+    const Field *last =
+        &field + std::min(kReach, &m_document.fields.back() - &m_document.fields.front());
+    for (const Field *next = &field + 1; next <= last && next->begin <= m_choice.anchor(); ++next)
+        if (mayName(*next))
+            return true;
+    return false;
+}
+
+bool TitleScore::mayName(const Field &field) const {
+    static constexpr Meanings kTalk{Meaning::Chatter, Meaning::Greeting, Meaning::Opening,
+                                    Meaning::PageHead};
+    const Token &word = token(field.begin);
+    if (field.label != Label::None || field.cell || field.spoken || field.ignored || word.used ||
+        (word.kind == TokenKind::Word && !word.capital && !word.unspaced) ||
+        word.meanings.meets(kTalk))
+        return false;
+    TokenSpan name{field.begin, field.begin};
+    while (name.end < field.end && !token(name.end).used)
+        ++name.end;
+    const Reader reader(m_document, name.end);
+    // "Dad's Night" says enough, "Tickets" does not.
+    const bool says = hasContent(name) || (name.end > name.begin + 1 && hasLetters(name));
+    const bool where =
+        reader.has(name.end - 1, Meaning::PlaceNoun) || contains(name, Meaning::StreetWord);
+    return isHeading(name) && says && (!where || contains(name, Meaning::Event));
 }
 
 bool TitleScore::isCalledByNext(TokenSpan trimmed) const {

@@ -197,6 +197,36 @@ bool TitleWords::namesHost(TokenSpan trimmed) const {
            !(trimmed.end == trimmed.begin + 2 && reader.has(trimmed.begin + 1, Meaning::Event));
 }
 
+bool TitleWords::isHost(TokenSpan line) const {
+    constexpr int kAtEnd = 1;
+    constexpr int kNumbered = 2;
+    if (!m_document.meanings.has(Meaning::Host))
+        return false;
+    const Reader reader(m_document, line.end);
+    const auto counts = [&](std::uint32_t i) {
+        return i >= line.begin && i < line.end && token(i).kind == TokenKind::Number;
+    };
+    for (std::uint32_t i = line.begin; i < line.end; ++i) {
+        const Sense *host = reader.sense(i, Meaning::Host);
+        if (!host)
+            continue;
+        const std::uint32_t next = i + host->length;
+        // "5th Grade"
+        const bool number =
+            counts(next) || (i > line.begin && (counts(i - 1) || (i > 1 && counts(i - 2))));
+        if (host->value == kNumbered ? !number
+                                     : host->value == kAtEnd && next < line.end &&
+                                           reader.word(next) && !reader.has(next, Meaning::Host))
+            continue;
+        // "Back to School", "Lanterns at Hill School"
+        for (std::uint32_t k = line.begin; k < i; ++k)
+            if (!token(k).unspaced && !token(k).capital && reader.has(k, Meaning::PlaceMarker))
+                return false;
+        return true;
+    }
+    return false;
+}
+
 bool TitleWords::namesDay(const Reader &reader, TokenSpan trimmed) const {
     const std::uint32_t last = trimmed.end - 1;
     return last > trimmed.begin && reader.has(last, Meaning::DayWord) && token(last).upper() &&

@@ -63,6 +63,8 @@ public:
     bool tellsShow(TokenSpan span) const;
     /// "Wheels Day", "Odd Socks Day": a day with a name of its own.
     bool namesDay(const Reader &reader, TokenSpan trimmed) const;
+    /// "Hill Primary School", "Grade 9": who tells of the event.
+    bool isHost(TokenSpan line) const;
     /// "Chess club The Tower" says who, not what.
     bool namesHost(TokenSpan trimmed) const;
     /// "Re: pls read!": a phrase that begins in `before` and ends at `end` says nothing.

@@ -118,6 +118,8 @@ enum class Meaning : std::uint8_t {
     Inviting, ///< 0: a verb that names whom before what it invites to: "invite", "convocam-se",
               ///< 1: what leads to that event: "to", "para", 2: a verb whose object is the
               ///< event: "organises"
+    Host,     ///< who heads their notices, in a line above the event's name; value 0: wherever in
+              ///< that line, 1: at its end: "Primary School", 2: beside a number: "Grade 9"
 };
 
 /// Parts the week of a holiday such as "the fourth Thursday of November" from month and weekday;
@@ -125,7 +127,7 @@ enum class Meaning : std::uint8_t {
 inline constexpr int kNthHoliday = 2000;
 inline constexpr int kLastWeek = 6;
 
-inline constexpr std::size_t kMeanings = static_cast<std::size_t>(Meaning::Inviting) + 1;
+inline constexpr std::size_t kMeanings = static_cast<std::size_t>(Meaning::Host) + 1;
 
 enum class Unit : std::uint8_t { Minute, Hour, Day, Week, Fortnight, Month, Year, Weekend, Night };
 enum class DayPart : std::uint8_t { None, Morning, Noon, Afternoon, Evening, Night };

@@ -107,6 +107,7 @@ constexpr TableKind kTableKinds[] = {
     {"counter", Meaning::Counter, Values::Number},
     {"numbered", Meaning::Numbered, Values::Number},
     {"inviting", Meaning::Inviting, Values::Number},
+    {"host", Meaning::Host, Values::Number},
     {"zone-abbreviation", Meaning::ZoneAfterTime, Values::Note},
     {"zone-in-capitals", Meaning::ZoneAfterTime, Values::Note, 1},
     {"zone-city", Meaning::ZoneWord, Values::Note},
