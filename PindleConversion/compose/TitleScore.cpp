@@ -302,6 +302,9 @@ int TitleScore::wordPenalties(const Reader &reader, const TitleCandidate &candid
     if (reader.has(candidate.part.begin, Meaning::RoleBehind) && !event &&
         !token(candidate.part.begin).unspaced)
         score -= kBehind;
+    // "I'll text you the gate code the day before": not what happens on the day.
+    if (!event && endsOnEve(reader, candidate.part))
+        score -= kBehind;
     // "The concert is postponed until" tells of the event itself.
     if (tellsRole(trimmed) && !(tellsShow(trimmed) && !isBeforeMoment(trimmed)))
         score -= tellsSide(trimmed) ? 80 : 40;

@@ -59,6 +59,8 @@ private:
     bool saysNothing(const Reader &reader, TokenSpan part, TokenSpan trimmed) const;
     /// A few words behind the line that says goodbye.
     bool isSignature(const Field &field) const;
+    /// "the gate code the day before": the part ends with a day that is not the event's.
+    static bool endsOnEve(const Reader &reader, TokenSpan part);
     /// "Rendezvous 6pm at the Café Noir for Chloé's party": the event is named later.
     bool isBeforeMoment(TokenSpan trimmed) const;
     /// "Tobias, see you at nine": whom the text speaks to.

@@ -26,6 +26,15 @@ bool TitleScore::isNotice(const Reader &reader, TokenSpan part) const {
     return chatter && (rest == part.end || isCode({rest, part.end}));
 }
 
+bool TitleScore::endsOnEve(const Reader &reader, TokenSpan part) {
+    constexpr std::uint32_t kLongest = 4;
+    std::uint32_t end = part.end;
+    while (end > part.begin && isEdgeMark(reader.token(end - 1)))
+        --end;
+    const Sense *role = reader.senseBefore(end, Meaning::RoleWord, kLongest);
+    return role && end >= part.begin + role->length && role->value == static_cast<int>(Role::Eve);
+}
+
 bool TitleScore::isBeforeMoment(TokenSpan trimmed) const {
     const std::uint32_t end = trimmed.end + (token(trimmed.end).symbol == ':' ? 1U : 0U);
     return end == m_choice.timeSpan.begin || end == m_choice.dateSpan.begin;
