@@ -61,14 +61,18 @@ std::uint32_t PlaceFinder::nameHead(std::uint32_t i) const {
 std::uint32_t PlaceFinder::streetHead(const Reader &reader, std::uint32_t i) const {
     constexpr std::uint32_t kReach = 6;
     const std::uint32_t low = m_document.fields[token(i).field].begin;
-    if (i < low + 3 || !reader.number(i - 1, 1, 9999, 4))
+    if (i < low + 3 || token(i - 1).used || token(i - 1).unspaced ||
+        !(reader.number(i - 1, 1, 9999, 4) || token(i - 1).capital))
         return i;
     for (std::uint32_t k = i - 1; k > low && i - k < kReach; --k) {
         const Token &before = token(k - 1);
         if (before.used || before.unspaced || !m_document.sameSentence(k - 1, i))
             return i;
-        if (k < i - 1 && before.word != 0 && reader.has(k - 1, Meaning::StreetWord))
-            return k - 1;
+        // "12 rue des Chantiers à Nantes"
+        const bool house = k > low + 1 && reader.number(k - 2, 1, 9999, 4) && !token(k - 2).used;
+        if (k < i - 1 && before.word != 0 && reader.has(k - 1, Meaning::StreetWord) &&
+            (house || token(i - 1).kind == TokenKind::Number))
+            return house ? k - 2 : k - 1;
         if (!before.capital && !reader.symbol(k - 1, '.') && !reader.has(k - 1, Meaning::Of) &&
             !reader.has(k - 1, Meaning::The))
             return i;
