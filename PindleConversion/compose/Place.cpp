@@ -12,6 +12,7 @@ constexpr int kLeastScore = 20;
 constexpr int kAside = 55;                  ///< less for where the event itself is not
 constexpr int kOfSide = 20;                 ///< less for where one meets or departs, told apart
 constexpr int kLater = 30;                  ///< less for one on the line of a later hour
+constexpr int kFollowUp = 40;               ///< less for one of what follows the event
 constexpr int kInBrackets = 8;              ///< less for what only explains a place
 constexpr int kAsked = 12;                  ///< less for a place that a speaker only asks about
 constexpr std::uint32_t kOnlineReach = 400; ///< tokens that are asked whether the event is online
@@ -199,6 +200,8 @@ void PlaceFinder::offer(TokenSpan span, int score, std::uint32_t at) {
         score -= kAside;
     if (isOfLater(at))
         score -= kLater;
+    else if (isOfFollowUp(reader, std::min(at, span.begin)))
+        score = std::max(std::min(score, kLeastScore), score - kFollowUp);
     // "文化会館 小ホール": a house and its room.
     if (score == m_score && span.begin == m_best.end && token(span.begin).unspaced) {
         m_best.end = span.end;
@@ -319,6 +322,30 @@ bool PlaceFinder::isOfSide(const Reader &reader, std::uint32_t at) const {
             return true;
     }
     return false;
+}
+
+bool PlaceFinder::isOfFollowUp(const Reader &reader, std::uint32_t at) const {
+    constexpr std::uint32_t kReach = 8;
+    constexpr std::uint32_t kLongest = 3;
+    const std::uint32_t moment = std::max(m_choice.anchor(), m_choice.timeSpan.begin);
+    if (at <= moment || m_choice.timeSpan.empty() || m_choice.kind == EventKind::Travel)
+        return false;
+    if (const Sense *marker = reader.senseBefore(at, Meaning::PlaceMarker, kLongest))
+        at -= marker->length;
+    // ", wesele w Dworku Lipowym"
+    const std::uint32_t head = m_document.fields[token(at).field].begin;
+    const bool named = head < m_choice.anchor() && reader.word(head) && !token(head).used;
+    const Sense *event = reader.senseBefore(at, Meaning::Event, kLongest);
+    if (event && named && at - event->length > moment &&
+        token(at - event->length - 1).symbol == ',')
+        return true;
+    std::uint32_t begin = at;
+    while (begin > moment && at - begin < kReach && m_document.sameSentence(begin - 1, at))
+        --begin;
+    return begin < at && !m_document.sameSentence(begin, m_choice.anchor()) &&
+           !m_document.sameSentence(begin, m_choice.timeSpan.begin) &&
+           !m_document.sameSentence(begin - 1, begin) && reader.has(begin, Meaning::Event) &&
+           !reader.has(begin, Meaning::PlaceNoun) && token(begin).field == m_anchorField;
 }
 
 bool PlaceFinder::isWhereThingsWere(std::uint32_t at) const {

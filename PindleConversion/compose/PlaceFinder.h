@@ -60,6 +60,8 @@ private:
     bool isCoveredByEnd(TokenSpan span) const;
     /// "arrival Palma 08:25": where the event ends.
     bool isOfEnd(TokenSpan span) const;
+    /// "16h, église Sainte-Anne. Dîner au Manoir": what follows the event in its own words.
+    bool isOfFollowUp(const Reader &reader, std::uint32_t at) const;
     /// "Someone left a dish in the fridge", told in another sentence than the event.
     bool isWhereThingsWere(std::uint32_t at) const;
     /// On the line of another event.

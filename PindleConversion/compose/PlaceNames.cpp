@@ -308,6 +308,11 @@ std::uint32_t PlaceNames::addressGoesOn(const Reader &reader, std::uint32_t i,
          !reader.has(i, Meaning::PlaceNoun)) ||
         isCurrencySign(token(end).symbol))
         return i;
+    // ", wesele w Dworku Lipowym"
+    const Sense *event = reader.sense(i, Meaning::Event);
+    if (event && (!token(i).upper() || reader.language(i).capitalNouns) && !token(i).unspaced &&
+        !reader.has(i, Meaning::PlaceNoun) && reader.has(i + event->length, Meaning::PlaceMarker))
+        return i;
     const Shape shape = shapeOf({i, end});
     if (shape.event && !shape.noun && !shape.street)
         return i;

@@ -49,8 +49,10 @@ bool isDayNumber(const Reader &reader, std::uint32_t at) {
     const bool colon =
         reader.symbol(next, ':') && !(reader.word(next + 1) && reader.token(next + 1).spaceBefore);
     if (colon || (reader.symbol(next, '.') && reader.at(next + 1)) ||
-        reader.has(next, Meaning::HourMark) || reader.has(next, Meaning::UnitWord) ||
-        reader.has(next, Meaning::Meridiem) ||
+        reader.has(next, Meaning::HourMark) || reader.has(next, Meaning::Meridiem) ||
+        // but "venerdì 22 ore 18"
+        (reader.has(next, Meaning::UnitWord) &&
+         !(time != next && reader.number(time, 0, 24) && reader.token(at).spaceBefore)) ||
         (readDayRange(reader, next) && time == next && !isDashBeforeWord(reader, next)))
         return false;
     // "Sonntag, 23 bis 5 Uhr"

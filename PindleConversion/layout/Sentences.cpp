@@ -31,6 +31,14 @@ bool isCountedNoun(const Reader &reader, std::uint32_t begin, std::uint32_t i) {
             !reader.has(i - 3, Meaning::Weekday));
 }
 
+/// "Hafenstraße 12. Hüpfburg und Grill": the number of a house is no ordinal.
+bool endsAddress(const Reader &reader, std::uint32_t begin, std::uint32_t i) {
+    static constexpr Meanings kDate{Meaning::Month, Meaning::Weekday};
+    return i >= begin + 2 && reader.number(i - 1, 1, 999, 3) && reader.token(i - 2).capital &&
+           reader.has(i - 2, Meaning::StreetWord) && reader.word(i + 1) &&
+           !reader.mayHave(i + 1, kDate);
+}
+
 /// "4518 Pecan Valley Dr. Baby clothes ...": behind a house number the abbreviation is no person's.
 bool isStreetEnd(const Reader &reader, std::uint32_t begin, std::uint32_t i) {
     static constexpr Meanings kShort{Meaning::Person, Meaning::StreetWord};
@@ -73,7 +81,8 @@ bool endsSentence(const Reader &reader, std::uint32_t begin, std::uint32_t i) {
     if (before.kind == TokenKind::Word && isHouse(reader, i))
         return false;
     if (before.kind != TokenKind::Word)
-        return !isOrdinal(reader, i) && !isCountedNoun(reader, begin, i);
+        return endsAddress(reader, begin, i) ||
+               (!isOrdinal(reader, i) && !isCountedNoun(reader, begin, i));
     // "Hall C." is no abbreviation.
     if (before.end - before.begin == 1 && i > begin + 1 && reader.token(i - 1).capital &&
         reader.has(i - 2, Meaning::PlaceNoun))
