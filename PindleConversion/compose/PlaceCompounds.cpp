@@ -243,6 +243,15 @@ bool PlaceFinder::joinsBefore(const Reader &reader, std::uint32_t at, std::uint3
     // "水族館の入口"
     if (reader.has(at, Meaning::Of) && reader.has(at + 1, Meaning::PlaceNoun))
         return true;
+    // "第1ターミナル"
+    if (current.isOneSign() && reader.glued(at + 1) && at + 1 < i &&
+        token(at + 1).kind == TokenKind::Number && reader.has(at, Meaning::TitleLead) &&
+        !reader.has(at, Meaning::PlaceStop))
+        return true;
+    // "第1ターミナルの時計前", but not "学校の授業"
+    if (reader.has(at, Meaning::Of) && token(at).unspaced && at > 0 && !token(at - 1).used &&
+        reader.has(at - 1, Meaning::PlaceNoun) && !reader.has(at + 1, Meaning::Event))
+        return true;
     // "鳥はち": a particle before one sign that is no word.
     if (opensWord(reader, at) || (at + 2 == i && isInsideName(reader, at)))
         return true;

@@ -52,7 +52,10 @@ TokenSpan TitleParts::trimFront(TokenSpan span) const {
     if (!lead || namesEvent(reader, span.begin, *lead))
         return span;
     // "「はじめての…」", "„Am Rand der Karte“": no particle begins what is quoted.
-    if (lead->length == 1 && (token(span.begin).unspaced != token(span.begin).capital) &&
+    // and "「夜の図書館」" begins with no time.
+    if (lead->length == 1 &&
+        (token(span.begin).unspaced != token(span.begin).capital ||
+         token(span.begin).isOneSign()) &&
         span.begin > 0 && token(span.begin - 1).symbol == '"' &&
         (token(span.begin).capital || !token(span.begin).spaceBefore))
         return span;

@@ -81,6 +81,9 @@ std::uint32_t afterStamp(const Reader &reader, std::uint32_t i) {
         const std::uint32_t end = afterMachineStamp(reader, stamp);
         return end != stamp ? end : i;
     }
+    // "【5月9日】遠足": wide brackets set off what matters.
+    if (reader.token(i).end - reader.token(i).begin > 1)
+        return i;
     for (std::uint32_t j = i + 1; j < i + kLongestStamp && reader.at(j); ++j)
         if (reader.symbol(j, ']'))
             return reader.number(i + 1, 0, 9999, 4) ? j + 1 : i;

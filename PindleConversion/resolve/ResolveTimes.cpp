@@ -172,6 +172,9 @@ ResolvedTime resolveTime(const TimeMention &mention, const TimeContext &context)
     TimeContext own = context;
     if (mention.part != DayPart::None)
         own.part = mention.part;
+    // "午前授業です。下校は12時10分": noon, where the morning is told apart.
+    else if (own.part == DayPart::Morning && mention.start.hour == 12)
+        own.part = DayPart::None;
     const ClockSpec &start = mention.start;
     // "Night shift: 19:00 to 25 December 7:00": on this clock the hour says which half it is in.
     if (mention.part == DayPart::None && context.twentyFour && start.clock24 && start.minuteGiven &&
