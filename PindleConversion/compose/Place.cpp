@@ -174,6 +174,7 @@ void PlaceFinder::offer(TokenSpan span, int score, std::uint32_t at) {
     // "市一医院口腔科 王医生"
     if (token(span.end - 1).unspaced)
         span.end = beforePerson(reader, span);
+    span.end = beforePhone(reader, span);
     if (span.empty() || isQuotedInList(span) || isAmount(span) || saysTooLittle(span) ||
         (zone && zone->value != 0))
         return;
@@ -234,10 +235,32 @@ std::uint32_t PlaceFinder::beforePerson(const Reader &reader, TokenSpan span) co
         !reader.senseBefore(span.end, Meaning::Person, kLongest) ||
         reader.senseBefore(span.end, Meaning::PlaceNoun, kLongest + 1))
         return span.end;
+    // "仁康口腔门诊部郭医生": a kind of place ends before the name.
+    const auto endsPlace = [&](std::uint32_t i) {
+        return i + 1 < span.end && !reader.has(i, Meaning::Person) && !token(i - 1).isOneSign() &&
+               isPlaceNoun(reader, i - 1);
+    };
     std::uint32_t name = span.end - 1;
-    while (name > span.begin && !token(name).spaceBefore)
+    while (name > span.begin && !token(name).spaceBefore && !endsPlace(name))
         --name;
     return name;
+}
+
+std::uint32_t PlaceFinder::beforePhone(const Reader &reader, TokenSpan span) const {
+    constexpr std::uint32_t kShortest = 7; ///< digits
+    for (std::uint32_t i = span.begin + 1; i < span.end; ++i) {
+        const Sense *label = reader.sense(i, Meaning::LabelWord);
+        if (!label || label->value != static_cast<int>(Label::Sender) || !token(i).spaceBefore)
+            continue;
+        std::uint32_t number = i + label->length;
+        for (const char32_t mark : {U'.', U':', U'+', U'('})
+            number = reader.skipSymbol(number, mark);
+        const Token &digits = token(number);
+        const bool parted = token(number + 1).symbol == '-' || token(number + 1).symbol == ')';
+        if (digits.kind == TokenKind::Number && (digits.digits >= kShortest || parted))
+            return i;
+    }
+    return span.end;
 }
 
 bool PlaceFinder::closesName(TokenSpan span) const {

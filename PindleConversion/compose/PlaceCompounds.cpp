@@ -252,6 +252,10 @@ bool PlaceFinder::joinsBefore(const Reader &reader, std::uint32_t at, std::uint3
     if (reader.has(at, Meaning::Of) && token(at).unspaced && at > 0 && !token(at - 1).used &&
         reader.has(at - 1, Meaning::PlaceNoun) && !reader.has(at + 1, Meaning::Event))
         return true;
+    // "自由が丘"
+    const Sense *kind = current.isOneSign() ? reader.sense(at, Meaning::PlaceNoun) : nullptr;
+    if (kind && kind->length > 1)
+        return true;
     // "鳥はち": a particle before one sign that is no word.
     if (opensWord(reader, at) || (at + 2 == i && isInsideName(reader, at)))
         return true;

@@ -42,6 +42,8 @@ private:
     /// "次は田口先生です": where a place without spaces ends before a person or a word for a
     /// moment.
     std::uint32_t beforePerson(const Reader &reader, TokenSpan span) const;
+    /// "銀座店 TEL 03-5555-0188": where a place ends before a telephone number.
+    std::uint32_t beforePhone(const Reader &reader, TokenSpan span) const;
     /// "Gasthaus "Zum Adler"": the last quotation mark belongs to the name.
     bool closesName(TokenSpan span) const;
     /// "“悦读”书吧": so does the first.

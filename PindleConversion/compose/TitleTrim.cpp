@@ -51,6 +51,11 @@ TokenSpan TitleParts::trimFront(TokenSpan span) const {
         return span;
     if (!lead || namesEvent(reader, span.begin, *lead))
         return span;
+    // "お母さん"
+    const Sense *kin =
+        token(span.begin).unspaced ? reader.sense(span.begin, Meaning::Person) : nullptr;
+    if (kin && kin->length > lead->length)
+        return span;
     // "「はじめての…」", "„Am Rand der Karte“": no particle begins what is quoted.
     // and "「夜の図書館」" begins with no time.
     if (lead->length == 1 &&
