@@ -178,11 +178,25 @@ bool TitleParts::startsClause(const Reader &reader, std::uint32_t i) const {
 
 bool TitleParts::isSubtitle(const Reader &reader, std::uint32_t i) const {
     const Token *next = reader.at(i);
-    return next && next->kind == TokenKind::Word && !next->capital && !next->unspaced &&
-           !next->used && !reader.has(i, Meaning::Chatter) &&
-           !reader.has(i, Meaning::PlaceMarker) && !reader.has(i, Meaning::PlaceNoun) &&
-           !reader.has(i, Meaning::TitleLead) && !reader.has(i, Meaning::AsideLead) &&
-           !reader.has(i, Meaning::RoleWord) && !reader.has(i, Meaning::Event);
+    // "Votre voyage – dossier QX7R4K"
+    if (next && isReference(reader, {i, reader.end()}))
+        return false;
+    return (next && isKindBehind(reader, i)) ||
+           (next && next->kind == TokenKind::Word && !next->capital && !next->unspaced &&
+            !next->used && !reader.has(i, Meaning::Chatter) &&
+            !reader.has(i, Meaning::PlaceMarker) && !reader.has(i, Meaning::PlaceNoun) &&
+            !reader.has(i, Meaning::TitleLead) && !reader.has(i, Meaning::AsideLead) &&
+            !reader.has(i, Meaning::RoleWord) && !reader.has(i, Meaning::Event));
+}
+
+bool TitleParts::isKindBehind(const Reader &reader, std::uint32_t i) const {
+    const Sense *event = reader.sense(i, Meaning::Event);
+    const Field &field = m_document.fields[token(i).field];
+    if (!event || token(i).unspaced || field.spoken || field.cell || i < field.begin + 2)
+        return false;
+    const std::uint32_t end = i + event->length;
+    const bool year = reader.number(end, 1900, 2100, 4) && end + 1 == field.end;
+    return (end == field.end || year) && token(i - 2).kind == TokenKind::Word && !token(i - 2).used;
 }
 
 bool TitleParts::isSoftBreak(const Reader &reader, std::uint32_t i) const {

@@ -38,6 +38,9 @@ private:
     bool startsClause(const Reader &reader, std::uint32_t i) const;
     /// "Osteoporosis – myths and facts" goes on behind its dash.
     bool isSubtitle(const Reader &reader, std::uint32_t i) const;
+    /// "Pszczoły w mieście – wykład", "DIE NACHTFALTER – Tour 2025": the kind that closes a line
+    /// belongs to the name before it.
+    bool isKindBehind(const Reader &reader, std::uint32_t i) const;
     /// A mark at which a title is cut when it is too long.
     bool isSoftBreak(const Reader &reader, std::uint32_t i) const;
     /// Columns that the span takes, with two for a wide sign.

@@ -347,7 +347,10 @@ int TitleScore::wordPenalties(const Reader &reader, const TitleCandidate &candid
         token(trimmed.begin).end - token(trimmed.begin).begin <= kLongestKind &&
         candidate.field.line != m_document.fields[token(m_choice.anchor()).field].line)
         score -= kCount;
-    if (isOneOfSeveral(reader, trimmed) ||
+    // "3 lessen" below the name of the course
+    const bool several = !candidate.first && event && reader.number(trimmed.begin, 2, 99) &&
+                         reader.skip(trimmed.begin + 1, Meaning::Event) == trimmed.end;
+    if (several || isOneOfSeveral(reader, trimmed) ||
         (token(trimmed.end - 1).kind == TokenKind::Number && isNumberedPlace(trimmed)) ||
         isNextOne(candidate.part, trimmed))
         score -= kNumbered;

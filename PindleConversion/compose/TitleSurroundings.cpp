@@ -163,9 +163,15 @@ bool TitleScore::isCalledByNext(TokenSpan trimmed) const {
     constexpr char32_t kBullet = 0x2022;
     const std::uint32_t size = trimmed.end - trimmed.begin;
     const std::uint32_t next = trimmed.end + 1;
-    if (size > kLongestKind || next >= m_document.tokens.size())
+    if (next >= m_document.tokens.size())
         return false;
     const char32_t mark = token(trimmed.end).symbol;
+    // "Cursus 2614 – Macramé"
+    if (mark == '-' && token(next).spaceBefore && token(next).upper() && !token(next).used &&
+        m_choice.kind != EventKind::Travel)
+        return isNumberedKind(trimmed) && m_document.sameSentence(trimmed.begin, next);
+    if (size > kLongestKind)
+        return false;
     // "Lunch and learn (online): Composting"
     constexpr std::uint32_t kLongestAside = 4;
     for (std::uint32_t k = next; mark == '(' && k < next + kLongestAside; ++k)

@@ -325,6 +325,23 @@ bool TitleWords::isOneOfSeveral(const Reader &reader, TokenSpan trimmed) const {
            token(number).digits <= 2 && !token(trimmed.begin).unspaced;
 }
 
+bool TitleWords::isNumberedKind(TokenSpan span) const {
+    constexpr std::uint32_t kMostTokens = 6;
+    constexpr std::uint32_t kLongestMark = 4; ///< bytes: "cod", "nr", "n.º"
+    const Reader reader(m_document, span.end);
+    const Sense *event = reader.sense(span.begin, Meaning::Event);
+    const std::uint32_t mark = event ? span.begin + event->length : span.end;
+    // but "Sommerfest 2026"
+    if (mark >= span.end || span.end - mark > kMostTokens || token(mark).unspaced ||
+        token(span.end - 1).kind != TokenKind::Number ||
+        (mark + 1 == span.end && reader.number(mark, 1900, 2100, 4)))
+        return false;
+    for (std::uint32_t i = mark; i + 1 < span.end; ++i)
+        if (token(i).kind == TokenKind::Word && token(i).end - token(i).begin > kLongestMark)
+            return false;
+    return true;
+}
+
 bool TitleWords::isNextOne(TokenSpan part, TokenSpan trimmed) const {
     static constexpr Meanings kOne{Meaning::Next, Meaning::Number};
     if (trimmed.begin != part.begin + 1 || part.begin == 0 || !token(part.begin).upper() ||

@@ -71,6 +71,8 @@ public:
     static bool isInChatter(const Reader &reader, TokenSpan before, std::uint32_t end);
     /// "Session 1", "Game 3": what the whole is called stands elsewhere.
     bool isOneOfSeveral(const Reader &reader, TokenSpan trimmed) const;
+    /// "Cursus 2614", "Oficina n.º 22": a kind with the number it has in a programme.
+    bool isNumberedKind(TokenSpan span) const;
     /// "Party of 6", "Tech: Ray": what a label says beside the event.
     bool isDetail(const Reader &reader, TokenSpan trimmed) const;
     /// "Next session", "One screening only" below a heading: what there is one of.
