@@ -196,7 +196,7 @@ void PlaceFinder::offer(TokenSpan span, int score, std::uint32_t at) {
     if (isDenied(at))
         score -= kAside;
     else if (isAsked(at))
-        score -= kAsked;
+        score -= isSettledOtherwise(at) ? 2 * kAsked : kAsked;
     if (isOfEnd(span) || isOfOther(at))
         score -= kAside;
     if (isOfLater(at))

@@ -40,6 +40,33 @@ bool PlaceFinder::isTitlePosition(const Field &field, std::uint32_t begin) const
     return begin == field.begin && !field.cell && field.begin <= m_choice.anchor();
 }
 
+int PlaceFinder::headingPenalty(std::uint32_t i) const {
+    constexpr int kPenalty = 12;
+    const Field &field = m_document.fields[token(i).field];
+    const bool above = token(i).field < m_anchorField && token(field.begin).capital;
+    return above || isNameBeforeDate(field, i) ? kPenalty : 0;
+}
+
+int PlaceFinder::topicPenalty(std::uint32_t i) const {
+    constexpr int kPenalty = 14;
+    constexpr std::uint8_t kPhrase = 3;
+    const Field &field = m_document.fields[token(i).field];
+    const Sense *lead = token(i).field < m_anchorField
+                            ? Reader(m_document, i).sense(field.begin, Meaning::TitleLead)
+                            : nullptr;
+    const bool names =
+        lead && lead->length >= kPhrase && token(field.begin + lead->length).symbol == ':';
+    return names ? kPenalty : 0;
+}
+
+bool PlaceFinder::isNameBeforeDate(const Field &field, std::uint32_t i) const {
+    if (token(i).field != m_anchorField || i > m_choice.anchor() || field.begin == i)
+        return false;
+    const Reader reader(m_document, field.end);
+    const std::uint32_t end = nameEnd(reader, i + 1);
+    return (isBreak(reader, end) || reader.symbol(end, '|')) && shapeOf({field.begin, end}).title;
+}
+
 bool PlaceFinder::isOfSubject(TokenSpan place, std::uint32_t marker) const {
     constexpr std::uint32_t kLongest = 12;
     const std::uint32_t verb = place.end;

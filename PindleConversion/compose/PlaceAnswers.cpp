@@ -35,6 +35,15 @@ bool PlaceFinder::isDenied(std::uint32_t at) const {
     return answer && answer->value == 1;
 }
 
+bool PlaceFinder::isSettledOtherwise(std::uint32_t at) const {
+    const std::uint32_t next = token(at).field + 2;
+    if (next >= m_document.fields.size() || !m_document.fields[next].spoken)
+        return false;
+    const Field &answer = m_document.fields[next];
+    const Sense *role = Reader(m_document, answer.end).sense(answer.begin, Meaning::RoleWord);
+    return role && role->value == static_cast<int>(Role::MovedTo);
+}
+
 std::uint32_t PlaceFinder::behindAnswer(const Reader &reader, const Field &field,
                                         TokenSpan part) const {
     if (!field.spoken)
@@ -46,8 +55,11 @@ std::uint32_t PlaceFinder::behindAnswer(const Reader &reader, const Field &field
     if (!role || role->value != static_cast<int>(Role::MovedTo))
         return part.begin;
     const std::uint32_t the = part.begin + role->length;
+    // "plutôt place des Tilleuls"
+    static constexpr Meanings kKinds{Meaning::PlaceNoun, Meaning::StreetWord};
     const bool names =
-        the + 1 < part.end && reader.has(the, Meaning::The) && token(the + 1).upper();
+        the + 1 < part.end && ((reader.has(the, Meaning::The) && token(the + 1).upper()) ||
+                               (reader.word(the) && reader.mayHave(the, kKinds)));
     return names ? the : part.begin;
 }
 

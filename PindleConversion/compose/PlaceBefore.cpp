@@ -108,9 +108,10 @@ void PlaceFinder::venueAbove(const Reader &reader, std::uint32_t f) {
     if (isBookedHouse(reader, f))
         return offer({field.begin, field.end}, kScore, field.begin);
     const bool heading = f == 0 || m_document.fields[f - 1].ignored;
-    const bool numbered = reader.number(field.end - 1, 1, 9999, 4) && !token(field.end - 1).used;
+    const std::uint32_t end = beforeRegion(reader, field);
+    const bool numbered = reader.number(end - 1, 1, 9999, 4) && !token(end - 1).used;
     const bool capital = token(field.begin).unspaced ||
-                         (token(field.begin).upper() && (token(field.end - 1).upper() || numbered));
+                         (token(field.begin).upper() && (token(end - 1).upper() || numbered));
     // "2209 Juniper Way, Boise, ID"
     if (f > 0 && !field.spoken && token(field.begin).kind == TokenKind::Number &&
         field.label == Label::None && nameEnd(reader, field.begin) == field.end &&
@@ -120,14 +121,27 @@ void PlaceFinder::venueAbove(const Reader &reader, std::uint32_t f) {
         !(reader.has(token(field.begin).unspaced ? field.end - 1 : field.begin,
                      Meaning::PlaceNoun) ||
           isVenueLine(reader, field)) ||
-        nameEnd(reader, field.begin) != field.end ||
+        nameEnd(reader, field.begin) != end ||
         (m_document.fields[f - 1].line + 1 != field.line && !isBelowBooking(f)))
         return;
-    const Shape shape = shapeOf({field.begin, field.end});
+    const Shape shape = shapeOf({field.begin, end});
     if (numbered && !shape.street && !isVenueLine(reader, field))
         return;
     if (shape.words > 1 && shape.words <= kMostWords)
         offer({field.begin, field.end}, kScore, field.begin);
+}
+
+std::uint32_t PlaceFinder::beforeRegion(const Reader &reader, const Field &field) const {
+    constexpr std::uint32_t kLongest = 3; ///< bytes
+    constexpr std::uint32_t kTokens = 3;  ///< with its brackets
+    if (field.end < field.begin + kTokens + 1 || !reader.symbol(field.end - 1, ')') ||
+        !reader.symbol(field.end - kTokens, '('))
+        return field.end;
+    const Token &region = token(field.end - 2);
+    return region.upper() && region.end - region.begin <= kLongest &&
+                   allCapitals(m_document.slice(region))
+               ? field.end - kTokens
+               : field.end;
 }
 
 bool PlaceFinder::isBelowBooking(std::uint32_t f) const {

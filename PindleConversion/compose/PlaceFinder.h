@@ -85,6 +85,12 @@ private:
     /// From one day to another that the text names apart: where one stays is the event's name
     /// and its place.
     bool isStay() const;
+    /// "Astronomy in the Park" above the date is a name.
+    int headingPenalty(std::uint32_t i) const;
+    /// "Sie sind angemeldet für: Brandschutz im Denkmal": what it is about.
+    int topicPenalty(std::uint32_t i) const;
+    /// "Jazz on the Lawn, Sunday 12 July": a name in capitals with a mark behind it.
+    bool isNameBeforeDate(const Field &field, std::uint32_t i) const;
     /// The first words of a line are the title's sooner than the place's.
     bool isTitlePosition(const Field &field, std::uint32_t begin) const;
 
@@ -131,10 +137,6 @@ private:
     bool offerWholeLine(const Reader &reader, std::uint32_t marker, std::uint32_t end);
     /// "class with the school in Cape Town, 11:00 SAST": where the others are is no place.
     bool isOfPerson(const Reader &reader, std::uint32_t marker, std::uint32_t begin) const;
-    /// "Astronomy in the Park" above the date is a name.
-    int headingPenalty(std::uint32_t i) const;
-    /// "Jazz on the Lawn, Sunday 12 July": a name in capitals with a mark behind it.
-    bool isNameBeforeDate(const Field &field, std::uint32_t i) const;
     /// A street with its number is certain.
     int addressBonus(TokenSpan span) const;
     /// "from" tells where something starts, but also who sends it.
@@ -223,6 +225,8 @@ private:
     bool isAgreed(std::uint32_t f) const;
     /// "at the oval yeah", "nope, ...": a place that the next speaker denies.
     bool isDenied(std::uint32_t at) const;
+    /// "plutôt place des Tilleuls": so answers the turn behind the one at token `at`.
+    bool isSettledOtherwise(std::uint32_t at) const;
     /// "yep cannery lot", "let's do the Lamb & Flag": where the place that answers begins.
     std::uint32_t behindAnswer(const Reader &reader, const Field &field, TokenSpan part) const;
     /// "village hall as ever", "The Fox & Anchor yeah": where the name is over.
@@ -247,6 +251,8 @@ private:
     void venueAbove(const Reader &reader, std::uint32_t f);
     /// "美容室 こもれび": a kind of place on a line of its own beside one that tells of a booking.
     bool isBookedHouse(const Reader &reader, std::uint32_t f) const;
+    /// "Borgo San Celso (PR)": where the name before its region in brackets ends, or the line.
+    std::uint32_t beforeRegion(const Reader &reader, const Field &field) const;
     /// "本町歯科" right above the date, below the words that thank for a booking.
     bool isBelowBooking(std::uint32_t f) const;
     /// "Bishopstoke Scout Hut" right above the line that starts with the date.

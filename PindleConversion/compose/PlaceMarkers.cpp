@@ -250,7 +250,7 @@ void PlaceFinder::offerBehindStrong(const Reader &reader, std::uint32_t i, Token
     else if (named || known)
         offer({isVerb(reader, i) ? name.begin : nounBefore(reader, i, name.begin), name.end},
               isFrom(reader, i) ? kFrom
-              : known           ? (named ? 58 : kUnnamed) - headingPenalty(i)
+              : known           ? (named ? 58 : kUnnamed) - headingPenalty(i) - topicPenalty(i)
                                 : 50 - 2 * headingPenalty(i),
               i);
     else if (token(name.begin).possessive && shape.words <= 3)
@@ -364,21 +364,6 @@ bool PlaceFinder::isOfPerson(const Reader &reader, std::uint32_t marker,
         return false;
     const std::uint32_t with = reader.has(noun - 1, Meaning::The) ? noun - 2 : noun - 1;
     return reader.has(with, Meaning::Person) && !token(with).upper();
-}
-
-int PlaceFinder::headingPenalty(std::uint32_t i) const {
-    constexpr int kPenalty = 12;
-    const Field &field = m_document.fields[token(i).field];
-    const bool above = token(i).field < m_anchorField && token(field.begin).capital;
-    return above || isNameBeforeDate(field, i) ? kPenalty : 0;
-}
-
-bool PlaceFinder::isNameBeforeDate(const Field &field, std::uint32_t i) const {
-    if (token(i).field != m_anchorField || i > m_choice.anchor() || field.begin == i)
-        return false;
-    const Reader reader(m_document, field.end);
-    const std::uint32_t end = nameEnd(reader, i + 1);
-    return (isBreak(reader, end) || reader.symbol(end, '|')) && shapeOf({field.begin, end}).title;
 }
 
 int PlaceFinder::addressBonus(TokenSpan span) const {
