@@ -142,9 +142,8 @@ bool isColumnHead(const Reader &reader, std::uint32_t i, std::uint32_t end, bool
     const bool loud = allCapitals(reader.document().slice(reader.token(i)));
     if (!lineStart)
         return loud && gapBefore(reader, i) >= kWide;
-    constexpr std::uint32_t kDouble = 2; ///< nobody puts two blanks behind a line's first word
-    if (gapBefore(reader, end) >= kDouble && reader.token(i).capital)
-        return true;
+    if (gapBefore(reader, end) >= kWide)
+        return reader.token(i).capital;
     // Where further columns stand apart, a narrow gap will do.
     std::uint32_t next = end + 1;
     while (next < end + kReach && reader.at(next) && gapBefore(reader, next) < kWide)
