@@ -96,6 +96,11 @@ bool isCertainWeekday(const Reader &reader, std::uint32_t i, std::uint32_t next)
     if (i > 0 && word.end - word.begin > kShort && reader.has(i - 1, Meaning::Meridiem) &&
         reader.document().tokens[i - 1].used && reader.mayHave(next, kGoOn))
         return true;
+    // "Dentist 2:30 Wed w/ Dr Patel"
+    if (i > 2 && word.upper() && word.end - word.begin > kShort &&
+        reader.document().tokens[i - 1].used && reader.symbol(i - 2, ':') &&
+        reader.document().tokens[i - 2].used && !reader.glued(i))
+        return true;
     // "moved to Sat bc of the storm"
     constexpr std::uint32_t kLongestRole = 4;
     const Sense *role =

@@ -112,6 +112,14 @@ std::string lowered(const std::string &text) {
     return out;
 }
 
+/// Without the marks around a name: "“Green Campus” lecture" opens with one, its title does not.
+std::string unquoted(std::string text) {
+    for (const std::string_view mark : {"“", "”", "„", "「", "」", "『", "』", "\""})
+        for (std::size_t at; (at = text.find(mark)) != std::string::npos;)
+            text.erase(at, mark.size());
+    return text;
+}
+
 TEST(Conversion, titleAndPlaceAreWordsOfTheText) {
     for (const Given &given : givenTexts()) {
         const Reply reply = convert({given.text, given.date, given.zone});
@@ -123,7 +131,7 @@ TEST(Conversion, titleAndPlaceAreWordsOfTheText) {
             const std::string words =
                 onOneLine(reply.cleanText.substr(each.begin, each.end - each.begin));
             // Capitals of a whole title are softened.
-            EXPECT_EQ(lowered(value), lowered(words)) << given.text;
+            EXPECT_EQ(unquoted(lowered(value)), unquoted(lowered(words))) << given.text;
         }
     }
 }
