@@ -175,8 +175,10 @@ void PlaceFinder::offer(TokenSpan span, int score, std::uint32_t at) {
     if (token(span.end - 1).unspaced)
         span.end = beforePerson(reader, span);
     span.end = beforePhone(reader, span);
-    if (span.empty() || isQuotedInList(span) || isAmount(span) || saysTooLittle(span) ||
-        (zone && zone->value != 0))
+    // "(SGT, UTC+8)"
+    if (span.empty() || reader.has(span.begin, Meaning::ZoneOffset))
+        return;
+    if (isQuotedInList(span) || isAmount(span) || saysTooLittle(span) || (zone && zone->value != 0))
         return;
     if (m_document.sameSentence(at, m_choice.anchor()))
         score += 12;
@@ -193,7 +195,7 @@ void PlaceFinder::offer(TokenSpan span, int score, std::uint32_t at) {
         !token(span.begin - 2).used && reader.has(span.begin - 2, Meaning::PlaceNoun) &&
         span.end > span.begin + 2)
         score -= kInBrackets;
-    if (isDenied(at))
+    if (isDenied(at) || isTaken(span))
         score -= kAside;
     else if (isAsked(at))
         score -= isSettledOtherwise(at) ? 2 * kAsked : kAsked;

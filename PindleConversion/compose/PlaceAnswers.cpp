@@ -29,6 +29,12 @@ bool PlaceFinder::isAgreed(std::uint32_t f) const {
     return answer && answer->value == 0;
 }
 
+bool PlaceFinder::isTaken(TokenSpan span) const {
+    const Field &field = m_document.fields[token(span.begin).field];
+    const Sense *role = Reader(m_document, field.end).sense(span.end, Meaning::RoleBehind);
+    return role && role->value == static_cast<int>(Role::MovedFrom) && role->length > 1;
+}
+
 bool PlaceFinder::isDenied(std::uint32_t at) const {
     const std::uint32_t f = token(at).field;
     const Sense *answer = m_document.fields[f].spoken ? answerTo(f) : nullptr;

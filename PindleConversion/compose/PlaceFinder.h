@@ -223,6 +223,8 @@ private:
     const Sense *answerTo(std::uint32_t f) const;
     /// "yep": the turn behind the one in field `f` begins so.
     bool isAgreed(std::uint32_t f) const;
+    /// "Maple room is taken": said of the place itself.
+    bool isTaken(TokenSpan span) const;
     /// "at the oval yeah", "nope, ...": a place that the next speaker denies.
     bool isDenied(std::uint32_t at) const;
     /// "plutôt place des Tilleuls": so answers the turn behind the one at token `at`.

@@ -36,6 +36,9 @@ bool saysLabel(const Reader &reader, std::uint32_t i, Label label) {
 
 /// "From:", "To:" and "À :" head a mail unless a date or time follows.
 Label settle(const Reader &reader, Label label, std::uint32_t content, std::uint32_t word) {
+    // "Access: https://..." says where, "Access: step-free" is a note.
+    if (label == Label::Note && reader.at(content) && reader.token(content).kind == TokenKind::Link)
+        return Label::Link;
     if (label != Label::Mail && label != Label::Start && label != Label::Time &&
         label != Label::Place)
         return label;
