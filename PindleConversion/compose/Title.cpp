@@ -135,9 +135,19 @@ private:
                               (namesPlace(trimmed) ? kPlaceAgain : 0);
             if (score > m_score) {
                 m_score = score;
-                m_best = m_parts.shorten(trimmed);
+                m_best = m_parts.shorten(onlyFillers && !event ? withoutLead(trimmed) : trimmed);
             }
         }
+    }
+
+    /// "can you pop in on", before the day, where all of it leads to the event.
+    TokenSpan withoutLead(TokenSpan part) const {
+        constexpr std::uint32_t kFewest = 3;
+        const Reader reader(m_document, part.end);
+        const bool leads = part.end >= part.begin + kFewest && token(part.end).used &&
+                           !token(part.end - 1).unspaced && !token(part.end - 1).capital &&
+                           reader.has(part.end - 1, Meaning::DateMarker);
+        return {part.begin, part.end - (leads ? 1U : 0U)};
     }
 
     /// The place is named once more: "Pick-up: Cork Airport", "Return: Cork Airport".

@@ -62,8 +62,8 @@ TitleScore::Weight TitleScore::weigh(const TitleCandidate &candidate) const {
     constexpr int kAnnouncement = -40;
     const auto &[field, run, part, trimmed, alone, first, order] = candidate;
     const Reader reader(m_document, part.end);
-    const bool kind = isCalledByNext(trimmed) ||
-                      (alone && (isKindAbove(field, trimmed) || isHostAbove(field, trimmed)));
+    const bool above = alone && (isKindAbove(field, trimmed) || isHostAbove(field, trimmed));
+    const bool kind = isCalledByNext(trimmed) || above;
     const int less = penalties(candidate);
     const int score = labelScore(field.label) - std::min(order, 20) + 20 +
                       positionScore(candidate) + contentScore(candidate, kind) + less;
@@ -187,9 +187,12 @@ int TitleScore::openingPenalties(const Reader &reader, const TitleCandidate &can
         (chatter && chatter->length == 1 && trimmed.begin == begin && token(begin).upper() &&
          (contains({begin + 1, trimmed.end}, Meaning::Event) ||
           (candidate.first && isHeadline(reader, {begin + 1, trimmed.end}))));
+    // "Could you let Ann have your timesheets by noon" says what is due.
+    const bool due = run.beforeUsed && hasContent(trimmed) &&
+                     Reader(m_document, run.span.end).has(run.span.end - 1, Meaning::DueMarker);
     if ((chatter && !invites) || isInChatter(reader, {begin, trimmed.begin}, trimmed.end) ||
         reader.has(begin, Meaning::AsideLead))
-        score -= led ? 20 : 40;
+        score -= led || due ? 20 : 40;
     if (trimmed.end == trimmed.begin + 1 && !says(trimmed) && !contains(trimmed, Meaning::Event))
         score -= kMarkersOnly;
     if (isPageHead(reader, {part.begin, std::max(part.begin, trimmed.end)}) ||
@@ -263,8 +266,13 @@ int TitleScore::wordPenalties(const Reader &reader, const TitleCandidate &candid
         score -= kPlaceName;
     if (hasMoney(trimmed))
         score -= isCurrencySign(token(trimmed.begin).symbol) ? 60 : 30;
-    if ((isCode(trimmed) && !hasFlightNumber(trimmed)) || isTrail(trimmed))
+    if ((isCode(trimmed) && !hasFlightNumber(trimmed)) || isTrail(trimmed) || isTicket(trimmed))
         score -= 60;
+    // "Interview plan - R. Subramaniam"
+    if (trimmed.begin > candidate.field.begin && isInitialed(trimmed))
+        score -= candidate.field.label == Label::Title ? kCouple : kInvites;
+    if (isOfTaken(trimmed))
+        score -= kBehind;
     const Sense *count = reader.sense(trimmed.begin, Meaning::Number);
     // "5th Annual Turkey Trot"
     // and "2-for-1 pizzas", "3-legged race"
@@ -401,6 +409,8 @@ int TitleScore::linePenalties(const Reader &reader, const TitleCandidate &candid
         score -= kPresents;
     if (part.begin > 0 && isCrumb(part.begin - 1))
         score -= 40;
+    if (isPromised(field))
+        score -= kInvites;
     // "Circular – 5.º B" above the event's own line
     if (const Sense *head = &field == &m_document.fields.front() && part.begin > field.begin &&
                                     !contains(trimmed, Meaning::Event)

@@ -77,6 +77,8 @@ private:
     bool isKindAbove(const Field &field, TokenSpan trimmed) const;
     /// "Hill Primary School" on a line above "Trunk or Treat".
     bool isHostAbove(const Field &field, TokenSpan trimmed) const;
+    /// "Reminder: your webinar starts tomorrow" above "Super changes explained".
+    bool isPromised(const Field &field) const;
     /// A line that the event may be called by, up to its date, time or place.
     bool mayName(const Field &field) const;
     /// "Webinar: Reading a Balance Sheet", "Webinar | Reading a Balance Sheet": the kind stands

@@ -79,7 +79,10 @@ bool TitleScore::isPageHead(const Reader &reader, TokenSpan part) const {
     while (last > part.begin && isEdgeMark(token(last - 1)))
         --last;
     for (std::uint32_t i = part.begin; i < part.end; ++i) {
+        constexpr int kAbove = 3; // see isPromised()
         const Sense *head = reader.sense(i, Meaning::PageHead);
+        if (head && head->value == kAbove)
+            head = nullptr;
         // "Circulaire n° 12"
         constexpr std::uint32_t kLongestNumber = 3;
         const bool counted = head && i == part.begin && last <= i + head->length + kLongestNumber &&
@@ -135,6 +138,20 @@ bool TitleScore::isHostAbove(const Field &field, TokenSpan trimmed) const {
         &field + std::min(kReach, &m_document.fields.back() - &m_document.fields.front());
     for (const Field *next = &field + 1; next <= last && next->begin <= m_choice.anchor(); ++next)
         if (mayName(*next))
+            return true;
+    return false;
+}
+
+bool TitleScore::isPromised(const Field &field) const {
+    constexpr int kAbove = 3;
+    const Field *next = &field + 1;
+    if (!m_document.meanings.has(Meaning::PageHead) || field.cell || field.spoken ||
+        next > &m_document.fields.back() || next->line > field.line + 2 || !mayName(*next) ||
+        token(next->end - 1).used)
+        return false;
+    const Reader reader(m_document, field.end);
+    for (std::uint32_t i = field.begin; i < field.end; ++i)
+        if (const Sense *head = reader.sense(i, Meaning::PageHead); head && head->value == kAbove)
             return true;
     return false;
 }

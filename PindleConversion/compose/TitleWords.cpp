@@ -116,6 +116,40 @@ bool TitleWords::isCode(TokenSpan span) const {
     return numbers > 1;
 }
 
+bool TitleWords::isTicket(TokenSpan span) const {
+    constexpr std::uint32_t kShortest = 3; ///< letters where no dash follows, and digits
+    const std::uint32_t letters = token(span.begin).end - token(span.begin).begin;
+    if (token(span.begin).kind != TokenKind::Word ||
+        !allCapitals(m_document.slice(token(span.begin))))
+        return false;
+    const Reader reader(m_document, span.end);
+    const bool dash = reader.symbol(span.begin + 1, '-') && reader.glued(span.begin + 1);
+    const std::uint32_t number = span.begin + (dash ? 2U : 1U);
+    if (!reader.at(number) || token(number).kind != TokenKind::Number || !reader.glued(number) ||
+        token(number).digits < kShortest || letters < (dash ? 2U : kShortest))
+        return false;
+    return number + 1 == span.end || (reader.symbol(number + 1, '[') && !reader.glued(number + 1));
+}
+
+bool TitleWords::isInitialed(TokenSpan span) const {
+    constexpr std::uint32_t kTokens = 3; ///< "R", ".", "Subramaniam"
+    const Token &initial = token(span.begin);
+    return span.end == span.begin + kTokens && initial.upper() &&
+           initial.end == initial.begin + 1 && token(span.begin + 1).symbol == '.' &&
+           token(span.begin + 2).upper() && token(span.begin + 2).word == 0;
+}
+
+bool TitleWords::isOfTaken(TokenSpan span) const {
+    static constexpr Meanings kSaid{Meaning::RoleBehind};
+    const Reader reader(m_document, span.end);
+    for (std::uint32_t i = span.begin + 1; i < span.end; ++i)
+        if (reader.mayHave(i, kSaid) && reader.has(i - 1, Meaning::PlaceNoun)) {
+            const Sense *role = reader.sense(i, Meaning::RoleBehind);
+            return role && role->value == static_cast<int>(Role::MovedFrom) && role->length > 1;
+        }
+    return false;
+}
+
 bool TitleWords::isReference(const Reader &reader, TokenSpan span) {
     constexpr int kShortest = 3; ///< digits and letters behind "booking", which "table 4" lacks
     const Sense *label = reader.sense(span.begin, Meaning::LabelWord);

@@ -41,6 +41,12 @@ public:
     bool isWideBracket(std::uint32_t i) const;
     /// "VL8K2P": letters and numbers without a space.
     bool isCode(TokenSpan span) const;
+    /// "CHG0041", "WO-7731 [Scheduled]": the number of a request, and how far it is.
+    bool isTicket(TokenSpan span) const;
+    /// "R. Subramaniam".
+    bool isInitialed(TokenSpan span) const;
+    /// "Maple room is taken": told of a place, and no event.
+    bool isOfTaken(TokenSpan span) const;
     /// "Localizador QX7T2M": the number of a booking, or a seat's.
     static bool isReference(const Reader &reader, TokenSpan span);
     /// "KL 0592", "SQ326": the number of a flight.
