@@ -50,6 +50,13 @@ std::uint32_t speaker(const Reader &reader, std::uint32_t i) {
     while (!titled && j < i + 4 && reader.word(j) &&
            (j == i ||
             (reader.token(j).unspaced ? reader.glued(j) : j < i + 2 && reader.token(j).capital))) {
+        // "阿Kit", "Kit姐": a name in other letters, whatever they mean elsewhere.
+        if (!reader.token(j).unspaced && reader.token(j).capital &&
+            (j > i ? reader.token(i).unspaced && reader.glued(j)
+                   : reader.word(j + 1) && reader.token(j + 1).unspaced && reader.glued(j + 1))) {
+            ++j;
+            continue;
+        }
         // "りな": a sign of a name may be a particle elsewhere.
         const bool sign = reader.token(j).isOneSign() && (j > i || reader.word(j + 1));
         // "Ale" is a beer elsewhere.
