@@ -178,7 +178,8 @@ void PlaceFinder::offer(TokenSpan span, int score, std::uint32_t at) {
     // "(SGT, UTC+8)"
     if (span.empty() || reader.has(span.begin, Meaning::ZoneOffset))
         return;
-    if (isQuotedInList(span) || isAmount(span) || saysTooLittle(span) || (zone && zone->value != 0))
+    if (closesNotice(span) || isQuotedInList(span) || isAmount(span) || saysTooLittle(span) ||
+        (zone && zone->value != 0))
         return;
     if (m_document.sameSentence(at, m_choice.anchor()))
         score += 12;

@@ -124,4 +124,31 @@ bool PlaceFinder::isAnswer(const Reader &reader, TokenSpan part) const {
             (reader.symbol(end, '?') && isAgreed(token(before).field)));
 }
 
+bool PlaceFinder::closesNotice(TokenSpan part) const {
+    const Field &field = m_document.fields[token(part.begin).field];
+    const Reader reader(m_document, part.end);
+    if (&field == m_document.fields.data() || part.begin != field.begin || part.end != field.end ||
+        field.spoken || field.cell || !token(part.begin).unspaced ||
+        reader.language(part.begin).script != Script::Chinese)
+        return false;
+    // The date may follow, but no other words.
+    for (const Field *next = &field + 1; next <= &m_document.fields.back(); ++next)
+        if (token(next->begin).kind != TokenKind::Number)
+            return false;
+    const Field &above = *(&field - 1);
+    const Reader notice(m_document, above.end);
+    if (!notice.symbol(above.end - 1, kIdeographicStop) && !notice.symbol(above.end - 1, '!'))
+        return false;
+    // "4号楼302室", "三楼会议室" tell where.
+    static constexpr Meanings kRoom{Meaning::Number, Meaning::Ordinal};
+    for (std::uint32_t i = part.begin; i < part.end; ++i)
+        if (token(i).kind == TokenKind::Number || reader.mayHave(i, kRoom))
+            return false;
+    static constexpr Meanings kAsks{Meaning::PresentVerb, Meaning::Chatter};
+    for (std::uint32_t i = above.begin; i < above.end; ++i)
+        if (notice.mayHave(i, kAsks))
+            return true;
+    return false;
+}
+
 } // namespace pindle::conversion

@@ -44,6 +44,8 @@ private:
     std::uint32_t beforePerson(const Reader &reader, TokenSpan span) const;
     /// "銀座店 TEL 03-5555-0188": where a place ends before a telephone number.
     std::uint32_t beforePhone(const Reader &reader, TokenSpan span) const;
+    /// "物业服务中心" alone below a notice's sentences: who signs it.
+    bool closesNotice(TokenSpan part) const;
     /// "Gasthaus "Zum Adler"": the last quotation mark belongs to the name.
     bool closesName(TokenSpan span) const;
     /// "“悦读”书吧": so does the first.
