@@ -68,8 +68,30 @@ bool TitleScore::isQuoted(TokenSpan part) const {
 }
 
 bool TitleScore::isOnlyTopic(TokenSpan part) const {
+    constexpr std::uint32_t kReach = 16;
+    if (part.begin < 2)
+        return false;
     const Reader reader(m_document, part.begin);
-    return part.begin > 1 && reader.has(part.begin - 2, Meaning::Chatter);
+    const std::uint32_t particle = part.begin - 2;
+    if (reader.has(particle, Meaning::Chatter))
+        return true;
+    // "読書会やります 課題本は『灰色の港』": told of an event that was named, but
+    // "上映は「夜の川」".
+    const Token &sign = token(particle);
+    if (!sign.unspaced || !sign.isOneSign() || sign.spaceBefore ||
+        !reader.has(particle, Meaning::PlaceStop) || reader.has(particle, Meaning::Of))
+        return false;
+    std::uint32_t i = particle;
+    const std::uint32_t low = m_document.fields[token(particle).field].begin;
+    while (i > low && token(i).unspaced && !token(i).spaceBefore &&
+           !reader.has(i - 1, Meaning::Event))
+        --i;
+    if (i == low || !token(i).spaceBefore)
+        return false;
+    for (std::uint32_t k = i; k > low && i - k < kReach; --k)
+        if (reader.has(k - 1, Meaning::Event))
+            return true;
+    return false;
 }
 
 bool TitleScore::isPageHead(const Reader &reader, TokenSpan part) const {
