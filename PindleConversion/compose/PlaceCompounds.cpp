@@ -13,6 +13,7 @@ constexpr int kBracketed = 34; ///< for a place in brackets
 constexpr int kNamedKind = 46; ///< for one in brackets that starts with its kind
 constexpr int kHeading = 10;   ///< for "Sawmill Trail" of "Sawmill Trail weed pull"
 constexpr int kMostWords = 5;
+constexpr int kMostRoomWords = 3;
 
 } // namespace
 
@@ -295,6 +296,10 @@ void PlaceFinder::bracketed(const Reader &reader, std::uint32_t open) {
     const Shape shape = shapeOf({open + 1, close});
     if (open > 0 && reader.has(open - 1, Meaning::PlaceNoun) &&
         isRoomCode(reader, {open + 1, close}))
+        return offer({open + 1, close}, kRoomCode, open);
+    // "Same room (Elbe)"
+    if (shape.title && shape.words <= kMostRoomWords && reader.has(open - 1, Meaning::PlaceNoun) &&
+        reader.senseBefore(open, Meaning::Chatter, kMostRoomWords))
         return offer({open + 1, close}, kRoomCode, open);
     const Sense *city = reader.sense(open + 1, Meaning::ZoneWord);
     const bool inCity = city && city->value == 0 && open + 1 + city->length == close && open > 0 &&

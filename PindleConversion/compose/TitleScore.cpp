@@ -190,7 +190,8 @@ int TitleScore::openingPenalties(const Reader &reader, const TitleCandidate &can
     // "Could you let Ann have your timesheets by noon" says what is due.
     const bool due = run.beforeUsed && hasContent(trimmed) &&
                      Reader(m_document, run.span.end).has(run.span.end - 1, Meaning::DueMarker);
-    if ((chatter && !invites) || isInChatter(reader, {begin, trimmed.begin}, trimmed.end) ||
+    if ((chatter && !invites && !asksFor(candidate)) ||
+        isInChatter(reader, {begin, trimmed.begin}, trimmed.end) ||
         reader.has(begin, Meaning::AsideLead))
         score -= led || due ? 20 : 40;
     if (trimmed.end == trimmed.begin + 1 && !says(trimmed) && !contains(trimmed, Meaning::Event))
@@ -252,6 +253,17 @@ int TitleScore::openingPenalties(const Reader &reader, const TitleCandidate &can
     if (why && trimmed.begin + why->length < trimmed.end)
         score -= kPredicate;
     return score;
+}
+
+bool TitleScore::asksFor(const TitleCandidate &candidate) const {
+    constexpr std::uint32_t kShortest = 3; ///< a verb, and of what
+    const std::uint32_t end = candidate.run.span.end;
+    const TokenSpan trimmed = candidate.trimmed;
+    const Reader reader(m_document, end);
+    static constexpr Meanings kDue{Meaning::DueMarker};
+    return trimmed.end >= trimmed.begin + kShortest && candidate.part.end == end &&
+           (end == m_choice.dateSpan.begin || end == m_choice.timeSpan.begin) &&
+           reader.mayHave(end - 1, kDue);
 }
 
 int TitleScore::wordPenalties(const Reader &reader, const TitleCandidate &candidate) const {
@@ -356,7 +368,9 @@ int TitleScore::wordPenalties(const Reader &reader, const TitleCandidate &candid
         candidate.field.line != m_document.fields[token(m_choice.anchor()).field].line)
         score -= kCount;
     // "3 lessen" below the name of the course
-    const bool several = !candidate.first && event && reader.number(trimmed.begin, 2, 99) &&
+    // and behind its comma
+    const bool behind = !candidate.first || candidate.part.begin > candidate.run.span.begin;
+    const bool several = behind && event && reader.number(trimmed.begin, 2, 99) &&
                          reader.skip(trimmed.begin + 1, Meaning::Event) == trimmed.end;
     if (several || isOneOfSeveral(reader, trimmed) ||
         (token(trimmed.end - 1).kind == TokenKind::Number && isNumberedPlace(trimmed)) ||

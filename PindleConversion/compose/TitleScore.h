@@ -45,6 +45,8 @@ private:
     int openingPenalties(const Reader &reader, const TitleCandidate &candidate) const;
     /// Less for words that say who, where or how much rather than what.
     int wordPenalties(const Reader &reader, const TitleCandidate &candidate) const;
+    /// "Please hand in your timesheets by Thursday": what is asked for by the event's day.
+    bool asksFor(const TitleCandidate &candidate) const;
     /// "The club invites you": a host, up to token `end`.
     bool invitesAtEnd(std::uint32_t begin, std::uint32_t end) const;
     /// At token `i` a day is named that is not the event's.
