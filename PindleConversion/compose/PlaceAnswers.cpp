@@ -41,6 +41,29 @@ bool PlaceFinder::isDenied(std::uint32_t at) const {
     return answer && answer->value == 1;
 }
 
+bool PlaceFinder::opensTurnWithTime(const Reader &reader, TokenSpan part) const {
+    return !m_choice.timeSpan.empty() && part.end > part.begin + 1 &&
+           part.begin == m_document.fields[token(part.begin).field].begin &&
+           reader.symbol(part.end, ',') &&
+           m_document.sameSentence(part.begin, m_choice.timeSpan.begin);
+}
+
+bool PlaceFinder::isSaidOfOtherDay(std::uint32_t at) const {
+    constexpr std::uint32_t kReach = 8;
+    const Field &field = m_document.fields[token(at).field];
+    if (!field.spoken || m_document.sameSentence(at, m_choice.anchor()))
+        return false;
+    const Reader reader(m_document, at);
+    for (std::uint32_t i = at; i > field.begin && at - i < kReach; --i) {
+        if (!m_document.sameSentence(i - 1, at))
+            return false;
+        const bool chosen = i - 1 >= m_choice.dateSpan.begin && i - 1 < m_choice.dateSpan.end;
+        if (token(i - 1).used && !chosen && reader.mayHave(i - 1, kWeekdayNames))
+            return true;
+    }
+    return false;
+}
+
 bool PlaceFinder::isSettledOtherwise(std::uint32_t at) const {
     const std::uint32_t next = token(at).field + 2;
     if (next >= m_document.fields.size() || !m_document.fields[next].spoken)

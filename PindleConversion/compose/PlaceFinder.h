@@ -25,6 +25,8 @@ public:
     bool isName(TokenSpan place) const;
 
 private:
+    static constexpr int kLeastScore = 20;
+
     // Place.cpp
     std::uint32_t lineOf(std::uint32_t i) const { return m_document.fields[token(i).field].line; }
     /// Offers all that a part of one field may say of where the event is.
@@ -34,9 +36,6 @@ private:
     void offer(TokenSpan span, int score, std::uint32_t at);
     /// "vertrek 07:42 Zwolle" above the line that tells the arrival: where a journey begins.
     void departure(const Reader &reader, const Field &field);
-    /// "Renew online", "Online check-in opens", "Online tax returns": not the event is online.
-    bool isOnlineDeed(const Reader &reader, const Field &field, std::uint32_t i,
-                      const Sense &online) const;
     /// "12 €", "5,90": no place consists of digits and signs alone, or has a price.
     bool isAmount(TokenSpan span) const;
     /// "次は田口先生です": where a place without spaces ends before a person or a word for a
@@ -76,6 +75,11 @@ private:
     bool isBesideTime(std::uint32_t at) const;
     /// What stands behind "Place:" or the like.
     void labelled(const Field &field);
+
+    // PlaceOnline.cpp
+    /// "Renew online", "Online check-in opens", "Online tax returns": not the event is online.
+    bool isOnlineDeed(const Reader &reader, const Field &field, std::uint32_t i,
+                      const Sense &online) const;
     /// A link is the place of a meeting that is held online.
     void links(const Field &field, TokenSpan part);
     /// "Your link (do not share): https://..."
@@ -229,6 +233,10 @@ private:
     bool isTaken(TokenSpan span) const;
     /// "at the oval yeah", "nope, ...": a place that the next speaker denies.
     bool isDenied(std::uint32_t at) const;
+    /// "De Scheg, om 14u"
+    bool opensTurnWithTime(const Reader &reader, TokenSpan part) const;
+    /// "dimanche je suis à Namur", where another day was found.
+    bool isSaidOfOtherDay(std::uint32_t at) const;
     /// "plutôt place des Tilleuls": so answers the turn behind the one at token `at`.
     bool isSettledOtherwise(std::uint32_t at) const;
     /// "yep cannery lot", "let's do the Lamb & Flag": where the place that answers begins.

@@ -21,7 +21,12 @@ void PlaceFinder::marked(const Reader &reader, std::uint32_t i, const Sense &mar
     const bool article = marker.length > 1 && token(last).capital && reader.has(last, Meaning::The);
     const std::uint32_t begin = article ? last : last + 1;
     if (!reader.at(begin) || isInCompound(reader, i, begin) || endsPhrase(reader, i) ||
-        refusesPlace(reader, begin) || reader.has(begin, Meaning::Greeting) || token(begin).used)
+        refusesPlace(reader, begin) || token(begin).used)
+        return;
+    // but "chez Madame Poivre"
+    if (reader.has(begin, Meaning::Greeting) &&
+        !(reader.has(begin, Meaning::Person) && reader.word(begin + 1) &&
+          token(begin + 1).upper() && !token(begin + 1).used))
         return;
     const std::uint32_t known = withoutDeed(reader, begin, nameEnd(reader, begin));
     const TokenSpan name{begin, withStreet(reader, {begin, known})};

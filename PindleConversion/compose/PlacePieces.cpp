@@ -382,7 +382,8 @@ void PlaceFinder::offerPart(const Reader &reader, const Field &field, TokenSpan 
         (whole == field.end || reader.symbol(whole, '(')))
         score += kOwnLine;
     if (!sameLine && !nextLine && !isBesideTime(begin) &&
-        !(field.spoken && (whole == field.end || isAnswer(reader, part))))
+        !(field.spoken &&
+          (whole == field.end || isAnswer(reader, part) || opensTurnWithTime(reader, part))))
         score -= 8;
     offer({begin, whole}, score, begin);
 }

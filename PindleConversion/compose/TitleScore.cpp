@@ -157,7 +157,11 @@ int TitleScore::openingPenalties(const Reader &reader, const TitleCandidate &can
     const Sense *event = greeting ? reader.sense(begin, Meaning::Event) : nullptr;
     const bool compound = (reader.symbol(begin + 1, '-') && reader.glued(begin + 1)) ||
                           (event && event->length > greeting->length && token(begin).upper());
-    if (greeting && !compound && !leadsOn(reader, begin, Meaning::Greeting) &&
+    // "Graag jullie dieetwensen doorgeven": a longer phrase asks for something.
+    const Sense *asks = greeting ? reader.sense(begin, Meaning::TitleLead) : nullptr;
+    const bool leads = asks && asks->length > greeting->length &&
+                       trimmed.begin >= begin + asks->length && trimmed.begin < part.end;
+    if (greeting && !compound && !leads && !leadsOn(reader, begin, Meaning::Greeting) &&
         !(greeting->length == 1 && reader.has(begin + 1, Meaning::Event)))
         // "of course" is all talk, though a course is a kind of event.
         score -= trimmed.begin > begin && contains(trimmed, Meaning::Event) &&

@@ -141,8 +141,10 @@ bool TitleScore::isKindAbove(const Field &field, TokenSpan trimmed) const {
     if (word.meanings.meets(kTalk))
         return false;
     // but "Year 4, Friday 12 June"
-    return event && trimmed.begin + event->length == trimmed.end && word.capital && !word.used &&
-           trimmed.begin == field.begin && token(next->begin + 1).kind != TokenKind::Number;
+    const bool kind = (event && trimmed.begin + event->length == trimmed.end) ||
+                      (isNumberedKind(trimmed) && m_choice.kind != EventKind::Travel);
+    return kind && word.capital && !word.used && trimmed.begin == field.begin &&
+           token(next->begin + 1).kind != TokenKind::Number;
 }
 
 bool TitleScore::isHostAbove(const Field &field, TokenSpan trimmed) const {

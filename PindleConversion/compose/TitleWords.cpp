@@ -363,8 +363,13 @@ bool TitleWords::isNumberedKind(TokenSpan span) const {
     constexpr std::uint32_t kMostTokens = 6;
     constexpr std::uint32_t kLongestMark = 4; ///< bytes: "cod", "nr", "n.º"
     const Reader reader(m_document, span.end);
-    const Sense *event = reader.sense(span.begin, Meaning::Event);
-    const std::uint32_t mark = event ? span.begin + event->length : span.end;
+    // "VHS Kurs K3107"
+    const bool school = span.end > span.begin + 2 && token(span.begin).upper() &&
+                        allCapitals(m_document.slice(token(span.begin))) &&
+                        !reader.has(span.begin, Meaning::Event);
+    const std::uint32_t kind = span.begin + (school ? 1U : 0U);
+    const Sense *event = reader.sense(kind, Meaning::Event);
+    const std::uint32_t mark = event ? kind + event->length : span.end;
     // but "Sommerfest 2026"
     if (mark >= span.end || span.end - mark > kMostTokens || token(mark).unspaced ||
         token(span.end - 1).kind != TokenKind::Number ||
