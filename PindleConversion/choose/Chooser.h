@@ -26,6 +26,8 @@ public:
 
 protected:
     /// "must be received" and "the signed form" tell nothing of the past.
+    /// "Please return the signed forms by Monday": asked for, whatever was done before.
+    bool isAskedBy(const Field &field, std::uint32_t token) const;
     static bool isPastVerb(const Reader &reader, std::uint32_t i);
 
     /// Dates to come with their time, which cannot tell when something was written: "our talk of

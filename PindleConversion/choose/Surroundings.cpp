@@ -169,8 +169,20 @@ bool Surroundings::isPastVerb(const Reader &reader, std::uint32_t i) {
            !(i > 0 && (reader.has(i - 1, Meaning::PresentVerb) || reader.has(i - 1, Meaning::The)));
 }
 
+bool Surroundings::isAskedBy(const Field &field, std::uint32_t token) const {
+    constexpr std::uint32_t kReach = 30;
+    const Reader reader(m_document, field.end);
+    if (token == field.begin || !reader.has(token - 1, Meaning::DueMarker))
+        return false;
+    const std::uint32_t low = token > field.begin + kReach ? token - kReach : field.begin;
+    for (std::uint32_t i = token; i > low && m_document.sameSentence(i - 1, token); --i)
+        if (reader.has(i - 1, Meaning::Chatter))
+            return true;
+    return false;
+}
+
 bool Surroundings::toldInPast(const Field &field, std::uint32_t token) const {
-    if (!m_document.meanings.has(Meaning::PastVerb))
+    if (!m_document.meanings.has(Meaning::PastVerb) || isAskedBy(field, token))
         return false;
     constexpr std::uint32_t kReach = 30;
     const Reader reader(m_document, field.end);
@@ -202,6 +214,8 @@ bool Surroundings::speaksOfPast(std::uint32_t token) const {
     if (!m_document.meanings.has(Meaning::PastVerb))
         return false;
     const Field &field = fieldOf(token);
+    if (isAskedBy(field, token))
+        return false;
     const Reader reader(m_document, field.end);
     constexpr std::uint32_t kReach = 40;
     const std::uint32_t low = token > field.begin + kReach ? token - kReach : field.begin;
