@@ -118,6 +118,12 @@ bool TitleWords::isCode(TokenSpan span) const {
 
 bool TitleWords::isTicket(TokenSpan span) const {
     constexpr std::uint32_t kShortest = 3; ///< letters where no dash follows, and digits
+    // "Maintenance window #88213"
+    constexpr std::uint32_t kLongNumber = 4; ///< digits; "Match #12" is one of several
+    const std::uint32_t last = span.end - 1;
+    if (last > span.begin && token(last).kind == TokenKind::Number &&
+        token(last - 1).symbol == '#' && !token(last).spaceBefore)
+        return token(last).digits >= kLongNumber;
     const std::uint32_t letters = token(span.begin).end - token(span.begin).begin;
     if (token(span.begin).kind != TokenKind::Word ||
         !allCapitals(m_document.slice(token(span.begin))))
