@@ -46,9 +46,11 @@ private:
 
     void line(std::uint32_t begin, std::uint32_t end) {
         const Reader reader(m_document, end);
+        const std::uint32_t lineBegin = begin;
         begin = skipBullet(reader, begin);
         if (begin >= end)
             return;
+        m_listed = m_listed && isListItem(lineBegin, end);
         const auto stamped = afterStamp(reader, begin);
         if (stamped != begin)
             addField(begin, stamped, Label::Sent, {});
@@ -76,6 +78,24 @@ private:
                 ignoreLine();
                 break;
             }
+    }
+
+    /// "1. Elections", "- Elections" below "Agenda:", without a number that could be a moment's.
+    bool isListItem(std::uint32_t begin, std::uint32_t end) const {
+        constexpr std::uint32_t kMostItems = 30;
+        constexpr std::uint32_t kLongest = 24;
+        const Reader reader(m_document, end);
+        const bool numbered = reader.number(begin, 1, kMostItems) &&
+                              (reader.symbol(begin + 1, '.') || reader.symbol(begin + 1, ')'));
+        std::uint32_t i = numbered ? begin + 2 : skipBullet(reader, begin);
+        if (i == begin || end - i > kLongest)
+            return false;
+        static constexpr Meanings kMoment{Meaning::Weekday, Meaning::Month, Meaning::RelativeDay,
+                                          Meaning::ClockWord};
+        for (; i < end; ++i)
+            if (reader.token(i).kind == TokenKind::Number || reader.mayHave(i, kMoment))
+                return false;
+        return true;
     }
 
     /// "Home > Events > Theatre" above a page.
@@ -204,6 +224,7 @@ private:
             row.numbers = m_document.tokens[i].kind == TokenKind::Number;
         if (row.labels.size() < kMostColumns)
             row.labels.push_back(own);
+        m_numbers = m_numbers || row.numbers;
         fieldsOf(begin, end, inherited);
         ++row.column;
     }
@@ -289,9 +310,8 @@ private:
     /// One cell, cut where labels start.
     void fieldsOf(std::uint32_t begin, std::uint32_t end, Label label) {
         const Reader reader(m_document, end);
-        if (label == Label::None) {
-            label = m_pending;
-        }
+        if (label == Label::None)
+            label = m_listed ? Label::Note : m_pending;
         TokenSpan words;
         std::uint32_t from = begin;
         for (std::uint32_t i = begin; i < end;) {
@@ -328,6 +348,8 @@ private:
             addField(from, end, label, words);
         else if (label == Label::Title || (label != Label::None && mayStandAlone(label)))
             m_pending = label;
+        // "Agenda:" below the words that say when.
+        m_listed = m_listed || (from == end && label == Label::Note && m_numbers);
     }
 
     void addField(std::uint32_t begin, std::uint32_t end, Label label, TokenSpan words) {
@@ -351,6 +373,8 @@ private:
     bool m_spoken = false;
     bool m_pairAbove = false; ///< the line above is a label and its value
     Label m_pending = Label::None;
+    bool m_numbers = false; ///< in some line above
+    bool m_listed = false;  ///< below a label that a list follows
     std::vector<Label> m_header;
 };
 
