@@ -10,6 +10,7 @@ namespace {
 
 constexpr int kNone = -1000;
 constexpr int kLoneKind = 14;     ///< less for "let's meet", of which only "meet" is left
+constexpr int kLoneVerb = 60;     ///< less for the verb of "wir treffen uns"
 constexpr int kPoor = 10;         ///< below it the place says more
 constexpr int kPlaceAgain = 60;   ///< less for words that name the place once more
 constexpr int kOnlyFillers = 120; ///< "Let's meet" is a title when there is no better one
@@ -130,9 +131,11 @@ private:
             const TitleScore::Weight weight =
                 m_scores.weigh({field, run, part, trimmed, alone, first, m_order});
             m_sawText = m_sawText || weight.opens;
-            const int score = weight.score -
-                              (onlyFillers ? (event ? kLoneKind : kOnlyFillers) : 0) -
-                              (namesPlace(trimmed) ? kPlaceAgain : 0);
+            const int score =
+                weight.score -
+                (onlyFillers ? (event ? (isVerb(trimmed) ? kLoneVerb : kLoneKind) : kOnlyFillers)
+                             : 0) -
+                (namesPlace(trimmed) ? kPlaceAgain : 0);
             if (score > m_score) {
                 m_score = score;
                 m_best = m_parts.shorten(onlyFillers && !event ? withoutLead(trimmed) : trimmed);
@@ -148,6 +151,13 @@ private:
                            !token(part.end - 1).unspaced && !token(part.end - 1).capital &&
                            reader.has(part.end - 1, Meaning::DateMarker);
         return {part.begin, part.end - (leads ? 1U : 0U)};
+    }
+
+    /// "Wir treffen uns": where nouns have capitals, a small letter tells a verb.
+    bool isVerb(TokenSpan kind) const {
+        return kind.end == kind.begin + 1 && !token(kind.begin).capital &&
+               Reader(m_document, kind.end).language(kind.begin).capitalNouns &&
+               token(m_document.fields[token(kind.begin).field].begin).capital;
     }
 
     /// The place is named once more: "Pick-up: Cork Airport", "Return: Cork Airport".

@@ -228,7 +228,7 @@ int TitleScore::openingPenalties(const Reader &reader, const TitleCandidate &can
     if (run.afterUsed && reader.mayHave(trimmed.begin, kUntil) &&
         reader.has(trimmed.begin, Meaning::DateMarker) && !contains(trimmed, Meaning::Event))
         score -= kOtherMoment;
-    if (goesOnList(reader, candidate))
+    if (goesOnList(reader, candidate) || endsInRequest(reader, candidate))
         score -= kListed;
     // "保護者の皆様": whom the text speaks to.
     constexpr std::uint32_t kLongestAddress = 3;

@@ -98,6 +98,8 @@ private:
     bool isHeadline(const Reader &reader, TokenSpan words) const;
     /// "Bring a plate, cutlery and a chair": a part of a sentence that lists things.
     bool goesOnList(const Reader &reader, const TitleCandidate &candidate) const;
+    /// "Fahrzeugausweis mitnehmen" behind a comma: what one is asked for, its verb at the end.
+    bool endsInRequest(const Reader &reader, const TitleCandidate &candidate) const;
     /// A short line without a sentence's full stop.
     bool isHeading(TokenSpan part) const;
 

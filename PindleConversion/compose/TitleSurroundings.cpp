@@ -315,6 +315,16 @@ bool TitleScore::goesOnList(const Reader &reader, const TitleCandidate &candidat
     return false;
 }
 
+bool TitleScore::endsInRequest(const Reader &reader, const TitleCandidate &candidate) const {
+    constexpr std::uint32_t kLongestVerb = 2;
+    const auto [begin, end] = candidate.trimmed;
+    if (candidate.first || begin == 0 || token(begin - 1).symbol != ',' || token(begin).unspaced ||
+        token(end - 1).capital)
+        return false;
+    const Sense *talk = reader.senseBefore(end, Meaning::Chatter, kLongestVerb);
+    return talk && talk->value == 1 && begin + talk->length < end;
+}
+
 bool TitleScore::isHeading(TokenSpan part) const {
     constexpr std::uint32_t kMostTokens = 14;
     return part.end - part.begin <= kMostTokens && token(part.end - 1).symbol != '.' &&

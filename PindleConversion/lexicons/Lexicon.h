@@ -85,7 +85,8 @@ enum class Meaning : std::uint8_t {
     RoleWord,      ///< value: a `Role`
     RoleBehind,    ///< a role said behind its date or time: "23時まで"; value: a `Role`
     Greeting,      ///< a piece that greets or thanks; value 1: says no to what was asked
-    Chatter,       ///< a piece that is no title: requests, prices, conditions
+    Chatter,       ///< a piece that is no title: requests, prices, conditions; value 1: also as
+                   ///< the verb that ends a request: "Ausweis mitbringen"
     TitleLead,     ///< dropped from the front of a title; value 4: ends the line of a host, who
                    ///< "invites" to what follows
     TitleTail,     ///< dropped from the end of a title
