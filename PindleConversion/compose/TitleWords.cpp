@@ -254,9 +254,11 @@ bool TitleWords::isHost(TokenSpan line) const {
         // "5th Grade"
         const bool number =
             counts(next) || (i > line.begin && (counts(i - 1) || (i > 1 && counts(i - 2))));
-        if (host->value == kNumbered ? !number
-                                     : host->value == kAtEnd && next < line.end &&
-                                           reader.word(next) && !reader.has(next, Meaning::Host))
+        // "Soccer Club U10s"
+        const bool ends = next >= line.end || !reader.word(next) ||
+                          reader.has(next, Meaning::Host) ||
+                          (counts(next + 1) && reader.glued(next + 1));
+        if (host->value == kNumbered ? !number : host->value == kAtEnd && !ends)
             continue;
         // "Back to School", "Lanterns at Hill School"
         for (std::uint32_t k = line.begin; k < i; ++k)
