@@ -183,7 +183,18 @@ private:
             return;
         const CodePoint point = decodeAt(m_in, m_at);
         m_at = point.end;
-        put(plain(point.value));
+        const UChar32 shown = plain(point.value);
+        if (shown == ' ' && isPicture(point.value))
+            return passPicture();
+        put(shown);
+    }
+
+    /// A picture parts words as one blank does, with as many blanks as may stand beside it.
+    void passPicture() {
+        if (!lineStarts() && m_out.back() != ' ')
+            put(' ');
+        while (m_at < m_in.size() && m_in[m_at] == ' ')
+            ++m_at;
     }
 
     /// "Read-\ning Room": the hyphen that only the line's end put there goes.
