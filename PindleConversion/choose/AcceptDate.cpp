@@ -18,30 +18,12 @@ bool Chooser::acceptDate() {
         refuse(Notice::OnlyPast);
         return false;
     }
-    const std::uint32_t token = dated.mention->span.begin;
-    if (dated.mention->weak && !hasTimeNear(token) && !hasDateMarker(token) &&
-        m_found.times.empty() && !sentenceHas(token, Meaning::Event) &&
-        roleOf(token) != Role::Deadline) {
+    if (isUntold(dated) || isHoursOnly(dated) || isHabit(dated) || countsOnly(dated) ||
+        tellsOfWriting(dated)) {
         refuse(Notice::NoDate);
         return false;
     }
-    if (isHoursOnly(dated) || isHabit(dated) || countsOnly(dated)) {
-        refuse(Notice::NoDate);
-        return false;
-    }
-    // "booked on Texel from 12 to 16 October": nobody books or writes for days.
-    const bool posted = roleOf(token) == Role::Posted && !(dated.mention->last && dated.date.last);
-    const bool only = m_dates.size() == 1;
-    if (dated.mention->weak && fieldOf(token).label == Label::None && followsStamp(dated)) {
-        refuse(Notice::NoDate);
-        return false;
-    }
-    if ((isStamp(dated) && only) ||
-        (posted && (only || (m_found.times.empty() && isAllPosted())))) {
-        refuse(Notice::NoDate);
-        return false;
-    }
-    if (!hasFutureSense(token)) {
+    if (!hasFutureSense(dated.mention->span.begin)) {
         refuse(Notice::OnlyPast);
         return false;
     }
@@ -51,6 +33,25 @@ bool Chooser::acceptDate() {
     if (m_choice.last)
         m_choice.endSpan = dated.mention->span;
     return true;
+}
+
+bool Chooser::isUntold(const Dated &dated) const {
+    const std::uint32_t token = dated.mention->span.begin;
+    return dated.mention->weak && !hasTimeNear(token) && !hasDateMarker(token) &&
+           m_found.times.empty() && !sentenceHas(token, Meaning::Event) &&
+           roleOf(token) != Role::Deadline;
+}
+
+bool Chooser::tellsOfWriting(const Dated &dated) const {
+    const std::uint32_t token = dated.mention->span.begin;
+    if (dated.mention->weak && fieldOf(token).label == Label::None && followsStamp(dated))
+        return true;
+    if (std::all_of(m_dates.begin(), m_dates.end(),
+                    [&](const Dated &each) { return isStamp(each); }))
+        return true;
+    // "booked on Texel from 12 to 16 October": nobody books or writes for days.
+    const bool posted = roleOf(token) == Role::Posted && !(dated.mention->last && dated.date.last);
+    return posted && (m_dates.size() == 1 || (m_found.times.empty() && isAllPosted()));
 }
 
 bool Chooser::isHabit(const Dated &dated) const {

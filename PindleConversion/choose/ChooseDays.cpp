@@ -229,7 +229,9 @@ bool Chooser::isHoursOnly(const Dated &dated) const {
     const auto says = [&](Meaning meaning) {
         return labelHas(token, meaning) || sentenceHas(token, meaning);
     };
-    const bool days = dated.mention->first.base == DateSpec::Base::Weekday && dated.mention->last;
+    const DateSpec::Base base = dated.mention->first.base;
+    const bool days = (base == DateSpec::Base::Weekday && dated.mention->last) ||
+                      (base == DateSpec::Base::Weekend && m_document.tokens[token].unspaced);
     if (days && (says(Meaning::Daily) || isTimetable()))
         return true;
     // "Chiuso il lunedì"
@@ -246,7 +248,8 @@ bool Chooser::isHoursOnly(const Dated &dated) const {
 bool Chooser::isTimetable() const {
     constexpr std::size_t kReach = 300; ///< tokens
     const bool weekdays = std::all_of(m_dates.begin(), m_dates.end(), [&](const Dated &dated) {
-        return dated.mention->first.base == DateSpec::Base::Weekday || dated.mention->holiday;
+        return dated.mention->first.base == DateSpec::Base::Weekday ||
+               dated.mention->first.base == DateSpec::Base::Weekend || dated.mention->holiday;
     });
     const std::uint32_t end =
         static_cast<std::uint32_t>(std::min(m_document.tokens.size(), kReach));

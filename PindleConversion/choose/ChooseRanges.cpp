@@ -30,7 +30,8 @@ void Chooser::joinRanges() {
     for (std::size_t i = 1; i < m_dates.size(); ++i) {
         const Dated &first = m_dates[i - 1];
         Dated &second = m_dates[i];
-        if (!isRangeOver(first, second) && !isArrivalBelow(first, second))
+        if (!isRangeOver(first, second) && !isArrivalBelow(first, second) &&
+            !isArrivalBeside(first, second))
             continue;
         // "Friday 6pm to Sunday 3pm", said on a Saturday: the Sunday behind that Friday.
         if (second.mention->first.base == DateSpec::Base::Weekday) {
@@ -66,6 +67,26 @@ bool Chooser::isRangeOver(const Dated &first, const Dated &second) const {
            roleOf(from.begin) != Role::MovedFrom && roleOf(to.begin) != Role::MovedTo;
 }
 
+bool Chooser::isArrivalBeside(const Dated &first, const Dated &second) const {
+    constexpr std::uint32_t kReach = 16;
+    constexpr auto kLongest = std::chrono::days(2);
+    const TokenSpan from = first.mention->span;
+    const TokenSpan to = second.mention->span;
+    // "18:52 (Thu 12 March)"
+    const auto timed = [&](std::uint32_t day) {
+        return std::any_of(m_found.times.begin(), m_found.times.end(),
+                           [&](const TimeMention &time) {
+                               return !time.end && time.start.sure && time.span.end + 1 == day &&
+                                      m_document.tokens[time.span.end].kind == TokenKind::Symbol;
+                           });
+    };
+    return to.begin > from.end && to.begin - from.end <= kReach && !first.mention->last &&
+           !second.mention->last && second.date.first > first.date.first &&
+           second.date.first <= first.date.first + kLongest &&
+           m_document.tokens[from.begin].field == m_document.tokens[to.begin].field &&
+           timed(from.begin) && timed(to.begin);
+}
+
 bool Chooser::isArrivalBelow(const Dated &first, const Dated &second) const {
     const std::uint32_t from = first.mention->span.begin;
     const std::uint32_t to = second.mention->span.begin;
@@ -96,7 +117,7 @@ std::uint32_t Chooser::momentBegin(TokenSpan date) const {
         return date.begin;
     const std::uint32_t joint =
         date.begin > 0 && (reader.has(date.begin - 1, Meaning::DateMarker) ||
-                           reader.symbol(date.begin - 1, ','))
+                           reader.symbol(date.begin - 1, ',') || reader.symbol(date.begin - 1, '('))
             ? date.begin - 1
             : date.begin;
     for (const TimeMention &time : m_found.times)

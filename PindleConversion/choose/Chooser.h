@@ -98,6 +98,10 @@ private:
 
     // AcceptDate.cpp
     bool acceptDate();
+    /// A number that nothing else tells to be a date.
+    bool isUntold(const Dated &dated) const;
+    /// "Published on 3 May", "2026-04-08 03:12:44 ERROR": when something was written.
+    bool tellsOfWriting(const Dated &dated) const;
     /// "I never liked Mondays": a day that comes round, no time, and nothing that happens then.
     bool isHabit(const Dated &dated) const;
     /// A written, dated appointment stays one when its day is over; a report of the past is none.
@@ -144,6 +148,8 @@ private:
     bool isRangeOver(const Dated &first, const Dated &second) const;
     /// On a ticket the line below the departure tells that one arrives on the next day.
     bool isArrivalBelow(const Dated &first, const Dated &second) const;
+    /// "Berlin 18:52 (Thu 12 March) > Zagreb 07:36 (Fri 13 March)": each day behind its time.
+    bool isArrivalBeside(const Dated &first, const Dated &second) const;
     /// Where the moment begins that has this day: with its day, or with a time right before it.
     std::uint32_t momentBegin(TokenSpan date) const;
     /// The token behind it: behind its day, or behind a time right after that.

@@ -122,7 +122,8 @@ void PlaceFinder::offer(TokenSpan span, int score, std::uint32_t at) {
         return;
     // "Home | News | Events"
     if (const Sense *head = reader.sense(span.begin, Meaning::PageHead);
-        head && span.begin + head->length == span.end)
+        head && span.begin + head->length == span.end &&
+        m_document.fields[token(span.begin).field].label != Label::Place)
         return;
     // "closed Tuesday (Republic Day)"
     if (reader.has(span.end - 1, Meaning::DayWord) && span.end > span.begin + 1 &&

@@ -187,21 +187,41 @@ LabelMatch plainLabel(const Reader &reader, std::uint32_t i, std::uint32_t end, 
     return {};
 }
 
+/// "From: Nairobi   Dep 15:00": no mail's.
+bool showsClock(const Document &document, const Field &field) {
+    constexpr std::uint32_t kReach = 12;
+    const Reader reader(document, std::min(field.end, field.begin + kReach));
+    for (std::uint32_t i = field.begin; i < reader.end(); ++i)
+        if (reader.number(i, 0, 23) && reader.symbol(i + 1, ':') && reader.number(i + 2, 0, 59) &&
+            reader.glued(i + 1) && reader.glued(i + 2))
+            return true;
+    return false;
+}
+
 /// A "Date:" among the lines that head a mail tells when it was sent.
-void settleMailHeads(std::vector<Field> &fields) {
+void settleMailHeads(const Document &document, std::vector<Field> &fields) {
     for (std::size_t i = 0; i < fields.size();) {
         std::size_t end = i;
         bool mail = false;
         bool time = false;
+        bool written = false; ///< with a subject or the time of sending, as only mail has
         while (end < fields.size() && fields[end].label != Label::None &&
                (end == i || fields[end].line <= fields[end - 1].line + 1)) {
             mail = mail || fields[end].label == Label::Mail;
-            time = time || fields[end].label == Label::Time || fields[end].label == Label::Place;
+            time = time || fields[end].label == Label::Time || fields[end].label == Label::Place ||
+                   (fields[end].label == Label::Mail && showsClock(document, fields[end]));
+            written =
+                written || fields[end].label == Label::Title || fields[end].label == Label::Sent;
             ++end;
         }
-        for (std::size_t k = i; k < end && mail && !time; ++k)
-            if (fields[k].label == Label::Date)
+        for (std::size_t k = i; k < end && mail; ++k) {
+            if (fields[k].label == Label::Date && !time)
                 fields[k].ignored = true;
+            if (fields[k].label == Label::Mail && !written && showsClock(document, fields[k])) {
+                fields[k].label = Label::None;
+                fields[k].ignored = false;
+            }
+        }
         i = std::max(end, i + 1);
     }
 }
@@ -283,7 +303,7 @@ Label wholeLabel(const Reader &reader, std::uint32_t begin) {
 }
 
 void settleLabels(Document &document) {
-    settleMailHeads(document.fields);
+    settleMailHeads(document, document.fields);
     settleStays(document);
 }
 
