@@ -341,6 +341,9 @@ bool Chooser::travelEnd() {
         return false;
     m_choice.endMinute = endAfter(next.start, start.start);
     m_choice.endSpan = next.span;
+    // "Copenhagen (CPH) 13:25 → Lisbon (LIS) 15:50" without a word for the journey
+    if (isAtAirport(start) && isAtAirport(next))
+        m_choice.kind = EventKind::Travel;
     return true;
 }
 

@@ -47,7 +47,15 @@ void Chooser::noteOtherFields() {
         const bool mine = own == field(m_choice.dateSpan) ||
                           (!m_choice.timeSpan.empty() && own == field(m_choice.timeSpan)) ||
                           (!m_choice.endSpan.empty() && own == field(m_choice.endSpan));
-        const bool same = other.date.first == m_choice.start || other.date.first == m_choice.last;
+        // and "Thursday is perfect" above the quoted "Thursday, March 12"
+        const bool answers =
+            other.mention->first.base == DateSpec::Base::Weekday &&
+            other.mention->first.which == Which::Nearest &&
+            other.mention->span.begin < m_choice.dateSpan.begin &&
+            other.mention->first.weekday ==
+                static_cast<int>(std::chrono::weekday(m_choice.start).iso_encoding());
+        const bool same =
+            answers || other.date.first == m_choice.start || other.date.first == m_choice.last;
         if (!mine && !same && !other.mention->weak && !other.mention->repeated &&
             other.date.first >= m_reference.today &&
             (hasTimeNear(other.mention->span.begin) ||

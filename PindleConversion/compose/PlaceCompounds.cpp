@@ -280,6 +280,20 @@ bool PlaceFinder::isRoomCode(const Reader &reader, TokenSpan part) {
     return number && letter && part.end - part.begin <= kLongest;
 }
 
+bool PlaceFinder::isExact(const Reader &reader, TokenSpan part, bool address) const {
+    constexpr std::uint32_t kCode = 3; ///< tokens of "B-704"
+    const std::uint32_t begin = part.begin;
+    const bool behindMoment = begin > 1 && (token(begin - 1).used || token(begin - 2).used);
+    const Shape shape = shapeOf(part);
+    if (address && behindMoment && shape.street)
+        return std::any_of(m_document.tokens.begin() + begin, m_document.tokens.begin() + part.end,
+                           [](const Token &each) { return each.kind == TokenKind::Number; });
+    const std::uint32_t name = begin + kCode;
+    return begin > m_choice.anchor() && !m_document.sameSentence(begin - 1, begin) &&
+           name < part.end && (shape.noun || shape.street) && isRoomCode(reader, {begin, name}) &&
+           token(name).upper();
+}
+
 void PlaceFinder::bracketed(const Reader &reader, std::uint32_t open) {
     const std::uint32_t close = closing(reader, open);
     if (close == open)

@@ -190,6 +190,9 @@ private:
     void sender(const Reader &reader, std::uint32_t open);
     /// "Straatfeest Lijsterlaan za 30-8": a street right behind the kind of event.
     bool isStreetOfEvent(const Reader &reader, const Field &field, std::uint32_t i) const;
+    /// "22 Long St" right behind the moment, "B-704 Sunrise Enclave" as a sentence of its own: an
+    /// address that says more than "our gallery".
+    bool isExact(const Reader &reader, TokenSpan part, bool address) const;
     /// "Same room (G.12)": a letter and a number.
     static bool isRoomCode(const Reader &reader, TokenSpan part);
     /// "Holyport - Port Erran": the second name of a route.

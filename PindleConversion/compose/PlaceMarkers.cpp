@@ -199,6 +199,10 @@ bool PlaceFinder::isWhereOthersAre(const Reader &reader, std::uint32_t i) const 
     if (m_choice.zoneSpan.empty())
         return false;
     const std::uint32_t low = m_document.fields[token(i).field].begin;
+    // "That's 9 on Monday for Ngaire in Wellington"
+    if (i > low + 1 && token(i - 1).upper() && reader.has(i - 2, Meaning::DurationMark) &&
+        !m_document.sameSentence(i, m_choice.anchor()))
+        return true;
     for (std::uint32_t k = i; k > low && i - k < kReach; --k) {
         if (token(k - 1).kind != TokenKind::Word || token(k - 1).used)
             return false;

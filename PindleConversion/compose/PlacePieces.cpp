@@ -92,7 +92,9 @@ bool PlaceFinder::isBelowEnd(const Field &field) const {
 
 bool PlaceFinder::isBetweenDayAndTime(const Field &field) const {
     const std::uint32_t day = lineOf(m_choice.anchor());
-    return m_anchorField > 0 && field.line == day + 1 && field.line < m_momentLine;
+    // but "Fjellwing FW 418" between the day and the airports of a journey
+    return m_anchorField > 0 && field.line == day + 1 && field.line < m_momentLine &&
+           m_choice.kind != EventKind::Travel;
 }
 
 bool PlaceFinder::isAnnounced(const Reader &reader, std::uint32_t begin) const {
@@ -371,10 +373,7 @@ void PlaceFinder::offerPart(const Reader &reader, const Field &field, TokenSpan 
     int score = known ? 34 : 22;
     // "in our gallery – Saturday 15 May, 22 Long St": the street says more than a kind of place.
     constexpr int kExact = 30;
-    const bool behindMoment = begin > 1 && (token(begin - 1).used || token(begin - 2).used);
-    if (address && behindMoment && isKindAlone(m_best) && shapeOf({begin, whole}).street &&
-        std::any_of(m_document.tokens.begin() + begin, m_document.tokens.begin() + whole,
-                    [](const Token &each) { return each.kind == TokenKind::Number; }))
+    if ((address || known) && isKindAlone(m_best) && isExact(reader, {begin, whole}, address))
         score += kExact;
     // "Maison communale de Rixentaert" right below the date.
     // and "Miller's Landing, County Rd 9 (rain date July 13)".

@@ -457,6 +457,8 @@ int TitleScore::linePenalties(const Reader &reader, const TitleCandidate &candid
     // "overstap 08:36 Utrecht Centraal": a journey goes elsewhere.
     if (m_choice.kind == EventKind::Travel && m_choice.isOfLater(token(part.begin).field))
         score -= kOtherMoment;
+    if (alone && isPassenger(reader, trimmed))
+        score -= kInvites;
     // "水務署通知：" tells who writes.
     if (namesSender(part, trimmed))
         score -= 40;

@@ -75,6 +75,10 @@ bool TitleScore::isOnlyTopic(TokenSpan part) const {
     const std::uint32_t particle = part.begin - 2;
     if (reader.has(particle, Meaning::Chatter))
         return true;
+    // "reference "Plot 37 water"": what to write on a transfer.
+    const Sense *label = reader.sense(particle, Meaning::LabelWord);
+    if (label && label->value == static_cast<int>(Label::Sender))
+        return true;
     // "読書会やります 課題本は『灰色の港』": told of an event that was named, but
     // "上映は「夜の川」".
     const Token &sign = token(particle);

@@ -173,10 +173,11 @@ TokenSpan TitleParts::trimBack(TokenSpan span) const {
     if (last > span.begin + 1 && reader.symbol(last - 1, '&') && reader.glued(last) &&
         reader.glued(last - 1))
         return span;
-    // "Check in" is whole.
+    // "Closing on the Duluth house", of which the place is gone, but "Check in" is whole.
+    const bool led = token(span.end).meanings.has(Meaning::The) && token(span.end + 1).used;
     for (const Meaning meaning : {Meaning::Event, Meaning::GeneralEvent})
         if (const Sense *kind = reader.sense(last - (last > span.begin ? 1U : 0U), meaning);
-            kind && kind->length == 2)
+            kind && kind->length == 2 && !led)
             return span;
     // and so is "Drop-in".
     const Sense *joined = last == span.begin + 2 && reader.symbol(last - 1, '-')

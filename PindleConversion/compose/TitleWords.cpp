@@ -229,6 +229,20 @@ bool TitleWords::isPerson(const Reader &reader, std::uint32_t i) const {
     return token(i).capital && reader.has(i, Meaning::Person);
 }
 
+bool TitleWords::isPassenger(const Reader &reader, TokenSpan line) {
+    constexpr std::uint32_t kShortest = 3;
+    constexpr std::uint32_t kLongest = 6;
+    const std::uint32_t size = line.end - line.begin;
+    if (size < kShortest || size > kLongest || !reader.symbol(line.begin + 1, '/') ||
+        !reader.glued(line.begin + 1) || !reader.glued(line.begin + 2) ||
+        !(reader.has(line.end - 1, Meaning::Person) || reader.has(line.begin, Meaning::Person)))
+        return false;
+    for (std::uint32_t i = line.begin; i < line.end; ++i)
+        if (i != line.begin + 1 && !reader.token(i).upper())
+            return false;
+    return true;
+}
+
 bool TitleWords::namesHost(TokenSpan trimmed) const {
     const Reader reader(m_document, trimmed.end);
     // but "Church potluck"

@@ -59,6 +59,8 @@ public:
     bool hasMoney(TokenSpan span) const;
     /// A capitalised word for a person.
     bool isPerson(const Reader &reader, std::uint32_t i) const;
+    /// "NGUBANE/THANDI MS": who travels.
+    static bool isPassenger(const Reader &reader, TokenSpan line);
     /// "Ann & Bo": two names and nothing else.
     bool isCouple(TokenSpan span) const;
     /// "Posted on", "by": what is left of a date's role.
