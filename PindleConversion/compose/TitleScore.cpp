@@ -323,8 +323,11 @@ int TitleScore::wordPenalties(const Reader &reader, const TitleCandidate &candid
                      ? 8
                      : kTold;
     // "Donnerstag kann ich doch nicht"
-    if (reader.has(candidate.part.begin, Meaning::RoleBehind) && !event &&
-        !token(candidate.part.begin).unspaced)
+    // "报名表5月8日17:00前交到教务处": by when.
+    const Sense *said = reader.sense(candidate.part.begin, Meaning::RoleBehind);
+    const bool due = said && said->value == static_cast<int>(Role::Deadline) &&
+                     candidate.run.afterUsed && !token(candidate.part.begin).isOneSign();
+    if (said && !event && (due || !token(candidate.part.begin).unspaced))
         score -= kBehind;
     // "I'll text you the gate code the day before": not what happens on the day.
     if (!event && endsOnEve(reader, candidate.part))
