@@ -140,8 +140,8 @@ void PlaceFinder::offer(TokenSpan span, int score, std::uint32_t at) {
     // "(SGT, UTC+8)"
     if (span.empty() || reader.has(span.begin, Meaning::ZoneOffset))
         return;
-    if (closesNotice(span) || isQuotedInList(span) || isAmount(span) || saysTooLittle(span) ||
-        (zone && zone->value != 0))
+    if (closesNotice(span) || isWork(span) || isQuotedInList(span) || isAmount(span) ||
+        saysTooLittle(span) || (zone && zone->value != 0))
         return;
     if (m_document.sameSentence(at, m_choice.anchor()))
         score += 12;
@@ -180,81 +180,6 @@ void PlaceFinder::offer(TokenSpan span, int score, std::uint32_t at) {
         m_score = score;
         m_best = span;
     }
-}
-
-std::uint32_t PlaceFinder::beforePerson(const Reader &reader, TokenSpan span) const {
-    constexpr std::uint32_t kLongest = 2;
-    static constexpr std::array kMoments{Label::When, Label::Date, Label::Time};
-    // "前の時間帯"
-    const Sense *label = reader.sense(span.end - 1, Meaning::LabelWord);
-    if (label && !reader.has(span.end - 1, Meaning::PlaceNoun) &&
-        std::any_of(kMoments.begin(), kMoments.end(),
-                    [&](Label each) { return label->value == static_cast<int>(each); }))
-        return span.begin;
-    // "夕方で", "午後一で"
-    // and "9時～12時の間"
-    for (const Meaning meaning : {Meaning::PartOfDay, Meaning::NotAPlace})
-        if (const Sense *other = reader.sense(span.begin, meaning);
-            other && span.begin + other->length == span.end)
-            return span.begin;
-    // but "お蕎麦屋さん"
-    if (token(span.end - 1).isOneSign() ||
-        !reader.senseBefore(span.end, Meaning::Person, kLongest) ||
-        reader.senseBefore(span.end, Meaning::PlaceNoun, kLongest + 1))
-        return span.end;
-    // "仁康口腔门诊部郭医生": a kind of place ends before the name.
-    const auto endsPlace = [&](std::uint32_t i) {
-        return i + 1 < span.end && !reader.has(i, Meaning::Person) && !token(i - 1).isOneSign() &&
-               isPlaceNoun(reader, i - 1);
-    };
-    std::uint32_t name = span.end - 1;
-    while (name > span.begin && !token(name).spaceBefore && !endsPlace(name))
-        --name;
-    return name;
-}
-
-std::uint32_t PlaceFinder::beforePhone(const Reader &reader, TokenSpan span) const {
-    constexpr std::uint32_t kShortest = 7; ///< digits
-    for (std::uint32_t i = span.begin + 1; i < span.end; ++i) {
-        const Sense *label = reader.sense(i, Meaning::LabelWord);
-        if (!label || label->value != static_cast<int>(Label::Sender) || !token(i).spaceBefore)
-            continue;
-        std::uint32_t number = i + label->length;
-        for (const char32_t mark : {U'.', U':', U'+', U'('})
-            number = reader.skipSymbol(number, mark);
-        const Token &digits = token(number);
-        const bool parted = token(number + 1).symbol == '-' || token(number + 1).symbol == ')';
-        if (digits.kind == TokenKind::Number && (digits.digits >= kShortest || parted))
-            return i;
-    }
-    return span.end;
-}
-
-bool PlaceFinder::closesName(TokenSpan span) const {
-    if (token(span.end - 1).symbol != '"')
-        return false;
-    for (std::uint32_t i = span.begin + 1; i + 1 < span.end; ++i)
-        if (token(i).symbol == '"')
-            return true;
-    return false;
-}
-
-bool PlaceFinder::opensName(TokenSpan span) const {
-    const std::uint32_t close = quoteClosing(Reader(m_document, span.end), span.begin);
-    return close != span.begin && close + 1 < span.end;
-}
-
-bool PlaceFinder::dangles(const Reader &reader, TokenSpan span) const {
-    const Token &last = token(span.end - 1);
-    // "場所は5階のけやき会議室で。"
-    if (last.isOneSign() && span.end > span.begin + 1 &&
-        !reader.has(span.end - 1, Meaning::PlaceNoun))
-        return reader.has(span.end - 1, Meaning::PlaceBehind);
-    // "chega a Viseu no sábado"
-    const bool leadsOn = token(span.end).used && reader.has(span.end - 1, Meaning::DateMarker) &&
-                         !reader.has(span.end - 1, Meaning::PlaceNoun);
-    return span.end > span.begin + 1 && reader.word(span.end - 1) && !last.capital &&
-           !last.unspaced && (leadsOn || reader.has(span.end - 1, Meaning::Of));
 }
 
 bool PlaceFinder::isAmount(TokenSpan span) const {

@@ -1,6 +1,8 @@
 #include <algorithm>
 
+#include "PindleConversion/clean/Utf8.h"
 #include "PindleConversion/compose/PlaceFinder.h"
+#include "PindleConversion/tokens/Unspaced.h"
 
 namespace pindle::conversion {
 
@@ -25,6 +27,34 @@ void PlaceFinder::pieceBefore(const Reader &reader, const Field &field, TokenSpa
         nameEnd(reader, part.begin) != part.end)
         return;
     offer(part, kScore, part.begin);
+}
+
+std::uint32_t PlaceFinder::withHouse(const Reader &reader, const Field &field,
+                                     TokenSpan part) const {
+    constexpr std::uint32_t kLongestBranch = 3;
+    constexpr std::uint32_t kLongestName = 6;
+    static constexpr Meanings kOther{Meaning::Event, Meaning::Person, Meaning::Chatter,
+                                     Meaning::LabelWord, Meaning::Greeting};
+    const std::uint32_t begin = part.begin;
+    if (begin < field.begin + 2 || part.end > begin + kLongestBranch || !token(begin).unspaced ||
+        !token(begin).spaceBefore || token(begin - 1).used || !token(part.end - 1).isOneSign() ||
+        !isPlaceNoun(reader, part.end - 1))
+        return begin;
+    std::uint32_t name = begin;
+    bool unknown = false;
+    do {
+        --name;
+        if (!reader.word(name) || !token(name).unspaced || token(name).used ||
+            reader.mayHave(name, kOther) || begin - name > kLongestName)
+            return begin;
+        // "資料配布 渋谷店": ideographs alone may be anything in Japanese.
+        const auto letter = decodeAt(m_document.slice(token(name)), 0).value;
+        unknown =
+            unknown || (token(name).word == 0 && (reader.language(name).script == Script::Chinese ||
+                                                  unspacedScript(letter) != Unspaced::Ideograph));
+    } while (name > field.begin && !token(name).spaceBefore);
+    // The event is told before, or its day.
+    return unknown && name > field.begin && m_choice.anchor() < begin ? name : begin;
 }
 
 bool PlaceFinder::isTownOfStay(const Reader &reader, TokenSpan part) const {

@@ -49,6 +49,7 @@ void PlaceFinder::compound(const Reader &reader, const Field &field, std::uint32
             break;
         end = next + 1;
     }
+    end = std::max(i + 1, beforeSeat(reader, {i, end}));
     // "O portão fecha", "Para urgencias": what opens a sentence is no name.
     // "Kindly block your calendar"
     static constexpr Meanings kOpening{Meaning::The, Meaning::PlaceStop, Meaning::Chatter};
@@ -240,7 +241,7 @@ bool PlaceFinder::joinsBefore(const Reader &reader, std::uint32_t at, std::uint3
         current.kind == TokenKind::Mail)
         return false;
     if (current.kind == TokenKind::Symbol)
-        return current.symbol == '-' || current.symbol == '&' || current.symbol == 0x30FB;
+        return current.symbol == '-' || current.symbol == '&' || current.symbol == kMiddleDot;
     // "水族館の入口"
     if (reader.has(at, Meaning::Of) && reader.has(at + 1, Meaning::PlaceNoun))
         return true;

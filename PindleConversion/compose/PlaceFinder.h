@@ -45,6 +45,12 @@ private:
     std::uint32_t beforePhone(const Reader &reader, TokenSpan span) const;
     /// "物业服务中心" alone below a notice's sentences: who signs it.
     bool closesNotice(TokenSpan part) const;
+    /// "とり源 駅前店": where a house begins, when the part only names its branch.
+    std::uint32_t withHouse(const Reader &reader, const Field &field, TokenSpan part) const;
+    /// "《茶馆》": a play or book.
+    bool isWork(TokenSpan span) const;
+    /// "大剧院 B2区3排8座": where a place ends before a seat.
+    std::uint32_t beforeSeat(const Reader &reader, TokenSpan part) const;
     /// "Gasthaus "Zum Adler"": the last quotation mark belongs to the name.
     bool closesName(TokenSpan span) const;
     /// "“悦读”书吧": so does the first.

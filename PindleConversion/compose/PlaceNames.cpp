@@ -175,6 +175,9 @@ bool PlaceNames::stops(const Reader &reader, std::uint32_t i, std::uint32_t begi
     if (current.kind == TokenKind::Symbol)
         return !(current.symbol == '&' || (current.symbol == kDegree && reader.glued(i)) ||
                  current.symbol == '\'' || current.symbol == '#' || current.symbol == '.' ||
+                 // "サロン・ド・ルミエール"
+                 (current.symbol == kMiddleDot && reader.glued(i) && reader.glued(i + 1) &&
+                  token(i + 1).unspaced && !reader.has(i + 1, Meaning::Event)) ||
                  (current.symbol == '-' && reader.glued(i)) ||
                  ((current.symbol == '/' || current.symbol == '+') && reader.glued(i)));
     if (i == begin)
@@ -349,6 +352,7 @@ bool PlaceNames::joinsName(const Reader &reader, std::uint32_t i, std::uint32_t 
         return true;
     if (current.kind == TokenKind::Symbol)
         return current.symbol == '#' || current.symbol == '&' || ownsNext(reader, i) ||
+               (current.symbol == kMiddleDot && reader.glued(i) && reader.glued(i + 1)) ||
                (current.symbol == '-' && reader.glued(i) && reader.glued(i + 1));
     if (i > 0 && token(i - 1).symbol == '-' && reader.glued(i))
         return true;
@@ -361,9 +365,12 @@ bool PlaceNames::joinsName(const Reader &reader, std::uint32_t i, std::uint32_t 
                       (i > with && reader.has(i, Meaning::PlaceStop) && !opensWord(reader, i));
     const bool joined =
         current.unspaced && !over && (current.capital || !reader.has(i, Meaning::TitleLead));
+    // "やまびこ公園": a train's name may be a house's as well.
+    const Sense *event = reader.sense(i, Meaning::Event);
+    const bool train = event && current.unspaced && reader.glued(i + 1) && reader.word(i + 1) &&
+                       event->value == static_cast<int>(EventKind::Travel) && i + 1 == with;
     return current.kind == TokenKind::Word &&
-           (current.upper() || joined || reader.has(i, Meaning::PlaceNoun)) &&
-           !reader.has(i, Meaning::Event);
+           (current.upper() || joined || reader.has(i, Meaning::PlaceNoun)) && (!event || train);
 }
 
 bool PlaceNames::ownsNext(const Reader &reader, std::uint32_t i) const {

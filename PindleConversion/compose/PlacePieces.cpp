@@ -144,6 +144,11 @@ std::uint32_t PlaceFinder::piece(const Reader &reader, std::uint32_t f, std::uin
         reader.symbol(begin - 1, ',') && reader.number(begin - 2, 1, 9999, 4) &&
         !token(begin - 2).used && (begin - 2 == field.begin || !reader.word(begin - 3)))
         begin -= 2;
+    if (const std::uint32_t seat = beforeSeat(reader, {begin, end}); seat == begin)
+        return end;
+    else
+        end = seat;
+    begin = withHouse(reader, field, {begin, end});
     const bool refused = refusesPart(reader, {begin, end});
     // Without spaces the name ends where the sentence goes on.
     if (token(begin).unspaced && !reader.has(end - 1, Meaning::PlaceNoun))
@@ -195,18 +200,6 @@ bool PlaceFinder::isSentence(const Reader &reader, TokenSpan part) const {
     return token(part.begin).upper() && reader.has(part.begin, Meaning::The) &&
            reader.has(noun, Meaning::PlaceNoun) && !token(noun).capital && noun + 1 < part.end &&
            reader.mayHave(noun + 1, kVerbs);
-}
-
-std::uint32_t PlaceFinder::behindBranch(const Reader &reader, std::uint32_t begin,
-                                        std::uint32_t end) const {
-    if (!token(begin).unspaced || end == begin || !reader.symbol(end, '(') ||
-        !token(end - 1).unspaced)
-        return end;
-    const std::uint32_t close = closing(reader, end);
-    for (std::uint32_t i = end + 1; i < close; ++i)
-        if (token(i).used || !token(i).unspaced)
-            return end;
-    return close > end + 1 && isPlaceNoun(reader, close - 1) ? close + 1 : end;
 }
 
 std::uint32_t PlaceFinder::behindParticles(const Reader &reader, const Field &field,

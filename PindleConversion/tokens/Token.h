@@ -83,6 +83,7 @@ struct Token {
 inline constexpr Meanings kWeekdayNames{Meaning::Weekday, Meaning::WeakWeekday};
 
 inline constexpr char32_t kIdeographicStop = 0x3002; ///< the full stop of Chinese and Japanese
+inline constexpr char32_t kMiddleDot = 0x30FB;       ///< between the parts of a name in katakana
 
 /// "EST", "MIT": nothing but A to Z.
 inline bool allCapitals(std::string_view text) {
