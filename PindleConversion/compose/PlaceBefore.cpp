@@ -147,6 +147,8 @@ void PlaceFinder::venueAbove(const Reader &reader, std::uint32_t f) {
         field.label == Label::None && nameEnd(reader, field.begin) == field.end &&
         shapeOf({field.begin, field.end}).street)
         return offer({field.begin, field.end}, kScore, field.begin);
+    if (f > 0 && isAddressLine(reader, field))
+        return offer({field.begin, field.end}, kScore, field.begin);
     if (heading || field.spoken || !capital ||
         !(reader.has(token(field.begin).unspaced ? field.end - 1 : field.begin,
                      Meaning::PlaceNoun) ||
@@ -159,6 +161,65 @@ void PlaceFinder::venueAbove(const Reader &reader, std::uint32_t f) {
         return;
     if (shape.words > 1 && shape.words <= kMostWords)
         offer({field.begin, field.end}, kScore, field.begin);
+}
+
+bool PlaceFinder::opensStreet(std::uint32_t i) const {
+    const Token &word = token(i);
+    if (word.word == 0 || !word.upper())
+        return false;
+    const auto senses = sensesOf(lexiconWord(word.word));
+    return std::any_of(senses.begin(), senses.end(), [](const auto &sense) {
+        return sense.meaning == Meaning::StreetWord && sense.value == 1;
+    });
+}
+
+bool PlaceFinder::endsInStreet(std::uint32_t i) const {
+    constexpr std::size_t kShortest = 4;
+    constexpr std::size_t kLongest = 8;
+    constexpr std::size_t kName = 3; ///< "Elm" of "Elmstraße"
+    const std::string_view text = m_document.slice(token(i));
+    if (!token(i).upper())
+        return false;
+    for (std::size_t length = kShortest; length <= kLongest && length + kName <= text.size();
+         ++length) {
+        const std::uint32_t tail = findWord(text.substr(text.size() - length));
+        if (tail == 0)
+            continue;
+        const auto senses = sensesOf(lexiconWord(tail));
+        const auto compounds = [](const Sense &sense) {
+            return sense.meaning == Meaning::StreetWord && !sense.isOf(kSharedWords);
+        };
+        if (std::any_of(senses.begin(), senses.end(), compounds))
+            return true;
+    }
+    return false;
+}
+
+bool PlaceFinder::isAddressLine(const Reader &reader, const Field &field) const {
+    constexpr std::uint32_t kLongest = 16;
+    constexpr std::uint32_t kLongestName = 5;
+    constexpr std::uint32_t kParticle = 3; ///< bytes: "das", "di"
+    if (field.spoken || field.label != Label::None || field.end - field.begin > kLongest ||
+        !token(field.begin).upper() || !token(field.end - 1).upper() || token(field.end - 1).used)
+        return false;
+    for (std::uint32_t i = field.begin; i + 2 < field.end; ++i) {
+        if (i > field.begin && !reader.symbol(i - 1, '-') && !reader.symbol(i - 1, ','))
+            continue;
+        // "The Lower Third — 26 Mill Street, London"
+        if (i > field.begin && reader.number(i, 1, 9999, 4) && !token(i).used &&
+            nameEnd(reader, i) == field.end && shapeOf({i, field.end}).street)
+            return true;
+        const bool opens = opensStreet(i);
+        std::uint32_t house = i + 1;
+        while (opens && house < i + kLongestName && reader.word(house) && !token(house).used &&
+               (token(house).capital || token(house).end - token(house).begin <= kParticle))
+            ++house;
+        // "Rua das Janelas 41, Lisbon": behind the number stands the town.
+        if (reader.number(house, 1, 9999, 4) && !token(house).used &&
+            reader.symbol(house + 1, ',') && (opens ? house > i + 1 : endsInStreet(i)))
+            return true;
+    }
+    return false;
 }
 
 std::uint32_t PlaceFinder::beforeRegion(const Reader &reader, const Field &field) const {

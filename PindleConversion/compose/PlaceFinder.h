@@ -272,6 +272,12 @@ private:
     void venueAbove(const Reader &reader, std::uint32_t f);
     /// "美容室 こもれび": a kind of place on a line of its own beside one that tells of a booking.
     bool isBookedHouse(const Reader &reader, std::uint32_t f) const;
+    /// "Rua", "Via", in any language: a kind of street before its name.
+    bool opensStreet(std::uint32_t i) const;
+    /// "Lindenstraße", "Prinsengracht", in any language.
+    bool endsInStreet(std::uint32_t i) const;
+    /// "Ateliê Maré — Rua das Janelas 41, Lisbon", also among words of another language.
+    bool isAddressLine(const Reader &reader, const Field &field) const;
     /// "Borgo San Celso (PR)": where the name before its region in brackets ends, or the line.
     std::uint32_t beforeRegion(const Reader &reader, const Field &field) const;
     /// "本町歯科" right above the date, below the words that thank for a booking.
