@@ -368,7 +368,11 @@ bool PlaceFinder::isQuotedInList(TokenSpan part) const {
 
 bool PlaceFinder::isKindAlone(TokenSpan place) const {
     const Reader reader(m_document, place.end);
-    return !place.empty() && isPlaceNoun(reader, place.end - 1) &&
+    // "our gallery", "my new place"
+    constexpr std::uint32_t kLongest = 3;
+    return !place.empty() &&
+           (isPlaceNoun(reader, place.end - 1) ||
+            reader.senseBefore(place.end, Meaning::PlaceNoun, kLongest)) &&
            std::all_of(m_document.tokens.begin() + place.begin,
                        m_document.tokens.begin() + place.end, [](const Token &each) {
                            return each.kind == TokenKind::Word && each.word != 0 && !each.unspaced;

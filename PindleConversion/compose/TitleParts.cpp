@@ -200,8 +200,11 @@ bool TitleParts::isKindBehind(const Reader &reader, std::uint32_t i) const {
 }
 
 bool TitleParts::isSoftBreak(const Reader &reader, std::uint32_t i) const {
+    // "€ 48,20"
+    const bool decimal = reader.symbol(i, ',') && reader.glued(i) && reader.glued(i + 1) &&
+                         token(i + 1).kind == TokenKind::Number;
     // but "1:1"
-    return reader.symbol(i, ',') || reader.symbol(i, '(') ||
+    return (reader.symbol(i, ',') && !decimal) || reader.symbol(i, '(') ||
            (reader.symbol(i, ':') && !(reader.glued(i) && reader.glued(i + 1)));
 }
 

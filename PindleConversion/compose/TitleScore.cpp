@@ -264,10 +264,10 @@ bool TitleScore::asksFor(const TitleCandidate &candidate) const {
     const std::uint32_t end = candidate.run.span.end;
     const TokenSpan trimmed = candidate.trimmed;
     const Reader reader(m_document, end);
-    static constexpr Meanings kDue{Meaning::DueMarker};
+    constexpr std::uint32_t kLongest = 3; ///< "no later than"
     return trimmed.end >= trimmed.begin + kShortest && candidate.part.end == end &&
            (end == m_choice.dateSpan.begin || end == m_choice.timeSpan.begin) &&
-           reader.mayHave(end - 1, kDue);
+           reader.senseBefore(end, Meaning::DueMarker, kLongest);
 }
 
 int TitleScore::wordPenalties(const Reader &reader, const TitleCandidate &candidate) const {
@@ -280,7 +280,8 @@ int TitleScore::wordPenalties(const Reader &reader, const TitleCandidate &candid
         candidate.run.afterUsed ? reader.sense(trimmed.begin, Meaning::ZoneWord) : nullptr;
     if (city && trimmed.begin + city->length == trimmed.end)
         score -= kPlaceName;
-    if (hasMoney(trimmed))
+    // "Please pay the levy of £12 by Friday" names what is asked for.
+    if (hasMoney(trimmed) && (isCurrencySign(token(trimmed.begin).symbol) || !asksFor(candidate)))
         score -= isCurrencySign(token(trimmed.begin).symbol) ? 60 : 30;
     if ((isCode(trimmed) && !hasFlightNumber(trimmed)) || isTrail(trimmed) || isTicket(trimmed))
         score -= 60;
