@@ -113,7 +113,7 @@ bool isWordByte(char c) {
 /// Stays as it is within a line, whatever stands beside it.
 constexpr bool isSettled(unsigned char c) {
     return c >= 0x20 && c < 0x7F && c != '*' && c != '_' && c != '`' && c != '~' && c != '&' &&
-           c != '<';
+           c != '<' && c != '#';
 }
 
 constexpr auto kSettled = [] {
@@ -177,6 +177,8 @@ private:
             return;
         if (c == '*' || c == '_' || c == '`' || c == '~')
             return emphasis(m_in[m_at]);
+        if (c == '#' && hashes())
+            return;
         if ((c == '&' && entity()) || (c == '<' && tag()) || (c == '\n' && wraps()))
             return;
         if (c == kWideBlank[0] && spacedLabel())
@@ -271,6 +273,21 @@ private:
                  (mark == '~' && end - m_at < 2))
             m_out.append(m_in.substr(m_at, end - m_at));
         m_at = end;
+    }
+
+    /// "### AVISO ###": a row of them parts what stands beside it, as a row of stars does.
+    bool hashes() {
+        constexpr std::size_t kFewest = 2;
+        std::size_t end = m_at;
+        while (end < m_in.size() && m_in[end] == '#')
+            ++end;
+        const bool apart = m_at > 0 && m_in[m_at - 1] == ' ' &&
+                           (end == m_in.size() || m_in[end] == ' ' || m_in[end] == '\n');
+        if (end < m_at + kFewest || !apart)
+            return false;
+        m_out.append(end - m_at, '*');
+        m_at = end;
+        return true;
     }
 
     /// Replaces a named or numbered sign of a web page.

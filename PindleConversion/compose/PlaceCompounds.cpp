@@ -410,7 +410,12 @@ bool PlaceFinder::isAcronym(TokenSpan part) const {
 }
 
 bool PlaceFinder::isCounted(const Reader &reader, std::uint32_t i) {
-    return reader.number(i, 0, 99) && reader.symbol(i + 1, '-') && reader.glued(i + 1) &&
+    // "Kanaalstraat 88-II"
+    constexpr std::uint32_t kLongestFlat = 3;
+    const bool house = i > 0 && reader.word(i - 1) && reader.token(i - 1).upper() &&
+                       reader.token(i + 2).end - reader.token(i + 2).begin <= kLongestFlat &&
+                       allCapitals(reader.document().slice(reader.token(i + 2)));
+    return !house && reader.number(i, 0, 99) && reader.symbol(i + 1, '-') && reader.glued(i + 1) &&
            reader.glued(i + 2) && reader.word(i + 2);
 }
 

@@ -285,9 +285,26 @@ private:
     /// "Bishopstoke Scout Hut" right above the line that starts with the date.
     bool isVenueLine(const Reader &reader, const Field &field) const;
 
+    // PlaceKinds.cpp
+    /// "parade square", "Lecture Theatre 1": what it is said last.
+    static bool isKindOfPlace(const Reader &reader, TokenSpan part);
+    /// "Camp Wanahoo": a kind of place with a name that no lexicon knows.
+    static bool isNamedKind(const Reader &reader, TokenSpan part);
+    /// "Clinique vétérinaire des Quatre Bras": the kind of place has a trade, then its name.
+    static bool isTradeOfPlace(const Reader &reader, TokenSpan part);
+    /// "reifenwechsel 7.5. 8:20 werkstatt rahlmann": the event is named first, and without
+    /// capitals a kind of place and its name close the note.
+    bool closesLowNote(const Reader &reader, TokenSpan part) const;
+    /// A kind of event stands before the moment on the line of token `i`.
+    bool isNamedBefore(std::uint32_t i) const;
+    /// "place du Marché" is no market.
+    bool opensWithPlace(const Reader &reader, TokenSpan part) const;
+
     // PlacePieces.cpp
     /// The parts between commas, dashes and values behind the date: one may be the place.
     void pieces(const Reader &reader, std::uint32_t f, TokenSpan part);
+    /// "N° 57" in the first cell of a row
+    bool isNumberAlone(const Field &cell) const;
     /// "Autumn talks (all 7.30pm, Corn Exchange)" above a list of days tells time and place of
     /// each.
     bool isTimedHeading(std::uint32_t f) const;
@@ -303,10 +320,6 @@ private:
     bool isBetweenDayAndTime(const Field &field) const;
     /// "14 Uhr: Gesundheitstag": what is announced is the event.
     bool isAnnounced(const Reader &reader, std::uint32_t begin) const;
-    /// "parade square", "Lecture Theatre 1": what it is said last.
-    static bool isKindOfPlace(const Reader &reader, TokenSpan part);
-    /// "Camp Wanahoo": a kind of place with a name that no lexicon knows.
-    static bool isNamedKind(const Reader &reader, TokenSpan part);
     /// "Arrive London": where a journey ends.
     static bool isArrival(const Reader &reader, std::uint32_t i);
     /// Date, name, place and time on lines of their own, in this order.
@@ -331,15 +344,6 @@ private:
     static bool isShouted(const Reader &reader, std::uint32_t i);
     /// The part's first words or what follows it say that it is something else.
     bool refusesPart(const Reader &reader, TokenSpan part) const;
-    /// "Clinique vétérinaire des Quatre Bras": the kind of place has a trade, then its name.
-    static bool isTradeOfPlace(const Reader &reader, TokenSpan part);
-    /// "reifenwechsel 7.5. 8:20 werkstatt rahlmann": the event is named first, and without
-    /// capitals a kind of place and its name close the note.
-    bool closesLowNote(const Reader &reader, TokenSpan part) const;
-    /// A kind of event stands before the moment on the line of token `i`.
-    bool isNamedBefore(std::uint32_t i) const;
-    /// "place du Marché" is no market.
-    bool opensWithPlace(const Reader &reader, TokenSpan part) const;
     /// Offers a part that has words of its own kind, or the form of a name where one belongs.
     void offerPart(const Reader &reader, const Field &field, TokenSpan part, const Shape &shape);
     /// "notary office on Rua das Acácias 210": a kind of place in small letters, then its street.

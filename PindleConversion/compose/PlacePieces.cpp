@@ -28,7 +28,8 @@ void PlaceFinder::pieces(const Reader &reader, std::uint32_t f, TokenSpan part) 
     const Reader head(m_document, field.begin);
     const bool named = f == 1 && f < m_anchorField &&
                        ((token(1).symbol == '#' && !token(1).spaceBefore) ||
-                        head.has(m_document.fields[0].begin, Meaning::OnlineEvent));
+                        head.has(m_document.fields[0].begin, Meaning::OnlineEvent) ||
+                        (field.cell && isNumberAlone(m_document.fields[0])));
     const bool later = f > m_anchorField || (field.cell && f != 0 && !named);
     for (std::uint32_t i = part.begin; i <= part.end; ++i) {
         const bool space = i < part.end && i > begin && startsUnspaced(reader, i);
@@ -47,6 +48,15 @@ void PlaceFinder::pieces(const Reader &reader, std::uint32_t f, TokenSpan part) 
             continue;
         begin = space ? i : i + 1;
     }
+}
+
+bool PlaceFinder::isNumberAlone(const Field &cell) const {
+    constexpr std::uint32_t kMostTokens = 4;
+    const std::uint32_t last = cell.end - 1;
+    if (cell.end < cell.begin + 2 || cell.end - cell.begin > kMostTokens || token(last).used ||
+        token(last).kind != TokenKind::Number)
+        return false;
+    return Reader(m_document, cell.end).has(cell.begin, Meaning::PageHead);
 }
 
 bool PlaceFinder::isTimedHeading(std::uint32_t f) const {
@@ -100,26 +110,6 @@ bool PlaceFinder::isBetweenDayAndTime(const Field &field) const {
 bool PlaceFinder::isAnnounced(const Reader &reader, std::uint32_t begin) const {
     return begin > 1 && reader.symbol(begin - 1, ':') && token(begin - 2).used &&
            !reader.has(begin, Meaning::PlaceNoun);
-}
-
-bool PlaceFinder::isKindOfPlace(const Reader &reader, TokenSpan part) {
-    constexpr std::uint32_t kMost = 5;
-    std::uint32_t last = part.end - 1;
-    if (last > part.begin && reader.token(last).kind == TokenKind::Number)
-        --last;
-    return last > part.begin && part.end - part.begin <= kMost && reader.word(last) &&
-           !reader.token(last).unspaced && reader.has(last, Meaning::PlaceNoun) &&
-           !reader.has(last - 1, Meaning::Of) && !reader.has(last - 1, Meaning::The);
-}
-
-bool PlaceFinder::isNamedKind(const Reader &reader, TokenSpan part) {
-    if (!reader.has(part.begin, Meaning::PlaceNoun) || !reader.token(part.begin).capital ||
-        part.end < part.begin + 2)
-        return false;
-    for (std::uint32_t i = part.begin + 1; i < part.end; ++i)
-        if (!reader.word(i) || !reader.token(i).capital || reader.has(i, Meaning::Event))
-            return false;
-    return true;
 }
 
 bool PlaceFinder::isArrival(const Reader &reader, std::uint32_t i) {
@@ -275,60 +265,6 @@ bool PlaceFinder::refusesPart(const Reader &reader, TokenSpan part) const {
            (reader.symbol(part.end, ':') &&
             !(part.end + 1 == reader.end() && isTimedHeading(token(begin).field))) ||
            isAnnounced(reader, begin) || tellsSeat(reader, begin, part.end);
-}
-
-bool PlaceFinder::isTradeOfPlace(const Reader &reader, TokenSpan part) {
-    const std::uint32_t trade = part.begin + 1;
-    const std::uint32_t name = reader.skip(reader.skip(trade + 1, Meaning::Of), Meaning::The);
-    if (name >= part.end || !reader.word(trade) || reader.token(trade).capital ||
-        !reader.word(name) || !reader.token(name).capital)
-        return false;
-    for (std::uint32_t i = name; i < part.end; ++i)
-        if (reader.has(i, Meaning::Event))
-            return false;
-    return true;
-}
-
-bool PlaceFinder::closesLowNote(const Reader &reader, TokenSpan part) const {
-    const Field &field = m_document.fields[token(part.begin).field];
-    if (part.end != field.end || part.end < part.begin + 2 || part.begin <= field.begin ||
-        !token(part.begin - 1).used || !reader.has(part.begin, Meaning::PlaceNoun) ||
-        token(field.begin).capital)
-        return false;
-    for (std::uint32_t i = part.begin + 1; i < part.end; ++i)
-        if (!reader.word(i) || token(i).word != 0)
-            return false;
-    return m_choice.anchor() > field.begin && reader.word(field.begin);
-}
-
-bool PlaceFinder::isNamedBefore(std::uint32_t i) const {
-    const Field &field = m_document.fields[token(i).field];
-    const std::uint32_t end = std::max(m_choice.anchor(), m_choice.timeSpan.begin);
-    const Reader reader(m_document, std::min(end, i));
-    for (std::uint32_t k = field.begin; k < std::min(end, i); ++k)
-        if (reader.has(k, Meaning::Event) && !token(k).used)
-            return true;
-    return false;
-}
-
-bool PlaceFinder::opensWithPlace(const Reader &reader, TokenSpan part) const {
-    const std::uint32_t begin = part.begin;
-    if (isKindOfPlace(reader, part) || isNamedKind(reader, part) || closesLowNote(reader, part))
-        return true;
-    if (!reader.has(begin, Meaning::PlaceNoun) && !reader.has(begin, Meaning::StreetWord))
-        return false;
-    const Sense *event = reader.sense(begin, Meaning::Event);
-    if (!event)
-        return reader.has(begin + 1, Meaning::Of) || reader.has(begin + 1, Meaning::The) ||
-               leadsToPurpose(reader, begin + 1) || isTradeOfPlace(reader, part);
-    // "revisão da moto, 9 e meia da manhã, oficina do Tião": where an event was named.
-    if (event->length == 1 && part.end == begin + 3 && reader.has(begin + 1, Meaning::Of) &&
-        token(begin + 2).upper() && isNamedBefore(begin))
-        return true;
-    // "Pub Quiz" is no pub.
-    const std::uint32_t last = part.end - (reader.symbol(part.end - 1, '.') ? 2 : 1);
-    return token(begin).upper() && begin < last && token(last).upper() &&
-           !reader.has(last, Meaning::Event) && event->length == 1;
 }
 
 void PlaceFinder::offerPart(const Reader &reader, const Field &field, TokenSpan part,
