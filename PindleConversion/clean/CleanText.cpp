@@ -193,7 +193,7 @@ private:
 
     /// A picture parts words as one blank does, with as many blanks as may stand beside it.
     void passPicture() {
-        if (!lineStarts() && m_out.back() != ' ')
+        if (m_out.empty() || m_out.back() != ' ')
             put(' ');
         while (m_at < m_in.size() && m_in[m_at] == ' ')
             ++m_at;

@@ -24,6 +24,12 @@ TEST(CleanText, entitiesAndTagsGoWhereverTheyStand) {
     EXPECT_EQ(cleanText("x<b>y</b> 1 < 2"), "xy 1 < 2");
 }
 
+TEST(CleanText, aPictureWithItsBlanksPartsWordsAsTheBlanksAloneDo) {
+    EXPECT_EQ(cleanText("hall B \u2605 free"), "hall B free");
+    EXPECT_EQ(cleanText("hall B\u2605free"), "hall B free");
+    EXPECT_EQ(cleanText("hall B  \u2605  free"), "hall B  free");
+}
+
 TEST(CleanText, aNumberThatIsNoCharacterStaysAsWritten) {
     EXPECT_EQ(cleanText("a &#8211; b &#x2013; c"), "a \u2013 b \u2013 c");
     for (const char *text :
