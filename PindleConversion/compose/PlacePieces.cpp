@@ -135,7 +135,8 @@ std::uint32_t PlaceFinder::piece(const Reader &reader, std::uint32_t f, std::uin
         !token(begin - 2).used && (begin - 2 == field.begin || !reader.word(begin - 3)))
         begin -= 2;
     if (const std::uint32_t seat = beforeSeat(reader, {begin, end}); seat == begin)
-        return end;
+        // "体育中心 12排8座 5号门": behind a seat stands how to get there.
+        return m_best.empty() ? end : field.end;
     else
         end = seat;
     begin = withHouse(reader, field, {begin, end});
