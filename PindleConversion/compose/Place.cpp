@@ -88,7 +88,8 @@ void PlaceFinder::consider(std::uint32_t f, TokenSpan part) {
                         !m_document.sameSentence(field.begin, field.end - 1);
     // "Pick-up: Mon 6 Jul, 11:00, Faro Airport, desk 4"
     const bool start = field.label == Label::Start && f == m_anchorField;
-    if (field.label == Label::None || field.label == Label::When || titled || longer || start)
+    if ((field.label == Label::None || field.label == Label::When || titled || longer || start) &&
+        !isBelowPromise(f))
         pieces(reader, f, part);
 }
 

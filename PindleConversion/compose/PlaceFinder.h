@@ -272,6 +272,8 @@ private:
     void venueAbove(const Reader &reader, std::uint32_t f);
     /// "美容室 こもれび": a kind of place on a line of its own beside one that tells of a booking.
     bool isBookedHouse(const Reader &reader, std::uint32_t f) const;
+    /// "Beginner Ukulele" below "Your class begins tomorrow": the event's name.
+    bool isBelowPromise(std::uint32_t f) const;
     /// "Rua", "Via", in any language: a kind of street before its name.
     bool opensStreet(std::uint32_t i) const;
     /// "Lindenstraße", "Prinsengracht", in any language.
