@@ -247,6 +247,10 @@ int TitleScore::openingPenalties(const Reader &reader, const TitleCandidate &can
     if (part.begin > 1 && token(part.begin - 1).symbol == '-' &&
         token(part.begin - 2).symbol == '"' && field.begin + 2 < part.begin)
         score -= kPredicate;
+    // "Come grab it Tuesday": talk about something that was named before.
+    if (chatter && chatter->length > 1 && begin + chatter->length == part.end &&
+        !contains(trimmed, Meaning::Event))
+        score -= kOtherMoment;
     if (isVocative(part, trimmed))
         score -= 50;
     // "インフルエンザのため、": why.
@@ -445,6 +449,8 @@ int TitleScore::linePenalties(const Reader &reader, const TitleCandidate &candid
     if (run.beforeUsed && beyond.has(run.span.end - 1, Meaning::DueMarker) &&
         run.span.end != m_choice.dateSpan.begin && run.span.end != m_choice.timeSpan.begin)
         score -= kBehind;
+    if (leadsToNews(candidate))
+        score -= kPredicate;
     if (m_choice.isOfOther(token(part.begin).field))
         score -= kOther;
     // "Can we do Weds 12th instead, I've choir Tues": what is on the other day.

@@ -45,6 +45,8 @@ private:
     int openingPenalties(const Reader &reader, const TitleCandidate &candidate) const;
     /// Less for words that say who, where or how much rather than what.
     int wordPenalties(const Reader &reader, const TitleCandidate &candidate) const;
+    /// "Our engineer has the flu, so the recording ...": why, before what happens.
+    bool leadsToNews(const TitleCandidate &candidate) const;
     /// "Please hand in your timesheets by Thursday": what is asked for by the event's day.
     bool asksFor(const TitleCandidate &candidate) const;
     /// "The club invites you": a host, up to token `end`.

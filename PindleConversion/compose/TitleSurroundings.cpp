@@ -67,6 +67,19 @@ bool TitleScore::isQuoted(TokenSpan part) const {
            (part.end - part.begin > 1 || token(part.begin).unspaced);
 }
 
+bool TitleScore::leadsToNews(const TitleCandidate &candidate) const {
+    const std::uint32_t comma = candidate.part.end;
+    const std::uint32_t end = candidate.run.span.end;
+    const Reader reader(m_document, end);
+    static constexpr Meanings kJoints{Meaning::PlaceMarker, Meaning::Or};
+    return comma + 2 < end && reader.symbol(comma, ',') && reader.word(comma + 1) &&
+           !token(comma + 1).unspaced && reader.has(comma + 1, Meaning::PlaceStop) &&
+           reader.has(comma + 1, Meaning::TitleLead) && !reader.mayHave(comma + 1, kJoints) &&
+           reader.has(comma + 2, Meaning::The) && m_document.sameSentence(comma, comma + 2) &&
+           !contains(candidate.trimmed, Meaning::Event) &&
+           contains({comma + 2, end}, Meaning::Event);
+}
+
 bool TitleScore::isOnlyTopic(TokenSpan part) const {
     constexpr std::uint32_t kReach = 16;
     if (part.begin < 2)
