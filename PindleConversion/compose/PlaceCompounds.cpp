@@ -146,6 +146,8 @@ void PlaceFinder::street(const Reader &reader, const Field &field, std::uint32_t
     constexpr std::uint32_t kMostNames = 3;
     if (isStreetOfEvent(reader, field, i))
         offer({i, i + 1}, kStreetOfEvent, i);
+    if (const TokenSpan address = addressOfEvent(reader, field, i); !address.empty())
+        offer(address, kListed, i);
     std::uint32_t begin = i;
     while (begin > field.begin && i - begin < kMostNames && token(begin - 1).upper() &&
            !token(begin - 1).used && m_document.sameSentence(begin - 1, i))
@@ -169,6 +171,25 @@ bool PlaceFinder::isStreetOfEvent(const Reader &reader, const Field &field, std:
            reader.has(i - 1, Meaning::Event) && !reader.has(i - 1, Meaning::PlaceNoun) &&
            (token(i + 1).used || isBreak(reader, i + 1)) &&
            m_document.sameSentence(i, m_choice.anchor());
+}
+
+TokenSpan PlaceFinder::addressOfEvent(const Reader &reader, const Field &field,
+                                      std::uint32_t i) const {
+    const Sense *street = reader.sense(i, Meaning::StreetWord);
+    const bool before = street && street->value == 1;
+    const bool house = before && i > field.begin && reader.number(i - 1, 1, 9999, 4);
+    const std::uint32_t begin = house ? i - 1 : i;
+    if (!street || begin == field.begin || token(begin).used || !token(begin).spaceBefore ||
+        token(begin).unspaced || !reader.has(begin - 1, Meaning::Event) ||
+        reader.has(begin - 1, Meaning::PlaceNoun) || !m_document.sameSentence(i, m_choice.anchor()))
+        return {};
+    const std::uint32_t end = before ? nameEnd(reader, begin) : i + 2;
+    const bool numbered = house || (end > i + 1 && token(end - 1).kind == TokenKind::Number);
+    const bool named = before ? end > i + 1 && shapeOf({i + 1, end}).capital
+                              : token(i).word == 0 && token(i).capital &&
+                                    reader.number(i + 1, 1, 999, 3) && !token(i + 1).used;
+    const bool closed = end >= field.end || token(end).used || isBreak(reader, end);
+    return named && numbered && closed ? TokenSpan{begin, end} : TokenSpan{};
 }
 
 bool PlaceFinder::isRouteEnd(const Field &field, std::uint32_t begin) const {

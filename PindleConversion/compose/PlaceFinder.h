@@ -196,6 +196,9 @@ private:
     void sender(const Reader &reader, std::uint32_t open);
     /// "Straatfeest Lijsterlaan za 30-8": a street right behind the kind of event.
     bool isStreetOfEvent(const Reader &reader, const Field &field, std::uint32_t i) const;
+    /// "viewing Kastanjelaan 62", "visite 5 rue des Lilas": the address behind the event's name,
+    /// with the word for a street at token `i`; else empty.
+    TokenSpan addressOfEvent(const Reader &reader, const Field &field, std::uint32_t i) const;
     /// "22 Long St" right behind the moment, "B-704 Sunrise Enclave" as a sentence of its own: an
     /// address that says more than "our gallery".
     bool isExact(const Reader &reader, TokenSpan part, bool address) const;
