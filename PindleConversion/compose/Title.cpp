@@ -155,9 +155,15 @@ private:
 
     /// "Wir treffen uns": where nouns have capitals, a small letter tells a verb.
     bool isVerb(TokenSpan kind) const {
-        return kind.end == kind.begin + 1 && !token(kind.begin).capital &&
-               Reader(m_document, kind.end).language(kind.begin).capitalNouns &&
-               token(m_document.fields[token(kind.begin).field].begin).capital;
+        constexpr std::uint32_t kReach = 4;
+        if (kind.end != kind.begin + 1 || token(kind.begin).capital ||
+            !Reader(m_document, kind.end).language(kind.begin).capitalNouns)
+            return false;
+        const std::uint32_t low = m_document.fields[token(kind.begin).field].begin;
+        for (std::uint32_t i = kind.begin; i > low && kind.begin - i < kReach; --i)
+            if (token(i - 1).capital && m_document.sameSentence(i - 1, kind.begin))
+                return true;
+        return false;
     }
 
     /// The place is named once more: "Pick-up: Cork Airport", "Return: Cork Airport".

@@ -189,7 +189,11 @@ bool isHour(const Reader &reader, std::uint32_t i, const Part &part) {
     // "(21h30)" is one wherever hours are counted on.
     const bool late = part.minutes > kNoon && part.minutes < 2 * kNoon && reader.glued(i + 1) &&
                       reader.language(i).clock24;
-    return mark && ((mark->value == 1 && part.minutes > kLongestTold) || late);
+    // "quarta 8h dentista", "za 10u tandarts"
+    static constexpr Meanings kDays{Meaning::Weekday, Meaning::WeakWeekday, Meaning::RelativeDay};
+    const bool behindDay = mark && i > 0 && part.minutes > kLongestTold && reader.glued(i + 1) &&
+                           reader.language(i + 1).clock24 && reader.mayHave(i - 1, kDays);
+    return mark && ((mark->value == 1 && part.minutes > kLongestTold) || late || behindDay);
 }
 
 /// "(90 min)", "(approx. 90 min)": nothing else stands before it in the brackets.
