@@ -176,16 +176,17 @@ bool PlaceFinder::isStreetOfEvent(const Reader &reader, const Field &field, std:
 TokenSpan PlaceFinder::addressOfEvent(const Reader &reader, const Field &field,
                                       std::uint32_t i) const {
     const Sense *street = reader.sense(i, Meaning::StreetWord);
-    const bool before = street && street->value == 1;
+    const bool before = street && token(i).word != 0;
     const bool house = before && i > field.begin && reader.number(i - 1, 1, 9999, 4);
     const std::uint32_t begin = house ? i - 1 : i;
     if (!street || begin == field.begin || token(begin).used || !token(begin).spaceBefore ||
         token(begin).unspaced || !reader.has(begin - 1, Meaning::Event) ||
-        reader.has(begin - 1, Meaning::PlaceNoun) || !m_document.sameSentence(i, m_choice.anchor()))
+        reader.has(i, Meaning::Event) || reader.has(begin - 1, Meaning::PlaceNoun) ||
+        !m_document.sameSentence(i, m_choice.anchor()))
         return {};
     const std::uint32_t end = before ? nameEnd(reader, begin) : i + 2;
     const bool numbered = house || (end > i + 1 && token(end - 1).kind == TokenKind::Number);
-    const bool named = before ? end > i + 1 && shapeOf({i + 1, end}).capital
+    const bool named = before ? end > i + 1 && (token(end - 1).capital || token(end - 2).capital)
                               : token(i).word == 0 && token(i).capital &&
                                     reader.number(i + 1, 1, 999, 3) && !token(i + 1).used;
     const bool closed = end >= field.end || token(end).used || isBreak(reader, end);

@@ -266,8 +266,17 @@ void PlaceFinder::offerBehindStrong(const Reader &reader, std::uint32_t i, Token
         offer(name, 40, i);
     else if (determined && !shape.event && shape.words <= 4 && shape.words > 1)
         offer(name, 30, i);
-    else if (isHomeOfKin(reader, name))
+    else if (isHomeOfKin(reader, name) || isAtKin(reader, i, name))
         offer(name, 40, i);
+}
+
+bool PlaceFinder::isAtKin(const Reader &reader, std::uint32_t marker, TokenSpan name) {
+    constexpr int kKin = 1;
+    constexpr std::uint32_t kMostWords = 2;
+    static constexpr Meanings kOther{Meaning::RangeTo, Meaning::RangeFrom, Meaning::Of};
+    const Sense *kin = reader.sense(name.begin, Meaning::Person);
+    return kin && kin->value == kKin && kin->length == 1 && name.end <= name.begin + kMostWords &&
+           !reader.token(name.begin).unspaced && !reader.mayHave(marker, kOther);
 }
 
 bool PlaceFinder::isHomeOfKin(const Reader &reader, TokenSpan name) const {

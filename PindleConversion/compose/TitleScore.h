@@ -83,6 +83,8 @@ private:
     bool isHostAbove(const Field &field, TokenSpan trimmed) const;
     /// "Reminder: your webinar starts tomorrow" above "Super changes explained".
     bool isPromised(const Field &field) const;
+    /// "Salon Mèche Rebelle" above "Bonjour Camille, ...": who writes.
+    bool isVenueAbove(const Field &field) const;
     /// A line that the event may be called by, up to its date, time or place.
     bool mayName(const Field &field) const;
     /// "Webinar: Reading a Balance Sheet", "Webinar | Reading a Balance Sheet": the kind stands

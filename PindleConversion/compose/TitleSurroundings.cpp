@@ -166,8 +166,11 @@ bool TitleScore::isKindAbove(const Field &field, TokenSpan trimmed) const {
 
 bool TitleScore::isHostAbove(const Field &field, TokenSpan trimmed) const {
     constexpr std::ptrdiff_t kReach = 3; ///< lines; an address may stand between
-    if (&field != &m_document.fields.front() || field.cell || field.spoken ||
-        !isHost({trimmed.begin, field.end}))
+    if (&field != &m_document.fields.front() || field.cell || field.spoken)
+        return false;
+    if (isVenueAbove(field))
+        return true;
+    if (!isHost({trimmed.begin, field.end}))
         return false;
     // "Primary School Fun Run", but "Parish PTA", which may be a meeting as well.
     static constexpr Meanings kEvent{Meaning::Event};
@@ -195,6 +198,18 @@ bool TitleScore::isPromised(const Field &field) const {
         if (const Sense *head = reader.sense(i, Meaning::PageHead); head && head->value == kAbove)
             return true;
     return false;
+}
+
+bool TitleScore::isVenueAbove(const Field &field) const {
+    constexpr std::uint32_t kMostWords = 6;
+    const Field *next = &field + 1;
+    if (next > &m_document.fields.back() || next->begin >= m_choice.anchor() ||
+        field.end - field.begin > kMostWords)
+        return false;
+    const Reader reader(m_document, next->end);
+    return reader.has(next->begin, Meaning::Greeting) &&
+           contains({field.begin, field.end}, Meaning::PlaceNoun) &&
+           !contains({field.begin, field.end}, Meaning::Event) && token(field.begin).upper();
 }
 
 bool TitleScore::mayName(const Field &field) const {
