@@ -112,6 +112,12 @@ void PlaceFinder::offer(TokenSpan span, int score, std::uint32_t at) {
         --span.end;
     while (!span.empty() && isEdgeMark(token(span.begin)) && !opensName(span))
         ++span.begin;
+    // "chorprobe gemeindehaus": where nouns join to one word, the first of two is the event.
+    if (span.end == span.begin + 2 && !token(span.begin).capital &&
+        reader.language(span.begin).capitalNouns && reader.has(span.begin, Meaning::Event) &&
+        !reader.has(span.begin, Meaning::PlaceNoun) &&
+        reader.has(span.begin + 1, Meaning::PlaceNoun))
+        ++span.begin;
     // "「海辺の図書館」を読みます"
     if (token(span.begin).symbol == '"' && opensName(span) && readsOn(reader, span))
         return;

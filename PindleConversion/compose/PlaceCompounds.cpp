@@ -184,13 +184,18 @@ TokenSpan PlaceFinder::addressOfEvent(const Reader &reader, const Field &field,
         reader.has(i, Meaning::Event) || reader.has(begin - 1, Meaning::PlaceNoun) ||
         !m_document.sameSentence(i, m_choice.anchor()))
         return {};
-    const std::uint32_t end = before ? nameEnd(reader, begin) : i + 2;
+    std::uint32_t end = before ? nameEnd(reader, begin) : i + 2;
+    const auto isClosed = [&] {
+        return end >= field.end || token(end).used || isBreak(reader, end);
+    };
+    // "5 rue des Lilas, l'agence a les clés"
+    for (std::uint32_t k = i + 1; !isClosed() && k < end; ++k)
+        end = reader.symbol(k, ',') ? k : end;
     const bool numbered = house || (end > i + 1 && token(end - 1).kind == TokenKind::Number);
     const bool named = before ? end > i + 1 && (token(end - 1).capital || token(end - 2).capital)
                               : token(i).word == 0 && token(i).capital &&
                                     reader.number(i + 1, 1, 999, 3) && !token(i + 1).used;
-    const bool closed = end >= field.end || token(end).used || isBreak(reader, end);
-    return named && numbered && closed ? TokenSpan{begin, end} : TokenSpan{};
+    return named && numbered && isClosed() ? TokenSpan{begin, end} : TokenSpan{};
 }
 
 bool PlaceFinder::isRouteEnd(const Field &field, std::uint32_t begin) const {

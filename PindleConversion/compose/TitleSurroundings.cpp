@@ -207,9 +207,11 @@ bool TitleScore::isVenueAbove(const Field &field) const {
         field.end - field.begin > kMostWords)
         return false;
     const Reader reader(m_document, next->end);
-    return reader.has(next->begin, Meaning::Greeting) &&
-           contains({field.begin, field.end}, Meaning::PlaceNoun) &&
-           !contains({field.begin, field.end}, Meaning::Event) && token(field.begin).upper();
+    bool venue = reader.has(next->begin, Meaning::Greeting) && token(field.begin).upper() &&
+                 contains({field.begin, field.end}, Meaning::PlaceNoun);
+    for (std::uint32_t i = field.begin; i < field.end && venue; ++i)
+        venue = !reader.has(i, Meaning::Event) || reader.has(i, Meaning::PlaceNoun);
+    return venue;
 }
 
 bool TitleScore::mayName(const Field &field) const {
