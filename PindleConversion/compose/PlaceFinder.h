@@ -137,7 +137,7 @@ private:
                            const Shape &shape);
     /// "at aunt carols", "at grandmas": in a hurry the possessive loses its mark.
     bool isHomeOfKin(const Reader &reader, TokenSpan name) const;
-    /// "bei oma", "na tia lena": behind its marker, in other languages than those with a possessive.
+    /// "bei oma", "na tia lena": behind its marker, where no possessive tells it.
     static bool isAtKin(const Reader &reader, std::uint32_t marker, TokenSpan name);
     /// "in", "to": what follows may be something else as well.
     void offerBehindWeak(const Reader &reader, std::uint32_t i, const Sense &marker, TokenSpan name,
