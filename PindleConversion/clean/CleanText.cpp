@@ -181,7 +181,7 @@ private:
             return;
         if ((c == '&' && entity()) || (c == '<' && tag()) || (c == '\n' && wraps()))
             return;
-        if (c == kWideBlank[0] && spacedLabel())
+        if (c == static_cast<unsigned char>(kWideBlank[0]) && spacedLabel())
             return;
         const CodePoint point = decodeAt(m_in, m_at);
         m_at = point.end;

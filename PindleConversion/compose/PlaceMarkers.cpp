@@ -262,12 +262,11 @@ void PlaceFinder::offerBehindStrong(const Reader &reader, std::uint32_t i, Token
               : known           ? (named ? 58 : kUnnamed) - headingPenalty(i) - topicPenalty(i)
                                 : 50 - 2 * headingPenalty(i),
               i);
-    else if (token(name.begin).possessive && shape.words <= 3)
+    else if ((token(name.begin).possessive && shape.words <= 3) || isHomeOfKin(reader, name) ||
+             isAtKin(reader, i, name))
         offer(name, 40, i);
     else if (determined && !shape.event && shape.words <= 4 && shape.words > 1)
         offer(name, 30, i);
-    else if (isHomeOfKin(reader, name) || isAtKin(reader, i, name))
-        offer(name, 40, i);
 }
 
 bool PlaceFinder::isAtKin(const Reader &reader, std::uint32_t marker, TokenSpan name) {
