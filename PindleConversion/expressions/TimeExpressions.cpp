@@ -228,6 +228,15 @@ bool isMovedToDay(const Reader &reader, std::uint32_t next) {
     return to && readCalendarDate(reader, next + to->length);
 }
 
+/// "voor een borrel": the word for one is the article of what follows.
+bool isArticle(const Reader &reader, std::uint32_t i, std::uint32_t next, const ClockSpec &start) {
+    static constexpr Meanings kNamed{Meaning::Event, Meaning::PlaceNoun, Meaning::Number,
+                                     Meaning::Measure};
+    return start.hour == 1 && !start.sure && !start.minuteGiven && start.meridiem < 0 &&
+           next == i + 1 && reader.token(i).kind == TokenKind::Word && !reader.token(i).unspaced &&
+           reader.word(next) && (reader.mayHave(next, kNamed) || reader.token(next).word == 0);
+}
+
 } // namespace
 
 std::optional<TimeMention> readTime(const Reader &reader, std::uint32_t i, bool marked,
@@ -235,6 +244,8 @@ std::optional<TimeMention> readTime(const Reader &reader, std::uint32_t i, bool 
     std::uint32_t next = i;
     const auto start = readClock(reader, i, next);
     if (!start)
+        return std::nullopt;
+    if (isArticle(reader, i, next, *start))
         return std::nullopt;
     TimeMention mention;
     mention.start = *start;
