@@ -32,7 +32,7 @@ void PlaceFinder::pieceBefore(const Reader &reader, const Field &field, TokenSpa
 std::uint32_t PlaceFinder::withHouse(const Reader &reader, const Field &field,
                                      TokenSpan part) const {
     constexpr std::uint32_t kLongestBranch = 3;
-    constexpr std::uint32_t kLongestName = 6;
+    constexpr std::uint32_t kLongestHouse = 6;
     static constexpr Meanings kOther{Meaning::Event, Meaning::Person, Meaning::Chatter,
                                      Meaning::LabelWord, Meaning::Greeting};
     const std::uint32_t begin = part.begin;
@@ -45,7 +45,7 @@ std::uint32_t PlaceFinder::withHouse(const Reader &reader, const Field &field,
     do {
         --name;
         if (!reader.word(name) || !token(name).unspaced || token(name).used ||
-            reader.mayHave(name, kOther) || begin - name > kLongestName)
+            reader.mayHave(name, kOther) || begin - name > kLongestHouse)
             return begin;
         // "資料配布 渋谷店": ideographs alone may be anything in Japanese.
         const auto letter = decodeAt(m_document.slice(token(name)), 0).value;
@@ -212,7 +212,7 @@ bool PlaceFinder::endsInStreet(std::uint32_t i) const {
 
 bool PlaceFinder::isAddressLine(const Reader &reader, const Field &field) const {
     constexpr std::uint32_t kLongest = 16;
-    constexpr std::uint32_t kLongestName = 5;
+    constexpr std::uint32_t kLongestKind = 5;
     constexpr std::uint32_t kParticle = 3; ///< bytes: "das", "di"
     if (field.spoken || field.label != Label::None || field.end - field.begin > kLongest ||
         !token(field.begin).upper() || !token(field.end - 1).upper() || token(field.end - 1).used)
@@ -226,7 +226,7 @@ bool PlaceFinder::isAddressLine(const Reader &reader, const Field &field) const 
             return true;
         const bool opens = opensStreet(i);
         std::uint32_t house = i + 1;
-        while (opens && house < i + kLongestName && reader.word(house) && !token(house).used &&
+        while (opens && house < i + kLongestKind && reader.word(house) && !token(house).used &&
                (token(house).capital || token(house).end - token(house).begin <= kParticle))
             ++house;
         // "Rua das Janelas 41, Lisbon": behind the number stands the town.

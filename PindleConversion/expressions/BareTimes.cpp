@@ -178,6 +178,11 @@ bool isAccepted(const Reader &reader, const TimeMention &mention, std::uint32_t 
             (name->capital || reader.has(next + at->length, Meaning::The)))
             return true;
     }
+    // "29 points from 18 games"
+    constexpr int kDial = 12;
+    if (start.hour > kDial && !start.minuteGiven && !start.clock24 && !mention.end &&
+        reader.has(next, Meaning::Event) && !reader.glued(next))
+        return false;
     // "ore 8.30 capannone C": minutes leave little doubt behind a word that announces a time.
     const bool written = marked && start.minuteGiven && reader.word(next) && !reader.glued(next) &&
                          !reader.has(next, Meaning::UnitWord) && reader.language(next).clock24;
