@@ -217,11 +217,13 @@ private:
     bool spacedLabel() {
         constexpr std::size_t kSign = 3; ///< bytes
         constexpr std::array<std::string_view, 5> kEnds{":", "：", "|", "｜", kWideBlank};
+        // Asked first: of many blanks in a row only one looks for their end.
+        if (m_out.size() < kSign || !isIdeograph(m_out, m_out.size() - kSign))
+            return false;
         std::size_t next = m_at;
         while (m_in.substr(next).starts_with(kWideBlank))
             next += kWideBlank.size();
-        if (next == m_at || m_out.size() < kSign || !isIdeograph(m_out, m_out.size() - kSign) ||
-            next + kSign > m_in.size() || !isIdeograph(m_in, next))
+        if (next == m_at || next + kSign > m_in.size() || !isIdeograph(m_in, next))
             return false;
         const std::size_t before = m_out.size() - kSign;
         const bool opens = before == 0 || m_out[before - 1] == '\n' || m_out[before - 1] == ' ' ||
@@ -278,11 +280,13 @@ private:
     /// "### AVISO ###": a row of them parts what stands beside it, as a row of stars does.
     bool hashes() {
         constexpr std::size_t kFewest = 2;
+        // Asked first: of many in a row only one looks for their end.
+        if (m_at == 0 || m_in[m_at - 1] != ' ')
+            return false;
         std::size_t end = m_at;
         while (end < m_in.size() && m_in[end] == '#')
             ++end;
-        const bool apart = m_at > 0 && m_in[m_at - 1] == ' ' &&
-                           (end == m_in.size() || m_in[end] == ' ' || m_in[end] == '\n');
+        const bool apart = end == m_in.size() || m_in[end] == ' ' || m_in[end] == '\n';
         if (end < m_at + kFewest || !apart)
             return false;
         m_out.append(end - m_at, '*');

@@ -106,8 +106,7 @@ enum class Meaning : std::uint8_t {
     DueMarker,     ///< before the last day for something: "by"
     PageHead,      ///< heads a page or a list, and is no event: "What's on", "Sold out"; value 1:
                    ///< whatever follows, 2: only alone, as in a menu: "Home", 3: wherever in a line
-                   ///< above the
-                   ///< name of the event: "your webinar"
+                   ///< above the name of the event: "your webinar"
     Opening,       ///< tells when a place is open: "open", "closed"
     NightTo,       ///< between the two days of a night: "in der Nacht von Samstag auf Sonntag"
     Moving,        ///< moves an event from one day to another: "shift", "swap"
