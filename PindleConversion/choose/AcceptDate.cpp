@@ -71,8 +71,10 @@ bool Chooser::isPastAppointment(const Dated &dated) const {
     const bool labelled = label == Label::When || label == Label::Date;
     // "R 1 845.00   02/09/2025 10:14" is a receipt.
     const bool named = hasTimeNear(token) && sentenceHas(token, Meaning::Event);
-    return dated.date.yearGiven && (labelled || named) && roleOf(token) != Role::Posted &&
-           !speaksOfPast(token);
+    // "Paid on: 18/08/2025 13:05, Amount: $386.00" is one as well.
+    const bool receipt = !sentenceHas(token, Meaning::Event) && textNamesMoney();
+    return dated.date.yearGiven && (labelled || named) && !receipt &&
+           roleOf(token) != Role::Posted && !speaksOfPast(token);
 }
 
 bool Chooser::namesMoney(const Field &field) const {
@@ -82,6 +84,14 @@ bool Chooser::namesMoney(const Field &field) const {
         if (isCurrencySign(m_document.tokens[i].symbol))
             return true;
     return false;
+}
+
+bool Chooser::textNamesMoney() const {
+    constexpr std::size_t kReach = 200; ///< tokens
+    const auto end = std::min(m_document.tokens.size(), kReach);
+    return std::any_of(m_document.tokens.begin(),
+                       m_document.tokens.begin() + static_cast<std::ptrdiff_t>(end),
+                       [](const Token &token) { return isCurrencySign(token.symbol); });
 }
 
 bool Chooser::countsOnly(const Dated &dated) const {
@@ -109,7 +119,10 @@ bool Chooser::isThisMorningsReport(const Dated &dated) const {
     const bool today = mention.first.base == DateSpec::Base::Today && mention.first.days == 0;
     const bool moved = std::any_of(m_found.roles.begin(), m_found.roles.end(),
                                    [](const auto &role) { return role.role == Role::MovedTo; });
-    if (!today || moved || m_dates.size() > 1 || !isReport(token))
+    // "sind heute früh angekommen" tells of the past with a verb of the present.
+    const bool told =
+        isReport(token) || (speaksOfPast(token) && !sentenceHas(token, Meaning::Event));
+    if (!today || moved || m_dates.size() > 1 || !told)
         return false;
     const Sense *part = Reader(m_document, field.end).sense(token, Meaning::PartOfDay);
     return part && part->value == static_cast<int>(DayPart::Morning);

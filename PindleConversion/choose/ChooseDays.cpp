@@ -232,6 +232,10 @@ bool Chooser::isHoursOnly(const Dated &dated) const {
     const DateSpec::Base base = dated.mention->first.base;
     const bool days = (base == DateSpec::Base::Weekday && dated.mention->last) ||
                       (base == DateSpec::Base::Weekend && m_document.tokens[token].unspaced);
+    // "Mon, Wed, Fri 10-18, Tue, Thu 12-19, Sat closed"
+    constexpr std::size_t kMany = 3;
+    if (base == DateSpec::Base::Weekday && m_dates.size() >= kMany && isTimetable())
+        return true;
     if (days && (says(Meaning::Daily) || isTimetable()))
         return true;
     // "Chiuso il lunedì"
@@ -257,8 +261,9 @@ bool Chooser::isTimetable() const {
     const auto ranges = std::count_if(m_dates.begin(), m_dates.end(), [](const Dated &dated) {
         return dated.mention->last.has_value();
     });
-    // "Mon-Fri 7.30-16.30, Sat-Sun 9-15"
-    if (weekdays && ranges > 1)
+    // "Mon-Fri 7.30-16.30, Sat-Sun 9-15",
+    // "Opening hours of the reuse centre: ..."
+    if (weekdays && (ranges > 1 || reader.has(0, Meaning::Opening)))
         return true;
     bool opening = false;
     for (std::uint32_t i = 0; weekdays && i < end;) {

@@ -109,6 +109,7 @@ private:
     /// "press 1 for sales, the 2 for support": a number that goes on with a word counts something.
     bool countsOnly(const Dated &dated) const;
     bool namesMoney(const Field &field) const;
+    bool textNamesMoney() const;
     /// "The 8:12 train was late this morning".
     bool isThisMorningsReport(const Dated &dated) const;
     /// "We arrived late on Sunday, had dinner at nine": a story.

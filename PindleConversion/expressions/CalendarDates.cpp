@@ -148,10 +148,15 @@ struct LeadingDays {
     std::uint32_t next = 0;
 };
 
-/// The hyphen at `i` joins a day and its month: "11-Sep-2027", "11 - Sep - 2027".
+/// The mark at `i` joins a day and its month: "11-Sep-2027", "11 - Sep - 2027", "11/Sep/2027".
 bool joinsMonth(const Reader &reader, std::uint32_t i) {
-    const Sense *month = reader.symbol(i, '-') ? reader.sense(i + 1, Meaning::Month) : nullptr;
+    const bool hyphen = reader.symbol(i, '-');
+    const Sense *month =
+        hyphen || reader.symbol(i, '/') ? reader.sense(i + 1, Meaning::Month) : nullptr;
     const std::uint32_t next = i + 1 + (month ? month->length : 0);
+    if (!hyphen)
+        return month && reader.glued(i) && reader.glued(i + 1) && reader.symbol(next, '/') &&
+               reader.glued(next) && isYear(reader, next + 1);
     return month && (reader.glued(i) || (reader.symbol(next, '-') && isYear(reader, next + 1)));
 }
 
@@ -216,8 +221,9 @@ std::optional<DateMention> readDayFirst(const Reader &reader, std::uint32_t i) {
     const Sense *month = reader.sense(j, Meaning::Month);
     if (!month)
         return std::nullopt;
-    j = reader.skipSymbol(j + month->length, '-');
-    const bool hyphenYear = j > i && reader.symbol(j - 1, '-') && isYear(reader, j);
+    const bool slash = reader.symbol(j - 1, '/');
+    j = reader.skipSymbol(j + month->length, slash ? '/' : '-');
+    const bool hyphenYear = j > i && (slash || reader.symbol(j - 1, '-')) && isYear(reader, j);
     if (!hyphenYear && reader.symbol(j - 1, '-'))
         --j;
     if (reader.symbol(j, '.') && isYear(reader, j + 1))

@@ -42,12 +42,15 @@ bool isWeighedDay(const Reader &reader, std::uint32_t i, std::uint32_t next) {
 }
 
 /// A weekday word that is also an everyday word needs company.
-/// "lun-ven 9:00", "mar. - sam. de 10 h à 19 h": the day before token `next` goes on to another.
+/// "lun-ven 9:00", "ma t/m vr 10.00", "mar. - sam. de 10 h à 19 h": the day before token `next`
+/// goes on to another.
 bool opensDayRange(const Reader &reader, std::uint32_t next) {
     next = reader.skipSymbol(next, '.');
-    if (!reader.symbol(next, '-') || !reader.mayHave(next + 1, kWeekdayNames))
+    const Sense *to = reader.sense(next, Meaning::RangeTo);
+    const std::uint32_t last = to ? next + to->length : next + 1;
+    if (!(to || reader.symbol(next, '-')) || !reader.mayHave(last, kWeekdayNames))
         return false;
-    const std::uint32_t behind = reader.skipSymbol(next + 2, '.');
+    const std::uint32_t behind = reader.skipSymbol(last + 1, '.');
     return reader.number(reader.skip(reader.skipSymbol(behind, ','), Meaning::TimeMarker), 0, 24);
 }
 
