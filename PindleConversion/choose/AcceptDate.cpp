@@ -71,26 +71,18 @@ bool Chooser::isPastAppointment(const Dated &dated) const {
     const bool labelled = label == Label::When || label == Label::Date;
     // "R 1 845.00   02/09/2025 10:14" is a receipt.
     const bool named = hasTimeNear(token) && sentenceHas(token, Meaning::Event);
+    if (!dated.date.yearGiven || !(labelled || named) || roleOf(token) == Role::Posted ||
+        speaksOfPast(token))
+        return false;
     // "Paid on: 18/08/2025 13:05, Amount: $386.00" is one as well.
-    const bool receipt = !sentenceHas(token, Meaning::Event) && textNamesMoney();
-    return dated.date.yearGiven && (labelled || named) && !receipt &&
-           roleOf(token) != Role::Posted && !speaksOfPast(token);
-}
-
-bool Chooser::namesMoney(const Field &field) const {
-    constexpr std::uint32_t kReach = 100;
-    const std::uint32_t end = std::min(field.end, field.begin + kReach);
-    for (std::uint32_t i = field.begin; i < end; ++i)
-        if (isCurrencySign(m_document.tokens[i].symbol))
-            return true;
-    return false;
-}
-
-bool Chooser::textNamesMoney() const {
     constexpr std::size_t kReach = 200; ///< tokens
-    const auto end = std::min(m_document.tokens.size(), kReach);
-    return std::any_of(m_document.tokens.begin(),
-                       m_document.tokens.begin() + static_cast<std::ptrdiff_t>(end),
+    const auto end = static_cast<std::uint32_t>(std::min(m_document.tokens.size(), kReach));
+    return sentenceHas(token, Meaning::Event) || !namesMoney(0, end);
+}
+
+bool Chooser::namesMoney(std::uint32_t begin, std::uint32_t end) const {
+    const auto tokens = m_document.tokens.begin();
+    return std::any_of(tokens + begin, tokens + end,
                        [](const Token &token) { return isCurrencySign(token.symbol); });
 }
 
@@ -106,7 +98,9 @@ bool Chooser::countsOnly(const Dated &dated) const {
     if (!bare || hasDateMarker(mention.span.begin) || !m_found.times.empty() ||
         field.label != Label::None || !reader.word(next) || reader.token(next).unspaced)
         return false;
-    if (sentenceHas(mention.span.begin, Meaning::Event) && !namesMoney(field))
+    constexpr std::uint32_t kReach = 100;
+    if (sentenceHas(mention.span.begin, Meaning::Event) &&
+        !namesMoney(field.begin, std::min(field.end, field.begin + kReach)))
         return false;
     const Sense *place = reader.sense(next, Meaning::PlaceMarker);
     return !(place && place->value == 1) && !reader.has(next, Meaning::PartOfDay);
@@ -119,10 +113,10 @@ bool Chooser::isThisMorningsReport(const Dated &dated) const {
     const bool today = mention.first.base == DateSpec::Base::Today && mention.first.days == 0;
     const bool moved = std::any_of(m_found.roles.begin(), m_found.roles.end(),
                                    [](const auto &role) { return role.role == Role::MovedTo; });
+    if (!today || moved || m_dates.size() > 1 || !speaksOfPast(token))
+        return false;
     // "sind heute früh angekommen" tells of the past with a verb of the present.
-    const bool told =
-        isReport(token) || (speaksOfPast(token) && !sentenceHas(token, Meaning::Event));
-    if (!today || moved || m_dates.size() > 1 || !told)
+    if (sentenceHas(token, Meaning::PresentVerb) && sentenceHas(token, Meaning::Event))
         return false;
     const Sense *part = Reader(m_document, field.end).sense(token, Meaning::PartOfDay);
     return part && part->value == static_cast<int>(DayPart::Morning);

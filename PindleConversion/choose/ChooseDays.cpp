@@ -234,15 +234,15 @@ bool Chooser::isHoursOnly(const Dated &dated) const {
                       (base == DateSpec::Base::Weekend && m_document.tokens[token].unspaced);
     // "Mon, Wed, Fri 10-18, Tue, Thu 12-19, Sat closed"
     constexpr std::size_t kMany = 3;
-    if (base == DateSpec::Base::Weekday && m_dates.size() >= kMany && isTimetable())
-        return true;
-    if (days && (says(Meaning::Daily) || isTimetable()))
+    const bool many = base == DateSpec::Base::Weekday && m_dates.size() >= kMany;
+    if ((days && says(Meaning::Daily)) || ((days || many) && isTimetable()))
         return true;
     // "Chiuso il lunedì"
-    if (dated.mention->first.base == DateSpec::Base::Weekday && m_found.times.empty() &&
-        m_dates.size() == 1 && says(Meaning::Opening) && !sentenceHas(token, Meaning::Event) &&
-        (Reader(m_document, dated.mention->span.end).has(token, Meaning::The) ||
-         (token > 0 && Reader(m_document, token).has(token - 1, Meaning::The))))
+    const Reader reader(m_document, dated.mention->span.end);
+    const bool article =
+        reader.has(token, Meaning::The) || (token > 0 && reader.has(token - 1, Meaning::The));
+    if (base == DateSpec::Base::Weekday && m_found.times.empty() && m_dates.size() == 1 &&
+        article && says(Meaning::Opening) && !sentenceHas(token, Meaning::Event))
         return true;
     // "open Tuesday to Sunday": an exhibition may be an event, a shop is none.
     return (dated.mention->repeated || spansMostDays(dated)) && says(Meaning::Opening) &&
@@ -261,8 +261,7 @@ bool Chooser::isTimetable() const {
     const auto ranges = std::count_if(m_dates.begin(), m_dates.end(), [](const Dated &dated) {
         return dated.mention->last.has_value();
     });
-    // "Mon-Fri 7.30-16.30, Sat-Sun 9-15",
-    // "Opening hours of the reuse centre: ..."
+    // "Mon-Fri 7.30-16.30, Sat-Sun 9-15", "Opening hours of the reuse centre: ..."
     if (weekdays && (ranges > 1 || reader.has(0, Meaning::Opening)))
         return true;
     bool opening = false;

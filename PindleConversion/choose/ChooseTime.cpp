@@ -5,6 +5,12 @@
 
 namespace pindle::conversion {
 
+namespace {
+
+constexpr int kOnEve = 150; ///< less for an hour of the day before
+
+} // namespace
+
 void Chooser::noteClockStyle() {
     for (const TimeMention &time : m_found.times) {
         // "at 5:30, 2210 Dorsey": the number of a house shows no clock.
@@ -127,7 +133,7 @@ int Chooser::scoreTime(const TimeMention &time, int index) {
     if (isRoughNoon(time))
         score -= kListed;
     if (m_date >= 0 && m_found.times.size() > 1 && isOnEve(time.span))
-        score -= 150;
+        score -= kOnEve;
     if (index > 0 && isTranslated(m_found.times[static_cast<std::size_t>(index - 1)], time))
         score -= 40;
     // "5.30–8pm" is told by its end.
@@ -209,7 +215,7 @@ int Chooser::roleScore(std::uint32_t at) const {
     case Role::Show:
         return 6;
     case Role::Eve:
-        return m_date >= 0 && m_choice.anchor() < at ? -150 : 0;
+        return m_date >= 0 && m_choice.anchor() < at ? -kOnEve : 0;
     case Role::Collect:
     case Role::Later:
     case Role::None:

@@ -108,8 +108,8 @@ private:
     bool isPastAppointment(const Dated &dated) const;
     /// "press 1 for sales, the 2 for support": a number that goes on with a word counts something.
     bool countsOnly(const Dated &dated) const;
-    bool namesMoney(const Field &field) const;
-    bool textNamesMoney() const;
+    /// Between these tokens stands the sign of a currency.
+    bool namesMoney(std::uint32_t begin, std::uint32_t end) const;
     /// "The 8:12 train was late this morning".
     bool isThisMorningsReport(const Dated &dated) const;
     /// "We arrived late on Sunday, had dinner at nine": a story.

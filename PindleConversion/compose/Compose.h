@@ -21,6 +21,9 @@ TokenSpan inReach(const Field &field, std::uint32_t anchor);
 /// The runs of a part of one field, in order.
 std::vector<Run> runsOf(const Document &document, TokenSpan part);
 
+/// "Reminder: your webinar starts tomorrow": words that promise the event's name on the next line.
+bool promises(const Document &document, TokenSpan words);
+
 /// Whether a token is a separator that may not begin or end a title or place.
 bool isEdgeMark(const Token &token);
 

@@ -164,18 +164,14 @@ void PlaceFinder::venueAbove(const Reader &reader, std::uint32_t f) {
 }
 
 bool PlaceFinder::isBelowPromise(std::uint32_t f) const {
-    constexpr int kAbove = 3;
     constexpr std::uint32_t kReach = 8;
     if (f == 0 || !m_document.meanings.has(Meaning::PageHead) ||
         m_document.fields[f - 1].line > 1 ||
         shapeOf({m_document.fields[f].begin, m_document.fields[f].end}).noun)
         return false;
     const Field &before = m_document.fields[f - 1];
-    const Reader reader(m_document, std::min(before.end, before.begin + kReach));
-    for (std::uint32_t i = before.begin; i < reader.end(); ++i)
-        if (const Sense *head = reader.sense(i, Meaning::PageHead); head && head->value == kAbove)
-            return before.line != m_document.fields[f].line;
-    return false;
+    return before.line != m_document.fields[f].line &&
+           promises(m_document, {before.begin, std::min(before.end, before.begin + kReach)});
 }
 
 bool PlaceFinder::opensStreet(std::uint32_t i) const {

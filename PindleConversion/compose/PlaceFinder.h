@@ -53,7 +53,7 @@ private:
     std::uint32_t beforeSeat(const Reader &reader, TokenSpan part) const;
     /// "Gasthaus "Zum Adler"": the last quotation mark belongs to the name.
     bool closesName(TokenSpan span) const;
-    /// "“悦读”书吧": so does the first.
+    /// "“悦读”书吧": the quotation marks that the span opens with belong to the name.
     bool opensName(TokenSpan span) const;
     /// "hall of": what followed is no part of the place.
     bool dangles(const Reader &reader, TokenSpan span) const;

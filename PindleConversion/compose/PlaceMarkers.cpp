@@ -270,7 +270,6 @@ void PlaceFinder::offerBehindStrong(const Reader &reader, std::uint32_t i, Token
 }
 
 bool PlaceFinder::isAtKin(const Reader &reader, std::uint32_t marker, TokenSpan name) {
-    constexpr int kKin = 1;
     constexpr std::uint32_t kMostWords = 2;
     static constexpr Meanings kOther{Meaning::RangeTo, Meaning::RangeFrom, Meaning::Of};
     const Sense *kin = reader.sense(name.begin, Meaning::Person);
@@ -279,7 +278,6 @@ bool PlaceFinder::isAtKin(const Reader &reader, std::uint32_t marker, TokenSpan 
 }
 
 bool PlaceFinder::isHomeOfKin(const Reader &reader, TokenSpan name) const {
-    constexpr int kKin = 1;
     const std::uint32_t last = name.end - 1;
     std::string_view owner = m_document.slice(token(last));
     if (name.empty() || token(last).unspaced || owner.size() < 2 || owner.back() != 's')

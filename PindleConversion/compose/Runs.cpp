@@ -80,6 +80,15 @@ std::string spanText(const Document &document, TokenSpan span) {
     return text;
 }
 
+bool promises(const Document &document, TokenSpan words) {
+    const Reader reader(document, words.end);
+    for (std::uint32_t i = words.begin; i < words.end; ++i)
+        if (const Sense *head = reader.sense(i, Meaning::PageHead);
+            head && head->value == static_cast<int>(HeadKind::Promise))
+            return true;
+    return false;
+}
+
 std::string titleText(const Document &document, TokenSpan title) {
     constexpr std::string_view kOpen = "\u201C";
     constexpr std::string_view kClose = "\u201D";

@@ -118,9 +118,8 @@ bool TitleScore::isPageHead(const Reader &reader, TokenSpan part) const {
     while (last > part.begin && isEdgeMark(token(last - 1)))
         --last;
     for (std::uint32_t i = part.begin; i < part.end; ++i) {
-        constexpr int kAbove = 3; // see isPromised()
         const Sense *head = reader.sense(i, Meaning::PageHead);
-        if (head && head->value == kAbove)
+        if (head && head->value == static_cast<int>(HeadKind::Promise))
             head = nullptr;
         // "Circulaire n° 12"
         constexpr std::uint32_t kLongestNumber = 3;
@@ -129,12 +128,13 @@ bool TitleScore::isPageHead(const Reader &reader, TokenSpan part) const {
                              !hasFlightNumber({i + head->length, last});
         // "Sponsored walk" is an event, "Sponsored" heads what somebody paid for.
         const Sense *event = head && i == part.begin ? reader.sense(i, Meaning::Event) : nullptr;
-        const bool opens =
-            i == part.begin && head && head->value == 1 && !(event && event->length > head->length);
+        const bool opens = i == part.begin && head &&
+                           head->value == static_cast<int>(HeadKind::Opens) &&
+                           !(event && event->length > head->length);
         // "Accueil" in a menu, but "Journée d'accueil".
-        constexpr int kAlone = 2;
         const bool ends = head && i + head->length >= last;
-        if (head && ((ends && (head->value != kAlone || i == part.begin)) || counted || opens))
+        const bool alone = head && head->value == static_cast<int>(HeadKind::Alone);
+        if (head && ((ends && (!alone || i == part.begin)) || counted || opens))
             return true;
         slash = slash || (reader.symbol(i, '/') && !reader.glued(i) && reader.at(i + 1) &&
                           !reader.glued(i + 1));
@@ -187,17 +187,12 @@ bool TitleScore::isHostAbove(const Field &field, TokenSpan trimmed) const {
 }
 
 bool TitleScore::isPromised(const Field &field) const {
-    constexpr int kAbove = 3;
     const Field *next = &field + 1;
     if (!m_document.meanings.has(Meaning::PageHead) || field.cell || field.spoken ||
         next > &m_document.fields.back() || next->line > field.line + 2 || !mayName(*next) ||
         token(next->end - 1).used)
         return false;
-    const Reader reader(m_document, field.end);
-    for (std::uint32_t i = field.begin; i < field.end; ++i)
-        if (const Sense *head = reader.sense(i, Meaning::PageHead); head && head->value == kAbove)
-            return true;
-    return false;
+    return promises(m_document, {field.begin, field.end});
 }
 
 bool TitleScore::isVenueAbove(const Field &field) const {

@@ -252,8 +252,6 @@ bool TitleWords::namesHost(TokenSpan trimmed) const {
 }
 
 bool TitleWords::isHost(TokenSpan line) const {
-    constexpr int kAtEnd = 1;
-    constexpr int kNumbered = 2;
     if (!m_document.meanings.has(Meaning::Host))
         return false;
     const Reader reader(m_document, line.end);
@@ -272,7 +270,8 @@ bool TitleWords::isHost(TokenSpan line) const {
         const bool ends = next >= line.end || !reader.word(next) ||
                           reader.has(next, Meaning::Host) ||
                           (counts(next + 1) && reader.glued(next + 1));
-        if (host->value == kNumbered ? !number : host->value == kAtEnd && !ends)
+        const auto kind = static_cast<HostKind>(host->value);
+        if ((kind == HostKind::Numbered && !number) || (kind == HostKind::AtEnd && !ends))
             continue;
         // "Back to School", "Lanterns at Hill School"
         for (std::uint32_t k = line.begin; k < i; ++k)

@@ -43,10 +43,9 @@ bool eventAnnounces(const Reader &reader, std::uint32_t i, const Field &field,
            isRangeOfHours(reader, i, found);
 }
 
-/// "08.59" of a timetable, behind another time.
-bool isTimetableTime(const Reader &reader, std::uint32_t i, const Expressions &found) {
-    return !found.times.empty() && reader.number(i, 0, 23) && reader.token(i).digits == 2 &&
-           hasDottedMinutes(reader, i);
+/// "08.59" of a timetable.
+bool isTimetableTime(const Reader &reader, std::uint32_t i) {
+    return reader.number(i, 0, 23) && reader.token(i).digits == 2 && hasDottedMinutes(reader, i);
 }
 
 /// "leaves the office", "leaves school car park": what is left ends before token `i`.
@@ -70,7 +69,7 @@ bool endsWithTime(const Reader &reader, std::uint32_t i, const Field &field,
         (!found.dates.empty() || reader.has(i + 4, Meaning::RoleWord)) && leavesPlace(reader, i))
         return true;
     if (found.dates.empty() || i == 0 || !reader.word(i - 1) || !reader.token(i).spaceBefore ||
-        !(isDottedTime(reader, i) || isTimetableTime(reader, i, found)))
+        !(isDottedTime(reader, i) || (!found.times.empty() && isTimetableTime(reader, i))))
         return false;
     if (field.spoken && reader.has(i - 1, Meaning::The) &&
         (!reader.word(i + 3) || reader.has(i + 3, Meaning::Event)))
@@ -82,9 +81,8 @@ bool endsWithTime(const Reader &reader, std::uint32_t i, const Field &field,
 
 /// Two digits and minutes behind the name of a stop: "Harlingen 14.20".
 bool isStopTime(const Reader &reader, std::uint32_t i) {
-    return i > 0 && reader.number(i, 0, 23) && reader.token(i).digits == 2 &&
-           hasDottedMinutes(reader, i) && reader.word(i - 1) && reader.token(i - 1).capital &&
-           reader.token(i).spaceBefore;
+    return i > 0 && isTimetableTime(reader, i) && reader.word(i - 1) &&
+           reader.token(i - 1).capital && reader.token(i).spaceBefore;
 }
 
 /// "Harlingen 14.20 – Vlieland 15.55": departure and arrival tell each other's times.

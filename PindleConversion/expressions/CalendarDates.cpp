@@ -36,9 +36,8 @@ std::uint32_t readDayJoin(const Reader &reader, std::uint32_t i) {
 
 /// Behind the name of a day at `i`, if there is one.
 std::uint32_t skipWeekday(const Reader &reader, std::uint32_t i) {
-    const Sense *weekday = reader.sense(i, Meaning::Weekday);
-    weekday = weekday ? weekday : reader.sense(i, Meaning::WeakWeekday);
-    return weekday ? i + weekday->length : i;
+    const std::uint32_t next = reader.skip(i, Meaning::Weekday);
+    return next != i ? next : reader.skip(i, Meaning::WeakWeekday);
 }
 
 /// A second day of the same month: "4-11" of "July 4-11".
@@ -223,8 +222,8 @@ std::optional<DateMention> readDayFirst(const Reader &reader, std::uint32_t i) {
         return std::nullopt;
     const bool slash = reader.symbol(j - 1, '/');
     j = reader.skipSymbol(j + month->length, slash ? '/' : '-');
-    const bool hyphenYear = j > i && (slash || reader.symbol(j - 1, '-')) && isYear(reader, j);
-    if (!hyphenYear && reader.symbol(j - 1, '-'))
+    const bool joinedYear = j > i && (slash || reader.symbol(j - 1, '-')) && isYear(reader, j);
+    if (!joinedYear && reader.symbol(j - 1, '-'))
         --j;
     if (reader.symbol(j, '.') && isYear(reader, j + 1))
         ++j;

@@ -47,8 +47,8 @@ bool isWeighedDay(const Reader &reader, std::uint32_t i, std::uint32_t next) {
 bool opensDayRange(const Reader &reader, std::uint32_t next) {
     next = reader.skipSymbol(next, '.');
     const Sense *to = reader.sense(next, Meaning::RangeTo);
-    const std::uint32_t last = to ? next + to->length : next + 1;
-    if (!(to || reader.symbol(next, '-')) || !reader.mayHave(last, kWeekdayNames))
+    const std::uint32_t last = next + (to ? to->length : 0U);
+    if (!to || !reader.mayHave(last, kWeekdayNames))
         return false;
     const std::uint32_t behind = reader.skipSymbol(last + 1, '.');
     return reader.number(reader.skip(reader.skipSymbol(behind, ','), Meaning::TimeMarker), 0, 24);

@@ -104,9 +104,7 @@ enum class Meaning : std::uint8_t {
     GeneralEvent,  ///< says too little alone: "stay", "booking"; the place completes it
     AsideLead,     ///< what follows is not the event itself: "followed by", "because of"
     DueMarker,     ///< before the last day for something: "by"
-    PageHead,      ///< heads a page or a list, and is no event: "What's on", "Sold out"; value 1:
-                   ///< whatever follows, 2: only alone, as in a menu: "Home", 3: wherever in a line
-                   ///< above the name of the event: "your webinar"
+    PageHead,      ///< heads a page or a list, and is no event: "What's on"; a `HeadKind`
     Opening,       ///< tells when a place is open: "open", "closed"
     NightTo,       ///< between the two days of a night: "in der Nacht von Samstag auf Sonntag"
     Moving,        ///< moves an event from one day to another: "shift", "swap"
@@ -120,8 +118,7 @@ enum class Meaning : std::uint8_t {
     Inviting, ///< 0: a verb that names whom before what it invites to: "invite", "convocam-se",
               ///< 1: what leads to that event: "to", "para", 2: a verb whose object is the
               ///< event: "organises"
-    Host,     ///< who heads their notices, in a line above the event's name; value 0: wherever in
-              ///< that line, 1: at its end: "Primary School", 2: beside a number: "Grade 9"
+    Host,     ///< who heads their notices, in a line above the event's name; a `HostKind`
 };
 
 /// Parts the week of a holiday such as "the fourth Thursday of November" from month and weekday;
@@ -150,6 +147,13 @@ enum class Role : std::uint8_t {
     Later,
     Eve
 };
+/// `Ends`: the head is all there is. `Opens`: whatever follows it: "Sold out". `Alone`: as in a
+/// menu: "Home". `Promise`: wherever in a line above the name of the event: "your webinar".
+enum class HeadKind : std::uint8_t { Ends, Opens, Alone, Promise };
+/// `Anywhere` in the line, `AtEnd` of it ("Primary School"), or beside a number ("Grade 9").
+enum class HostKind : std::uint8_t { Anywhere, AtEnd, Numbered };
+/// The value of a `Person` of the family.
+inline constexpr int kKin = 1;
 /// Which of several like days is meant.
 enum class Which : std::uint8_t { Nearest, This, Next, Last, AfterNext };
 enum class Label : std::uint8_t {
